@@ -1,0 +1,20 @@
+# What every target of this project is compiled with.
+add_library(zrk_options INTERFACE)
+target_compile_options(zrk_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(ZRK_WERROR)
+    target_compile_options(zrk_options INTERFACE -Werror)
+endif()
+if(ZRK_SANITIZE)
+    target_compile_options(zrk_options INTERFACE -fsanitize=address,undefined -fno-omit-frame-pointer
+                                                 -fno-sanitize-recover=undefined)
+    target_link_options(zrk_options INTERFACE -fsanitize=address,undefined)
+endif()
+target_compile_definitions(zrk_options INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_CAST_TO_ASCII
+                                                 QT_NO_FOREACH QT_NO_KEYWORDS)
+
+# zrk_library(NAME SOURCES... LINK LIBRARIES...): a static library of this project.
+function(zrk_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE zrk_options)
+endfunction()

@@ -1,0 +1,51 @@
+#include "boot/BootRomHandshake.h"
+
+#include "boot/WaitDialog.h"
+#include "serial/StatusConsole.h"
+#include "serial/Transport.h"
+
+namespace zrk {
+
+BootRomHandshake::BootRomHandshake(SharedState& state, StatusConsole& console, Transport& transport,
+                                   ComPort& port, ConsoleKeys& keys, WaitDialogView& view)
+    : m_state(state), m_console(console), m_transport(transport), m_port(port), m_keys(keys), m_view(view) {}
+
+bool BootRomHandshake::run() {
+    if (!waitForBootId())
+        return false;
+    m_transport.ArmReplyTimer(true);
+    m_console.PrintStatus(QStringLiteral("Sending 'A' .. "));
+    m_transport.SendString(QStringLiteral("A"));
+    m_console.PrintStatus(QStringLiteral("done!/n"));
+
+    m_console.PrintStatus(QStringLiteral("Expect 2-nd BootId .. "));
+    if (!m_transport.ExpectChar(QStringLiteral("5")))
+        return false;
+    m_console.PrintStatus(QStringLiteral(" .. found!/n"));
+
+    m_console.PrintStatus(QStringLiteral("Sending 'U','3'.. "));
+    m_transport.SendString(QStringLiteral("U"));
+    m_transport.SendString(QStringLiteral("3"));
+    m_console.PrintStatus(QStringLiteral("done!/n"));
+
+    m_console.PrintStatus(QStringLiteral("Expect 'R' .. "));
+    if (!m_transport.ExpectChar(QStringLiteral("R")))
+        return false;
+    m_console.PrintStatus(QStringLiteral(" .. found!/n"));
+    m_transport.ArmReplyTimer(false);
+    return true;
+}
+
+bool BootRomHandshake::waitForBootId() {
+    m_console.PrintStatus(QStringLiteral("Waiting for BootID .. "));
+    WaitDialog dialog(m_state, m_console, m_transport, m_port, m_keys, m_view);
+    dialog.showModal();
+    if (m_state.CancelRequested) {
+        m_console.PrintStatus(QStringLiteral("cancelled!/n"));
+        return false;
+    }
+    m_console.PrintStatus(QStringLiteral(" .. found!/n"));
+    return true;
+}
+
+} // namespace zrk

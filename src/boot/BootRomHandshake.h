@@ -1,0 +1,43 @@
+#pragma once
+
+#include "serial/SharedState.h"
+
+namespace zrk {
+
+class ConsoleKeys;
+class ComPort;
+class StatusConsole;
+class Transport;
+class WaitDialogView;
+
+/// The exchange with the chip's boot ROM, up to the point where it takes an image header.
+///
+/// | from     | byte      | meaning                          |
+/// |----------|-----------|----------------------------------|
+/// | boot ROM | 0x35      | BootID, repeated until answered  |
+/// | host     | 0x41      | answer                           |
+/// | boot ROM | 0x35      | second BootID                    |
+/// | host     | 0x55 0x33 | unlock pair                      |
+/// | boot ROM | 0x52      | ready for the header             |
+class BootRomHandshake {
+  public:
+    BootRomHandshake(SharedState& state, StatusConsole& console, Transport& transport, ComPort& port,
+                     ConsoleKeys& keys, WaitDialogView& view);
+
+    /// Waits for the BootID under the wait dialog, then does the exchange under one reply interval.
+    /// True when the boot ROM is ready. On False the console says why; the caller runs its abort
+    /// sequence. Yields; port failures pass through as RuntimeFailure.
+    [[nodiscard]] bool run();
+
+  private:
+    [[nodiscard]] bool waitForBootId();
+
+    SharedState& m_state;
+    StatusConsole& m_console;
+    Transport& m_transport;
+    ComPort& m_port;
+    ConsoleKeys& m_keys;
+    WaitDialogView& m_view;
+};
+
+} // namespace zrk

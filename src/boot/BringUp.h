@@ -1,0 +1,53 @@
+#pragma once
+
+#include "boot/LongOperation.h"
+
+namespace zrk {
+
+class AddressValidation;
+class BootRomHandshake;
+class ImageCommands;
+class ImageTransfer;
+class TerminalMode;
+
+/// From a freshly powered board to a running secondary executable.
+class BringUp {
+  public:
+    BringUp(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
+            ComPort& port, TerminalMode& terminal, AddressValidation& validation, BootRomHandshake& handshake,
+            ImageTransfer& transfer, ImageCommands& commands, LongOperation& operation, MessageBoxes& boxes);
+
+    /// Loads the selected primary boot through the boot ROM and the selected secondary executable through
+    /// the primary boot. Runs to its end inside the call, yielding; throws nothing.
+    void cmdStartPrimary_Click();
+
+    /// Starts the loaded secondary executable and switches to terminal mode. Yields. A port failure is
+    /// shown, closes the port and leaves only the bring-up to be started. Does nothing while an
+    /// operation runs.
+    void cmdStartSecondary_Click();
+
+    /// The part of the above that ends with the "d": programmed mode, text, command. Throws
+    /// RuntimeFailure when the port fails.
+    void sendStartCommand();
+
+  private:
+    [[nodiscard]] LongOperation::End load();
+    [[nodiscard]] bool loadPrimary();
+    [[nodiscard]] bool loadSecondary();
+
+    SharedState& m_state;
+    Controls& m_controls;
+    StatusConsole& m_console;
+    Transport& m_transport;
+    ComPort& m_port;
+    TerminalMode& m_terminal;
+    AddressValidation& m_validation;
+    BootRomHandshake& m_handshake;
+    ImageTransfer& m_transfer;
+    ImageCommands& m_commands;
+    LongOperation& m_operation;
+    MessageBoxes& m_boxes;
+    bool m_startingSecondary = false;
+};
+
+} // namespace zrk

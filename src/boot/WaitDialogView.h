@@ -1,0 +1,19 @@
+#pragma once
+
+namespace zrk {
+
+class WaitDialog;
+
+/// Shows the wait dialog to a person. The dialog itself does the waiting, so show() must return at
+/// once; what the user does reaches the dialog's handlers from the event loop.
+class WaitDialogView {
+  public:
+    virtual ~WaitDialogView() = default;
+
+    /// Brings the dialog up, modal to the main window. `dialog` lives until hide().
+    virtual void show(WaitDialog& dialog) = 0;
+
+    virtual void hide() = 0;
+};
+
+} // namespace zrk

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "controls/Controls.h"
+
+namespace zrk {
+
+/// The entry rule of the address boxes: it brings every text into the one form that the address checks
+/// rely on, "0x" and 4 (IRAM) or 8 upper-case digits, or "0x0" for a text that is no 32-bit number.
+class AddressEntry {
+  public:
+    explicit AddressEntry(Controls& controls) : m_controls(controls) {}
+
+    /// Runs when the focus leaves the box and when a program step has set an address.
+    void txtStartAddress_Validate(int slot);
+
+    /// Enter (13) runs the entry rule. Returns the character that the box is to take, 0 for none.
+    [[nodiscard]] int txtStartAddress_KeyPress(int slot, int character);
+
+  private:
+    Controls& m_controls;
+};
+
+} // namespace zrk

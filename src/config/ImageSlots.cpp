@@ -1,0 +1,66 @@
+#include "config/ImageSlots.h"
+
+#include "config/Paths.h"
+
+#include <QFileInfo>
+
+namespace zrk {
+
+ImageSlots::ImageSlots(Controls& controls, const Paths& paths) : m_controls(controls), m_paths(paths) {
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        const std::function<void()> clicked = [this, slot] { chkExeURK_Click(slot); };
+        m_handlers.push_back(
+            m_controls.chkExeURK[static_cast<std::size_t>(slot)].Value.onValueChanged(clicked));
+    }
+}
+
+void ImageSlots::fill(int slot, const QString& path) {
+    const auto i = static_cast<std::size_t>(slot);
+    m_controls.txtFilNam[i].Text = m_paths.FileNameOf(path);
+    // The path comes before the selection, which the check box rule would undo without a path.
+    m_controls.txtFilNam[i].Tag = path;
+    m_controls.txtFilNam[i].ToolTipText = QStringLiteral("Path: ") + m_paths.FolderOf(path);
+    const QString size = sizeText(path);
+    if (!size.isNull())
+        m_controls.lblCodeSize[i].Caption = size;
+    const QFileInfo file(path);
+    m_stamps[i] = {path, file.size(), file.lastModified()};
+    m_controls.lblFileChanged[i].Caption = QString();
+    m_controls.chkExeURK[i].Value = 1;
+    if (slot == kPrimaryBoot)
+        m_controls.cmdStartPrimary.Enabled = true;
+}
+
+void ImageSlots::chkExeURK_Click(int slot) {
+    const auto i = static_cast<std::size_t>(slot);
+    if (m_controls.chkExeURK[i].isTicked() && m_controls.txtFilNam[i].Tag.value().isEmpty())
+        m_controls.chkExeURK[i].Value = 0;
+}
+
+void ImageSlots::checkFiles() {
+    for (std::size_t i = 0; i < m_stamps.size(); ++i) {
+        const Stamp& chosen = m_stamps[i];
+        const QString path = m_controls.txtFilNam[i].Tag;
+        QString mark;
+        if (!path.isEmpty() && path == chosen.path) {
+            const QFileInfo now(path);
+            if (!now.exists())
+                mark = QStringLiteral("The file is gone. Choose another with Browse.");
+            else if (now.size() != chosen.size || now.lastModified() != chosen.changed)
+                mark =
+                    QStringLiteral("The file has changed since it was chosen; the size shown is the old one. "
+                                   "Choose it again to use the new size.");
+        }
+        if (m_controls.lblFileChanged[i].Caption.value() != mark)
+            m_controls.lblFileChanged[i].Caption = mark;
+    }
+}
+
+QString ImageSlots::sizeText(const QString& path) {
+    const QFileInfo file(path);
+    if (!file.exists())
+        return {};
+    return QStringLiteral("0x") + QString::number(file.size(), 16).toUpper();
+}
+
+} // namespace zrk

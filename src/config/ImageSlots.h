@@ -1,0 +1,60 @@
+#pragma once
+
+#include "controls/Controls.h"
+
+#include <QDateTime>
+#include <QPropertyChangeHandler>
+
+#include <functional>
+#include <vector>
+
+namespace zrk {
+
+class Paths;
+
+/// Slot numbers; the number is the index of every per-slot control.
+enum Slot : int {
+    kPrimaryBoot = 0,
+    kSecondaryExecutable = 1,
+    kUBoot = 2,
+    kRootFs = 3,
+    kKernel = 4,
+    kFlashImage = 5,
+    kPgSibl = 6,
+};
+
+/// The seven image slots. Their state is what their controls hold; this keeps it consistent:
+/// a slot without a file is never selected.
+class ImageSlots {
+  public:
+    ImageSlots(Controls& controls, const Paths& paths);
+
+    /// Makes `path` the slot's file: name, path, tool tip and size, then selects the slot; slot 0
+    /// enables cmdStartPrimary. A length that cannot be read leaves the size label as it was.
+    void fill(int slot, const QString& path);
+
+    /// Runs whenever the value of chkExeURK(slot) changes: unticks the box of a slot without a file.
+    void chkExeURK_Click(int slot);
+
+    /// Marks every slot whose file has another size or time than when it was chosen, or is gone; the size
+    /// label is not measured again.
+    void checkFiles();
+
+    /// "0x" and the file's length in upper-case hexadecimal; null when it cannot be read.
+    [[nodiscard]] static QString sizeText(const QString& path);
+
+  private:
+    /// What a file looked like when it was chosen.
+    struct Stamp {
+        QString path;
+        qint64 size = 0;
+        QDateTime changed;
+    };
+
+    Controls& m_controls;
+    const Paths& m_paths;
+    std::array<Stamp, kSlotCount> m_stamps;
+    std::vector<QPropertyChangeHandler<std::function<void()>>> m_handlers;
+};
+
+} // namespace zrk

@@ -1,0 +1,80 @@
+#include "config/IniLoader.h"
+
+#include "config/AddressEntry.h"
+#include "config/ImageSlots.h"
+#include "config/IniFile.h"
+#include "config/Paths.h"
+#include "platform/MessageBoxes.h"
+
+#include <QStringList>
+
+namespace zrk {
+namespace {
+
+struct SlotKey {
+    const char* section;
+    const char* key;
+    const char* addressWhenMissing;
+};
+
+constexpr std::array<SlotKey, kSlotCount> kSlotKeys{{
+    {"BINFILES", "PRIMARY", "0x0000"},
+    {"BINFILES", "SECONDARY", "0x80000004"},
+    {"IMGFILES", "UBOOT", "0x80000004"},
+    {"IMGFILES", "ROOTFS", "0x80000004"},
+    {"IMGFILES", "KERNEL", "0x80000004"},
+    {"BINFILES", "FLASH", "0x0000"},
+    {"BINFILES", "PG_SIBL", "0x80000004"},
+}};
+
+} // namespace
+
+IniLoader::IniLoader(SharedState& state, Controls& controls, MessageBoxes& boxes, const Paths& paths,
+                     ImageSlots& slots, AddressEntry& addresses)
+    : m_state(state), m_controls(controls), m_boxes(boxes), m_paths(paths), m_slots(slots),
+      m_addresses(addresses) {}
+
+void IniLoader::mnuLoadIni_Click() {
+    std::array<QString, kSlotCount> values;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = GetIniValue(m_state.IniPath, QString::fromLatin1(kSlotKeys[i].section),
+                                QString::fromLatin1(kSlotKeys[i].key));
+    for (int slot = 0; slot < kSlotCount; ++slot)
+        applyValue(slot, values[static_cast<std::size_t>(slot)]);
+}
+
+void IniLoader::applyValue(int slot, const QString& value) {
+    if (value.isEmpty())
+        return;
+    const QStringList fields = value.split(QLatin1Char(','));
+    const QString path = m_paths.ResolvePath(fields[0]);
+    if (!FileExists(path, true)) {
+        clearSlot(slot, path);
+        return;
+    }
+    m_controls.txtStartAddress[static_cast<std::size_t>(slot)].Text =
+        fields.size() > 1 ? fields[1].trimmed() : QStringLiteral("0");
+    m_addresses.txtStartAddress_Validate(slot);
+    m_slots.fill(slot, path);
+}
+
+void IniLoader::clearSlot(int slot, const QString& path) {
+    const auto i = static_cast<std::size_t>(slot);
+    m_controls.txtFilNam[i].Text = QStringLiteral("CAN'T FIND: ") + m_paths.FileNameOf(path);
+    m_controls.txtFilNam[i].ToolTipText = QStringLiteral("File Not Found, check .INI file");
+    m_controls.txtFilNam[i].Tag = QString();
+    m_controls.txtStartAddress[i].Text = QString::fromLatin1(kSlotKeys[i].addressWhenMissing);
+    m_controls.lblCodeSize[i].Caption = QString();
+    m_controls.chkExeURK[i].Value = 0;
+    if (slot == kPrimaryBoot)
+        m_controls.cmdStartPrimary.Enabled = false;
+}
+
+void IniLoader::mnuWriteIni_Click() {
+    m_state.MessageText =
+        QStringLiteral("Not yet implemented. Please edit ") + m_state.IniPath + QStringLiteral(" yourselfes");
+    (void)m_boxes.show({m_state.MessageText, MessageIcon::Information, MessageButtons::Ok,
+                        QStringLiteral("Not yet implemented")});
+}
+
+} // namespace zrk

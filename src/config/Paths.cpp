@@ -1,0 +1,47 @@
+#include "config/Paths.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace zrk {
+
+Paths::Paths(QString folder, QChar separator) : m_folder(std::move(folder)), m_separator(separator) {}
+
+QString Paths::ResolvePath(const QString& path) const {
+    if (path.size() > 1 && path[1] == QLatin1Char(':'))
+        return path;
+    if (m_separator == QLatin1Char('\\'))
+        return joined(path);
+    if (path.startsWith(m_separator))
+        return path;
+    // Files written for one system are used on the other, so "\" separates here too.
+    QString native = path;
+    native.replace(QLatin1Char('\\'), m_separator);
+    return joined(native);
+}
+
+qsizetype Paths::nameStart(const QString& path) const {
+    const qsizetype native = path.lastIndexOf(m_separator);
+    return (native >= 0 ? native : path.lastIndexOf(QLatin1Char('\\'))) + 1;
+}
+
+QString Paths::FileNameOf(const QString& path) const {
+    return path.mid(nameStart(path));
+}
+
+QString Paths::FolderOf(const QString& path) const {
+    return path.left(nameStart(path));
+}
+
+bool FileExists(const QString& path, bool rejectEmpty) {
+    // Opening a pipe or a device could block or take something away, so only regular files count.
+    if (!QFileInfo(path).isFile())
+        return false;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    char first = 0;
+    return !rejectEmpty || file.read(&first, 1) == 1;
+}
+
+} // namespace zrk

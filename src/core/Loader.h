@@ -1,0 +1,84 @@
+#pragma once
+
+#include "boot/BootRomHandshake.h"
+#include "boot/BringUp.h"
+#include "boot/ImageCommands.h"
+#include "boot/ImageTransfer.h"
+#include "boot/LongOperation.h"
+#include "config/AddressEntry.h"
+#include "config/AddressValidation.h"
+#include "config/FileChoice.h"
+#include "config/ImageSlots.h"
+#include "config/IniLoader.h"
+#include "config/Paths.h"
+#include "controls/Controls.h"
+#include "core/Activity.h"
+#include "core/StartUp.h"
+#include "flash/FlashFrames.h"
+#include "flash/FlashProgramming.h"
+#include "script/ScriptRunner.h"
+#include "serial/ComPort.h"
+#include "serial/ConsoleKeys.h"
+#include "serial/PortControl.h"
+#include "serial/SharedState.h"
+#include "serial/StatusConsole.h"
+#include "serial/TerminalMode.h"
+#include "serial/Transport.h"
+
+namespace zrk {
+
+class EventLoop;
+class FileDialog;
+class MessageBoxes;
+class SerialPort;
+class WaitDialogView;
+
+/// What a loader needs from the program around it; all of it must outlive the loader.
+struct LoaderSurroundings {
+    EventLoop& loop;
+    SerialPort& port;
+    MessageBoxes& boxes;
+    FileDialog& fileDialog;
+    WaitDialogView& waitDialog;
+};
+
+/// One whole loader: state, controls and the handlers that act on them, wired together. A program
+/// makes one, binds its window or its options to `controls`, and calls the handlers by their names.
+/// Several in one process do not know of each other.
+struct Loader {
+    /// Relative image paths start at `imageFolder`.
+    Loader(const LoaderSurroundings& surroundings, const QString& imageFolder);
+    Loader(const Loader&) = delete;
+    Loader& operator=(const Loader&) = delete;
+
+    SharedState state;
+    Controls controls;
+    Paths paths;
+
+    ComPort port;
+    StatusConsole console;
+    Transport transport;
+    TerminalMode terminal;
+    ConsoleKeys keys;
+    PortControl portControl;
+
+    ImageSlots imageSlots;
+    AddressEntry addresses;
+    AddressValidation validation;
+    IniLoader iniLoader;
+    FileChoice fileChoice;
+
+    LongOperation operation;
+    BootRomHandshake handshake;
+    ImageTransfer transfer;
+    ImageCommands commands;
+    BringUp bringUp;
+
+    FlashFrames flashFrames;
+    FlashProgramming flash;
+    ScriptRunner script;
+    StartUp startUp;
+    Activity activity;
+};
+
+} // namespace zrk

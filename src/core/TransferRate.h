@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+#include <cstdint>
+
+namespace zrk {
+
+/// Follows a transfer's byte count and words its rate and time left.
+class TransferRate {
+  public:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
+    /// A transfer of `total` bytes begins.
+    void begin(std::int64_t total, TimePoint now);
+
+    /// The count at a time, in bytes since begin().
+    void update(std::int64_t sent, TimePoint now);
+
+    /// For example "11.5 KB/s, 9 s left"; "stalled for 4 s" when nothing has gone out for 3 s or more.
+    [[nodiscard]] QString text(TimePoint now) const;
+
+  private:
+    std::int64_t m_total = 0;
+    std::int64_t m_sent = 0;
+    TimePoint m_begin;
+    TimePoint m_lastProgress;
+};
+
+/// The time that so many bytes take on the line at 115200 baud, for example "about 11 s".
+[[nodiscard]] QString lineTimeText(std::int64_t bytes);
+
+/// Seconds as "9 s", "2 min 5 s" or "1 h 3 min".
+[[nodiscard]] QString durationText(std::chrono::seconds duration);
+
+} // namespace zrk

@@ -1,0 +1,125 @@
+#include "flash/FlashProgramming.h"
+
+#include "boot/BootRomHandshake.h"
+#include "boot/ImageTransfer.h"
+#include "config/HexConversions.h"
+#include "config/ImageSlots.h"
+#include "flash/FlashFrames.h"
+#include "platform/MessageBoxes.h"
+#include "serial/ComPort.h"
+#include "serial/StatusConsole.h"
+#include "serial/TerminalMode.h"
+#include "serial/Transport.h"
+
+namespace zrk {
+
+FlashProgramming::FlashProgramming(SharedState& state, Controls& controls, StatusConsole& console,
+                                   Transport& transport, ComPort& port, TerminalMode& terminal,
+                                   BootRomHandshake& handshake, ImageTransfer& transfer, FlashFrames& frames,
+                                   LongOperation& operation, MessageBoxes& boxes, EventLoop& loop)
+    : m_state(state), m_controls(controls), m_console(console), m_transport(transport), m_port(port),
+      m_terminal(terminal), m_handshake(handshake), m_transfer(transfer), m_frames(frames),
+      m_operation(operation), m_boxes(boxes), m_loop(loop),
+      m_nextOperation(m_state.OperationActive.onValueChanged(std::function<void()>([this] {
+          if (m_state.OperationActive)
+              flashStateUnknown = false;
+      }))) {}
+
+void FlashProgramming::cmdPrgFlash_Click() {
+    m_operation.run([this] { return program(); }, [this] { abort(); });
+}
+
+LongOperation::End FlashProgramming::program() {
+    m_operation.begin();
+    m_headerStarted = false;
+    m_controls.cmdPrgFlash.Enabled = false;
+    m_port.CloseComPort();
+    m_terminal.switchTo(false);
+    m_port.OpenComPort();
+    if (!m_controls.chkExeURK[kPgSibl].isTicked()) {
+        m_state.MessageText = QStringLiteral("No pg_sibl binary specified in INI file");
+        (void)m_boxes.show(
+            {m_state.MessageText, MessageIcon::Exclamation, MessageButtons::Ok, QStringLiteral("Error")});
+    }
+    const bool programmed = m_handshake.run() && m_transfer.SendImage(kPgSibl) && wake() &&
+                            requestVersion() && sendHeader() && sendData() && sendEndOfData() &&
+                            sendComplete();
+    if (!programmed)
+        return LongOperation::End::Abort;
+    m_operation.finish();
+    m_controls.cmdPrgFlash.Enabled = true;
+    m_port.CloseComPort();
+    return LongOperation::End::Done;
+}
+
+bool FlashProgramming::wake() {
+    m_console.PrintStatus(QStringLiteral("Sending 'F' .. "));
+    m_transport.SendString(QStringLiteral("F"));
+    m_console.PrintStatus(QStringLiteral("done!/n"));
+    m_console.PrintStatus(QStringLiteral("Expect 'F' .. "));
+    if (!m_transport.ExpectChar(QStringLiteral("F")))
+        return false;
+    m_console.PrintStatus(QStringLiteral(" .. found!/n"));
+    m_console.PrintStatus(QStringLiteral("Sending 'S' .. "));
+    m_transport.SendString(QStringLiteral("S"));
+    m_console.PrintStatus(QStringLiteral("done!/n"));
+    return true;
+}
+
+bool FlashProgramming::requestVersion() {
+    m_console.PrintStatus(QStringLiteral("Sending VERSION REQUEST .. "));
+    m_frames.SendCommandFrame(FlashFrames::kVersionRequest);
+    m_console.PrintStatus(QStringLiteral("done!/n"));
+    m_console.PrintStatus(QStringLiteral("Reading VERSION INFORMATION frame .. "));
+    return m_frames.readVersionInformation();
+}
+
+bool FlashProgramming::sendHeader() {
+    m_console.PrintStatus(QStringLiteral("Sending NAND FLASH HEADER frame .. "));
+    m_headerStarted = true;
+    m_frames.sendHeaderStart(m_controls.txtStartAddress[kFlashImage].Text,
+                             m_controls.lblCodeSize[kFlashImage].Caption);
+    const bool erase = m_controls.chkErase.isTicked();
+    if (erase)
+        m_console.PrintStatus(QStringLiteral("(ERASING FLASH) .. "));
+    m_frames.sendHeaderEnd(erase);
+    return awaitAck(erase ? QStringLiteral("The board erases the flash")
+                          : QStringLiteral("The board prepares the flash"));
+}
+
+bool FlashProgramming::sendData() {
+    m_console.PrintStatus(QStringLiteral("Sending NAND FLASH DATA frame .. "));
+    m_frames.sendDataStart(HexToLong(m_controls.lblCodeSize[kFlashImage].Caption));
+    // Its result tells of an acceptance, which a payload does not have.
+    (void)m_transfer.SendImage(kFlashImage);
+    m_frames.sendDataEnd();
+    return awaitAck(QStringLiteral("The board programs the flash"));
+}
+
+bool FlashProgramming::sendEndOfData() {
+    m_console.PrintStatus(QStringLiteral("Sending END-OF-DATA frame .. "));
+    m_frames.sendEndOfData();
+    return awaitAck(QStringLiteral("The board finishes the data"));
+}
+
+bool FlashProgramming::sendComplete() {
+    m_console.PrintStatus(QStringLiteral("Sending NAND FLASH COMPLETE.. "));
+    m_frames.SendCommandFrame(FlashFrames::kComplete);
+    return awaitAck(QStringLiteral("The board completes"));
+}
+
+bool FlashProgramming::awaitAck(const QString& what) {
+    m_state.WaitingFor = what;
+    m_state.WaitingSince = m_loop.now();
+    const bool acknowledged = m_frames.GetAck();
+    m_state.WaitingFor.clear();
+    return acknowledged;
+}
+
+void FlashProgramming::abort() {
+    m_state.WaitingFor.clear();
+    m_operation.abort(m_controls.cmdPrgFlash);
+    flashStateUnknown = m_headerStarted;
+}
+
+} // namespace zrk

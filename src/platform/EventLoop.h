@@ -1,0 +1,46 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace zrk {
+
+/// A repeating timer. Starting a running timer begins a new period. The callback must not throw.
+class Timer {
+  public:
+    virtual ~Timer() = default;
+    virtual void start(std::chrono::milliseconds interval) = 0;
+    virtual void stop() = 0;
+    [[nodiscard]] virtual bool isActive() const = 0;
+};
+
+/// The event loop as the operations see it. Everything runs on the one thread that calls it;
+/// only wake() may be called from others.
+class EventLoop {
+  public:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
+    virtual ~EventLoop() = default;
+
+    /// Runs what is pending (clicks, timer ticks, repaints) and returns without blocking.
+    virtual void yield() = 0;
+
+    /// Blocks until something happens, runs it and returns. Also returns when wake() was called
+    /// since the last wait() or yield().
+    virtual void wait() = 0;
+
+    /// Makes a present or the next wait() return. Safe from any thread.
+    virtual void wake() = 0;
+
+    /// Runs the task once from the event loop, soon but not inside this call.
+    virtual void post(std::function<void()> task) = 0;
+
+    /// A clock that never goes back.
+    [[nodiscard]] virtual TimePoint now() const = 0;
+
+    /// A stopped timer that calls `tick` after every interval while it is active.
+    [[nodiscard]] virtual std::unique_ptr<Timer> createTimer(std::function<void()> tick) = 0;
+};
+
+} // namespace zrk

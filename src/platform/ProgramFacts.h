@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+namespace zrk {
+
+/// What the program knows of itself.
+struct ProgramFacts {
+    QString folder; ///< as the platform gives it, normally without a trailing separator
+    QString name;   ///< file name without extension
+    int major = 0;
+    int minor = 0;
+    int revision = 0;
+};
+
+} // namespace zrk

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+namespace zrk {
+
+struct LineSettings {
+    int baudRate = 115200;
+    char parity = 'N'; ///< 'N', 'E' or 'O'
+    int dataBits = 8;
+    int stopBits = 1;
+};
+
+enum class Handshaking { None = 0, XonXoff = 1 };
+
+/// One serial port, opened by number. No call yields to the event loop, and none but write() blocks.
+///
+/// A device that goes away is noticed by the port itself: from then on isLost() is true, and the
+/// next bytesWaiting() that finds nothing left to read, read(), write() or transmitRoom() throws
+/// RuntimeFailure (PortLost). The port stays open until close().
+/// On a closed port those calls throw RuntimeFailure (PortNotOpen).
+class SerialPort {
+  public:
+    /// The most that write() keeps in the program; what it is given beyond that waits for the line.
+    static constexpr qsizetype kTransmitQueueSize = 512;
+
+    virtual ~SerialPort() = default;
+
+    /// Opens port `number` (1 to 8) for exclusive use; bytes that arrived before are never read.
+    /// Throws RuntimeFailure (PortNotOpened) that says which device, why, and what to do.
+    virtual void open(int number, const LineSettings& settings) = 0;
+
+    /// Closes the port; queued bytes that the line has not taken are dropped. Harmless when closed.
+    virtual void close() noexcept = 0;
+
+    [[nodiscard]] virtual bool isOpen() const noexcept = 0;
+
+    /// True once the device behind an open port has gone away. Never throws.
+    [[nodiscard]] virtual bool isLost() const noexcept = 0;
+
+    /// The device that `number` stands for, for display ("" when there is none).
+    [[nodiscard]] virtual QString deviceName(int number) const = 0;
+
+    /// Received bytes not yet read.
+    [[nodiscard]] virtual qsizetype bytesWaiting() = 0;
+
+    /// Takes up to `most` received bytes; empty when nothing waits.
+    [[nodiscard]] virtual QByteArray read(qsizetype most) = 0;
+
+    /// Hands bytes to the transmit queue, in order. With a full queue it blocks until the line has
+    /// taken enough; if the line takes nothing at all for seconds it throws (PortLost), unless
+    /// XON/XOFF has stopped it.
+    virtual void write(QByteArrayView bytes) = 0;
+
+    /// Bytes that write() takes without blocking, 0 to kTransmitQueueSize.
+    [[nodiscard]] virtual qsizetype transmitRoom() = 0;
+
+    /// Flow control; remembered while the port is closed and applied at the next open.
+    virtual void setHandshaking(Handshaking handshaking) = 0;
+
+    /// Switches the DTR line. False when the port has no such line, which is no failure.
+    virtual bool setDtr(bool on) = 0;
+};
+
+} // namespace zrk

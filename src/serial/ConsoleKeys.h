@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/EventLoop.h"
+#include "serial/SharedState.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace zrk {
+
+class ComPort;
+class MessageBoxes;
+struct Controls;
+
+/// The keyboard of the console: typed and pasted text for the board, Alt+B, and the debug send pair.
+class ConsoleKeys {
+  public:
+    ConsoleKeys(SharedState& state, Controls& controls, ComPort& port, MessageBoxes& boxes, EventLoop& loop);
+
+    /// Alt alone with B (key code 66) pulses DTR; yields during the pulse.
+    void txtStatus_KeyDown(int keyCode, bool alt, bool shift, bool control);
+
+    /// In terminal mode with the port open, sends the character (code 0 to 255) as one byte. Returns the
+    /// character that goes into the text, which is always 0: none.
+    int txtStatus_KeyPress(int character);
+
+    /// Sends a text as if it were typed, in pieces that the transmit queue takes without blocking; line
+    /// ends go out as the Enter key does. Characters without a single-byte code are left out.
+    void paste(const QString& text);
+
+    /// Switches DTR off for at least 0.1 s; does nothing on a closed port or inside another pulse.
+    /// Yields; a port that is closed or lost meanwhile ends it quietly.
+    void PulseDtr();
+
+    /// Writes the text of txtOut as it stands; a failure is shown as a message box.
+    void cmdOutput_Click();
+
+  private:
+    void sendTyped(const QByteArray& bytes);
+    void pump();
+
+    SharedState& m_state;
+    Controls& m_controls;
+    ComPort& m_port;
+    MessageBoxes& m_boxes;
+    EventLoop& m_loop;
+    QByteArray m_typedAhead; ///< what the transmit queue had no room for yet
+    std::unique_ptr<Timer> m_pump;
+    bool m_pulsing = false;
+};
+
+} // namespace zrk

@@ -1,0 +1,69 @@
+#include "serial/PortControl.h"
+
+#include "platform/RuntimeFailure.h"
+#include "serial/ComPort.h"
+#include "serial/StatusConsole.h"
+#include "serial/TerminalMode.h"
+
+namespace zrk {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kWatchInterval = 500ms;
+
+} // namespace
+
+PortControl::PortControl(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
+                         TerminalMode& terminal, EventLoop& loop)
+    : m_state(state), m_controls(controls), m_port(port), m_console(console), m_terminal(terminal),
+      m_watch(loop.createTimer([this] { watchIdlePort(); })) {
+    m_watch->start(kWatchInterval);
+}
+
+void PortControl::cmdCancel_Click() {
+    if (m_state.OperationActive) {
+        m_state.CancelRequested = true;
+        return;
+    }
+    m_port.CloseComPort();
+    m_console.PrintStatus(QStringLiteral("/n--- Closing port ---/n"));
+    resetStartButtons();
+    try {
+        m_terminal.switchTo(false);
+    } catch (const RuntimeFailure&) {
+        // Only in DebugMode; the port is closed, so the mode is set at the next open.
+    }
+}
+
+void PortControl::resetStartButtons() {
+    if (!m_controls.txtFilNam[0].Tag.value().isEmpty())
+        m_controls.cmdStartPrimary.Enabled = true;
+    m_controls.cmdURK.Enabled = false;
+    m_controls.cmdStartSecondary.Enabled = false;
+}
+
+int PortControl::Form_Unload() {
+    m_state.CancelRequested = true;
+    m_port.CloseComPort();
+    return m_state.OperationActive ? 1 : 0;
+}
+
+void PortControl::watchIdlePort() {
+    if (m_state.OperationActive || !m_port.isOpen() || !m_port.isLost())
+        return;
+    if (m_state.TerminalMode)
+        m_terminal.timCommReceive_Timer(); // what arrived before the device went away is still shown
+    QString reason;
+    try {
+        (void)m_port.transmitRoom();
+    } catch (const RuntimeFailure& failure) {
+        reason = failure.description();
+    }
+    m_port.CloseComPort();
+    resetStartButtons();
+    m_console.PrintStatus(QStringLiteral("/n--- ") + reason + QStringLiteral(" Port closed. ---/n"));
+}
+
+} // namespace zrk

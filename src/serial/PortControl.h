@@ -1,0 +1,42 @@
+#pragma once
+
+#include "controls/Controls.h"
+#include "platform/EventLoop.h"
+#include "serial/SharedState.h"
+
+namespace zrk {
+
+class ComPort;
+class StatusConsole;
+class TerminalMode;
+
+/// The Cancel button, the closing of the main window, and the watch over an idle open port.
+class PortControl {
+  public:
+    PortControl(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
+                TerminalMode& terminal, EventLoop& loop);
+
+    /// While an operation runs it only requests a stop; otherwise it closes the port, resets the start
+    /// buttons and leaves terminal mode. Yields when idle.
+    void cmdCancel_Click();
+
+    /// The main window is about to close: requests a stop and closes the port. Returns 1 when the
+    /// window has to stay open because an operation runs, else 0.
+    [[nodiscard]] int Form_Unload();
+
+    /// Twice a second: an idle open port whose device is gone is closed, with one line in the console.
+    /// Operations find out by themselves.
+    void watchIdlePort();
+
+  private:
+    void resetStartButtons();
+
+    SharedState& m_state;
+    Controls& m_controls;
+    ComPort& m_port;
+    StatusConsole& m_console;
+    TerminalMode& m_terminal;
+    std::unique_ptr<Timer> m_watch;
+};
+
+} // namespace zrk

@@ -1,0 +1,137 @@
+#include "serial/TerminalMode.h"
+
+#include "platform/MessageBoxes.h"
+#include "platform/RuntimeFailure.h"
+#include "serial/ComPort.h"
+#include "serial/PortErrors.h"
+#include "serial/StatusConsole.h"
+
+namespace zrk {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kReceiveInterval = 200ms;
+constexpr QChar kBackspace(u'\b');
+constexpr QChar kLineFeed(u'\n');
+constexpr QChar kCarriageReturn(u'\r');
+
+} // namespace
+
+TerminalMode::TerminalMode(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
+                           MessageBoxes& boxes, EventLoop& loop)
+    : m_state(state), m_controls(controls), m_port(port), m_console(console), m_boxes(boxes),
+      m_timCommReceive(loop.createTimer([this] { timCommReceive_Timer(); })) {
+    m_port.setHandshaking(Handshaking::None);
+}
+
+void TerminalMode::SetTerminalMode(bool& Enable) {
+    const bool handlerInstalled = !m_state.DebugMode;
+    try {
+        apply(Enable);
+        return;
+    } catch (const RuntimeFailure& failure) {
+        if (!handlerInstalled)
+            throw;
+        showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+    }
+    m_port.CloseComPort();
+    m_console.PrintStatus(QStringLiteral("/n--- closing port ---/n"));
+    Enable = false;
+    m_AppliedTerminalMode = true;
+    try {
+        apply(false);
+    } catch (const RuntimeFailure&) {
+        // The port is closed and the mode is noted; forcing it once more would fail the same way.
+    }
+}
+
+void TerminalMode::apply(bool enable) {
+    if (enable != m_AppliedTerminalMode) {
+        m_AppliedTerminalMode = enable;
+        m_state.TerminalMode = enable;
+        if (enable)
+            applyTerminal();
+        else
+            applyProgrammed();
+    }
+    m_controls.txtStatus.SetFocus();
+}
+
+void TerminalMode::applyTerminal() {
+    m_controls.cmdTerminal.Caption = QStringLiteral("Disable Terminal mode");
+    m_console.PrintStatus(QStringLiteral("/n--- Enabling terminal mode ---/n"));
+    m_timCommReceive->start(kReceiveInterval);
+    m_port.setHandshaking(Handshaking::XonXoff);
+    m_port.setInputMode(ComPort::InputMode::Text);
+    m_controls.mnuExecScript.Enabled = true;
+}
+
+void TerminalMode::applyProgrammed() {
+    m_controls.cmdTerminal.Caption = QStringLiteral("Enable Terminal mode");
+    m_console.PrintStatus(QStringLiteral("/n--- Switching to programmed mode ---/n"));
+    m_port.setHandshaking(Handshaking::None);
+    m_timCommReceive->stop();
+    m_port.setInputMode(ComPort::InputMode::Binary);
+    m_controls.mnuExecScript.Enabled = false;
+}
+
+void TerminalMode::cmdTerminal_Click() {
+    if (m_state.OperationActive)
+        return;
+    try {
+        m_state.TerminalMode = !m_state.TerminalMode;
+        SetTerminalMode(m_state.TerminalMode);
+        if (m_state.TerminalMode)
+            m_port.OpenComPort();
+    } catch (const RuntimeFailure& failure) {
+        showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+        m_state.TerminalMode = false;
+        switchTo(false);
+    }
+}
+
+void TerminalMode::timCommReceive_Timer() {
+    if (!m_port.isOpen())
+        return;
+    QString s;
+    try {
+        if (m_port.InBufferCount() < 1)
+            return;
+        s = m_port.Input();
+    } catch (const RuntimeFailure&) {
+        return; // the watch over the idle port reports a lost device, once
+    }
+    if (!m_state.AwaitedText.isEmpty() && s.contains(m_state.AwaitedText))
+        m_state.AwaitedText.clear();
+    ShowReceived(s);
+}
+
+void TerminalMode::ShowReceived(const QString& s) {
+    // Each backspace takes back the character before it; with none left in this text, one character of
+    // the console, however many backspaces lead the text.
+    QString kept;
+    kept.reserve(s.size());
+    qsizetype removed = 0;
+    for (const QChar c : s) {
+        if (c != kBackspace)
+            kept.append(c);
+        else if (!kept.isEmpty())
+            kept.chop(1);
+        else if (!m_controls.txtStatus.text().isEmpty())
+            removed = 1;
+    }
+    QString shown;
+    shown.reserve(kept.size() + kept.count(kCarriageReturn));
+    for (const QChar c : kept) {
+        if (c == kLineFeed)
+            continue;
+        shown.append(c);
+        if (c == kCarriageReturn)
+            shown.append(kLineFeed);
+    }
+    m_controls.txtStatus.replaceEnd(removed, shown);
+}
+
+} // namespace zrk

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "controls/Controls.h"
+#include "platform/EventLoop.h"
+#include "serial/SharedState.h"
+
+namespace zrk {
+
+class ComPort;
+class MessageBoxes;
+class StatusConsole;
+
+/// The switch between the two uses of the port, and the terminal's receiving side.
+class TerminalMode {
+  public:
+    TerminalMode(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
+                 MessageBoxes& boxes, EventLoop& loop);
+
+    /// Switches the port and the controls to terminal (true) or programmed mode; in the present mode it
+    /// only moves the focus. A failure is shown, closes the port and forces programmed mode, with
+    /// `Enable` set to false; in DebugMode it passes through as RuntimeFailure instead. Yields.
+    void SetTerminalMode(bool& Enable);
+    void switchTo(bool enable) { SetTerminalMode(enable); }
+
+    /// Toggles terminal mode and opens the port when it goes on. Does nothing while an operation runs.
+    /// A port that cannot be opened is shown and leaves terminal mode off.
+    void cmdTerminal_Click();
+
+    /// Every 200 ms in terminal mode: takes what has arrived, releases a script's wait, shows the text.
+    void timCommReceive_Timer();
+
+    /// Appends a text of the board to the console, with backspaces and line ends translated.
+    void ShowReceived(const QString& s);
+
+  private:
+    void apply(bool enable);
+    void applyTerminal();
+    void applyProgrammed();
+
+    SharedState& m_state;
+    Controls& m_controls;
+    ComPort& m_port;
+    StatusConsole& m_console;
+    MessageBoxes& m_boxes;
+    std::unique_ptr<Timer> m_timCommReceive;
+    bool m_AppliedTerminalMode = false;
+};
+
+} // namespace zrk

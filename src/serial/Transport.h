@@ -1,0 +1,79 @@
+#pragma once
+
+#include "controls/Controls.h"
+#include "platform/EventLoop.h"
+#include "serial/SharedState.h"
+
+#include <cstdint>
+
+namespace zrk {
+
+class ComPort;
+class MessageBoxes;
+class StatusConsole;
+
+/// The primitives that every protocol is built from, and the two timers that belong to them.
+/// Expects the port in programmed mode. Port failures pass through as RuntimeFailure.
+class Transport {
+  public:
+    Transport(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
+              MessageBoxes& boxes, EventLoop& loop);
+
+    /// Writes the text, one byte per character; nothing while DebugMode is set. Never yields; waits for
+    /// the line only when the port's transmit queue is full.
+    void SendString(const QString& text);
+
+    /// SendString of the one character with this code.
+    void SendByte(std::uint8_t byte);
+
+    /// Waits, yielding, for a byte and returns the character of its code; the NUL character when
+    /// CancelRequested ends the wait, even if bytes are waiting.
+    [[nodiscard]] QString ReadChar();
+
+    /// Reads one character into LastChar, echoes it to the console and compares; prints its own
+    /// message on a mismatch. Yields.
+    [[nodiscard]] bool ExpectChar(const QString& expected);
+
+    /// True: (re)starts the reply time-out, 5000 ms or 10000 ms in DebugMode. False: stops it.
+    void ArmReplyTimer(bool enable);
+
+    /// True when the reply time-out has run out since it was last armed.
+    [[nodiscard]] bool replyTimedOut() const { return m_replyTimedOut; }
+
+    /// One pass of a transfer's loop: yields once.
+    void pass() { m_loop.yield(); }
+
+    /// True when another byte goes out without waiting for the line; keeps enough of the queue free
+    /// that a frame's closing bytes never have to wait.
+    [[nodiscard]] bool hasRoom();
+
+    /// Blocks until something happens (the line takes bytes, a click, a tick) and runs it.
+    void waitForRoom() { m_loop.wait(); }
+
+    /// The reply time-out has expired: asks the running wait to stop and tells the user.
+    void timTimeOut_Timer();
+
+    /// Starts or stops the progress display of an image transfer, 250 ms.
+    void enableSentStatus(bool enable);
+
+    /// True while the progress display of an image transfer runs.
+    [[nodiscard]] bool isTransferring() const { return m_timSentStatus->isActive(); }
+
+    /// Shows BytesSent and BytesTotal as text and per cent; an empty transfer counts as whole.
+    void timSentStatus_Timer();
+
+  private:
+    SharedState& m_state;
+    Controls& m_controls;
+    ComPort& m_port;
+    StatusConsole& m_console;
+    MessageBoxes& m_boxes;
+    EventLoop& m_loop;
+    std::unique_ptr<Timer> m_timTimeOut;
+    std::unique_ptr<Timer> m_timSentStatus;
+    std::chrono::milliseconds m_replyInterval;
+    bool m_replyTimedOut = false;
+    bool m_timeOutBoxOpen = false;
+};
+
+} // namespace zrk
