@@ -1,0 +1,21 @@
+#pragma once
+
+#include "boot/LongOperation.h"
+
+namespace zrk {
+
+/// The program's exit statuses, which test racks rely on.
+enum class ExitStatus {
+    Done = 0,
+    InternalFailure = 1,
+    Usage = 2, ///< usage, configuration or address error; nothing was sent
+    PortNotOpened = 3,
+    NoAnswer = 4,
+    WrongAnswer = 5,
+    PortLost = 6,
+    Cancelled = 130,
+};
+
+[[nodiscard]] ExitStatus exitStatusOf(Outcome outcome);
+
+} // namespace zrk

@@ -1,0 +1,194 @@
+#include "cli/Session.h"
+
+#include "config/HexConversions.h"
+#include "config/IniFile.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace zrk {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kDrainLimit = 3s;
+
+QString imageFolder(const CliOptions& options, const ProgramFacts& facts) {
+    return options.iniPath.isEmpty() ? facts.folder : QFileInfo(options.iniPath).absolutePath();
+}
+
+bool has(const std::vector<Step>& steps, Step step) {
+    return std::find(steps.cbegin(), steps.cend(), step) != steps.cend();
+}
+
+} // namespace
+
+Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop)
+    : m_options(options), m_facts(facts), m_question(loop), m_messages(m_question),
+      m_waitNotice(loop, options.waitLimit), m_interrupt(loop, [this] { interrupted(); }),
+      m_port(loop, PortNames(options.ports)),
+      m_loader({loop, m_port, m_messages, m_fileDialog, m_waitNotice}, imageFolder(options, facts)),
+      m_progress(m_loader, loop) {}
+
+ExitStatus Session::run() {
+    m_loader.startUp.prepare(m_facts);
+    m_loader.controls.cmbComPort.ListIndex = m_options.portNumber - 1;
+    m_loader.controls.chkErase.Value = m_options.erase ? 1 : 0;
+    presetSlots();
+    checkConfiguration();
+    copyToStandardOutput(m_loader.controls.txtStatus);
+    for (const Step step : m_options.steps) {
+        const ExitStatus status = m_interrupted ? ExitStatus::Cancelled : runStep(step);
+        if (status != ExitStatus::Done)
+            return status;
+    }
+    if (m_port.isOpen() && !m_port.drain(kDrainLimit)) {
+        tell(QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
+        return ExitStatus::PortLost;
+    }
+    return ExitStatus::Done;
+}
+
+void Session::presetSlots() {
+    QString& iniPath = m_loader.state.IniPath;
+    if (m_options.iniPath.isEmpty()) {
+        iniPath = m_loader.paths.joined(m_facts.name + QStringLiteral(".INI"));
+    } else {
+        iniPath = QFileInfo(m_options.iniPath).absoluteFilePath();
+        if (!FileExists(iniPath, true))
+            throw UsageError(
+                QStringLiteral("--ini %1: there is no such file, it cannot be read, or it is empty.")
+                    .arg(m_options.iniPath));
+    }
+    m_loader.iniLoader.mnuLoadIni_Click();
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        const QString& value = m_options.slotValues[static_cast<std::size_t>(slot)];
+        if (!value.isEmpty())
+            presetSlot(slot, value);
+    }
+}
+
+/// Fills a slot as an INI value does, but relative to the folder the user is in, and with an error where
+/// the window would show what is wrong.
+void Session::presetSlot(int slot, const QString& value) {
+    const qsizetype comma = value.indexOf(QLatin1Char(','));
+    const QString file = comma < 0 ? value : value.left(comma);
+    if (!FileExists(file, true))
+        throw UsageError(QStringLiteral("%1 %2: there is no such file, it cannot be read, or it is empty.")
+                             .arg(slotOption(slot), file));
+    if (comma >= 0) {
+        const QString address = value.mid(comma + 1).section(QLatin1Char(','), 0, 0).trimmed();
+        try {
+            (void)strictHexForm(NormalizeHex(address));
+        } catch (const RuntimeFailure& failure) {
+            throw UsageError(QStringLiteral("%1: the address cannot be read. %2")
+                                 .arg(slotOption(slot), failure.description()));
+        }
+    }
+    const QString absolute = QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath());
+    m_loader.iniLoader.applyValue(slot, absolute + (comma < 0 ? QString() : value.mid(comma)));
+}
+
+bool Session::isSelected(int slot) const {
+    return m_loader.controls.chkExeURK[static_cast<std::size_t>(slot)].isTicked();
+}
+
+void Session::requireFile(int slot) {
+    if (isSelected(slot))
+        return;
+    const QString shown = m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text;
+    if (!shown.isEmpty())
+        throw UsageError(QStringLiteral("%1, which %2 names. Give the file with %3 or mend the INI file.")
+                             .arg(shown, m_loader.state.IniPath, slotOption(slot)));
+    throw UsageError(QStringLiteral("No image given for %1, and %2 names none.")
+                         .arg(slotOption(slot), m_loader.state.IniPath));
+}
+
+/// What can be wrong before anything is sent is told before anything is sent.
+void Session::checkConfiguration() {
+    const std::vector<Step>& steps = m_options.steps;
+    if (has(steps, Step::Load)) {
+        const bool named = !m_loader.controls.txtFilNam[kPrimaryBoot].Text.value().isEmpty();
+        if (named || !isSelected(kSecondaryExecutable))
+            requireFile(kPrimaryBoot);
+        if (!m_loader.controls.txtFilNam[kSecondaryExecutable].Text.value().isEmpty() ||
+            has(steps, Step::Start))
+            requireFile(kSecondaryExecutable);
+    }
+    if (has(steps, Step::Flash)) {
+        requireFile(kPgSibl);
+        requireFile(kFlashImage);
+    }
+    const bool checksLater = has(steps, Step::Load) || has(steps, Step::Check);
+    const bool checksFirst = steps.front() == Step::Load || steps.front() == Step::Check;
+    if (checksLater && !checksFirst && !m_loader.validation.ValidateAddresses())
+        throw UsageError(QStringLiteral("The addresses are wrong; nothing was sent."));
+}
+
+ExitStatus Session::runStep(Step step) {
+    switch (step) {
+    case Step::Load:
+        m_loader.bringUp.cmdStartPrimary_Click();
+        return operationStatus();
+    case Step::Start:
+        return start();
+    case Step::Check:
+        return check();
+    case Step::Flash:
+        return flash();
+    }
+    return ExitStatus::InternalFailure;
+}
+
+ExitStatus Session::operationStatus() const {
+    return m_waitNotice.limitRanOut() ? ExitStatus::NoAnswer : exitStatusOf(m_loader.operation.outcome());
+}
+
+ExitStatus Session::start() {
+    try {
+        m_loader.port.OpenComPort();
+        m_loader.bringUp.sendStartCommand();
+    } catch (const RuntimeFailure& failure) {
+        tell(QStringLiteral("Error: ") + failure.description());
+        return failure.kind() == FailureKind::PortNotOpened ? ExitStatus::PortNotOpened
+                                                            : ExitStatus::PortLost;
+    }
+    return ExitStatus::Done;
+}
+
+ExitStatus Session::check() {
+    const bool valid = m_loader.validation.ValidateAddresses();
+    std::printf("%-7s%-12s%-12s\n", "index", "start", "size");
+    for (const AddressList::Row& row : m_loader.controls.lvwAdrs.rows()) {
+        const QString& name = m_loader.state.SlotNames.at(static_cast<std::size_t>(row.index.toInt()));
+        std::printf("%-7s%-12s%-12s%s\n", qPrintable(row.index), qPrintable(row.start), qPrintable(row.size),
+                    qPrintable(name));
+    }
+    std::fflush(stdout);
+    return valid ? ExitStatus::Done : ExitStatus::Usage;
+}
+
+ExitStatus Session::flash() {
+    const QString sizeText = m_loader.controls.lblCodeSize[kFlashImage].Caption;
+    const std::int64_t size = HexToLong(sizeText);
+    tell(QStringLiteral("Flash image: %1 bytes (%2), %3 on the line at 115200 baud.")
+             .arg(size)
+             .arg(sizeText, lineTimeText(size)));
+    m_loader.flash.cmdPrgFlash_Click();
+    if (m_loader.flash.flashStateUnknown)
+        tell(kFlashStateUnknownText);
+    return operationStatus();
+}
+
+void Session::interrupted() {
+    // A running operation asks before it gives up, and its outcome tells what became of it.
+    if (!m_loader.state.OperationActive)
+        m_interrupted = true;
+    m_question.withdraw();
+    m_loader.portControl.cmdCancel_Click();
+}
+
+} // namespace zrk

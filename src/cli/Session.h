@@ -1,0 +1,51 @@
+#pragma once
+
+#include "cli/ExitStatus.h"
+#include "cli/Options.h"
+#include "cli/ProgressLines.h"
+#include "cli/Terminal.h"
+#include "cli/WaitNotice.h"
+#include "core/Loader.h"
+#include "platform/AsioSerialPort.h"
+#include "platform/InterruptSignal.h"
+#include "platform/ProgramFacts.h"
+#include "platform/TerminalQuestion.h"
+
+namespace zrk {
+
+/// One run of the command line: a loader without a window, and the steps that it is put through.
+class Session {
+  public:
+    Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop);
+
+    /// Presets the slots, checks what can be checked before anything is sent, and carries out the steps
+    /// up to the first that fails. Throws UsageError for a configuration that cannot work.
+    [[nodiscard]] ExitStatus run();
+
+  private:
+    void presetSlots();
+    void presetSlot(int slot, const QString& value);
+    void checkConfiguration();
+    void requireFile(int slot);
+    [[nodiscard]] bool isSelected(int slot) const;
+    [[nodiscard]] ExitStatus runStep(Step step);
+    [[nodiscard]] ExitStatus start();
+    [[nodiscard]] ExitStatus check();
+    [[nodiscard]] ExitStatus flash();
+    [[nodiscard]] ExitStatus operationStatus() const;
+    void interrupted();
+
+    CliOptions m_options;
+    ProgramFacts m_facts;
+    TerminalQuestion m_question;
+    TerminalMessages m_messages;
+    NoFileDialog m_fileDialog;
+    WaitNotice m_waitNotice;
+    InterruptSignal m_interrupt; // before the port, whose thread must not take the signals
+    AsioSerialPort m_port;
+    Loader m_loader;
+    ProgressLines m_progress;
+    bool m_interrupted = false;
+};
+
+} // namespace zrk

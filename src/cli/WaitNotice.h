@@ -1,0 +1,32 @@
+#pragma once
+
+#include "boot/WaitDialogView.h"
+#include "platform/EventLoop.h"
+
+#include <chrono>
+#include <optional>
+
+namespace zrk {
+
+/// The wait dialog where there is no window: prints the instruction and gives up after the limit.
+class WaitNotice final : public WaitDialogView {
+  public:
+    /// Without a limit the wait ends on the BootID or on a cancel only.
+    WaitNotice(EventLoop& loop, std::optional<std::chrono::milliseconds> limit);
+
+    void show(WaitDialog& dialog) override;
+    void hide() override;
+
+    /// True when the last wait ended because the limit ran out.
+    [[nodiscard]] bool limitRanOut() const { return m_limitRanOut; }
+
+  private:
+    void giveUp();
+
+    std::optional<std::chrono::milliseconds> m_limit;
+    std::unique_ptr<Timer> m_timer;
+    WaitDialog* m_dialog = nullptr; ///< the one being shown
+    bool m_limitRanOut = false;
+};
+
+} // namespace zrk

@@ -1,0 +1,43 @@
+#include "cli/Options.h"
+#include "cli/Session.h"
+#include "core/ThisProgram.h"
+#include "platform/QtEventLoop.h"
+#include "platform/StandardStreams.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+int runProgram() {
+    // The window and the command line share the configuration file.
+    zrk::ProgramFacts facts = zrk::programFacts();
+    facts.name = QStringLiteral("zrk-loader");
+    try {
+        const auto options = zrk::parseCommandLine(QCoreApplication::arguments(), zrk::versionText());
+        if (!options)
+            return 0;
+        zrk::QtEventLoop loop;
+        zrk::Session session(*options, facts, loop);
+        return static_cast<int>(session.run());
+    } catch (const zrk::UsageError& error) {
+        std::fprintf(stderr, "zrk-loader-cli: %s\nTry 'zrk-loader-cli --help'.\n", error.what());
+        return static_cast<int>(zrk::ExitStatus::Usage);
+    } catch (const zrk::RuntimeFailure& failure) {
+        std::fprintf(stderr, "zrk-loader-cli: %s\n", failure.what());
+        return static_cast<int>(zrk::ExitStatus::InternalFailure);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "zrk-loader-cli: internal failure: %s\n", error.what());
+        return static_cast<int>(zrk::ExitStatus::InternalFailure);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    zrk::ignoreBrokenPipes();
+    const QCoreApplication app(argc, argv);
+    return runProgram();
+}

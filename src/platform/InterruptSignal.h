@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace zrk {
+
+class EventLoop;
+
+/// Brings Ctrl-C and a request to end the program into the event loop, where `interrupted` runs.
+/// Make it before any other thread is started; one per process.
+class InterruptSignal {
+  public:
+    InterruptSignal(EventLoop& loop, std::function<void()> interrupted);
+    ~InterruptSignal();
+    InterruptSignal(const InterruptSignal&) = delete;
+    InterruptSignal& operator=(const InterruptSignal&) = delete;
+
+  private:
+    struct Private;
+    std::unique_ptr<Private> m_private;
+};
+
+} // namespace zrk

@@ -1,0 +1,42 @@
+#include "platform/EventLoop.h"
+#include "platform/InterruptSignal.h"
+
+#include <atomic>
+#include <windows.h>
+
+namespace zrk {
+namespace {
+
+// The system calls a plain function on a thread of its own, so there is no other way to the object.
+std::atomic<EventLoop*> interruptedLoop{nullptr};
+std::atomic<std::function<void()>*> interruptedHandler{nullptr};
+
+BOOL WINAPI onConsoleEvent(DWORD /*event*/) {
+    EventLoop* loop = interruptedLoop;
+    std::function<void()>* handler = interruptedHandler;
+    if (loop == nullptr || handler == nullptr)
+        return FALSE;
+    loop->post([handler] { (*handler)(); });
+    return TRUE;
+}
+
+} // namespace
+
+struct InterruptSignal::Private {
+    std::function<void()> interrupted;
+};
+
+InterruptSignal::InterruptSignal(EventLoop& loop, std::function<void()> interrupted)
+    : m_private(std::make_unique<Private>(Private{std::move(interrupted)})) {
+    interruptedHandler = &m_private->interrupted;
+    interruptedLoop = &loop;
+    SetConsoleCtrlHandler(onConsoleEvent, TRUE);
+}
+
+InterruptSignal::~InterruptSignal() {
+    SetConsoleCtrlHandler(onConsoleEvent, FALSE);
+    interruptedLoop = nullptr;
+    interruptedHandler = nullptr;
+}
+
+} // namespace zrk

@@ -1,0 +1,12 @@
+#pragma once
+
+namespace zrk {
+
+/// True when standard error is a terminal, where a line may be written over.
+[[nodiscard]] bool standardErrorIsTerminal();
+
+/// Lets writes to a closed pipe fail instead of ending the program, which may be in the middle of
+/// talking to a board.
+void ignoreBrokenPipes();
+
+} // namespace zrk
