@@ -38,8 +38,11 @@ bool BootRomHandshake::run() {
 
 bool BootRomHandshake::waitForBootId() {
     m_console.PrintStatus(QStringLiteral("Waiting for BootID .. "));
-    WaitDialog dialog(m_state, m_console, m_transport, m_port, m_keys, m_view);
-    dialog.showModal();
+    // Loading the dialog clears old requests; one that came since the operation began must not be lost.
+    if (!m_state.CancelRequested) {
+        WaitDialog dialog(m_state, m_console, m_transport, m_port, m_keys, m_view);
+        dialog.showModal();
+    }
     if (m_state.CancelRequested) {
         m_console.PrintStatus(QStringLiteral("cancelled!/n"));
         return false;

@@ -44,6 +44,7 @@ void LongOperation::run(const std::function<End()>& body, const std::function<vo
 void LongOperation::begin() {
     m_state.OperationActive = true;
     m_state.CancelRequested = false;
+    m_transport.forgetTimeOut();
     // A port that failed under a transfer left its progress display running.
     m_transport.enableSentStatus(false);
 }
@@ -74,16 +75,18 @@ Outcome LongOperation::abortedOutcome() const {
 }
 
 Outcome LongOperation::failedOutcome(FailureKind kind) const {
+    // Before the operation has begun the request is an older one's.
+    const bool cancelled = m_state.OperationActive && m_state.CancelRequested;
     switch (kind) {
     case FailureKind::PortNotOpened:
         return Outcome::PortNotOpened;
     case FailureKind::PortLost:
         return Outcome::PortLost;
     case FailureKind::WrongAnswer:
-        return m_state.CancelRequested ? Outcome::Cancelled : Outcome::WrongAnswer;
+        return cancelled ? Outcome::Cancelled : Outcome::WrongAnswer;
     default:
         // The closing window takes the port away under the operation, which is a cancel.
-        return m_state.CancelRequested ? Outcome::Cancelled : Outcome::Failed;
+        return cancelled ? Outcome::Cancelled : Outcome::Failed;
     }
 }
 

@@ -28,6 +28,7 @@ ProgressLines::~ProgressLines() {
 }
 
 void ProgressLines::tick() {
+    m_loader.activity.refresh();
     const QString text = progressText();
     if (text.isEmpty()) {
         clearLine();

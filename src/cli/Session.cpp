@@ -103,8 +103,11 @@ void Session::requireFile(int slot) {
     if (!shown.isEmpty())
         throw UsageError(QStringLiteral("%1, which %2 names. Give the file with %3 or mend the INI file.")
                              .arg(shown, m_loader.state.IniPath, slotOption(slot)));
-    throw UsageError(QStringLiteral("No image given for %1, and %2 names none.")
-                         .arg(slotOption(slot), m_loader.state.IniPath));
+    const QString& iniPath = m_loader.state.IniPath;
+    throw UsageError(QStringLiteral("No image given: name one with %1 FILE[,ADDRESS]; %2.")
+                         .arg(slotOption(slot), FileExists(iniPath, true)
+                                                    ? iniPath + QStringLiteral(" names none")
+                                                    : QStringLiteral("there is no INI file ") + iniPath));
 }
 
 /// What can be wrong before anything is sent is told before anything is sent.

@@ -1,0 +1,142 @@
+#include "cli/Processes.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QStringList words(const char* text) {
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
+
+constexpr const char* kBringUpTranscript = "Waiting for BootID .. 5 .. found!\n"
+                                           "Sending 'A' .. done!\n"
+                                           "Expect 2-nd BootId .. 5 .. found!\n"
+                                           "Sending 'U','3'.. done!\n"
+                                           "Expect 'R' .. R .. found!\n"
+                                           "Sending startaddress .. done!\n"
+                                           "Sending size .. done!\n"
+                                           "Sending code .. done!\n"
+                                           "\n"
+                                           "--- Loading Secondary executable ---\n"
+                                           "Wait for 'X' .. X .. found!\n"
+                                           "-- Sending command .. p ..done!\n"
+                                           "Sending startaddress .. done!\n"
+                                           "Sending size .. done!\n"
+                                           "Wait for acceptance from primary boot .. o ..OK!\n"
+                                           "Sending code .. done!\n"
+                                           "Expect final 't' .. t .. found, \n"
+                                           "---- Secondary Executable loaded. ---\n"
+                                           "\n"
+                                           "\n"
+                                           "-- Starting Secondary Executable --\n";
+
+TEST(Cli, BringsUpABoardAndStartsIt) {
+    const SampleImages images;
+    const QString iram = images.file(QStringLiteral("iram.dump"));
+    const QString sdram = images.file(QStringLiteral("sdram.dump"));
+    BoardProcess board({QStringLiteral("--unpaced"), QStringLiteral("--dump-iram"), iram,
+                        QStringLiteral("--dump-sdram"), sdram});
+    CliRun run({QStringLiteral("--port"), board.device(), QStringLiteral("--ini"), images.ini(),
+                QStringLiteral("load"), QStringLiteral("start")});
+    EXPECT_EQ(run.status(), 0) << run.error().toStdString();
+    EXPECT_EQ(run.output(), QByteArray(kBringUpTranscript));
+    EXPECT_TRUE(run.error().contains("Cycle power off/on on the ZRK6924 demo board, \n"))
+        << run.error().toStdString();
+    EXPECT_FALSE(run.error().contains('\r')) << "no control characters where no terminal is";
+
+    board.stop();
+    const QByteArray primary = contents(images.file(QStringLiteral("primary.bin")));
+    const QByteArray secondary = contents(images.file(QStringLiteral("secondary.bin")));
+    EXPECT_EQ(contents(iram).left(primary.size()), primary);
+    EXPECT_EQ(contents(sdram).mid(4, secondary.size()), secondary);
+}
+
+struct Ending {
+    const char* board;
+    const char* steps;
+    int status;
+    const char* output;
+    const char* error;
+};
+
+TEST(Cli, ExitStatusTellsTheCause) {
+    const SampleImages images;
+    const Ending endings[] = {
+        {"--fault bootid=none", "--wait 0.3 load", 4, "Waiting for BootID .. cancelled!\n",
+         "No BootID within 0.3 s"},
+        {"--fault second-bootid=wrong", "load", 5, "invalid character received! Cancelling.\n", ""},
+        {"--fault X=none", "load", 4, "--- Cancel download, closing port ---\n",
+         "TimeOut: No valid serial response received within  5 second\nAborting operation\n"},
+        {"--fault accept=refuse", "load", 5, " .. Error signalled back from primary boot.\n", ""},
+        {"--hang-up-after 3000", "load", 6, "--- Cancel download, closing port ---\n",
+         "Error: Error communicating with COM1\nor other download problem\nError: COM1 ("},
+        {"--fault ack-data=wrong@7", "flash", 5, "get ACK .. \n--- Cancel download, closing port ---\n",
+         "The flash contents are in an unknown state"},
+        {"--version-length 40000", "flash", 5, "Reading VERSION INFORMATION frame .. ", "40000"},
+        {"--erase-time 0.1", "flash --erase", 0, "frame .. (ERASING FLASH) .. get ACK .. done!\n",
+         "Flash image: 65536 bytes (0x10000), about 6 s"},
+        {"", "check load start", 0, "0x80000000)\n1      0x00000004  0xA000      Secondary Executable\n", ""},
+    };
+    for (const Ending& ending : endings) {
+        SCOPED_TRACE(std::string(ending.board) + " / " + ending.steps);
+        const BoardProcess board(words(ending.board) + QStringList{QStringLiteral("--unpaced")});
+        CliRun run(
+            QStringList{QStringLiteral("--port"), board.device(), QStringLiteral("--ini"), images.ini()} +
+            words(ending.steps));
+        EXPECT_EQ(run.status(), ending.status);
+        EXPECT_TRUE(run.output().contains(ending.output)) << run.output().toStdString();
+        EXPECT_TRUE(run.error().contains(ending.error)) << run.error().toStdString();
+    }
+}
+
+TEST(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
+    const SampleImages images;
+    const QByteArray primary = images.file(QStringLiteral("primary.bin")).toLocal8Bit();
+    const struct {
+        QByteArray arguments;
+        int status;
+        const char* error;
+    } lines[] = {
+        {"", 2, "No step given"},
+        {"fly", 2, "Unknown step \"fly\""},
+        {"--speed 9 load", 2, "speed"},
+        {"--com 9 load", 2, "--com 9: the port number goes from 1 to 8"},
+        {"--com 2=/dev/null --port /dev/null load", 2, "--port names the device of COM1"},
+        {"--wait soon load", 2, "--wait soon"},
+        {"--ini /nonexistent.INI load", 2, "--ini /nonexistent.INI: there is no such file"},
+        {"--primary /nonexistent load", 2, "--primary /nonexistent: there is no such file"},
+        {"--primary " + primary + ",0xZZ load", 2, "--primary: the address cannot be read"},
+        {"load", 2, "name one with --primary FILE"},
+        {"--primary " + primary + " load start", 2, "name one with --secondary FILE"},
+        {"--flash " + primary + " flash", 2, "name one with --pg-sibl FILE"},
+        {"--secondary " + primary + ",0x10 check", 2, "It must be between 0x80000004 and 0x83FFFFF0"},
+        {"--secondary " + primary + ",0x81FFFFFC flash check", 2, "--pg-sibl"},
+        {"--port /nonexistent --primary " + primary + " load", 3, "(/nonexistent): no such device"},
+    };
+    for (const auto& line : lines) {
+        SCOPED_TRACE(line.arguments.toStdString());
+        CliRun run(words(line.arguments.constData()));
+        EXPECT_EQ(run.status(), line.status);
+        EXPECT_TRUE(run.error().contains(line.error)) << run.error().toStdString();
+    }
+}
+
+TEST(Cli, TellsItsUsageAndVersion) {
+    CliRun help({QStringLiteral("--help")});
+    EXPECT_EQ(help.status(), 0);
+    EXPECT_TRUE(help.output().contains("--pg-sibl <FILE[,ADDRESS]>")) << help.output().toStdString();
+    CliRun version({QStringLiteral("--version")});
+    EXPECT_EQ(version.status(), 0);
+    EXPECT_EQ(version.output(), "zrk-loader-cli 0.7.34\n");
+}
+
+} // namespace
