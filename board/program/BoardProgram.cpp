@@ -1,0 +1,218 @@
+#include "board/program/BoardProgram.h"
+
+#include "board/program/FileMemory.h"
+#include "board/program/MemoryDump.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <ctime>
+#include <poll.h>
+
+namespace zrkboard {
+
+namespace {
+
+// The driver's buffer of 4 KiB. The loader is stopped somewhat earlier, for what it writes before it feels
+// that, and restarted while there is still enough to keep the line busy.
+constexpr std::size_t kHighMark = 3072;
+constexpr std::size_t kLowMark = 2048;
+
+// While bytes stream in they are handed on in batches; waking up for each one would cost a core.
+constexpr auto kStreamingInterval = std::chrono::milliseconds(2);
+
+// What an adapter keeps for a loader that does not read.
+constexpr std::size_t kMostDelivered = 64ULL * 1024;
+
+Nand makeNand(const ProgramOptions& options) {
+    if (!options.nandFile)
+        return Nand();
+    return Nand(std::make_unique<FileMemory>(*options.nandFile, kNandSize, 0xFF));
+}
+
+template <typename... Times>
+std::optional<TimePoint> earliest(Times... times) {
+    std::optional<TimePoint> first;
+    for (const std::optional<TimePoint>& time : {std::optional<TimePoint>(times)...}) {
+        if (time && (!first || *time < *first))
+            first = time;
+    }
+    return first;
+}
+
+} // namespace
+
+BoardProgram::BoardProgram(ProgramOptions options, std::ostream& out, std::ostream& log)
+    : m_options(std::move(options)), m_out(out), m_log(log), m_board(m_options.board, makeNand(m_options)),
+      m_powerUser(m_options.patience), m_toBoard(m_options.lineRate), m_toLoader(m_options.lineRate) {
+    if (m_options.verbose)
+        m_board.setLog([this](TimePoint when, const std::string& what) { this->log(when, what); });
+    plugIn();
+}
+
+void BoardProgram::run() {
+    m_board.powerOn(Clock::now());
+    while (!m_done) {
+        waitForSomething();
+        service(Clock::now());
+    }
+    m_adapter.reset();
+    if (m_options.sdramDump)
+        dumpMemory(m_board.sdram(), *m_options.sdramDump);
+    if (m_options.iramDump)
+        dumpMemory(m_board.iram(), *m_options.iramDump);
+}
+
+void BoardProgram::plugIn() {
+    m_adapter = std::make_unique<Adapter>();
+    const std::string& device = m_adapter->terminal.devicePath();
+    if (m_options.link)
+        m_adapter->link = std::make_unique<DeviceLink>(*m_options.link, device);
+    m_out << device << std::endl;
+}
+
+void BoardProgram::unplug(TimePoint now) {
+    m_adapter.reset();
+    m_powerUser.loaderClosed();
+    m_toBoard.clear();
+    m_toLoader.clear();
+    m_delivered.clear();
+    m_replugAt = now + m_options.replugDelay;
+}
+
+std::optional<TimePoint> BoardProgram::nextWake(TimePoint now) const {
+    std::optional<TimePoint> streaming;
+    if (const auto next = m_toBoard.nextThrough())
+        streaming = std::max(*next, std::min(*m_toBoard.allThrough(), now + kStreamingInterval));
+    if (const auto next = m_toLoader.nextThrough())
+        streaming = earliest(streaming,
+                             std::max(*next, std::min(*m_toLoader.allThrough(), now + kStreamingInterval)));
+    return earliest(streaming, m_board.nextDeadline(), m_powerUser.nextLook(now), m_replugAt);
+}
+
+void BoardProgram::waitForSomething() {
+    std::array<pollfd, 3> fds{{{m_signals.fd(), POLLIN, 0}, {-1, POLLIN, 0}, {-1, POLLIN, 0}}};
+    if (m_adapter) {
+        fds[1].fd = m_adapter->use.fd();
+        fds[2].fd = m_adapter->terminal.masterFd();
+        if (!m_delivered.empty())
+            fds[2].events |= POLLOUT;
+    }
+    const TimePoint now = Clock::now();
+    const auto wake = nextWake(now);
+    timespec timeout{};
+    if (wake) {
+        const auto wait = std::max(std::chrono::nanoseconds::zero(),
+                                   std::chrono::duration_cast<std::chrono::nanoseconds>(*wake - now));
+        timeout.tv_sec = static_cast<time_t>(wait.count() / 1'000'000'000);
+        timeout.tv_nsec = static_cast<long>(wait.count() % 1'000'000'000);
+    }
+    (void)::ppoll(fds.data(), fds.size(), wake ? &timeout : nullptr, nullptr);
+}
+
+void BoardProgram::service(TimePoint now) {
+    obeySignals(now);
+    if (!m_adapter && m_replugAt && now >= *m_replugAt) {
+        m_replugAt.reset();
+        plugIn();
+        m_board.powerOn(now);
+    }
+    if (m_adapter) {
+        noticeLoader(now);
+        moveToBoard(now);
+        moveToLoader(now);
+        operatePower(now);
+    }
+}
+
+void BoardProgram::obeySignals(TimePoint now) {
+    for (auto wish = m_signals.take(); wish != SignalInput::Wish::None; wish = m_signals.take()) {
+        if (wish == SignalInput::Wish::End)
+            m_done = true;
+        else if (!m_adapter)
+            continue;
+        else if (wish == SignalInput::Wish::PowerCycle)
+            endRun("power switched off by hand", now);
+        else
+            m_board.hangUp("by hand");
+    }
+}
+
+void BoardProgram::noticeLoader(TimePoint now) {
+    const auto change = m_adapter->use.update();
+    if (change.closed) {
+        log(now, "line: closed by the loader");
+        m_powerUser.loaderClosed();
+        m_toLoader.clear();
+        m_delivered.clear();
+        // Not if the next one is there already: it would lose its exclusive use.
+        if (!m_adapter->use.inUse())
+            m_adapter->terminal.forgetLoader();
+    }
+    if (change.opened && m_adapter->use.inUse()) {
+        log(now, "line: opened by a loader");
+        m_powerUser.loaderOpened(now);
+    }
+}
+
+void BoardProgram::moveToBoard(TimePoint now) {
+    const auto written = m_adapter->terminal.read();
+    if (!written.empty()) {
+        m_powerUser.loaderSpoke();
+        m_toBoard.push(written, now);
+    }
+    m_board.receive(m_toBoard.take(now), now);
+    m_board.advance(now);
+    if (m_toBoard.size() >= kHighMark)
+        m_adapter->terminal.stopLoader(true);
+    else if (m_toBoard.size() < kLowMark)
+        m_adapter->terminal.stopLoader(false);
+}
+
+void BoardProgram::moveToLoader(TimePoint now) {
+    const auto sent = m_board.takeOutput();
+    // Nobody's driver keeps bytes for a port that is closed.
+    if (m_adapter->use.inUse())
+        m_toLoader.push(sent, now);
+    const auto through = m_toLoader.take(now);
+    m_delivered.insert(m_delivered.end(), through.begin(), through.end());
+    const std::size_t taken = m_delivered.empty() ? 0 : m_adapter->terminal.write(m_delivered);
+    m_delivered.erase(m_delivered.begin(), m_delivered.begin() + static_cast<std::ptrdiff_t>(taken));
+    if (m_delivered.size() > kMostDelivered) {
+        log(now, "line: overrun, the loader does not read");
+        m_delivered.clear();
+    }
+}
+
+void BoardProgram::operatePower(TimePoint now) {
+    if (m_board.hungUp()) {
+        if (m_options.powerCycles != 0 && m_board.powerOns() >= m_options.powerCycles)
+            m_done = true;
+        return unplug(now);
+    }
+    // A reset has begun the next run by itself.
+    if (m_options.powerCycles != 0 && m_board.powerOns() > m_options.powerCycles)
+        m_done = true;
+    const bool lineBusy = !m_toBoard.empty() || !m_toLoader.empty() || !m_delivered.empty();
+    if (m_powerUser.wantsPowerCycle({m_board.state(), lineBusy, m_adapter->terminal.inTerminalMode()}, now))
+        endRun("power cycled for the next attempt", now);
+}
+
+void BoardProgram::endRun(const std::string& why, TimePoint now) {
+    log(now, "power: " + why);
+    if (m_options.powerCycles != 0 && m_board.powerOns() >= m_options.powerCycles)
+        m_done = true;
+    else
+        m_board.powerOn(now);
+}
+
+void BoardProgram::log(TimePoint when, const std::string& what) const {
+    if (!m_options.verbose)
+        return;
+    std::array<char, 32> time{};
+    std::snprintf(time.data(), time.size(), "[%10.3f] ",
+                  std::chrono::duration<double>(when - m_started).count());
+    m_log << time.data() << what << std::endl;
+}
+
+} // namespace zrkboard

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "board/Board.h"
+#include "board/PacedQueue.h"
+#include "board/program/DeviceLink.h"
+#include "board/program/PowerUser.h"
+#include "board/program/ProgramOptions.h"
+#include "board/program/PseudoTerminal.h"
+#include "board/program/SignalInput.h"
+#include "board/program/UseWatch.h"
+
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace zrkboard {
+
+// The board on a device of this machine: moves bytes between a pseudo-terminal and the model at the line's
+// pace, plays the user at the power switch, and ends on a signal or after the wanted number of runs.
+class BoardProgram {
+  public:
+    // `out` gets the device's path, `log` what the board sees if that is wanted. Throws std::exception when
+    // device, link or NAND file cannot be had.
+    BoardProgram(ProgramOptions options, std::ostream& out, std::ostream& log);
+
+    // Returns at the end of the program, with the dumps written. Throws std::exception when one cannot be.
+    void run();
+
+  private:
+    // The adapter: what is there as long as it is plugged in.
+    struct Adapter {
+        PseudoTerminal terminal;
+        UseWatch use{terminal.devicePath()};
+        std::unique_ptr<DeviceLink> link;
+    };
+
+    void plugIn();
+    void unplug(TimePoint now);
+    void waitForSomething();
+    [[nodiscard]] std::optional<TimePoint> nextWake(TimePoint now) const;
+    void service(TimePoint now);
+    void obeySignals(TimePoint now);
+    void noticeLoader(TimePoint now);
+    void moveToBoard(TimePoint now);
+    void moveToLoader(TimePoint now);
+    void operatePower(TimePoint now);
+    void endRun(const std::string& why, TimePoint now);
+    void log(TimePoint when, const std::string& what) const;
+
+    ProgramOptions m_options;
+    std::ostream& m_out;
+    std::ostream& m_log;
+    TimePoint m_started = Clock::now();
+    SignalInput m_signals;
+    Board m_board;
+    PowerUser m_powerUser;
+    PacedQueue m_toBoard;
+    PacedQueue m_toLoader;
+    std::vector<std::uint8_t> m_delivered; // through the line, not yet taken by the loader's side
+    std::unique_ptr<Adapter> m_adapter;    // null between a hang-up and the new device
+    std::optional<TimePoint> m_replugAt;
+    bool m_done = false;
+};
+
+} // namespace zrkboard
