@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+#include <chrono>
+
+namespace zrk {
+
+struct LineSettings;
+struct OpenResult;
+
+/// What a user is told about a port: each text says what failed, why, and what to do.
+namespace port_messages {
+
+/// "COM1 (/dev/ttyUSB0)", by which the other texts call the port.
+[[nodiscard]] QString portName(int number, const QString& device);
+
+[[nodiscard]] QString noSuchNumber(int number);
+[[nodiscard]] QString noDevice(int number);
+[[nodiscard]] QString cannotOpen(const QString& port, const OpenResult& result);
+[[nodiscard]] QString settingsRefused(const QString& port, const LineSettings& settings);
+[[nodiscard]] QString alreadyOpen(const QString& port);
+[[nodiscard]] QString notOpen();
+[[nodiscard]] QString gone(const QString& port, const QString& reason);
+[[nodiscard]] QString stalled(const QString& port, std::chrono::milliseconds limit);
+
+} // namespace port_messages
+} // namespace zrk

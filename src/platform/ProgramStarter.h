@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+namespace zrk {
+
+/// Starts other programs.
+class ProgramStarter {
+  public:
+    virtual ~ProgramStarter() = default;
+
+    /// Starts the program at this path, which may hold blanks, without a shell, and does not wait for it.
+    /// False when it cannot be started.
+    [[nodiscard]] virtual bool start(const QString& path) = 0;
+};
+
+class DetachedStarter final : public ProgramStarter {
+  public:
+    [[nodiscard]] bool start(const QString& path) override;
+};
+
+} // namespace zrk

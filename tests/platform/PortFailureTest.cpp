@@ -1,0 +1,122 @@
+#include "PortFixture.h"
+
+#include <ctime>
+#include <thread>
+
+namespace zrk::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+class AsioSerialPortFailure : public PortFixture {
+  protected:
+    [[nodiscard]] std::string gone(const char* reason) const {
+        return "lost: " + name() + " is gone: " + reason + ". Plug the adapter in again and start over.";
+    }
+    [[nodiscard]] std::string stalled(const char* seconds) const {
+        return "lost: " + name() + " takes no more data: nothing has gone out for " + seconds +
+               " s. Check the cable and the board.";
+    }
+};
+
+TEST_F(AsioSerialPortFailure, HangUpIsFoundAtOnceAndReportedAfterTheBytesBeforeIt) {
+    openPort();
+    line.send("last words");
+    ASSERT_TRUE(waitUntil([&] { return port->bytesWaiting() == 10; }));
+    line.hangUp();
+    ASSERT_TRUE(waitUntil([&] { return port->isLost(); }));
+    EXPECT_TRUE(port->isOpen());
+    EXPECT_EQ(port->bytesWaiting(), 10);
+    EXPECT_EQ(port->read(4), "last");
+    EXPECT_EQ(port->read(100), " words");
+
+    const std::string failure = gone("the line was hung up");
+    EXPECT_EQ(callsOf(*port, failure), "");
+    EXPECT_FALSE(port->setDtr(true));
+    EXPECT_FALSE(port->drain(10s)) << "nor does it wait";
+    port->setHandshaking(Handshaking::XonXoff);
+    EXPECT_EQ(callsOf(*port, failure), "") << "the first failure stays";
+
+    // A device that is gone must not be asked over and over.
+    const auto before = std::clock();
+    bool over = false;
+    const auto timer = loop.createTimer([&over] { over = true; });
+    timer->start(200ms);
+    while (!over)
+        loop.wait();
+    EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 10);
+
+    port->close();
+    EXPECT_FALSE(port->isLost());
+    const Pty next;
+    AsioSerialPort again(loop, PortNames({{1, next.device()}}));
+    EXPECT_EQ(failureOf([&] { again.open(1, kLine); }), "none");
+}
+
+TEST_F(AsioSerialPortFailure, HangUpEndsAWriteThatWaits) {
+    openPort();
+    line.stopLine();
+    port->write(pattern(512));
+    const auto begin = loop.now();
+    std::string failure;
+    {
+        const std::jthread puller([&] { line.hangUp(); });
+        failure = failureOf([&] { port->write(pattern(1000)); });
+    }
+    // Which of the two the kernel ends first is its affair.
+    EXPECT_TRUE(failure == gone("the line was hung up") || failure == gone("input/output error")) << failure;
+    EXPECT_LT(loop.now() - begin, 5s) << "it was the stall limit that ended it";
+}
+
+TEST_F(AsioSerialPortFailure, WriteToALineThatTakesNothingFails) {
+    openPort(150ms);
+    line.stopLine();
+    EXPECT_EQ(failureOf([&] { port->write(pattern(513)); }), stalled("0.15"));
+    EXPECT_TRUE(port->isLost());
+    EXPECT_EQ(callsOf(*port, stalled("0.15")), "");
+}
+
+TEST_F(AsioSerialPortFailure, StallIsNoticedWhenNobodyWrites) {
+    openPort(100ms);
+    port->write("goes out");
+    EXPECT_EQ(line.receive(8), "goes out");
+    line.stopLine();
+    port->write("x");
+    EXPECT_EQ(failureOf([&] { (void)port->transmitRoom(); }), "none");
+    ASSERT_TRUE(waitUntil([&] { return port->isLost(); }));
+    EXPECT_EQ(failureOf([&] { (void)port->transmitRoom(); }), stalled("0.1"));
+}
+
+TEST_F(AsioSerialPortFailure, StoppedLineCountsAgainWithoutXonXoff) {
+    openPort(100ms);
+    port->setHandshaking(Handshaking::XonXoff);
+    line.stopLine();
+    port->write("x");
+    EXPECT_FALSE(port->drain(300ms));
+    EXPECT_FALSE(port->isLost());
+    port->setHandshaking(Handshaking::None);
+    EXPECT_TRUE(waitUntil([&] { return port->isLost(); }));
+}
+
+TEST_F(AsioSerialPortFailure, CloseDoesNotWaitForAStuckLine) {
+    for (const bool pulled : {false, true}) {
+        openPort();
+        line.stopLine();
+        port->write(pattern(512));
+        if (pulled)
+            line.hangUp();
+        const auto begin = loop.now();
+        port->close();
+        EXPECT_LT(loop.now() - begin, 2s) << (pulled ? "pulled" : "stopped");
+        if (!pulled) {
+            line.restartLine();
+            port->open(1, kLine);
+            port->write("new");
+            EXPECT_EQ(line.receive(3), "new") << "what was queued is dropped";
+        }
+        port->close();
+    }
+}
+
+} // namespace
+} // namespace zrk::test

@@ -1,0 +1,196 @@
+#include "PortFixture.h"
+
+#include <thread>
+
+namespace zrk::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+class AsioSerialPortFlow : public PortFixture {};
+
+TEST_F(AsioSerialPortFlow, AllValuesPassBothWaysInBulkAndOneByOne) {
+    openPort();
+    const QByteArray bytes = pattern(2048);
+    for (const qsizetype piece : {bytes.size(), qsizetype{1}}) {
+        for (qsizetype i = 0; i < bytes.size(); i += piece)
+            port->write(QByteArrayView(bytes).sliced(i, piece));
+        EXPECT_EQ(line.receive(bytes.size()), bytes) << "out, pieces of " << piece;
+
+        line.send(bytes);
+        QByteArray got;
+        ASSERT_TRUE(waitUntil([&] {
+            while (port->bytesWaiting() > 0)
+                got += port->read(piece);
+            return got.size() >= bytes.size();
+        }));
+        EXPECT_EQ(got, bytes) << "in, pieces of " << piece;
+    }
+    EXPECT_EQ(port->read(1), "");
+}
+
+TEST_F(AsioSerialPortFlow, XonXoffStopsTheLineForAsLongAsTheBoardLikes) {
+    openPort(50ms);
+    port->setHandshaking(Handshaking::XonXoff);
+    line.send("a\x13"
+              "b");
+    EXPECT_EQ(readAll(*port, 2), "ab") << "XOFF is not data";
+    port->write("held");
+    EXPECT_FALSE(port->drain(300ms));
+    EXPECT_FALSE(port->isLost()) << "a line that the board stopped has not stalled";
+    EXPECT_FALSE(line.hasReceived());
+    EXPECT_EQ(port->transmitRoom(), 508);
+
+    line.send("\x11");
+    EXPECT_EQ(line.receive(4), "held");
+    EXPECT_TRUE(port->drain(10s));
+}
+
+TEST_F(AsioSerialPortFlow, ChangingTheHandshakingLosesNothing) {
+    openPort();
+    port->setHandshaking(Handshaking::XonXoff);
+    line.send("in\x13");
+    line.send(".");
+    ASSERT_TRUE(waitUntil([&] { return port->bytesWaiting() == 3; }));
+    port->write("out");
+    EXPECT_FALSE(port->drain(20ms));
+
+    port->setHandshaking(Handshaking::None);
+    EXPECT_EQ(line.receive(3), "out") << "without flow control nothing may stay stopped";
+    line.send("\x11\x13");
+    EXPECT_EQ(readAll(*port, 5), "in.\x11\x13");
+
+    port->close();
+    port->setHandshaking(Handshaking::XonXoff);
+    port->open(1, kLine);
+    EXPECT_EQ(line.settings().c_iflag & (IXON | IXOFF), static_cast<tcflag_t>(IXON | IXOFF))
+        << "what is set while the port is closed holds from the next open";
+}
+
+TEST_F(AsioSerialPortFlow, QueueTakesExactlyItsBoundAndTellsWhenThereIsRoom) {
+    openPort();
+    line.stopLine();
+    const QByteArray bytes = pattern(512);
+    EXPECT_EQ(port->transmitRoom(), 512);
+    for (int i = 0; i < 512; ++i) {
+        ASSERT_EQ(port->transmitRoom(), 512 - i);
+        port->write(QByteArrayView(bytes).sliced(i, 1));
+    }
+    EXPECT_EQ(port->transmitRoom(), 0);
+
+    line.restartLine();
+    EXPECT_TRUE(waitUntil([&] { return loop.wakes() > 0; })) << "somebody looked at the room";
+    EXPECT_TRUE(waitUntil([&] { return port->transmitRoom() == 512; }));
+    EXPECT_EQ(line.receive(512), bytes);
+}
+
+TEST_F(AsioSerialPortFlow, SendingWakesNobodyWhoDidNotAskForRoom) {
+    openPort();
+    for (int i = 0; i < 1000; ++i)
+        port->write("x");
+    EXPECT_EQ(line.receive(1000), QByteArray(1000, 'x'));
+    port->close();
+    EXPECT_EQ(loop.wakes(), 0);
+}
+
+TEST_F(AsioSerialPortFlow, WriteBeyondTheBoundReturnsWhenTheLineHasTakenEnough) {
+    openPort();
+    line.stopLine();
+    const QByteArray bytes = pattern(100'000);
+    port->write(QByteArrayView(bytes).first(512));
+    QByteArray received;
+    {
+        const std::jthread board([&] {
+            line.restartLine();
+            received = line.receive(bytes.size());
+        });
+        port->write(QByteArrayView(bytes).sliced(512));
+    }
+    EXPECT_EQ(received, bytes);
+}
+
+// The limit is on a standstill, not on the whole: an image takes longer than it at full speed.
+TEST_F(AsioSerialPortFlow, SlowLineIsNoStall) {
+    constexpr auto kStall = 500ms;
+    openPort(kStall);
+    const QByteArray bytes = pattern(65'536);
+    const auto begin = loop.now();
+    QByteArray received;
+    {
+        const std::jthread board([&] {
+            while (received.size() < bytes.size()) {
+                received += line.receive(1024);
+                std::this_thread::sleep_for(20ms); // the line's speed
+            }
+        });
+        EXPECT_EQ(failureOf([&] { port->write(bytes); }), "none");
+        EXPECT_GT(loop.now() - begin, kStall) << "too fast to show anything";
+        EXPECT_TRUE(port->drain(10s));
+    }
+    EXPECT_EQ(received, bytes);
+    EXPECT_FALSE(port->isLost());
+}
+
+TEST_F(AsioSerialPortFlow, UnreadBytesHoldTheBoardBackAndNoneIsLost) {
+    openPort(10s, 8192);
+    const QByteArray bytes = pattern(200'000);
+    QByteArray got;
+    {
+        const std::jthread board([&] { line.send(bytes); });
+        ASSERT_TRUE(waitUntil([&] { return port->bytesWaiting() >= 8192; }));
+        ASSERT_TRUE(waitUntil([&] {
+            const qsizetype waiting = port->bytesWaiting();
+            EXPECT_LE(waiting, 8192 + 4096);
+            got += port->read(700);
+            loop.wake(); // what is still there arrives no second time
+            return got.size() >= bytes.size();
+        }));
+    }
+    EXPECT_EQ(got, bytes);
+}
+
+TEST_F(AsioSerialPortFlow, DrainIsTrueOnlyWhenAllHasLeft) {
+    openPort();
+    EXPECT_TRUE(port->drain(0ms));
+    line.stopLine();
+    port->write("d");
+    EXPECT_FALSE(port->drain(20ms));
+    line.restartLine();
+    EXPECT_TRUE(port->drain(10s));
+    port->close();
+    EXPECT_EQ(line.receive(1), "d") << "closing after a drain must not take it back";
+    EXPECT_TRUE(port->drain(0ms));
+}
+
+TEST_F(AsioSerialPortFlow, PtyHasNoDtrWhichIsNoFailure) {
+    openPort();
+    EXPECT_FALSE(port->setDtr(false));
+    EXPECT_FALSE(port->setDtr(true));
+    EXPECT_FALSE(port->isLost());
+}
+
+TEST_F(AsioSerialPortFlow, TwoPortsLiveSideBySide) {
+    Pty lines[2];
+    const PortNames names({{1, lines[0].device()}, {2, lines[1].device()}});
+    AsioSerialPort first(loop, names);
+    AsioSerialPort second(loop, names);
+    first.open(1, kLine);
+    second.open(2, kLine);
+    first.write("to one");
+    second.write("to two");
+    lines[1].send("from two");
+    lines[0].send("from one");
+    EXPECT_EQ(lines[0].receive(6), "to one");
+    EXPECT_EQ(lines[1].receive(6), "to two");
+    EXPECT_EQ(readAll(first, 8), "from one");
+    EXPECT_EQ(readAll(second, 8), "from two");
+
+    lines[0].hangUp();
+    EXPECT_TRUE(waitUntil([&] { return first.isLost(); }));
+    EXPECT_FALSE(second.isLost());
+    second.write("still");
+    EXPECT_EQ(lines[1].receive(5), "still");
+}
+
+} // namespace
+} // namespace zrk::test

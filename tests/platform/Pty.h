@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <termios.h>
+
+namespace zrk::test {
+
+/// A pseudo-terminal: its device is opened by the code under test, its other end is the board.
+/// Everything that waits gives up after ten seconds with a std::runtime_error.
+class Pty {
+  public:
+    Pty();
+    ~Pty();
+    Pty(const Pty&) = delete;
+    Pty& operator=(const Pty&) = delete;
+
+    [[nodiscard]] const QString& device() const { return m_device; }
+
+    void send(const QByteArray& bytes);
+    [[nodiscard]] QByteArray receive(qsizetype count);
+    [[nodiscard]] bool hasReceived() const; ///< without waiting
+
+    /// Returns once `count` bytes that were sent lie in the driver, unread.
+    void waitForUnread(int count) const;
+
+    /// Stops and restarts the line from the device to the board: while it is stopped, the driver
+    /// takes nothing at all.
+    void stopLine() const;
+    void restartLine() const;
+
+    /// The adapter is pulled.
+    void hangUp();
+
+    [[nodiscard]] termios settings() const;
+    void setSettings(const termios& settings) const;
+
+    /// A descriptor of the device side, held so that the device outlives the port that opened it.
+    [[nodiscard]] int deviceDescriptor() const { return m_slave; }
+
+  private:
+    int m_master = -1;
+    int m_slave = -1;
+    QString m_device;
+};
+
+} // namespace zrk::test
