@@ -4,6 +4,8 @@
 
 #include <cmath>
 #include <limits>
+#include <locale>
+#include <sstream>
 
 namespace zrk {
 namespace {
@@ -71,8 +73,12 @@ qsizetype decimalLength(const QString& text, bool allowExponent) {
 }
 
 double decimalValue(const QString& number) {
-    // A lone point before or behind the digits is fine here but not for toDouble() in every Qt version.
-    return std::strtod(number.toLatin1().constData(), nullptr);
+    // Not strtod(), whose point is a comma where the system's language has it so.
+    std::istringstream in(number.toStdString());
+    in.imbue(std::locale::classic());
+    double value = 0.0;
+    in >> value; // the largest number there is where it does not fit
+    return value;
 }
 
 double roundTiesToEven(double value) {

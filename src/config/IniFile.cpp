@@ -15,7 +15,8 @@ QString readText(const QString& path) {
     if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return {};
     const QByteArray bytes = file.readAll();
-    QStringDecoder utf8(QStringDecoder::Utf8);
+    // Stateless: a character that the end of the file cuts off is an error, not a wait for more.
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString text = utf8(bytes);
     if (utf8.hasError())
         text = QString::fromLatin1(bytes);

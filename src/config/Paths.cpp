@@ -12,12 +12,10 @@ QString Paths::ResolvePath(const QString& path) const {
         return path;
     if (m_separator == QLatin1Char('\\'))
         return joined(path);
-    if (path.startsWith(m_separator))
-        return path;
     // Files written for one system are used on the other, so "\" separates here too.
     QString native = path;
     native.replace(QLatin1Char('\\'), m_separator);
-    return joined(native);
+    return path.startsWith(m_separator) ? native : joined(native);
 }
 
 qsizetype Paths::nameStart(const QString& path) const {

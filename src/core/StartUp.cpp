@@ -33,9 +33,9 @@ void StartUp::prepare(const ProgramFacts& facts) {
     m_controls.pgbDownload.Value = 0.0;
 }
 
-void StartUp::Form_Load(const ProgramFacts& facts, const Paths& paths) {
+void StartUp::Form_Load(const ProgramFacts& facts, const Paths& paths, const QString& iniPath) {
     prepare(facts);
-    m_state.IniPath = paths.joined(facts.name + QStringLiteral(".INI"));
+    m_state.IniPath = iniPath.isEmpty() ? paths.joined(facts.name + QStringLiteral(".INI")) : iniPath;
     if (FileExists(m_state.IniPath, true)) {
         m_iniLoader.mnuLoadIni_Click();
         return;

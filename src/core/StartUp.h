@@ -21,9 +21,9 @@ class StartUp {
     /// slot names, header, buttons.
     void prepare(const ProgramFacts& facts);
 
-    /// prepare(), then presets the slots from the INI file beside the program; a message box tells when
-    /// there is none. Run once.
-    void Form_Load(const ProgramFacts& facts, const Paths& paths);
+    /// prepare(), then presets the slots from the INI file: `iniPath`, or when that is empty the one beside
+    /// the program. A message box tells when there is none. Run once.
+    void Form_Load(const ProgramFacts& facts, const Paths& paths, const QString& iniPath = {});
 
   private:
     void fillPortList();

@@ -37,8 +37,9 @@ class Transport {
     /// True: (re)starts the reply time-out, 5000 ms or 10000 ms in DebugMode. False: stops it.
     void ArmReplyTimer(bool enable);
 
-    /// True when the reply time-out has run out since it was last armed.
+    /// True when the reply time-out has run out since it was last armed or forgotten.
     [[nodiscard]] bool replyTimedOut() const { return m_replyTimedOut; }
+    void forgetTimeOut() { m_replyTimedOut = false; }
 
     /// One pass of a transfer's loop: yields once.
     void pass() { m_loop.yield(); }
