@@ -1,0 +1,45 @@
+#include "app/App.h"
+
+#include "core/ThisProgram.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace zrk {
+namespace {
+
+/// Where relative image paths and the file dialogs start: the INI file's folder, else the program's.
+QString imageFolder(const QString& iniPath) {
+    if (iniPath.isEmpty())
+        return programFacts().folder;
+    return QDir::toNativeSeparators(QFileInfo(iniPath).absolutePath());
+}
+
+} // namespace
+
+App::App(const AppOptions& options)
+    : m_iniPath(QDir::toNativeSeparators(options.iniPath)), m_port(m_loop, PortNames(options.ports)),
+      m_boxes([this] { return topWindow(); }), m_fileDialog([this] { return &m_window; }),
+      m_registry(createRegistry()), m_systemInfo(*m_registry, m_starter, m_boxes),
+      m_waitDialog([this] { return &m_window; }),
+      m_loader({m_loop, m_port, m_boxes, m_fileDialog, m_waitDialog}, imageFolder(options.iniPath)),
+      m_window(m_loader, m_boxes, [this] { showAbout(); }) {}
+
+void App::start() {
+    m_window.show();
+    m_loop.post([this] { m_loader.startUp.Form_Load(programFacts(), m_loader.paths, m_iniPath); });
+}
+
+QWidget* App::topWindow() {
+    if (QWidget* waiting = m_waitDialog.openWindow())
+        return waiting;
+    return m_about.isNull() ? static_cast<QWidget*>(&m_window) : m_about.data();
+}
+
+void App::showAbout() {
+    AboutBox about(m_systemInfo, &m_window);
+    m_about = &about;
+    about.exec();
+}
+
+} // namespace zrk

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/PortNames.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace zrk {
+
+/// What the window program is told on its command line.
+struct AppOptions {
+    PortNames::Overrides ports;
+    QString iniPath; ///< absolute; empty: the file beside the program
+};
+
+/// The outcome of reading a command line: options to run with, or a text to print and leave with.
+struct AppCommandLine {
+    std::optional<AppOptions> options;
+    QString message;
+    int exitStatus = 0;
+};
+
+/// Reads the arguments, the program's name first; --help and --version are answered with a text, what
+/// is wrong with one and status 2.
+[[nodiscard]] AppCommandLine readCommandLine(const QStringList& arguments);
+
+} // namespace zrk

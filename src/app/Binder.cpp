@@ -1,0 +1,77 @@
+#include "app/Binder.h"
+
+#include "app/PortList.h"
+#include "controls/Controls.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace zrk {
+
+void Binder::caption(QProperty<QString>& value, QAbstractButton* button) {
+    follow(value, [&value, button] { button->setText(value); });
+}
+
+void Binder::caption(QProperty<QString>& value, QLabel* label) {
+    follow(value, [&value, label] { label->setText(value); });
+}
+
+void Binder::caption(QProperty<QString>& value, QAction* action) {
+    follow(value, [&value, action] { action->setText(value); });
+}
+
+void Binder::enabled(QProperty<bool>& value, QWidget* widget, WhileBusy whileBusy) {
+    const auto show = [this, &value, widget, whileBusy] {
+        widget->setEnabled(value && (whileBusy == WhileBusy::AsItIs || !m_busy));
+    };
+    follow(value, show);
+    follow(m_busy, show);
+}
+
+void Binder::enabled(QProperty<bool>& value, QAction* action, WhileBusy whileBusy) {
+    const auto show = [this, &value, action, whileBusy] {
+        action->setEnabled(value && (whileBusy == WhileBusy::AsItIs || !m_busy));
+    };
+    follow(value, show);
+    follow(m_busy, show);
+}
+
+void Binder::checkBox(CheckBox& value, QCheckBox* box) {
+    caption(value.Caption, box);
+    const auto show = [&value, box] { box->setChecked(value.isTicked()); };
+    follow(value.Value, show);
+    // A rule may take the new value back at once, so the box shows afterwards what has come of it.
+    QObject::connect(box, &QCheckBox::clicked, box, [&value, show](bool checked) {
+        value.Value = checked ? 1 : 0;
+        show();
+    });
+}
+
+void Binder::textBox(TextBox& value, QLineEdit* edit) {
+    follow(value.Text, [&value, edit] {
+        if (edit->text() == value.Text.value())
+            return; // it comes from the box itself, whose caret stays where it is
+        edit->setText(value.Text);
+        edit->setCursorPosition(0);
+    });
+    follow(value.ToolTipText, [&value, edit] { edit->setToolTip(value.ToolTipText); });
+    QObject::connect(edit, &QLineEdit::textEdited, edit,
+                     [&value](const QString& text) { value.Text = text; });
+}
+
+void Binder::comboBox(ComboBox& value, PortList* list) {
+    follow(value.List, [&value, list] {
+        list->clear();
+        for (const ListEntry& entry : value.List.value())
+            list->addItem(entry.text, entry.itemData);
+        list->setCurrentIndex(value.ListIndex);
+    });
+    follow(value.ListIndex, [&value, list] { list->setCurrentIndex(value.ListIndex); });
+    enabled(value.Enabled, list, WhileBusy::AsItIs);
+    QObject::connect(list, &PortList::activated, list, [&value](int index) { value.ListIndex = index; });
+}
+
+} // namespace zrk

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QLabel>
+
+namespace zrk {
+
+/// A label that takes whatever width there is and shortens a text that is longer, which its tool tip
+/// then shows whole. A plain label would force its window to the width of its text.
+class ElidedLabel : public QLabel {
+    Q_OBJECT
+
+  public:
+    using QLabel::QLabel;
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+} // namespace zrk

@@ -1,0 +1,76 @@
+#include "app/LoaderPanel.h"
+
+#include "app/ConsoleView.h"
+#include "app/LoaderWidgets.h"
+#include "app/SidePanel.h"
+#include "app/SlotFrames.h"
+
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace zrk {
+namespace {
+
+constexpr int kHeaderPoints = 12;
+constexpr int kConsoleLines = 16;
+
+QLabel* makeHeader(QWidget* parent) {
+    auto* header = named(new QLabel(parent), QStringLiteral("lblHeader"));
+    QFont font = header->font();
+    font.setBold(true);
+    font.setPointSize(kHeaderPoints);
+    header->setFont(font);
+    return header;
+}
+
+} // namespace
+
+LoaderPanel::LoaderPanel(LoaderWidgets& widgets, QWidget* parent)
+    : QWidget(parent), m_controls(new QWidget(this)) {
+    widgets.lblHeader = makeHeader(m_controls);
+    buildSlotFrames(widgets, m_controls);
+    auto* slotColumn = new QVBoxLayout;
+    auto* headerLine = new QHBoxLayout;
+    headerLine->addWidget(widgets.lblHeader, 1);
+    headerLine->addWidget(buildDebugSend(widgets, m_controls));
+    slotColumn->addLayout(headerLine);
+    slotColumn->addWidget(widgets.fraFlashLdr);
+    slotColumn->addWidget(widgets.fraExecutables);
+    slotColumn->addWidget(widgets.fraImages);
+    auto* sideColumn = new QVBoxLayout;
+    sideColumn->addWidget(buildPortFrame(widgets, m_controls));
+    sideColumn->addWidget(buildAddressFrame(widgets, m_controls), 1);
+    auto* columns = new QHBoxLayout(m_controls);
+    columns->addLayout(slotColumn);
+    columns->addLayout(sideColumn);
+
+    widgets.fraControl =
+        named(new QGroupBox(QStringLiteral("Status / Terminal output"), this), QStringLiteral("fraControl"));
+    widgets.txtStatus = named(new ConsoleView(widgets.fraControl), QStringLiteral("txtStatus"));
+    widgets.txtStatus->setAccessibleName(QStringLiteral("Status / Terminal output"));
+}
+
+void LoaderPanel::placeControls(const LoaderWidgets& widgets) {
+    alignSlotColumns(widgets);
+    m_controls->ensurePolished();
+    m_controls->resize(m_controls->sizeHint());
+    m_controls->layout()->activate();
+
+    const int left = style()->pixelMetric(QStyle::PM_LayoutLeftMargin, nullptr, this);
+    const int right = style()->pixelMetric(QStyle::PM_LayoutRightMargin, nullptr, this);
+    const int bottom = style()->pixelMetric(QStyle::PM_LayoutBottomMargin, nullptr, this);
+    const int gap = bottom / 2;
+    const int lines = kConsoleLines * QFontMetrics(widgets.txtStatus->font()).lineSpacing();
+
+    QGroupBox& frame = *widgets.fraControl;
+    frame.resize(m_controls->width() - left - right, lines);
+    const QMargins border = frame.contentsMargins() + QMargins(gap, gap, gap, gap);
+    frame.setGeometry(left, m_controls->height(), frame.width(), lines + border.top() + border.bottom());
+    widgets.txtStatus->setGeometry(frame.rect().marginsRemoved(border));
+    m_designSize = {m_controls->width(), frame.geometry().bottom() + 1 + bottom};
+}
+
+} // namespace zrk

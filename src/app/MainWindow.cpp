@@ -1,0 +1,118 @@
+#include "app/MainWindow.h"
+
+#include "app/Actions.h"
+#include "app/AddressBoxes.h"
+#include "app/AppTitle.h"
+#include "app/ConsoleView.h"
+#include "app/LoaderPanel.h"
+#include "app/SlotDrop.h"
+#include "app/SlotFrames.h"
+#include "app/StatusPanels.h"
+#include "app/WindowBinding.h"
+#include "core/Loader.h"
+
+#include <QCloseEvent>
+#include <QGroupBox>
+#include <QLayout>
+#include <QMenuBar>
+
+namespace zrk {
+namespace {
+
+constexpr double kTwipsPerInch = 1440.0;
+
+/// Sizes in pixels to twips and back.
+class Twips {
+  public:
+    explicit Twips(const QWidget& widget)
+        : m_perPixelY(kTwipsPerInch / widget.logicalDpiY()),
+          m_perPixelX(kTwipsPerInch / widget.logicalDpiX()) {}
+
+    [[nodiscard]] FormSize of(QSize pixels) const {
+        return {pixels.height() * m_perPixelY, pixels.width() * m_perPixelX};
+    }
+    [[nodiscard]] QSize pixels(FormSize twips) const {
+        return {qRound(twips.width / m_perPixelX), qRound(twips.height / m_perPixelY)};
+    }
+
+  private:
+    double m_perPixelY;
+    double m_perPixelX;
+};
+
+} // namespace
+
+MainWindow::MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()> showAbout)
+    : m_loader(loader), m_panel(new LoaderPanel(m_widgets, this)), m_binder(loader.state.OperationActive) {
+    setObjectName(QStringLiteral("frmLoader"));
+    setWindowTitle(applicationTitle());
+    buildMenus();
+    buildStatusBar(m_widgets, *this);
+    setCentralWidget(m_panel);
+    bindWindow(m_binder, m_widgets, loader);
+    nameSlots(m_widgets);
+    setTabOrders(m_widgets);
+
+    auto* addresses = new AddressBoxes(m_widgets, loader.addresses, this);
+    wireActions(m_widgets, loader, *addresses, boxes, {[this] { close(); }, std::move(showAbout)});
+    new SlotDrop(
+        m_widgets, [&loader] { return !loader.state.OperationActive; },
+        [&loader](int slot, const QString& path) { loader.imageSlots.fill(slot, path); }, this);
+
+    m_panel->placeControls(m_widgets);
+    // How small the window gets is up to the resize handler, not to what is in it.
+    layout()->setSizeConstraint(QLayout::SetNoConstraint);
+    resize(sizeHint());
+    m_widgets.txtStatus->setFocus();
+}
+
+MainWindow::~MainWindow() {
+    unbindWindow(m_loader);
+}
+
+void MainWindow::buildMenus() {
+    QMenu* file = named(new QMenu(this), QStringLiteral("mnuFile"));
+    m_widgets.mnuFile = menuBar()->addMenu(file);
+    m_widgets.mnuLoadIni = named(file->addAction(QString()), QStringLiteral("mnuLoadIni"));
+    m_widgets.mnuWriteIni = named(file->addAction(QString()), QStringLiteral("mnuWriteIni"));
+    m_widgets.mnuExecScript = named(file->addAction(QString()), QStringLiteral("mnuExecScript"));
+    named(file->addSeparator(), QStringLiteral("sep"));
+    m_widgets.mnuExit = named(file->addAction(QString()), QStringLiteral("mnuExit"));
+    m_widgets.mnuExit->setMenuRole(QAction::QuitRole);
+    m_widgets.mnuAbout = named(menuBar()->addAction(QString()), QStringLiteral("mnuAbout"));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(m_loader.portControl.Form_Unload() == 0);
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    frmLoader_Form_Resize();
+}
+
+void MainWindow::frmLoader_Form_Resize() {
+    const Twips twips(*this);
+    QGroupBox& frame = *m_widgets.fraControl;
+    ConsoleView& text = *m_widgets.txtStatus;
+    const FormResize::Step step = m_formResize.frmLoader_Form_Resize(
+        isMinimized(), twips.of(size()), {twips.of(frame.size()), twips.of(text.size())});
+    if (step.place) {
+        frame.resize(twips.pixels(step.place->frame));
+        text.resize(twips.pixels(step.place->text));
+        m_refusedSize.reset();
+    } else if (step.snapBack) {
+        snapBack(twips.pixels(*step.snapBack));
+    }
+}
+
+void MainWindow::snapBack(QSize lastGood) {
+    // A window manager that insists on a size has the last word, or the two would never come to an end.
+    if (m_refusedSize == size())
+        return;
+    m_refusedSize = size();
+    resize(width(), lastGood.height());
+    resize(lastGood.width(), height());
+}
+
+} // namespace zrk

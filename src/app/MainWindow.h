@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/Binder.h"
+#include "app/FormResize.h"
+#include "app/LoaderWidgets.h"
+
+#include <QMainWindow>
+
+#include <optional>
+
+namespace zrk {
+
+class LoaderPanel;
+class MessageBoxes;
+struct Loader;
+
+/// `frmLoader`: builds the widgets, binds them to the loader's controls and leads what the user does to
+/// the loader's handlers. Holds no state of its own but the layout's.
+class MainWindow final : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    /// The loader and the boxes must outlive the window; `showAbout` opens the About box.
+    MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()> showAbout);
+    ~MainWindow() override;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    void buildMenus();
+    void frmLoader_Form_Resize();
+    void snapBack(QSize lastGood);
+
+    Loader& m_loader;
+    LoaderWidgets m_widgets;
+    LoaderPanel* m_panel;
+    Binder m_binder;
+    FormResize m_formResize;
+    std::optional<QSize> m_refusedSize;
+};
+
+} // namespace zrk

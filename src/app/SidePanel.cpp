@@ -1,0 +1,79 @@
+#include "app/SidePanel.h"
+
+#include "app/Disclosure.h"
+#include "app/LoaderWidgets.h"
+#include "app/PortList.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace zrk {
+
+QWidget* buildPortFrame(LoaderWidgets& widgets, QWidget* parent) {
+    widgets.fraComPort =
+        named(new QGroupBox(QStringLiteral("Comport control"), parent), QStringLiteral("fraComPort"));
+    widgets.cmbComPort = named(new PortList(widgets.fraComPort), QStringLiteral("cmbComPort"));
+    widgets.cmbComPort->setAccessibleName(QStringLiteral("Port"));
+    widgets.cmbComPort->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    widgets.lblState = named(new QLabel(widgets.fraComPort), QStringLiteral("lblState"));
+    widgets.lblState->setAccessibleName(QStringLiteral("Port state"));
+    widgets.cmdTerminal = named(new QPushButton(widgets.fraComPort), QStringLiteral("cmdTerminal"));
+    widgets.cmdCancel = named(new QPushButton(widgets.fraComPort), QStringLiteral("cmdCancel"));
+
+    auto* grid = new QGridLayout(widgets.fraComPort);
+    grid->addWidget(widgets.cmbComPort, 0, 0);
+    grid->addWidget(widgets.lblState, 0, 1);
+    grid->addWidget(widgets.cmdTerminal, 1, 0, 1, 2);
+    grid->addWidget(widgets.cmdCancel, 2, 0, 1, 2);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 1);
+    return widgets.fraComPort;
+}
+
+QWidget* buildAddressFrame(LoaderWidgets& widgets, QWidget* parent) {
+    auto* frame =
+        named(new QGroupBox(QStringLiteral("SDRAM addresses"), parent), QStringLiteral("fraAddresses"));
+    widgets.lvwAdrs = named(new QTreeWidget(frame), QStringLiteral("lvwAdrs"));
+    widgets.lvwAdrs->setAccessibleName(QStringLiteral("Address ranges"));
+    widgets.lvwAdrs->setHeaderLabels(
+        {QStringLiteral("index"), QStringLiteral("start"), QStringLiteral("size")});
+    widgets.lvwAdrs->setRootIsDecorated(false);
+    widgets.lvwAdrs->setUniformRowHeights(true);
+    widgets.lvwAdrs->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    widgets.lvwAdrs->setTabKeyNavigation(false);
+    widgets.lvwAdrs->header()->setSectionsMovable(false);
+    widgets.lvwAdrs->header()->setStretchLastSection(true);
+    const int digit = frame->fontMetrics().horizontalAdvance(QLatin1Char('8'));
+    widgets.lvwAdrs->setColumnWidth(0, 7 * digit);
+    widgets.lvwAdrs->setColumnWidth(1, 12 * digit);
+    widgets.lvwAdrs->setMinimumWidth(31 * digit);
+    // As high as the slots' frames leave it, and the header and some rows at least.
+    widgets.lvwAdrs->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    widgets.lvwAdrs->setMinimumHeight(6 * frame->fontMetrics().lineSpacing());
+    widgets.cmdValidateAdrs = named(new QPushButton(frame), QStringLiteral("cmdValidateAdrs"));
+
+    auto* column = new QVBoxLayout(frame);
+    column->addWidget(widgets.lvwAdrs, 1);
+    column->addWidget(widgets.cmdValidateAdrs);
+    return frame;
+}
+
+QWidget* buildDebugSend(LoaderWidgets& widgets, QWidget* parent) {
+    auto* debug = new Disclosure(QStringLiteral("Debug"), parent);
+    debug->unfoldToTheLeft();
+    widgets.tglDebug = debug->toggle();
+    widgets.cmdOutput = named(new QPushButton(debug), QStringLiteral("cmdOutput"));
+    widgets.txtOut = named(new QLineEdit(debug), QStringLiteral("txtOut"));
+    widgets.txtOut->setAccessibleName(QStringLiteral("Debug string"));
+    debug->addWidget(widgets.cmdOutput);
+    debug->addWidget(widgets.txtOut);
+    return debug;
+}
+
+} // namespace zrk

@@ -1,0 +1,137 @@
+#include "app/SlotFrames.h"
+
+#include "app/LoaderWidgets.h"
+#include "config/ImageSlots.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStyle>
+
+#include <algorithm>
+#include <initializer_list>
+
+namespace zrk {
+namespace {
+
+enum Column { kCheck, kMark, kFile, kBrowse, kStartCaption, kStart, kSizeCaption, kSize, kAction, kColumns };
+
+constexpr int kFileNameCharacters = 22;
+constexpr int kAddressCharacters = 10;
+constexpr int kGapBeforeActions = 12;
+
+/// Room for so many wide digits inside a line edit's frame.
+int editWidth(const QLineEdit& edit, int characters) {
+    const int text = edit.fontMetrics().horizontalAdvance(QString(characters, QLatin1Char('8')));
+    return edit.sizeHint().width() - edit.fontMetrics().horizontalAdvance(QLatin1Char('x')) * 17 + text;
+}
+
+void makeRow(SlotWidgets& row, std::size_t slot, QWidget* frame) {
+    row.chkExeURK = named(new QCheckBox(frame), arrayName("chkExeURK", slot));
+
+    row.lblFileChanged = named(new QLabel(frame), arrayName("lblFileChanged", slot));
+    const int side = frame->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, frame);
+    row.lblFileChanged->setFixedWidth(side);
+
+    row.txtFilNam = named(new QLineEdit(frame), arrayName("txtFilNam", slot));
+    row.txtFilNam->setReadOnly(true);
+    row.txtFilNam->setAcceptDrops(false); // a dropped file is the row's affair
+    row.txtFilNam->setMinimumWidth(editWidth(*row.txtFilNam, kFileNameCharacters));
+
+    row.cmdBrowse = named(new QPushButton(frame), arrayName("cmdBrowse", slot));
+
+    row.txtStartAddress = named(new QLineEdit(frame), arrayName("txtStartAddress", slot));
+    row.txtStartAddress->setAcceptDrops(false);
+    row.txtStartAddress->setFixedWidth(editWidth(*row.txtStartAddress, kAddressCharacters));
+    row.lblStart = named(new QLabel(frame), arrayName("lblStart", slot));
+    row.lblStart->setBuddy(row.txtStartAddress);
+
+    row.lblSize = named(new QLabel(frame), arrayName("lblSize", slot));
+    row.lblCodeSize = named(new QLabel(frame), arrayName("lblCodeSize", slot));
+    row.lblCodeSize->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    row.lblCodeSize->setMargin(2);
+    row.lblCodeSize->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    row.lblCodeSize->setFixedWidth(row.txtStartAddress->width());
+}
+
+QGridLayout* makeFrame(LoaderWidgets& widgets, QGroupBox* frame, std::initializer_list<int> slotNumbers) {
+    auto* grid = new QGridLayout(frame);
+    grid->setHorizontalSpacing(6);
+    grid->setVerticalSpacing(5);
+    int line = 0;
+    for (const int number : slotNumbers) {
+        const auto slot = static_cast<std::size_t>(number);
+        SlotWidgets& row = widgets.slots[slot];
+        makeRow(row, slot, frame);
+        QWidget* const cells[] = {row.chkExeURK, row.lblFileChanged,  row.txtFilNam, row.cmdBrowse,
+                                  row.lblStart,  row.txtStartAddress, row.lblSize,   row.lblCodeSize};
+        for (int column = 0; column < kAction; ++column)
+            grid->addWidget(cells[column], line, column, Qt::AlignVCenter);
+        ++line;
+    }
+    return grid;
+}
+
+QPushButton* makeAction(QGridLayout* grid, int line, QGroupBox* frame, const char* name) {
+    auto* button = named(new QPushButton(frame), QLatin1String(name));
+    grid->addWidget(button, line, kAction);
+    return button;
+}
+
+} // namespace
+
+void buildSlotFrames(LoaderWidgets& widgets, QWidget* parent) {
+    widgets.fraFlashLdr =
+        named(new QGroupBox(QStringLiteral("Program Flash"), parent), QStringLiteral("fraFlashLdr"));
+    QGridLayout* flash = makeFrame(widgets, widgets.fraFlashLdr, {kPgSibl, kFlashImage});
+    widgets.cmdPrgFlash = makeAction(flash, 0, widgets.fraFlashLdr, "cmdPrgFlash");
+    widgets.chkErase = named(new QCheckBox(widgets.fraFlashLdr), QStringLiteral("chkErase"));
+    flash->addWidget(widgets.chkErase, 1, kAction);
+    widgets.lblFlashTime = named(new QLabel(widgets.fraFlashLdr), QStringLiteral("lblFlashTime"));
+    flash->addWidget(widgets.lblFlashTime, 2, kFile, 1, kSize - kFile + 1);
+
+    widgets.fraExecutables =
+        named(new QGroupBox(QStringLiteral("Executables"), parent), QStringLiteral("fraExecutables"));
+    QGridLayout* executables =
+        makeFrame(widgets, widgets.fraExecutables, {kPrimaryBoot, kSecondaryExecutable});
+    widgets.cmdStartPrimary = makeAction(executables, 0, widgets.fraExecutables, "cmdStartPrimary");
+    widgets.cmdStartSecondary = makeAction(executables, 1, widgets.fraExecutables, "cmdStartSecondary");
+
+    widgets.fraImages = named(new QGroupBox(QStringLiteral("Uboot/RootFS/Kernel Images"), parent),
+                              QStringLiteral("fraImages"));
+    QGridLayout* images = makeFrame(widgets, widgets.fraImages, {kUBoot, kRootFs, kKernel});
+    widgets.cmdURK = makeAction(images, 0, widgets.fraImages, "cmdURK");
+}
+
+void alignSlotColumns(const LoaderWidgets& widgets) {
+    const QGroupBox* const frames[] = {widgets.fraFlashLdr, widgets.fraExecutables, widgets.fraImages};
+    for (int column = 0; column < kColumns; ++column) {
+        int width = 0;
+        for (const QGroupBox* frame : frames) {
+            const auto* grid = static_cast<const QGridLayout*>(frame->layout());
+            for (int line = 0; line < grid->rowCount(); ++line) {
+                if (const QLayoutItem* item = grid->itemAtPosition(line, column))
+                    width = std::max({width, item->sizeHint().width(), item->minimumSize().width()});
+            }
+        }
+        for (const QGroupBox* frame : frames)
+            static_cast<QGridLayout*>(frame->layout())
+                ->setColumnMinimumWidth(column, width + (column == kAction ? kGapBeforeActions : 0));
+    }
+}
+
+void nameSlots(const LoaderWidgets& widgets) {
+    for (const SlotWidgets& row : widgets.slots) {
+        const QString slot = row.chkExeURK->text().remove(QLatin1Char('&'));
+        row.txtFilNam->setAccessibleName(slot + QStringLiteral(": file"));
+        row.cmdBrowse->setAccessibleName(slot + QStringLiteral(": browse"));
+        row.txtStartAddress->setAccessibleName(slot + QStringLiteral(": address"));
+        row.lblCodeSize->setAccessibleName(slot + QStringLiteral(": size"));
+        row.lblFileChanged->setAccessibleName(slot + QStringLiteral(": file has changed"));
+    }
+}
+
+} // namespace zrk

@@ -1,0 +1,66 @@
+#include "app/StatusPanels.h"
+
+#include "app/Binder.h"
+#include "app/ElidedLabel.h"
+#include "app/LoaderWidgets.h"
+#include "core/Loader.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QMainWindow>
+#include <QProgressBar>
+#include <QStatusBar>
+
+namespace zrk {
+namespace {
+
+constexpr int kFullProgress = 100;
+
+void sink(QFrame* panel) {
+    panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+}
+
+} // namespace
+
+void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
+    widgets.staStatus = named(new QStatusBar(&window), QStringLiteral("staStatus"));
+    widgets.firstPanel = named(new ElidedLabel(widgets.staStatus), QStringLiteral("staStatus_0"));
+    widgets.secondPanel = named(new QLabel(widgets.staStatus), QStringLiteral("staStatus_1"));
+    auto* thirdPanel = named(new QFrame(widgets.staStatus), QStringLiteral("staStatus_2"));
+    for (QFrame* panel :
+         {static_cast<QFrame*>(widgets.firstPanel), static_cast<QFrame*>(widgets.secondPanel), thirdPanel})
+        sink(panel);
+    const QFontMetrics metrics = widgets.secondPanel->fontMetrics();
+    widgets.secondPanel->setMinimumWidth(
+        metrics.horizontalAdvance(QStringLiteral(" bytes sent 67108864 / 67108864 ")));
+
+    widgets.pgbDownload = named(new QProgressBar(thirdPanel), QStringLiteral("pgbDownload"));
+    widgets.pgbDownload->setAccessibleName(QStringLiteral("Download progress"));
+    widgets.pgbDownload->setFixedSize(metrics.horizontalAdvance(QLatin1Char('8')) * 26, metrics.height());
+    auto* panelLayout = new QHBoxLayout(thirdPanel);
+    panelLayout->setContentsMargins(0, 0, 0, 0);
+    panelLayout->addWidget(widgets.pgbDownload);
+
+    widgets.staStatus->addWidget(widgets.firstPanel, 1);
+    widgets.staStatus->addPermanentWidget(widgets.secondPanel);
+    widgets.staStatus->addPermanentWidget(thirdPanel);
+    window.setStatusBar(widgets.staStatus);
+}
+
+void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
+    Controls& controls = loader.controls;
+    binder.caption(controls.staStatus.FirstPanel, widgets.firstPanel);
+    binder.caption(controls.staStatus.SecondPanel, widgets.secondPanel);
+    const auto show = [bar = widgets.pgbDownload, &loader] {
+        const bool waits = loader.state.OperationActive && !loader.state.WaitingFor.isEmpty();
+        bar->setRange(0, waits ? 0 : kFullProgress);
+        if (!waits)
+            bar->setValue(static_cast<int>(loader.controls.pgbDownload.Value));
+    };
+    binder.follow(controls.pgbDownload.Value, show);
+    binder.follow(loader.state.OperationActive, show);
+    // What is waited for comes and goes with the text of the first panel.
+    binder.follow(controls.staStatus.FirstPanel, show);
+}
+
+} // namespace zrk

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <Qt>
+
+class QKeyEvent;
+
+namespace zrk {
+
+/// The characters that a key press types on the board's terminal, each with a code from 0 to 255:
+///
+///   Enter 13, Backspace 8, Tab 9, Escape 27, Ctrl+A to Ctrl+Z 1 to 26, Ctrl+[ \ ] ^ _ 27 to 31
+///   any other text as it stands, without the characters that have no single-byte code
+///
+/// Empty for keys that type nothing: arrows, Delete, Alt and Ctrl+Shift combinations.
+[[nodiscard]] QString typedText(int key, Qt::KeyboardModifiers modifiers, const QString& text);
+[[nodiscard]] QString typedText(const QKeyEvent& press);
+
+/// The text without the characters that do not fit into one byte.
+[[nodiscard]] QString singleByteText(const QString& text);
+
+} // namespace zrk

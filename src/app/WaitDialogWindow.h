@@ -1,0 +1,64 @@
+#pragma once
+
+#include "boot/WaitDialogView.h"
+
+#include <QDialog>
+#include <QPointer>
+
+#include <functional>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace zrk {
+
+/// `frmWaitForComm`, the wait dialog's window. One window serves every wait; between waits it is hidden
+/// and knows no dialog.
+class WaitDialogWindow final : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit WaitDialogWindow(QWidget* parent);
+
+    /// Comes up for `dialog`, modal to its parent, and returns at once.
+    void openFor(WaitDialog& dialog);
+
+    /// Goes away and forgets the dialog.
+    void leave();
+
+    /// Escape, the close box and anything else that closes the window: it counts as a cancel. The
+    /// waiting loop then ends and hides the window.
+    void reject() override;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void keyDown(const QKeyEvent& event);
+
+    WaitDialog* m_dialog = nullptr;
+    QLabel* m_lblMsg;
+    QPushButton* m_cancelButton;
+    QPushButton* m_cmdOut;
+    QLineEdit* m_txtOut;
+};
+
+/// Shows the wait dialog on top of the main window.
+class WindowWaitDialog final : public WaitDialogView {
+  public:
+    explicit WindowWaitDialog(std::function<QWidget*()> parent) : m_parent(std::move(parent)) {}
+
+    void show(WaitDialog& dialog) override;
+    void hide() override;
+
+    /// The dialog's window while it is open, else null.
+    [[nodiscard]] QWidget* openWindow() const;
+
+  private:
+    std::function<QWidget*()> m_parent;
+    QPointer<WaitDialogWindow> m_window; ///< belongs to its parent
+};
+
+} // namespace zrk

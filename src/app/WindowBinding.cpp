@@ -1,0 +1,167 @@
+#include "app/WindowBinding.h"
+
+#include "app/Binder.h"
+#include "app/ConsoleView.h"
+#include "app/LoaderWidgets.h"
+#include "app/PortList.h"
+#include "app/StatusPanels.h"
+#include "core/Loader.h"
+#include "core/TransferRate.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QStyle>
+#include <QToolButton>
+#include <QTreeWidget>
+
+namespace zrk {
+namespace {
+
+using WhileBusy = Binder::WhileBusy;
+
+void bindButton(Binder& binder, CommandButton& value, QPushButton* button, WhileBusy whileBusy) {
+    binder.caption(value.Caption, button);
+    binder.enabled(value.Enabled, button, whileBusy);
+}
+
+void bindEntry(Binder& binder, MenuEntry& value, QAction* entry, WhileBusy whileBusy) {
+    binder.caption(value.Caption, entry);
+    binder.enabled(value.Enabled, entry, whileBusy);
+}
+
+void bindFileMark(Binder& binder, Label& value, QLabel* mark) {
+    binder.follow(value.Caption, [&value, mark] {
+        const QString reason = value.Caption;
+        const QIcon icon = mark->style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, mark);
+        mark->setPixmap(reason.isEmpty() ? QPixmap() : icon.pixmap(mark->width()));
+        mark->setToolTip(reason);
+        mark->setAccessibleDescription(reason);
+    });
+}
+
+/// "126,976 bytes, about 12 s on the line" for a size as its label shows it.
+QString lineTimeOf(const QString& sizeText) {
+    bool isNumber = false;
+    const qlonglong bytes = sizeText.toLongLong(&isNumber, 16);
+    return isNumber ? QStringLiteral("%1 bytes, %2 on the line")
+                          .arg(QLocale().toString(bytes), lineTimeText(bytes))
+                    : QString();
+}
+
+/// The size in plain words, as a tool tip: the display itself is hexadecimal.
+void bindSizeToolTip(Binder& binder, Label& size, QLabel* label) {
+    binder.follow(size.Caption, [&size, label] { label->setToolTip(lineTimeOf(size.Caption)); });
+}
+
+void bindSlots(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {
+    for (std::size_t i = 0; i < widgets.slots.size(); ++i) {
+        const SlotWidgets& row = widgets.slots[i];
+        binder.checkBox(controls.chkExeURK[i], row.chkExeURK);
+        bindFileMark(binder, controls.lblFileChanged[i], row.lblFileChanged);
+        binder.textBox(controls.txtFilNam[i], row.txtFilNam);
+        bindButton(binder, controls.cmdBrowse[i], row.cmdBrowse, WhileBusy::Grey);
+        binder.caption(controls.lblStart[i].Caption, row.lblStart);
+        binder.textBox(controls.txtStartAddress[i], row.txtStartAddress);
+        binder.caption(controls.lblSize[i].Caption, row.lblSize);
+        binder.caption(controls.lblCodeSize[i].Caption, row.lblCodeSize);
+        bindSizeToolTip(binder, controls.lblCodeSize[i], row.lblCodeSize);
+    }
+}
+
+void bindButtons(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {
+    bindButton(binder, controls.cmdPrgFlash, widgets.cmdPrgFlash, WhileBusy::Grey);
+    binder.checkBox(controls.chkErase, widgets.chkErase);
+    Label& flashSize = controls.lblCodeSize[kFlashImage];
+    binder.follow(flashSize.Caption, [&flashSize, label = widgets.lblFlashTime] {
+        label->setText(lineTimeOf(flashSize.Caption));
+    });
+    bindButton(binder, controls.cmdStartPrimary, widgets.cmdStartPrimary, WhileBusy::Grey);
+    bindButton(binder, controls.cmdStartSecondary, widgets.cmdStartSecondary, WhileBusy::Grey);
+    bindButton(binder, controls.cmdURK, widgets.cmdURK, WhileBusy::Grey);
+    bindButton(binder, controls.cmdTerminal, widgets.cmdTerminal, WhileBusy::Grey);
+    bindButton(binder, controls.cmdCancel, widgets.cmdCancel, WhileBusy::AsItIs);
+    bindButton(binder, controls.cmdValidateAdrs, widgets.cmdValidateAdrs, WhileBusy::Grey);
+    // With the protocols muted, an operation is fed by hand, so this stays live while one runs.
+    bindButton(binder, controls.cmdOutput, widgets.cmdOutput, WhileBusy::AsItIs);
+    binder.textBox(controls.txtOut, widgets.txtOut);
+}
+
+void bindMenus(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {
+    bindEntry(binder, controls.mnuFile, widgets.mnuFile, WhileBusy::AsItIs);
+    bindEntry(binder, controls.mnuLoadIni, widgets.mnuLoadIni, WhileBusy::Grey);
+    bindEntry(binder, controls.mnuWriteIni, widgets.mnuWriteIni, WhileBusy::Grey);
+    bindEntry(binder, controls.mnuExecScript, widgets.mnuExecScript, WhileBusy::Grey);
+    bindEntry(binder, controls.mnuExit, widgets.mnuExit, WhileBusy::AsItIs);
+    bindEntry(binder, controls.mnuAbout, widgets.mnuAbout, WhileBusy::Grey);
+}
+
+void bindConsole(ConsoleView* view, ConsoleText& console) {
+    view->follow(console.text(), 0, console.text().size());
+    console.onEdit([view, &console](qsizetype removed, const QString& inserted) {
+        view->follow(console.text(), removed, inserted.size());
+    });
+    console.onFocusRequested([view] { view->setFocus(); });
+}
+
+void bindAddressList(QTreeWidget* list, Loader& loader) {
+    const auto show = [list, &loader] {
+        list->clear();
+        for (const AddressList::Row& row : loader.controls.lvwAdrs.rows()) {
+            auto* item = new QTreeWidgetItem(list, {row.index, row.start, row.size});
+            const QString name = loader.state.SlotNames.at(static_cast<std::size_t>(row.index.toInt()));
+            for (int column = 0; column < list->columnCount(); ++column)
+                item->setToolTip(column, name);
+        }
+    };
+    show();
+    loader.controls.lvwAdrs.onChange(show);
+}
+
+} // namespace
+
+void bindWindow(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
+    Controls& controls = loader.controls;
+    binder.caption(controls.lblHeader.Caption, widgets.lblHeader);
+    bindSlots(binder, widgets, controls);
+    bindButtons(binder, widgets, controls);
+    bindMenus(binder, widgets, controls);
+    binder.comboBox(controls.cmbComPort, widgets.cmbComPort);
+    widgets.cmbComPort->setDeviceNames([&loader](int number) { return loader.port.deviceName(number); });
+    binder.caption(controls.lblState.Caption, widgets.lblState);
+    bindStatusBar(binder, widgets, loader);
+    bindConsole(widgets.txtStatus, controls.txtStatus);
+    bindAddressList(widgets.lvwAdrs, loader);
+}
+
+void unbindWindow(Loader& loader) {
+    loader.controls.txtStatus.onEdit({});
+    loader.controls.txtStatus.onFocusRequested({});
+    loader.controls.lvwAdrs.onChange({});
+}
+
+void setTabOrders(const LoaderWidgets& widgets) {
+    QList<QWidget*> order{widgets.tglDebug, widgets.cmdOutput, widgets.txtOut};
+    const auto addRow = [&](int slot, QWidget* action) {
+        const SlotWidgets& row = widgets.slots[static_cast<std::size_t>(slot)];
+        order << row.chkExeURK << row.txtFilNam << row.cmdBrowse << row.txtStartAddress;
+        if (action != nullptr)
+            order << action;
+    };
+    addRow(kPgSibl, widgets.cmdPrgFlash);
+    addRow(kFlashImage, widgets.chkErase);
+    addRow(kPrimaryBoot, widgets.cmdStartPrimary);
+    addRow(kSecondaryExecutable, widgets.cmdStartSecondary);
+    addRow(kUBoot, widgets.cmdURK);
+    addRow(kRootFs, nullptr);
+    addRow(kKernel, nullptr);
+    order << widgets.cmbComPort << widgets.cmdTerminal << widgets.cmdCancel << widgets.lvwAdrs
+          << widgets.cmdValidateAdrs << widgets.txtStatus;
+    for (qsizetype i = 1; i < order.size(); ++i)
+        QWidget::setTabOrder(order[i - 1], order[i]);
+}
+
+} // namespace zrk

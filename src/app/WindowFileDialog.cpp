@@ -1,0 +1,39 @@
+#include "app/WindowFileDialog.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+namespace zrk {
+namespace {
+
+/// The dialog hides the pattern in the last parentheses, so an entry reads as it was asked for.
+QString dialogFilter(const FileFilter& filter) {
+    // "*.*" is every file only where a name without a dot matches it too.
+    const QString pattern = filter.pattern == QLatin1String("*.*") ? QStringLiteral("*") : filter.pattern;
+    return QStringLiteral("%1 (%2)").arg(filter.name, pattern);
+}
+
+} // namespace
+
+WindowFileDialog::WindowFileDialog(std::function<QWidget*()> parent, Runner run)
+    : m_parent(std::move(parent)), m_run(std::move(run)) {
+    if (!m_run)
+        m_run = [](QFileDialog& dialog) { return dialog.exec() == QDialog::Accepted; };
+}
+
+QString WindowFileDialog::openFile(const FileRequest& request) {
+    QStringList filters;
+    for (const FileFilter& filter : request.filters)
+        filters.append(dialogFilter(filter));
+    QFileDialog dialog(m_parent(), request.title, request.folder);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilters(filters);
+    dialog.selectNameFilter(filters.value(request.filterIndex - 1));
+    if (!m_run(dialog) || dialog.selectedFiles().isEmpty())
+        return {};
+    return QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+}
+
+} // namespace zrk

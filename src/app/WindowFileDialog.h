@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/FileDialog.h"
+
+#include <functional>
+
+class QFileDialog;
+class QWidget;
+
+namespace zrk {
+
+/// The platform's own file dialog, on top of the main window.
+class WindowFileDialog final : public FileDialog {
+  public:
+    /// Runs the dialog; True when a file was accepted.
+    using Runner = std::function<bool(QFileDialog&)>;
+
+    explicit WindowFileDialog(std::function<QWidget*()> parent, Runner run = {});
+
+    [[nodiscard]] QString openFile(const FileRequest& request) override;
+
+  private:
+    std::function<QWidget*()> m_parent;
+    Runner m_run;
+};
+
+} // namespace zrk
