@@ -16,7 +16,7 @@ struct Misbehaviour {
     std::string noise;                                // sent directly before the first BootID
     std::vector<Fault> faults;                        // in the order given; several may meet one answer
     Duration answerDelay = Duration::zero();          // before every answer but the BootID
-    std::optional<std::uint32_t> versionLength;       // what the version frame says; see FlashProgrammer
+    std::optional<std::uint32_t> versionLength;       // what the version frame says; see FlashFrames
     std::optional<std::uint64_t> hangUpAfterCode;     // the line is gone once so many code bytes are in
     std::optional<std::uint64_t> hangUpAfterReceived; // the same, counting every byte received
     std::optional<Duration> hangUpAt;                 // the same, so long after power-on

@@ -1,0 +1,63 @@
+#include "board/PacedQueue.h"
+
+#include <gtest/gtest.h>
+
+using namespace std::chrono_literals;
+using zrkboard::PacedQueue;
+using zrkboard::TimePoint;
+
+namespace {
+
+const std::vector<std::uint8_t> kBlock(512, 'x');
+const TimePoint kStart = TimePoint() + 1234567ns;
+
+} // namespace
+
+// However often one looks, the n-th byte is through n byte times after the first began.
+TEST(PacedQueue, KeepsItsRateAtAnyLookingInterval) {
+    for (const auto interval : {100us, 700us, 2000us, 33333us}) {
+        PacedQueue line(11520);
+        std::size_t through = 0;
+        TimePoint now = kStart;
+        line.push(kBlock, now);
+        while (through < 1'000'000) {
+            while (line.size() < 512)
+                line.push(kBlock, now);
+            now += interval;
+            through += line.take(now).size();
+            const double expected = std::chrono::duration<double>(now - kStart).count() * 11520;
+            ASSERT_LE(static_cast<double>(through), expected + 1e-6);
+            ASSERT_GT(static_cast<double>(through), expected - 1.000001);
+        }
+    }
+}
+
+TEST(PacedQueue, EachByteIsThroughWhenItSays) {
+    PacedQueue line(11520);
+    TimePoint now = kStart;
+    line.push(std::vector<std::uint8_t>{1, 2, 3}, now);
+    EXPECT_TRUE(line.take(now).empty());
+    const TimePoint all = line.allThrough().value();
+    for (std::uint8_t byte = 1; byte <= 3; ++byte) {
+        now = line.nextThrough().value();
+        EXPECT_TRUE(line.take(now - 1ns).empty());
+        EXPECT_EQ(line.take(now), std::vector<std::uint8_t>{byte});
+    }
+    EXPECT_EQ(now, all);
+    EXPECT_EQ(line.nextThrough(), std::nullopt);
+}
+
+TEST(PacedQueue, AnIdleLineSavesNothingUp) {
+    PacedQueue line(1000);
+    line.push(std::vector<std::uint8_t>{1}, kStart);
+    EXPECT_EQ(line.take(kStart + 10s).size(), 1U);
+    line.push(kBlock, kStart + 10s);
+    EXPECT_EQ(line.take(kStart + 10s + 5ms).size(), 5U);
+}
+
+TEST(PacedQueue, WithoutARateEverythingPassesAtOnce) {
+    PacedQueue line(0);
+    line.push(kBlock, kStart);
+    EXPECT_EQ(line.nextThrough(), kStart);
+    EXPECT_EQ(line.take(kStart).size(), 512U);
+}
