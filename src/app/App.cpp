@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QScreen>
 
 namespace zrk {
 namespace {
@@ -18,16 +19,29 @@ QString imageFolder(const QString& iniPath) {
 } // namespace
 
 App::App(const AppOptions& options)
-    : m_iniPath(QDir::toNativeSeparators(options.iniPath)), m_port(m_loop, PortNames(options.ports)),
-      m_boxes([this] { return topWindow(); }), m_fileDialog([this] { return &m_window; }),
-      m_registry(createRegistry()), m_systemInfo(*m_registry, m_starter, m_boxes),
-      m_waitDialog([this] { return &m_window; }),
+    : m_iniPath(QDir::toNativeSeparators(options.iniPath)), m_bringsUp(options.bringUp),
+      m_port(m_loop, PortNames(options.ports)), m_boxes([this] { return topWindow(); }),
+      m_fileDialog([this] { return &m_window; }), m_registry(createRegistry()),
+      m_systemInfo(*m_registry, m_starter, m_boxes), m_waitDialog([this] { return &m_window; }),
       m_loader({m_loop, m_port, m_boxes, m_fileDialog, m_waitDialog}, imageFolder(options.iniPath)),
       m_window(m_loader, m_boxes, [this] { showAbout(); }) {}
 
 void App::start() {
     m_window.show();
-    m_loop.post([this] { m_loader.startUp.Form_Load(programFacts(), m_loader.paths, m_iniPath); });
+    // Only now, because the window remembers the margins of the size it first has.
+    m_window.resize(m_window.size().boundedTo(m_window.screen()->availableSize()));
+    m_loop.post([this] {
+        m_loader.startUp.Form_Load(programFacts(), m_loader.paths, m_iniPath);
+        if (m_bringsUp)
+            bringUp();
+    });
+}
+
+void App::bringUp() {
+    if (m_loader.controls.cmdStartPrimary.Enabled)
+        m_loader.bringUp.cmdStartPrimary_Click();
+    if (m_loader.controls.cmdStartSecondary.Enabled)
+        m_loader.bringUp.cmdStartSecondary_Click();
 }
 
 QWidget* App::topWindow() {

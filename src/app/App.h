@@ -31,8 +31,10 @@ class App {
     /// The window that a message box belongs to: the wait dialog or the About box while it is open.
     [[nodiscard]] QWidget* topWindow();
     void showAbout();
+    void bringUp();
 
     QString m_iniPath;
+    bool m_bringsUp;
     QtEventLoop m_loop;
     AsioSerialPort m_port;
     WindowMessageBoxes m_boxes;

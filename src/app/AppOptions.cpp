@@ -25,13 +25,16 @@ struct Parser {
                            QStringLiteral("Preset the images from FILE; relative image paths in it start at "
                                           "its folder. Default: the program's name with .INI, beside it."),
                            QStringLiteral("FILE")};
+    QCommandLineOption bringUp{
+        QStringLiteral("bring-up"),
+        QStringLiteral("Load the binaries and start the secondary executable at once.")};
     QCommandLineOption help = parser.addHelpOption();
     QCommandLineOption version = parser.addVersionOption();
 
     Parser() {
         parser.setApplicationDescription(QStringLiteral("Loads boot and operating system images into a "
                                                         "ZRK6924 board over a serial line."));
-        parser.addOptions({port, com, ini});
+        parser.addOptions({port, com, ini, bringUp});
     }
 };
 
@@ -49,6 +52,7 @@ AppOptions optionsOf(const Parser& given) {
                                        PortNames(options.ports).deviceNamed(given.parser.value(given.port)));
     if (given.parser.isSet(given.ini))
         options.iniPath = QFileInfo(given.parser.value(given.ini)).absoluteFilePath();
+    options.bringUp = given.parser.isSet(given.bringUp);
     return options;
 }
 

@@ -12,7 +12,8 @@ namespace zrk {
 /// What the window program is told on its command line.
 struct AppOptions {
     PortNames::Overrides ports;
-    QString iniPath; ///< absolute; empty: the file beside the program
+    QString iniPath;      ///< absolute; empty: the file beside the program
+    bool bringUp = false; ///< bring the board up at once, as if its two buttons had been clicked
 };
 
 /// The outcome of reading a command line: options to run with, or a text to print and leave with.

@@ -32,6 +32,12 @@ EditKey editKey(const QKeyEvent& event) {
     return EditKey::None;
 }
 
+/// By its looks: not every fixed-pitch font says that it is one.
+bool isFixedPitch(const QFont& font) {
+    const QFontMetrics metrics(font);
+    return metrics.horizontalAdvance(QLatin1Char('i')) == metrics.horizontalAdvance(QLatin1Char('W'));
+}
+
 bool isAltB(const QKeyEvent& event) {
     return event.key() == Qt::Key_B && event.modifiers() == Qt::AltModifier;
 }
@@ -40,13 +46,19 @@ bool isAltB(const QKeyEvent& event) {
 
 QFont consoleFont() {
     const QString design = QStringLiteral("Courier New");
+    const QString signs = QStringLiteral("ZRK Signs");
+    const QStringList installed = QFontDatabase::families();
+    if (!installed.contains(signs))
+        QFontDatabase::addApplicationFont(QStringLiteral(":/fonts/zrk-signs.ttf"));
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    if (QFontDatabase::families().contains(design)) {
+    if (installed.contains(design)) {
         font.setFamily(design);
         font.setPointSizeF(8.25);
     }
     font.setStyleHint(QFont::Monospace);
-    font.setFixedPitch(true);
+    if (!isFixedPitch(font)) // a desktop without settings may have none of its own
+        font.setFamily(QStringLiteral("monospace"));
+    font.setFamilies({font.family(), signs}); // few fonts have the signs themselves
     return font;
 }
 

@@ -51,7 +51,8 @@ class ConsoleView : public QPlainTextEdit {
     std::function<bool()> m_keysGoToBoard;
 };
 
-/// Courier New at 8.25 points where it is installed, else the system's fixed-pitch font.
+/// Courier New at 8.25 points where it is installed, else the system's fixed-pitch font; with it comes a
+/// font of our own for the signs that stand for control characters.
 [[nodiscard]] QFont consoleFont();
 
 } // namespace zrk

@@ -11,17 +11,19 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace zrk {
 namespace {
 
-constexpr int kHeaderPoints = 12;
+constexpr double kHeaderPoints = 12;
 constexpr int kConsoleLines = 16;
 
 QLabel* makeHeader(QWidget* parent) {
     auto* header = named(new QLabel(parent), QStringLiteral("lblHeader"));
     QFont font = header->font();
     font.setBold(true);
-    font.setPointSize(kHeaderPoints);
+    font.setPointSizeF(std::max(kHeaderPoints, 1.2 * font.pointSizeF()));
     header->setFont(font);
     return header;
 }

@@ -20,6 +20,7 @@ namespace zrk {
 namespace {
 
 constexpr double kTwipsPerInch = 1440.0;
+constexpr qint64 kInsistence = 200; // milliseconds
 
 /// Sizes in pixels to twips and back.
 class Twips {
@@ -100,17 +101,17 @@ void MainWindow::frmLoader_Form_Resize() {
     if (step.place) {
         frame.resize(twips.pixels(step.place->frame));
         text.resize(twips.pixels(step.place->text));
-        m_refusedSize.reset();
     } else if (step.snapBack) {
         snapBack(twips.pixels(*step.snapBack));
     }
 }
 
 void MainWindow::snapBack(QSize lastGood) {
-    // A window manager that insists on a size has the last word, or the two would never come to an end.
-    if (m_refusedSize == size())
+    // A window manager that answers with the same size at once insists on it, and has the last word.
+    if (m_refusedSize == size() && m_sinceRefused.elapsed() < kInsistence)
         return;
     m_refusedSize = size();
+    m_sinceRefused.start();
     resize(width(), lastGood.height());
     resize(lastGood.width(), height());
 }

@@ -4,9 +4,8 @@
 #include "app/FormResize.h"
 #include "app/LoaderWidgets.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
-
-#include <optional>
 
 namespace zrk {
 
@@ -38,7 +37,8 @@ class MainWindow final : public QMainWindow {
     LoaderPanel* m_panel;
     Binder m_binder;
     FormResize m_formResize;
-    std::optional<QSize> m_refusedSize;
+    QSize m_refusedSize;
+    QElapsedTimer m_sinceRefused;
 };
 
 } // namespace zrk

@@ -17,11 +17,23 @@
 namespace zrk {
 namespace {
 
-enum Column { kCheck, kMark, kFile, kBrowse, kStartCaption, kStart, kSizeCaption, kSize, kAction, kColumns };
+enum Column {
+    kCheck,
+    kMark,
+    kFile,
+    kBrowse,
+    kStartCaption,
+    kStart,
+    kSizeCaption,
+    kSize,
+    kGap,
+    kAction,
+    kColumns
+};
 
 constexpr int kFileNameCharacters = 22;
-constexpr int kAddressCharacters = 10;
-constexpr int kGapBeforeActions = 12;
+constexpr int kAddressCharacters = 11;
+constexpr int kGapWidth = 4;
 
 /// Room for so many wide digits inside a line edit's frame.
 int editWidth(const QLineEdit& edit, int characters) {
@@ -68,7 +80,7 @@ QGridLayout* makeFrame(LoaderWidgets& widgets, QGroupBox* frame, std::initialize
         makeRow(row, slot, frame);
         QWidget* const cells[] = {row.chkExeURK, row.lblFileChanged,  row.txtFilNam, row.cmdBrowse,
                                   row.lblStart,  row.txtStartAddress, row.lblSize,   row.lblCodeSize};
-        for (int column = 0; column < kAction; ++column)
+        for (int column = 0; column < kGap; ++column)
             grid->addWidget(cells[column], line, column, Qt::AlignVCenter);
         ++line;
     }
@@ -109,17 +121,18 @@ void buildSlotFrames(LoaderWidgets& widgets, QWidget* parent) {
 void alignSlotColumns(const LoaderWidgets& widgets) {
     const QGroupBox* const frames[] = {widgets.fraFlashLdr, widgets.fraExecutables, widgets.fraImages};
     for (int column = 0; column < kColumns; ++column) {
-        int width = 0;
+        int width = column == kGap ? kGapWidth : 0;
         for (const QGroupBox* frame : frames) {
             const auto* grid = static_cast<const QGridLayout*>(frame->layout());
             for (int line = 0; line < grid->rowCount(); ++line) {
-                if (const QLayoutItem* item = grid->itemAtPosition(line, column))
+                const QLayoutItem* item = grid->itemAtPosition(line, column);
+                const bool spans = item != nullptr && item == grid->itemAtPosition(line, column + 1);
+                if (item != nullptr && !spans)
                     width = std::max({width, item->sizeHint().width(), item->minimumSize().width()});
             }
         }
         for (const QGroupBox* frame : frames)
-            static_cast<QGridLayout*>(frame->layout())
-                ->setColumnMinimumWidth(column, width + (column == kAction ? kGapBeforeActions : 0));
+            static_cast<QGridLayout*>(frame->layout())->setColumnMinimumWidth(column, width);
     }
 }
 

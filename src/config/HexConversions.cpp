@@ -169,7 +169,7 @@ std::uint8_t HexByte(const QString& text, std::int16_t n) {
     if (2 * n + 1 > std::numeric_limits<std::int16_t>::max())
         throw RuntimeFailure(FailureKind::Overflow,
                              QStringLiteral("Overflow: byte number %1 is too large.").arg(n));
-    return static_cast<std::uint8_t>(form.right(8).mid(2 * n, 2).toUInt(nullptr, 16));
+    return static_cast<std::uint8_t>(form.right(8).mid(qsizetype{2} * n, 2).toUInt(nullptr, 16));
 }
 
 std::array<std::uint8_t, 4> lineBytes(const QString& text) {

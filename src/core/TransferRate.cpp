@@ -10,14 +10,15 @@ namespace {
 
 constexpr std::int64_t kLineBytesPerSecond = 11520; // 115200 baud, ten bits a byte
 constexpr std::chrono::seconds kStallLimit = 3s;
+constexpr std::chrono::seconds kWindow = 5s;
 
 } // namespace
 
 void TransferRate::begin(std::int64_t total, TimePoint now) {
     m_total = total;
     m_sent = 0;
-    m_begin = now;
     m_lastProgress = now;
+    m_window = {{now, 0}};
 }
 
 void TransferRate::update(std::int64_t sent, TimePoint now) {
@@ -25,6 +26,9 @@ void TransferRate::update(std::int64_t sent, TimePoint now) {
         return;
     m_sent = sent;
     m_lastProgress = now;
+    m_window.push_back({now, sent});
+    while (m_window.size() > 2 && now - m_window.front().when > kWindow)
+        m_window.pop_front();
 }
 
 QString TransferRate::text(TimePoint now) const {
@@ -33,10 +37,11 @@ QString TransferRate::text(TimePoint now) const {
     const auto silent = std::chrono::duration_cast<std::chrono::seconds>(now - m_lastProgress);
     if (silent >= kStallLimit)
         return QStringLiteral("stalled for %1").arg(durationText(silent));
-    const double elapsed = std::chrono::duration<double>(now - m_begin).count();
-    if (elapsed < 0.5 || m_sent == 0)
+    const double elapsed = std::chrono::duration<double>(now - m_window.front().when).count();
+    const std::int64_t sent = m_sent - m_window.front().sent;
+    if (elapsed < 0.5 || sent <= 0)
         return QStringLiteral("starting");
-    const double rate = static_cast<double>(m_sent) / elapsed;
+    const double rate = static_cast<double>(sent) / elapsed;
     const auto left = static_cast<std::int64_t>(std::ceil(static_cast<double>(m_total - m_sent) / rate));
     return QStringLiteral("%1 KB/s, %2 left")
         .arg(rate / 1000.0, 0, 'f', 1)

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 
 namespace zrk {
 
@@ -22,10 +23,15 @@ class TransferRate {
     [[nodiscard]] QString text(TimePoint now) const;
 
   private:
+    struct Sample {
+        TimePoint when;
+        std::int64_t sent = 0;
+    };
+
     std::int64_t m_total = 0;
     std::int64_t m_sent = 0;
-    TimePoint m_begin;
     TimePoint m_lastProgress;
+    std::deque<Sample> m_window{Sample{}}; ///< the last seconds, so that the burst into the driver's buffer is forgotten
 };
 
 /// The time that so many bytes take on the line at 115200 baud, for example "about 11 s".

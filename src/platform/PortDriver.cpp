@@ -12,6 +12,13 @@ namespace zrk {
 
 namespace asio = boost::asio;
 
+namespace {
+
+// Waking somebody for a byte or two costs more than the bytes; half the queue lasts the line for long enough.
+constexpr std::size_t kWorthwhileRoom = SerialPort::kTransmitQueueSize / 2;
+
+} // namespace
+
 PortDriver::PortDriver(EventLoop& loop, QString port, Limits limits)
     : m_loop(loop), m_portName(std::move(port)), m_limits(limits) {}
 
@@ -107,7 +114,7 @@ void PortDriver::write(QByteArrayView bytes) {
 qsizetype PortDriver::transmitRoom() {
     const Lock lock(m_mutex);
     throwIfFailed();
-    m_roomAskedFor = true;
+    m_roomAwaited = m_queue.room() < kWorthwhileRoom;
     return static_cast<qsizetype>(m_queue.room());
 }
 
@@ -225,15 +232,14 @@ void PortDriver::onSent(const ErrorCode& error, std::size_t count) {
     Lock lock(m_mutex);
     if (m_failure)
         return;
-    const bool wasFull = m_queue.room() == 0;
     m_queue.sent(count);
     if (count > 0)
         m_lastProgress = Clock::now();
     const auto next = m_queue.front();
     m_sending = !next.empty();
-    const bool wake = m_roomAskedFor && (wasFull || next.empty());
+    const bool wake = m_roomAwaited && m_queue.room() >= kWorthwhileRoom;
     if (wake)
-        m_roomAskedFor = false;
+        m_roomAwaited = false;
     lock.unlock();
     m_changed.notify_all();
     if (wake)

@@ -25,7 +25,7 @@ class EventLoop;
 /// the calls of the thread that owns the port. The failures it throws are described at SerialPort.
 ///
 /// The event loop is woken when bytes have arrived, when the device breaks, and when the transmit
-/// queue, after a look at its room, is no longer full or has become empty.
+/// queue, after a look that found less than half of it free, is half free again.
 class PortDriver {
   public:
     struct Limits {
@@ -91,7 +91,7 @@ class PortDriver {
     bool m_readingPaused = false;
     TransmitQueue m_queue{SerialPort::kTransmitQueueSize};
     bool m_sending = false;
-    bool m_roomAskedFor = false;
+    bool m_roomAwaited = false;
     bool m_mayStop = false; ///< the board may stop the line with XOFF for as long as it likes
     Clock::time_point m_lastProgress;
     std::optional<QString> m_failure;

@@ -37,7 +37,8 @@ void QtEventLoop::wait() {
 void QtEventLoop::wake() {
     if (m_wakePending.exchange(true))
         return;
-    QMetaObject::invokeMethod(&m_receiver, [this] { m_wakePending = false; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        &m_receiver, [this] { m_wakePending = false; }, Qt::QueuedConnection);
 }
 
 void QtEventLoop::post(std::function<void()> task) {

@@ -1,0 +1,153 @@
+#include "support/Exchanges.h"
+
+namespace {
+
+using namespace zrktest;
+using zrk::Answer;
+using zrk::Outcome;
+
+const QString kQuestion = "[] ? yes/no If you cancel now, you have to restart all over!\nAre you sure?";
+
+struct BringUpBench : ScriptedBench {
+    BringUpBench() {
+        fillBringUp(bench);
+        port.steps = bringUpSteps();
+    }
+    void start() { loader.bringUp.cmdStartPrimary_Click(); }
+    [[nodiscard]] Outcome outcome() const { return loader.operation.outcome(); }
+
+    /// Does something once the primary boot's first two code bytes are out.
+    void duringCode(const VirtualEventLoop::Action& action) {
+        const QByteArray begin = kPrimaryHeader + kPrimaryCode.left(2);
+        port.steps[3].when = kPrimaryCode.mid(2);
+        port.steps.insert(port.steps.begin() + 3, {begin, "", action, 0ms});
+    }
+};
+
+TEST(Transfer, CancelDuringTheCode) {
+    for (const auto& row : {std::pair{Answer::No, true}, {Answer::Yes, true}, {Answer::Yes, false}}) {
+        const Answer answer = row.first;
+        const bool secondary = row.second;
+        BringUpBench r;
+        r.loader.controls.chkExeURK[1].Value = secondary ? 1 : 0;
+        r.duringCode([&] { r.loader.portControl.cmdCancel_Click(); });
+        r.bench.boxes.user = [&](int) {
+            EXPECT_EQ(r.loader.state.BytesSent, 2);
+            return answer;
+        };
+        r.start();
+        EXPECT_EQ(r.bench.boxes.shown, QStringList(kQuestion));
+        EXPECT_EQ(r.loader.state.MessageText,
+                  "If you cancel now, you have to restart all over!\r\nAre you sure?");
+        EXPECT_FALSE(r.loader.transport.isTransferring());
+        if (answer == Answer::No) {
+            EXPECT_EQ(r.bench.console(), bringUpTexts().join(QString()));
+            EXPECT_EQ(r.outcome(), Outcome::Done);
+            continue;
+        }
+        EXPECT_EQ(r.port.written, "AU3" + kPrimaryHeader + kPrimaryCode.left(2));
+        EXPECT_EQ(r.loader.controls.staStatus.SecondPanel.value(), "bytes sent 2 / 5");
+        EXPECT_DOUBLE_EQ(r.loader.controls.pgbDownload.Value, 40.0);
+        EXPECT_EQ(r.outcome(), Outcome::Cancelled);
+        if (secondary) {
+            EXPECT_EQ(r.bench.console(),
+                      bringUpTexts().mid(0, 4).join(QString()) + "<0>" + kMismatch + kAborted);
+            r.bench.expectAtRest();
+        } else {
+            EXPECT_TRUE(
+                r.bench.console().endsWith("Sending code .. done!\n\n--- Enabling terminal mode ---\n"));
+            EXPECT_TRUE(r.port.isOpen() && r.loader.state.TerminalMode && !r.loader.state.OperationActive);
+        }
+    }
+}
+
+TEST(Transfer, ClosingTheWindowDuringTheCode) {
+    for (const Answer answer : {Answer::Yes, Answer::No}) {
+        BringUpBench r;
+        r.duringCode([&] { EXPECT_EQ(r.loader.portControl.Form_Unload(), 1); });
+        r.bench.boxes.user = [&](int) { return answer; };
+        r.start();
+        EXPECT_EQ(r.bench.boxes.shown[0], kQuestion);
+        EXPECT_EQ(r.bench.boxes.shown.size(), answer == Answer::Yes ? 1 : 2) << "on No the closed port fails";
+        EXPECT_EQ(r.port.written.size(), 3 + 8 + 2);
+        EXPECT_TRUE(r.bench.console().endsWith(kAborted));
+        r.bench.expectAtRest();
+    }
+}
+
+TEST(Transfer, SizesThatDoNotMatchTheFile) {
+    struct Row {
+        QByteArray content;
+        const char* size;
+        QByteArray header;
+        QByteArray code;
+        const char* panel;
+    };
+    for (const Row& row :
+         std::initializer_list<Row>{{"abc", "0x5", hex("34 12 00 00 05 00 00 00"), "abc", "bytes sent 5 / 5"},
+                                    {"abc", "2", hex("34 12 00 00 02 00 00 00"), "ab", "bytes sent 2 / 2"},
+                                    {"", "0x0", hex("34 12 00 00 00 00 00 00"), "", "bytes sent 0 / 0"}}) {
+        BringUpBench r;
+        r.bench.fill(0, row.content, "0x1234");
+        r.loader.controls.lblCodeSize[0].Caption = row.size;
+        r.port.steps[3].when = row.header + row.code;
+        r.port.steps[3].action = [&] {
+            EXPECT_EQ(r.loader.controls.staStatus.SecondPanel.value(), row.panel);
+            EXPECT_DOUBLE_EQ(r.loader.controls.pgbDownload.Value, 100.0);
+        };
+        r.start();
+        EXPECT_EQ(r.outcome(), Outcome::Done);
+        EXPECT_EQ(r.bench.console(), bringUpTexts().join(QString()));
+    }
+}
+
+/// An image that takes the line longer than the reply time-out: about 8.7 s.
+QByteArray longImage() {
+    QByteArray image;
+    for (int i = 0; i < 100'000; ++i)
+        image += static_cast<char>(i * 7 + i / 256);
+    return image;
+}
+
+TEST(Transfer, LongerThanTheReplyTimeOutAtTheLinesSpeed) {
+    BringUpBench r;
+    const QByteArray code = longImage();
+    r.bench.fill(1, code, "0x80008004");
+    r.port.paced = true;
+    r.port.steps[4].when = "p" + hex("04 80 00 80 A0 86 01 00");
+    r.port.steps[5].when = code;
+    r.start();
+    EXPECT_EQ(r.outcome(), Outcome::Done);
+    EXPECT_EQ(r.port.written.right(code.size()), code);
+    const auto first = r.port.deliveredAt[r.port.deliveredAt.size() - static_cast<std::size_t>(code.size())];
+    const std::chrono::duration<double> took = r.port.deliveredAt.back() - first;
+    EXPECT_LT(took.count(), static_cast<double>(code.size()) / 11'520 / 0.995) << "the line was left idle";
+    EXPECT_LT(r.port.deliveredAt.back() - r.port.writtenAt.back(), 500ms) << "handed over too far ahead";
+}
+
+TEST(Transfer, AStalledLineLeavesTheProgramAlive) {
+    BringUpBench r;
+    r.bench.fill(1, longImage(), "0x80008004");
+    r.port.paced = true;
+    r.port.steps[4].when = "p" + hex("04 80 00 80 A0 86 01 00");
+    const Duration begin = r.loop.elapsed();
+    r.loop.after(3s, [&] { r.port.stalled = true; });
+    r.loop.after(10s, [&] {
+        EXPECT_TRUE(r.loader.controls.staStatus.FirstPanel.value().contains("stalled"));
+        EXPECT_GT(r.loader.state.BytesSent, 20'000);
+        EXPECT_LT(r.loader.state.BytesSent, 45'000);
+        r.loader.portControl.cmdCancel_Click();
+    });
+    Duration asked{};
+    r.bench.boxes.user = [&](int) {
+        asked = r.loop.elapsed() - begin;
+        return Answer::Yes;
+    };
+    r.start();
+    EXPECT_EQ(r.bench.boxes.shown, QStringList(kQuestion));
+    EXPECT_EQ(asked, 10s);
+    EXPECT_EQ(r.outcome(), Outcome::Cancelled);
+    r.bench.expectAtRest();
+}
+
+} // namespace

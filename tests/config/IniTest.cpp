@@ -1,0 +1,98 @@
+#include "config/IniFile.h"
+#include "support/Bench.h"
+
+namespace {
+
+using namespace zrktest;
+
+class Ini : public ScriptedTest {
+  protected:
+    void load(const QByteArray& text) {
+        loader.state.IniPath = bench.file("loader.INI", text);
+        loader.iniLoader.mnuLoadIni_Click();
+    }
+
+    /// "ticked|name|path|tool tip|address|size", with the image folder as "~".
+    [[nodiscard]] QString slot(std::size_t i) const {
+        const zrk::Controls& c = loader.controls;
+        return QStringList{QString::number(c.chkExeURK[i].Value),
+                           c.txtFilNam[i].Text,
+                           c.txtFilNam[i].Tag,
+                           c.txtFilNam[i].ToolTipText,
+                           c.txtStartAddress[i].Text,
+                           c.lblCodeSize[i].Caption}
+            .join('|')
+            .replace(bench.folder.path(), "~");
+    }
+};
+
+TEST_F(Ini, FoundMissingAndUnnamedFiles) {
+    QDir(bench.folder.path()).mkdir("img");
+    (void)bench.file("p.bin", QByteArray(5000, 'p'));
+    (void)bench.file("img/k.bin", "k");
+    (void)bench.file("empty.bin", "");
+    (void)bench.file(" two .bin", "12");
+    bench.fill(2, "kept", "0x80000100");
+    const QString uboot = slot(2);
+
+    load("[BINFILES]\r\nPRIMARY=p.bin,0x12345,ignored\r\nSECONDARY=none.bin,0x80000010\r\n"
+         "FLASH=empty.bin,0x100\r\nPG_SIBL=img\\none\r\n"
+         "[IMGFILES]\r\nUBOOT=\r\nROOTFS=,0x80000004\r\nKERNEL=img\\k.bin,  0x8000000c  \r\n");
+    EXPECT_EQ(slot(0), "1|p.bin|~/p.bin|Path: ~/|0x2345|0x1388");
+    EXPECT_EQ(slot(1), "0|CAN'T FIND: none.bin||File Not Found, check .INI file|0x80000004|");
+    EXPECT_EQ(slot(2), uboot);
+    EXPECT_EQ(slot(3), "0|CAN'T FIND: ||File Not Found, check .INI file|0x80000004|");
+    EXPECT_EQ(slot(4), "1|k.bin|~/img/k.bin|Path: ~/img/|0x8000000C|0x1");
+    EXPECT_EQ(slot(5), "0|CAN'T FIND: empty.bin||File Not Found, check .INI file|0x0000|");
+    EXPECT_EQ(slot(6), "0|CAN'T FIND: none||File Not Found, check .INI file|0x80000004|");
+    EXPECT_EQ(bench.buttons(), "1001");
+    EXPECT_TRUE(bench.boxes.shown.isEmpty());
+
+    // Loaded again: what is named is overwritten and what is no longer named stays.
+    load("[binfiles]\nprimary = gone.bin\nSecondary=' two .bin'\n[IMGFILES]\nUBOOT=p.bin, no number\n");
+    EXPECT_EQ(slot(0), "0|CAN'T FIND: gone.bin||File Not Found, check .INI file|0x0000|");
+    EXPECT_EQ(slot(1), "1| two .bin|~/ two .bin|Path: ~/|0x00000000|0x2");
+    EXPECT_EQ(slot(2), "1|p.bin|~/p.bin|Path: ~/|0x0|0x1388");
+    EXPECT_EQ(slot(4), "1|k.bin|~/img/k.bin|Path: ~/img/|0x8000000C|0x1");
+    EXPECT_EQ(bench.buttons(), "0001");
+
+    const QString before = slot(1);
+    loader.state.IniPath = bench.folder.filePath("no.INI");
+    loader.iniLoader.mnuLoadIni_Click();
+    EXPECT_EQ(slot(1), before);
+    EXPECT_TRUE(bench.boxes.shown.isEmpty());
+
+    loader.iniLoader.mnuWriteIni_Click();
+    EXPECT_EQ(bench.boxes.shown.last(), "[Not yet implemented] i Not yet implemented. Please edit " +
+                                            loader.state.IniPath + " yourselfes");
+}
+
+TEST_F(Ini, Values) {
+    const QByteArray long254(254, 'v');
+    const QByteArray text =
+        "\xEF\xBB\xBF; Key=comment\nKey=before any section\n[Other]\nKey=other\n[ SECT ]\n"
+        "# Key=comment\n Key = a b=c, d \nkey=second\nNoEquals\nBlank=   \n"
+        "Quoted=\" x \"\nHalf=\"x\nLong=" +
+        long254 + "vv\nName=caf\xC3\xA9\n[Sect]\nLate=never seen\n[Last]\rKey=last";
+    const QString path = bench.file("values.ini", text);
+    for (const auto& [key, value] : std::initializer_list<std::pair<const char*, QString>>{
+             {"Key", "a b=c, d"},
+             {"KEY", "a b=c, d"},
+             {"Blank", ""},
+             {"Quoted", " x "},
+             {"Half", "\"x"},
+             {"Long", QString::fromLatin1(long254)},
+             {"Name", QString::fromUtf8("caf\xC3\xA9")},
+             {"Late", ""},
+             {"NoEquals", ""},
+         })
+        EXPECT_EQ(zrk::GetIniValue(path, "Sect", key), value) << key;
+    EXPECT_EQ(zrk::GetIniValue(path, "last", "key"), "last");
+    EXPECT_EQ(zrk::GetIniValue(path, "missing", "key"), "");
+    EXPECT_EQ(zrk::GetIniValue(bench.file("latin", "[S]\nName=caf\xE9"), "S", "Name"),
+              QString::fromUtf8("caf\xC3\xA9"));
+    EXPECT_EQ(zrk::GetIniValue(bench.file("bom", "\xEF\xBB\xBF[S]\nKey=v"), "S", "Key"), "v");
+    EXPECT_EQ(zrk::GetIniValue(bench.folder.path(), "S", "Key"), "");
+}
+
+} // namespace

@@ -1,0 +1,92 @@
+#include "support/Bench.h"
+
+#include <QFile>
+
+namespace {
+
+using namespace zrktest;
+
+class Slots : public ScriptedTest {};
+
+TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
+    zrk::Controls& c = loader.controls;
+    bench.fileDialog.choice = bench.file("image.ubt", QByteArray(4660, 'x'));
+    for (int slot = 0; slot < 7; ++slot) {
+        const auto i = static_cast<std::size_t>(slot);
+        const QString address = c.txtStartAddress[i].Text;
+        c.cmdStartPrimary.Enabled = false;
+        loader.fileChoice.cmdBrowse_Click(slot);
+        const zrk::FileRequest& request = bench.fileDialog.requests.last();
+        EXPECT_EQ(request.title, "Open binary file");
+        EXPECT_EQ(request.folder, bench.folder.path());
+        EXPECT_EQ(request.filterIndex, slot >= 2 && slot <= 4 ? 2 : 1) << slot;
+        QStringList filters;
+        for (const auto& filter : request.filters)
+            filters += filter.name + '|' + filter.pattern;
+        EXPECT_EQ(filters.join('|'),
+                  "Binary Files (.bin)|*.bin|Uboot Image (.ubt)|*.ubt|All Files (*.*)|*.*");
+        EXPECT_EQ(c.txtFilNam[i].Text.value(), "image.ubt");
+        EXPECT_EQ(c.txtFilNam[i].Tag.value(), bench.fileDialog.choice);
+        EXPECT_EQ(c.txtFilNam[i].ToolTipText.value(), "Path: " + bench.folder.path() + "/");
+        EXPECT_EQ(c.lblCodeSize[i].Caption.value(), "0x1234");
+        EXPECT_EQ(c.txtStartAddress[i].Text.value(), address);
+        EXPECT_TRUE(c.chkExeURK[i].isTicked());
+        EXPECT_EQ(c.cmdStartPrimary.Enabled, slot == 0);
+    }
+    // Cancelled, or while an operation runs: nothing changes.
+    c.chkExeURK[3].Value = 0;
+    bench.fileDialog.choice.clear();
+    loader.fileChoice.cmdBrowse_Click(3);
+    bench.fileDialog.choice = bench.file("other.bin", "");
+    loader.state.OperationActive = true;
+    loader.fileChoice.cmdBrowse_Click(3);
+    EXPECT_EQ(c.txtFilNam[3].Text.value(), "image.ubt");
+    EXPECT_FALSE(c.chkExeURK[3].isTicked());
+    loader.state.OperationActive = false;
+    loader.fileChoice.cmdBrowse_Click(3);
+    EXPECT_EQ(c.lblCodeSize[3].Caption.value(), "0x0");
+    // A length that cannot be read keeps the previous label; everything else is the new file's.
+    bench.fileDialog.choice = bench.folder.filePath("gone.bin");
+    loader.fileChoice.cmdBrowse_Click(2);
+    EXPECT_EQ(c.lblCodeSize[2].Caption.value(), "0x1234");
+    EXPECT_EQ(c.txtFilNam[2].Text.value(), "gone.bin");
+    EXPECT_TRUE(c.chkExeURK[2].isTicked());
+}
+
+TEST_F(Slots, WithoutAFileASlotCannotBeSelected) {
+    auto& box = loader.controls.chkExeURK[2];
+    box.Value = 1;
+    EXPECT_EQ(box.Value, 0);
+    bench.fill(2, "x", "0x80000004");
+    box.Value = 0;
+    EXPECT_FALSE(loader.controls.txtFilNam[2].Tag.value().isEmpty());
+    box.Value = 1;
+    EXPECT_EQ(box.Value, 1);
+}
+
+TEST_F(Slots, AFileThatChangedSinceItWasChosenIsMarked) {
+    bench.fill(1, "old", "0x80000004");
+    const auto mark = [this] {
+        loop.runFor(300ms);
+        return loader.controls.lblFileChanged[1].Caption.value();
+    };
+    EXPECT_EQ(mark(), "");
+    QFile file(loader.controls.txtFilNam[1].Tag.value());
+    ASSERT_TRUE(file.open(QIODevice::Append));
+    file.write("er");
+    file.close();
+    EXPECT_TRUE(mark().contains("changed"));
+    EXPECT_EQ(loader.controls.lblCodeSize[1].Caption.value(), "0x3") << "the size is not measured again";
+    bench.fill(1, "newer", "0x80000004");
+    EXPECT_EQ(mark(), "");
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite) &&
+                file.setFileTime(QDateTime::fromSecsSinceEpoch(1000), QFileDevice::FileModificationTime));
+    file.close();
+    EXPECT_TRUE(mark().contains("changed"));
+    file.remove();
+    EXPECT_TRUE(mark().contains("gone"));
+    loader.iniLoader.applyValue(1, "none.bin");
+    EXPECT_EQ(mark(), "");
+}
+
+} // namespace

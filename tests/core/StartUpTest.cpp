@@ -1,0 +1,66 @@
+#include "support/Bench.h"
+
+namespace {
+
+using namespace zrktest;
+
+class StartUpTest : public ScriptedTest {
+  protected:
+    /// A program that starts afresh in the bench's folder.
+    void load() {
+        started.emplace(zrk::LoaderSurroundings{loop, port, bench.boxes, bench.fileDialog, bench.waitDialog},
+                        bench.folder.path());
+        started->controls.txtStatus.append("old");
+        started->state.CancelRequested = true;
+        started->startUp.Form_Load({bench.folder.path(), "loader", 0, 7, 34}, started->paths);
+    }
+
+    std::optional<zrk::Loader> started;
+};
+
+TEST_F(StartUpTest, WithoutAnIniFileOrWithAnEmptyOne) {
+    for (int round = 0; round < 2; ++round) {
+        bench.boxes.shown.clear();
+        load();
+        EXPECT_EQ(bench.boxes.shown,
+                  QStringList("[No file] i No INI File found. Expect " + bench.folder.path() +
+                              "/loader.INI\nDefault values are NOT set!"));
+        const zrk::Controls& c = started->controls;
+        EXPECT_EQ(c.lblHeader.Caption.value(), "ZRK6957 loader, V0.7 (rev 34)");
+        ASSERT_EQ(c.cmbComPort.List.value().size(), 8);
+        for (int i = 0; i < 8; ++i) {
+            EXPECT_EQ(c.cmbComPort.List.value()[i].text, QStringLiteral("COM%1:").arg(i + 1));
+            EXPECT_EQ(c.cmbComPort.List.value()[i].itemData, i + 1);
+        }
+        EXPECT_EQ(c.cmbComPort.ListIndex, 0);
+        EXPECT_EQ(started->state.SlotNames,
+                  (std::array<QString, 8>{"", "Secondary Executable", "UBoot image", "Root FS image",
+                                          "Kernel image", "UBoot marker (0x80000000)",
+                                          "UBoot marker (0x82000000)", "maximum address"}));
+        EXPECT_EQ(c.txtStatus.text(), "");
+        EXPECT_FALSE(started->state.CancelRequested || started->state.DebugMode ||
+                     started->state.TerminalMode);
+        EXPECT_FALSE(c.cmdStartPrimary.Enabled || c.cmdURK.Enabled || c.cmdStartSecondary.Enabled);
+        EXPECT_TRUE(c.cmdPrgFlash.Enabled && c.cmdTerminal.Enabled && c.cmbComPort.Enabled);
+        EXPECT_FALSE(c.mnuExecScript.Enabled);
+        EXPECT_EQ(c.lblState.Caption.value(), "Closed...");
+        QStringList addresses;
+        for (const auto& address : c.txtStartAddress)
+            addresses += address.Text;
+        EXPECT_EQ(addresses.join(' '), "0x0 0x80000000 0x80000000 0x80000000 0x80000000 0x00000000 0x0");
+        started.reset();
+        (void)bench.file("loader.INI", ""); // an empty one is none
+    }
+}
+
+TEST_F(StartUpTest, WithAnIniFile) {
+    (void)bench.file("p.bin", "12345");
+    (void)bench.file("loader.INI", "[BINFILES]\nPRIMARY=p.bin,0x10\n");
+    load();
+    EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    EXPECT_EQ(started->controls.txtStartAddress[0].Text.value(), "0x0010");
+    EXPECT_TRUE(started->controls.chkExeURK[0].isTicked() && started->controls.cmdStartPrimary.Enabled);
+    EXPECT_EQ(started->state.IniPath, bench.folder.path() + "/loader.INI");
+}
+
+} // namespace

@@ -1,0 +1,185 @@
+#include "FlashBench.h"
+
+namespace {
+
+using namespace zrktest;
+using zrk::Answer;
+using zrk::Outcome;
+
+TEST(FlashProgramming, GoodRunToTheLetterAndToTheByte) {
+    for (const bool erase : {true, false}) {
+        for (const bool oneByOne : {true, false}) {
+            FlashBench b;
+            b.port.oneByOne = oneByOne;
+            b.loader.controls.chkErase.Value = erase ? 1 : 0;
+            b.port.steps[5].when[20] = erase ? 1 : 0;
+            b.port.steps[5].action = [&] { EXPECT_EQ(b.bench.buttons(), "1110"); };
+            b.loader.terminal.cmdTerminal_Click();
+            const QString before = b.bench.console() + "\n--- Switching to programmed mode ---\n";
+            b.start();
+            EXPECT_EQ(b.bench.console(),
+                      before + FlashBench::textsUpTo(9).replace("(ERASING FLASH) .. ",
+                                                                erase ? "(ERASING FLASH) .. " : ""));
+            EXPECT_EQ(b.port.written, b.sentUpTo(8));
+            EXPECT_EQ(b.port.callNames().mid(3),
+                      QStringList({"close", "handshaking 0", "open 1 115200,N,8,1", "close"}));
+            EXPECT_EQ(b.outcome(), Outcome::Done);
+            EXPECT_EQ(b.bench.buttons(), "1111");
+            EXPECT_FALSE(b.loader.flash.flashStateUnknown);
+            b.bench.expectAtRest();
+            EXPECT_TRUE(b.bench.boxes.shown.isEmpty());
+        }
+    }
+}
+
+TEST(FlashProgramming, EachAnswerGoneWrong) {
+    for (std::size_t step = 1; step <= 8; ++step) {
+        for (const Trouble trouble : kTroubles) {
+            if (trouble == Trouble::Silent && step > 2)
+                continue; // there is no time limit, as the next test shows
+            SCOPED_TRACE(testing::Message() << "step " << step << " trouble " << static_cast<int>(trouble));
+            FlashBench b;
+            disturb(b, b.port.steps[step], trouble);
+            b.start();
+            const bool echoed = step < 5 && trouble != Trouble::HangUp;
+            EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(static_cast<qsizetype>(step)) +
+                                             (echoed ? echoOf(trouble) + kMismatch : QString()) + kAborted);
+            EXPECT_EQ(b.port.written, b.sentUpTo(step)) << "sent on after the trouble";
+            EXPECT_EQ(b.bench.boxes.shown, boxesOf(trouble));
+            EXPECT_EQ(b.outcome(), outcomeOf(trouble));
+            b.expectAborted(step >= 5);
+
+            b.bench.waitDialog.whenShown = [&](zrk::WaitDialog& dialog) {
+                EXPECT_FALSE(b.loader.flash.flashStateUnknown) << "known until the next operation";
+                dialog.CancelButton_Click();
+            };
+            b.start();
+            b.expectAborted(false);
+        }
+    }
+}
+
+TEST(FlashProgramming, TheChipMayTakeItsTimeAndCancelStillWorksAtOnce) {
+    for (std::size_t step = 3; step <= 8; ++step) {
+        SCOPED_TRACE(step);
+        FlashBench b;
+        b.port.steps[step].delay = 20min;
+        b.start();
+        EXPECT_EQ(b.outcome(), Outcome::Done);
+
+        FlashBench c;
+        Duration clicked{};
+        c.port.steps[step].answer.clear();
+        c.port.steps[step].delay = 20min;
+        c.port.steps[step].action = [&] {
+            const QString panel = c.loader.controls.staStatus.FirstPanel;
+            EXPECT_TRUE(step < 5 || (panel.startsWith("The board ") && panel.contains(" min ")))
+                << panel.toStdString();
+            clicked = c.loop.elapsed();
+            c.loader.portControl.cmdCancel_Click();
+        };
+        c.start();
+        EXPECT_LT(c.loop.elapsed() - clicked, 100ms);
+        EXPECT_EQ(c.outcome(), Outcome::Cancelled);
+        c.expectAborted(step >= 5);
+    }
+}
+
+TEST(FlashProgramming, HangUpAtEveryByte) {
+    const qsizetype beforeHeader = FlashBench().sentUpTo(4).size();
+    for (qsizetype bytes = 1; bytes <= FlashBench().sentUpTo(8).size(); ++bytes) {
+        SCOPED_TRACE(bytes);
+        FlashBench b;
+        b.port.hangUpAfterBytes = bytes;
+        b.start();
+        EXPECT_EQ(b.outcome(), Outcome::PortLost);
+        EXPECT_EQ(b.bench.boxes.shown, boxesOf(Trouble::HangUp));
+        b.expectAborted(bytes > beforeHeader);
+    }
+}
+
+TEST(FlashProgramming, CancelDuringThePayload) {
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        FlashBench b;
+        b.port.steps[6].when = kData.mid(8);
+        b.port.steps.insert(b.port.steps.begin() + 6,
+                            {kData.left(8), "", [&] { b.loader.portControl.cmdCancel_Click(); }, 0ms});
+        b.bench.boxes.user = [&](int) { return answer; };
+        b.start();
+        EXPECT_EQ(b.bench.boxes.shown,
+                  QStringList("[] ? yes/no If you cancel now, you have to restart all over!\n"
+                              "Are you sure?"));
+        if (answer == Answer::No) {
+            EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(9));
+            EXPECT_EQ(b.outcome(), Outcome::Done);
+            continue;
+        }
+        EXPECT_EQ(b.port.written, b.sentUpTo(6) + hex("00 00 03")) << "the frame is completed";
+        EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(6) + kAborted);
+        EXPECT_EQ(b.loader.controls.staStatus.SecondPanel.value(), "bytes sent 2 / 5");
+        EXPECT_EQ(b.outcome(), Outcome::Cancelled);
+        b.expectAborted(true);
+    }
+}
+
+TEST(FlashProgramming, WithoutPgSibl) {
+    const QString box = "[Error] ! No pg_sibl binary specified in INI file";
+    {
+        FlashBench b; // unticked: told, and gone on with what the slot holds
+        b.loader.controls.chkExeURK[6].Value = 0;
+        b.bench.boxes.user = [&](int) {
+            EXPECT_EQ(b.bench.console(), "");
+            EXPECT_TRUE(b.port.isOpen());
+            return Answer::Ok;
+        };
+        b.start();
+        EXPECT_EQ(b.bench.boxes.shown, QStringList(box));
+        EXPECT_EQ(b.outcome(), Outcome::Done);
+    }
+    FlashBench b; // no file at all: the failure comes while its header is built
+    b.loader.iniLoader.applyValue(6, "none.bin");
+    b.start();
+    ASSERT_EQ(b.bench.boxes.shown.size(), 2);
+    EXPECT_EQ(b.bench.boxes.shown[0], box);
+    EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(2) +
+                                     "R .. found!\nSending startaddress .. done!\nSending size .. " +
+                                     kAborted);
+    EXPECT_EQ(b.outcome(), Outcome::Failed);
+    b.expectAborted(false);
+}
+
+TEST(FlashProgramming, TextsOfTheFlashSlot) {
+    struct Row {
+        const char* address;
+        const char* size;
+        QByteArray header; // what is sent of address and size
+        QByteArray data;   // what is sent of the data frame
+        bool good;
+    };
+    for (const Row& row : std::initializer_list<Row>{
+             {"131072", "5", hex("00 00 02 00 05 00 00 00"), kData, true},
+             {"0x83FFFFF0", "0x0", hex("F0 FF FF 83 00 00 00 00"), hex("02 09 00 00 00 AF 00 00 03"), true},
+             {"0x0", "0x7", hex("00 00 00 00 07 00 00 00"),
+              hex("02 10 00 00 00 AF") + kImage + hex("00 00 03"), true},
+             {"0x0", "0x7FFFFFF7", hex("00 00 00 00 F7 FF FF 7F"), "", false},
+             {"0x20000", "", hex("00 00 02 00"), "", false},
+             {"xyz", "0x5", "", "", false}}) {
+        SCOPED_TRACE(row.address);
+        FlashBench b;
+        b.loader.controls.txtStartAddress[5].Text = row.address;
+        b.loader.controls.lblCodeSize[5].Caption = row.size;
+        QByteArray header = hex("02 18 00 00 00 AE") + row.header;
+        if (row.header.size() == 8)
+            header += kHeader.mid(14);
+        b.port.steps[5].when = header;
+        b.port.steps[6].when = row.data;
+        b.start();
+        EXPECT_EQ(b.outcome(), row.good ? Outcome::Done : Outcome::Failed);
+        EXPECT_EQ(b.port.written, b.sentUpTo(row.good ? 8 : 6));
+        EXPECT_EQ(b.bench.boxes.shown.size(), row.good ? 0 : 1);
+        if (!row.good)
+            b.expectAborted(true);
+    }
+}
+
+} // namespace

@@ -1,0 +1,169 @@
+#include "support/Bench.h"
+
+namespace {
+
+using namespace zrktest;
+
+/// A loader in terminal mode; the script's first line, and so the far end's first step, is open to each test.
+class Script : public ScriptedTest {
+  protected:
+    void SetUp() override {
+        loader.terminal.cmdTerminal_Click();
+        begin = bench.console();
+    }
+
+    void run(const QByteArray& text) {
+        bench.fileDialog.choice = bench.file("test.scr", text);
+        loader.script.mnuExecScript_Click();
+    }
+
+    /// The end of every run.
+    void expectEnded(int lines) {
+        EXPECT_EQ(loader.controls.staStatus.SecondPanel.value(),
+                  QStringLiteral("%1 script lines executed.").arg(lines));
+        EXPECT_FALSE(loader.state.OperationActive);
+        EXPECT_TRUE(loader.controls.mnuExecScript.Enabled);
+        EXPECT_EQ(loader.state.AwaitedText, "");
+        EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    }
+
+    QString begin;
+};
+
+TEST_F(Script, LinesAndWhatTheySend) {
+    struct Row {
+        QByteArray text;
+        QByteArray sent;
+        int lines;
+    };
+    for (const Row& row : std::initializer_list<Row>{
+             {"", "", 0},
+             {"\r\n", "", 1},
+             {"\n\n", "", 2},
+             {">a\r>b\r\n>c\n>d", "abcd", 4},
+             {">a\r\r>b", "ab", 3},
+             {">help/n", "help\r", 1},
+             {">reset", "reset", 1},
+             {">/n/n/x//n \t", "\r\r/x/\r \t", 1},
+             {">>", ">", 1},
+             {">", "", 1},
+             {"<", "", 1},
+             {"# a\r\n >x\r\nx>y\r\n\r\n;", "", 5},
+             {QByteArray(">\0\xE4\xFF", 4), QByteArray("\0\xE4\xFF", 3), 1},
+         }) {
+        SCOPED_TRACE(row.text.toStdString());
+        port.written.clear();
+        loader.state.DebugMode = true; // does not mute a script
+        run(row.text);
+        EXPECT_EQ(port.written, row.sent);
+        expectEnded(row.lines);
+    }
+    const zrk::FileRequest& request = bench.fileDialog.requests.last();
+    EXPECT_EQ(request.title, "Open script file");
+    ASSERT_EQ(request.filters.size(), 2);
+    EXPECT_EQ(request.filters[0].name + '|' + request.filters[0].pattern, "Script Files (.scr)|*.scr");
+    EXPECT_EQ(request.filters[1].name + '|' + request.filters[1].pattern, "All Files (*.*)|*.*");
+    EXPECT_EQ(bench.console(), begin) << "a script prints nothing itself";
+}
+
+TEST_F(Script, ADialogue) {
+    port.follow({{"help\r", "commands: a b\r\nzrk> "},
+                 {"boot\r", "", [this] {
+                      EXPECT_EQ(loader.controls.staStatus.SecondPanel.value(), "Executing script line 5");
+                      EXPECT_TRUE(loader.state.OperationActive);
+                      EXPECT_FALSE(loader.controls.mnuExecScript.Enabled);
+                      loop.runFor(10s);
+                      EXPECT_EQ(loader.controls.staStatus.FirstPanel.value(),
+                                "Script line 5 waits for \"done/n\": 9 s");
+                      loader.script.mnuExecScript_Click();
+                      port.receive("all done\rzrk> ");
+                  }}});
+    run(">help/n\n<zrk> \n# ready\n>boot/n\n<done/n\n>end");
+    EXPECT_EQ(port.written, "help\rboot\rend");
+    expectEnded(6);
+    EXPECT_EQ(bench.console(), begin + "commands: a b\nzrk> all done\nzrk> ");
+    EXPECT_EQ(bench.fileDialog.requests.size(), 1);
+}
+
+TEST_F(Script, WhatEndsAWait) {
+    struct Row {
+        const char* name;
+        QByteArray before; // unread at the port when the wait begins
+        std::vector<std::pair<Duration, QByteArray>> arrives;
+        bool ends;
+    };
+    for (const Row& row : std::initializer_list<Row>{
+             {"one block", "", {{1s, "the prompt> is here"}}, true},
+             {"unread when the wait begins", "prompt>", {}, true},
+             {"within one poll", "", {{1010ms, "pro"}, {1150ms, "mpt>"}}, true},
+             {"split over two polls", "", {{1s, "pro"}, {2s, "mpt>"}}, false},
+             {"other case", "", {{1s, "Prompt>"}}, false},
+             {"too late, but then again", "", {{1s, "prompt"}, {2s, ">prompt>"}}, true},
+         }) {
+        SCOPED_TRACE(row.name);
+        port.receive("prompt>"); // read and shown before the wait: does not count
+        loop.runFor(200ms - (loop.elapsed() % 200ms));
+        loop.runFor(200ms);
+        port.receive(row.before);
+        const Duration start = loop.elapsed();
+        for (const auto& [when, bytes] : row.arrives)
+            loop.after(when, [this, bytes = bytes] { port.receive(bytes); });
+        bool cancelled = false;
+        const auto cancel = loop.schedule(loop.now() + 5min, [&] {
+            cancelled = true;
+            loader.portControl.cmdCancel_Click();
+        });
+        port.written.clear();
+        run("<prompt>\n>after");
+        EXPECT_EQ(cancelled, !row.ends);
+        EXPECT_EQ(port.written, row.ends ? "after" : "");
+        expectEnded(row.ends ? 2 : 1);
+        EXPECT_TRUE(port.isOpen() && loader.state.TerminalMode) << "a cancelled script leaves both";
+        EXPECT_TRUE(!row.ends || loop.elapsed() - start < 3s);
+        loop.cancel(cancel);
+    }
+}
+
+TEST_F(Script, FailuresEndTheRunWithItsCount) {
+
+    QByteArray lines;
+    for (int i = 0; i < 32'767; ++i)
+        lines += "#\n";
+    run(lines + ">never");
+    EXPECT_EQ(port.written, "");
+    expectEnded(32'767);
+    run(lines.chopped(2) + ">now");
+    EXPECT_EQ(port.written, "now");
+    expectEnded(32'767);
+
+    bench.fileDialog.choice = bench.folder.filePath("gone.scr");
+    loader.script.mnuExecScript_Click();
+    expectEnded(0);
+
+    bench.fileDialog.choice.clear(); // cancelled: nothing changes
+    loader.controls.staStatus.SecondPanel = "as it was";
+    loader.script.mnuExecScript_Click();
+    EXPECT_EQ(loader.controls.staStatus.SecondPanel.value(), "as it was");
+
+    loop.after(1s, [this] {
+        port.receive("last words");
+        port.hangUp();
+    });
+    run("#\n<never\n>x");
+    expectEnded(2);
+    EXPECT_TRUE(bench.console().endsWith("last words"));
+    loop.runFor(1s); // the idle port is then found lost
+    EXPECT_FALSE(port.isOpen());
+    run(">x\n>y");
+    expectEnded(1);
+}
+
+TEST_F(Script, ClosingTheWindowEndsAWait) {
+    loop.after(1s, [this] { EXPECT_EQ(loader.portControl.Form_Unload(), 1); });
+    run("<never\n>x");
+    expectEnded(1);
+    EXPECT_FALSE(port.isOpen());
+    EXPECT_EQ(loader.portControl.Form_Unload(), 0);
+}
+
+} // namespace

@@ -1,0 +1,111 @@
+#include "platform/RuntimeFailure.h"
+#include "support/Bench.h"
+
+namespace {
+
+using namespace zrktest;
+
+class Console : public ScriptedTest {
+  protected:
+    void openTerminal() {
+        loader.terminal.cmdTerminal_Click();
+        port.calls.clear();
+    }
+};
+
+TEST_F(Console, PrintStatusTranslatesEachTextAloneAndYieldsOnce) {
+    int yields = 0;
+    for (const char* text : {"a/nb/n", "/", "n", "", "/N//n"}) {
+        loop.post([&] { ++yields; });
+        loader.console.PrintStatus(text);
+    }
+    EXPECT_EQ(loader.controls.txtStatus.text(), "a\r\nb\r\n/n/N/\r\n");
+    EXPECT_EQ(yields, 5);
+}
+
+TEST_F(Console, TypedKeysGoOutOnlyInTerminalModeWithAnOpenPort) {
+    const auto type = [this](std::initializer_list<int> keys) {
+        for (const int key : keys)
+            EXPECT_EQ(loader.keys.txtStatus_KeyPress(key), 0);
+    };
+    type({'A'});
+    loader.port.OpenComPort();
+    type({'B'});
+    loader.port.CloseComPort();
+    openTerminal();
+    loader.state.DebugMode = true; // does not stop typing
+    const QString text = bench.console();
+    type({'A', 13, 8, 9, 27, 0, 255, 256, 0x20AC});
+    EXPECT_EQ(port.written, hex("41 0D 08 09 1B 00 FF"));
+    EXPECT_EQ(bench.console(), text);
+    loader.port.CloseComPort();
+    type({'C'});
+    EXPECT_EQ(port.written.size(), 7);
+}
+
+TEST_F(Console, APasteGoesOutInPiecesThatTheQueueTakes) {
+    openTerminal();
+    port.paced = true;
+    QByteArray lines;
+    for (int i = 0; i < 900; ++i)
+        lines += "0123456789\r";
+    const Duration begin = loop.elapsed();
+    loader.keys.paste(QString::fromLatin1(lines).replace('\r', "\r\n") + QChar(0x20AC) + "\n!");
+    EXPECT_EQ(loop.elapsed(), begin) << "the paste blocked";
+    EXPECT_EQ(port.written.size(), 512);
+    loader.keys.txtStatus_KeyPress('t'); // typed behind it
+    loop.runFor(2s);
+    EXPECT_EQ(port.written, lines + "\r!t");
+    EXPECT_EQ(port.writtenAt.size(), port.deliveredAt.size());
+
+    loader.keys.paste(QString(9000, 'x'));
+    loader.terminal.cmdTerminal_Click(); // leaves terminal mode: the rest is dropped
+    loop.runFor(2s);
+    EXPECT_LT(port.written.size(), lines.size() + 3 + 5000);
+}
+
+TEST_F(Console, AltBPulsesDtrForATenthOfASecond) {
+    const auto press = [this](int key, bool alt, bool shift, bool control) {
+        loader.keys.txtStatus_KeyDown(key, alt, shift, control);
+    };
+    press(66, true, false, false); // closed
+    loader.port.OpenComPort();
+    port.calls.clear();
+    press(66, true, true, false);
+    press(66, true, false, true);
+    press(66, false, false, false);
+    press(65, true, false, false);
+    EXPECT_TRUE(port.calls.empty());
+    bool alive = false;
+    loop.after(50ms, [&] {
+        alive = true;
+        press(66, true, false, false); // nested: one pulse is enough
+    });
+    press(66, true, false, false);
+    EXPECT_TRUE(alive);
+    ASSERT_EQ(port.callNames(), QStringList({"dtr 0", "dtr 1"}));
+    EXPECT_GE(port.calls[1].when - port.calls[0].when, 100ms);
+    // A port that is closed under the pulse ends it quietly.
+    loop.after(50ms, [&] { loader.port.CloseComPort(); });
+    press(66, true, false, false);
+    EXPECT_EQ(port.callNames(), QStringList({"dtr 0", "dtr 1", "dtr 0", "close"}));
+}
+
+TEST_F(Console, DebugSendWritesItsTextAndTellsAFailure) {
+    EXPECT_EQ(loader.controls.txtOut.Text.value(), "4R");
+    loader.port.OpenComPort();
+    loader.state.DebugMode = true;
+    loader.keys.cmdOutput_Click();
+    EXPECT_EQ(port.written, "4R");
+    loader.controls.txtOut.Text = QStringLiteral("a\u20ACb");
+    loader.keys.cmdOutput_Click();
+    EXPECT_EQ(port.written, "4R");
+    loader.port.CloseComPort();
+    loader.controls.txtOut.Text = "x";
+    loader.keys.cmdOutput_Click();
+    ASSERT_EQ(bench.boxes.shown.size(), 2);
+    EXPECT_EQ(bench.boxes.shown[1],
+              "[Error] ! Error communicating with COM1\nor other I/O problem\nError: The port is not open.");
+}
+
+} // namespace

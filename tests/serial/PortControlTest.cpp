@@ -1,0 +1,71 @@
+#include "support/Bench.h"
+
+namespace {
+
+using namespace zrktest;
+
+class PortControlTest : public ScriptedTest {};
+
+TEST_F(PortControlTest, CancelWhenIdle) {
+    zrk::Controls& c = loader.controls;
+    // Closed, no primary boot: the console line and the buttons all the same.
+    bench.setButtons("0111");
+    loader.portControl.cmdCancel_Click();
+    EXPECT_EQ(bench.console(), "\n--- Closing port ---\n");
+    EXPECT_EQ(bench.buttons(), "0001");
+
+    bench.fill(0, "p", "0x0000");
+    bench.setButtons("0111");
+    c.cmbComPort.ListIndex = 7;
+    loader.terminal.cmdTerminal_Click();
+    c.cmbComPort.ListIndex = 2;
+    loader.port.OpenComPort(); // open already: the old number stays
+    EXPECT_EQ(port.callNames().last(), "open 8 115200,N,8,1");
+    EXPECT_EQ(loader.port.CommPort(), 8);
+    loader.portControl.cmdCancel_Click();
+    EXPECT_EQ(bench.console(), "\n--- Closing port ---\n\n--- Enabling terminal mode ---\n"
+                               "\n--- Closing port ---\n\n--- Switching to programmed mode ---\n");
+    EXPECT_EQ(bench.buttons(), "1001");
+    EXPECT_FALSE(loader.state.CancelRequested);
+    bench.expectAtRest();
+}
+
+TEST_F(PortControlTest, BytesFromBeforeTheOpenAreNeverRead) {
+    loader.port.OpenComPort();
+    port.receive("old");
+    loader.port.CloseComPort();
+    port.receive("between");
+    loader.port.OpenComPort();
+    EXPECT_EQ(loader.port.InBufferCount(), 0);
+}
+
+TEST_F(PortControlTest, ClosingTheIdleWindowClosesThePort) {
+    loader.port.OpenComPort();
+    EXPECT_EQ(loader.portControl.Form_Unload(), 0);
+    EXPECT_TRUE(loader.state.CancelRequested);
+    bench.expectAtRest();
+}
+
+TEST_F(PortControlTest, AnIdlePortThatIsLostIsClosedWithinASecondAndToldOnce) {
+    bench.fill(0, "p", "0x0000");
+    bench.setButtons("0111");
+    loader.terminal.cmdTerminal_Click();
+    loop.runFor(350ms);
+    port.receive("last words");
+    port.hangUp();
+    loop.runFor(1s);
+    EXPECT_EQ(bench.console(), "\n--- Enabling terminal mode ---\nlast words"
+                               "\n--- The device is gone. Port closed. ---\n");
+    EXPECT_EQ(bench.buttons(), "1001");
+    EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    loader.terminal.cmdTerminal_Click();
+    bench.expectAtRest();
+
+    loader.port.OpenComPort();
+    loader.state.OperationActive = true; // an operation finds out by itself
+    port.hangUp();
+    loop.runFor(1s);
+    EXPECT_TRUE(port.isOpen());
+}
+
+} // namespace

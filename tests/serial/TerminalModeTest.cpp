@@ -1,0 +1,147 @@
+#include "support/Bench.h"
+
+namespace {
+
+using namespace zrktest;
+
+class Terminal : public ScriptedTest {
+  protected:
+    static constexpr const char* kOn = "\n--- Enabling terminal mode ---\n";
+    static constexpr const char* kOff = "\n--- Switching to programmed mode ---\n";
+};
+
+TEST_F(Terminal, TheButtonTogglesAndLeavesThePortOpen) {
+    zrk::Controls& c = loader.controls;
+    int focused = 0;
+    c.txtStatus.onFocusRequested([&] { ++focused; });
+    EXPECT_EQ(c.cmdTerminal.Caption.value(), "Enable &Terminal mode");
+    EXPECT_EQ(port.callNames(), QStringList("handshaking 0"));
+    loader.terminal.switchTo(false); // already so
+    EXPECT_EQ(bench.console(), "");
+    EXPECT_EQ(focused, 1);
+
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_EQ(bench.console(), kOn);
+    EXPECT_EQ(c.cmdTerminal.Caption.value(), "Disable Terminal mode");
+    EXPECT_TRUE(c.mnuExecScript.Enabled && loader.state.TerminalMode);
+    EXPECT_EQ(c.lblState.Caption.value(), "Open...");
+    EXPECT_FALSE(c.cmbComPort.Enabled);
+    EXPECT_EQ(port.callNames(), QStringList({"handshaking 0", "handshaking 1", "open 1 115200,N,8,1"}));
+    port.receive("one block");
+    loop.runFor(199ms);
+    EXPECT_EQ(bench.console(), kOn);
+    loop.runFor(1ms);
+    EXPECT_EQ(bench.console(), QString(kOn) + "one block");
+
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_EQ(bench.console(), QString(kOn) + "one block" + kOff);
+    EXPECT_EQ(c.cmdTerminal.Caption.value(), "Enable Terminal mode");
+    EXPECT_FALSE(c.mnuExecScript.Enabled || loader.state.TerminalMode);
+    EXPECT_TRUE(port.isOpen());
+    EXPECT_EQ(port.callNames().last(), "handshaking 0");
+    EXPECT_EQ(focused, 3);
+    port.receive("ab");
+    loop.runFor(1s);
+    EXPECT_EQ(port.unread(), "ab") << "nothing but an operation reads in programmed mode";
+    EXPECT_EQ(loader.port.Input(), "a") << "one byte at a time";
+
+    loader.state.OperationActive = true;
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_FALSE(loader.state.TerminalMode);
+}
+
+TEST_F(Terminal, APortThatDoesNotOpenLeavesItOff) {
+    port.failsToOpen = true;
+    loader.controls.cmbComPort.ListIndex = 4;
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_EQ(bench.boxes.shown, QStringList("[Error] ! Error communicating with COM5\nor other I/O problem\n"
+                                             "Error: The device is not there."));
+    EXPECT_EQ(loader.state.MessageText,
+              "Error communicating with COM5\r\nor other I/O problem\r\nError: The device is not there.");
+    bench.expectAtRest();
+    port.failsToOpen = false;
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_TRUE(loader.state.TerminalMode && port.isOpen());
+}
+
+TEST_F(Terminal, TheFailureHandlerForcesProgrammedModeOnce) {
+    loader.port.OpenComPort();
+    port.failsHandshaking = true;
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_EQ(bench.boxes.shown, QStringList("[Error] ! Error communicating with COM1\nor other I/O problem\n"
+                                             "Error: The driver refused."));
+    EXPECT_EQ(bench.console(), QString(kOn) + "\n--- closing port ---\n" + kOff);
+    EXPECT_EQ(loader.controls.cmdTerminal.Caption.value(), "Enable Terminal mode");
+    bench.expectAtRest();
+
+    port.failsHandshaking = false; // and on the way back
+    loader.terminal.cmdTerminal_Click();
+    port.failsHandshaking = true;
+    const QString before = bench.console();
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_EQ(bench.console().mid(before.size()), QString(kOff) + "\n--- closing port ---\n" + kOff);
+    bench.expectAtRest();
+
+    loader.state.DebugMode = true;
+    EXPECT_THROW(loader.terminal.switchTo(true), zrk::RuntimeFailure);
+    EXPECT_EQ(bench.boxes.shown.size(), 2);
+}
+
+TEST_F(Terminal, ShowReceived) {
+    struct Row {
+        const char* before;
+        QString received;
+        const char* after;
+    };
+    for (const Row& row : std::initializer_list<Row>{
+             {"", "abc\bd", "abd"},
+             {"", "one\r\ntwo", "one\r\ntwo"},
+             {"", "one\ntwo", "onetwo"},
+             {"", "one\rtwo", "one\r\ntwo"},
+             {"", "\r\r\n", "\r\n\r\n"},
+             {"xyz", "\b", "xy"},
+             {"xyz", "\b\b\b", "xy"},
+             {"xyz", "a\b\b\bq", "xyq"},
+             {"xyz", "\b\ba\b", "xy"},
+             {"", "\b\bq", "q"},
+             {"", "a\n\bb", "ab"},
+             {"x\r\n", "\b", "x\r"},
+             {"x", "a\r\n\b\bb", "xab"},
+             {"x", "", "x"},
+             {"x", "/n", "x/n"},
+             {"x", QString::fromLatin1("\0\xFF", 2), nullptr},
+         }) {
+        zrk::ConsoleText& text = loader.controls.txtStatus;
+        text.replaceEnd(text.text().size(), row.before);
+        loader.terminal.ShowReceived(row.received);
+        EXPECT_EQ(text.text(), row.after ? QString(row.after) : "x" + row.received)
+            << row.before << " + " << readable(row.received).toStdString();
+    }
+}
+
+TEST_F(Terminal, StartingTheSecondary) {
+    const QString start = "\n-- Starting Secondary Executable --\n";
+    loader.port.OpenComPort();
+    loader.bringUp.cmdStartSecondary_Click();
+    EXPECT_EQ(bench.console(), start + kOn);
+    EXPECT_EQ(port.written, "d");
+    EXPECT_TRUE(loader.state.TerminalMode && port.isOpen() && !loader.state.OperationActive);
+
+    loader.bringUp.cmdStartSecondary_Click(); // from terminal mode
+    EXPECT_EQ(bench.console(), start + kOn + kOff + start + kOn);
+    EXPECT_EQ(port.written, "dd");
+
+    port.hangUp();
+    bench.setButtons("0111");
+    loader.bringUp.cmdStartSecondary_Click();
+    EXPECT_EQ(bench.boxes.shown, QStringList("[Error] ! Error communicating with COM1\nor other I/O problem\n"
+                                             "Error: The device is gone."));
+    EXPECT_EQ(bench.buttons(), "0001");
+    bench.expectAtRest();
+
+    loader.state.OperationActive = true;
+    loader.bringUp.cmdStartSecondary_Click();
+    EXPECT_EQ(port.written, "dd");
+}
+
+} // namespace

@@ -1,0 +1,122 @@
+#include "platform/RuntimeFailure.h"
+#include "support/Bench.h"
+
+namespace {
+
+using namespace zrktest;
+
+class TransportTest : public ScriptedTest {
+  protected:
+    void SetUp() override { loader.port.OpenComPort(); }
+    zrk::Transport& transport = loader.transport;
+};
+
+TEST_F(TransportTest, EveryByteValueIsOneCharacterBothWays) {
+    QByteArray all;
+    for (int i = 0; i < 256; ++i)
+        all += static_cast<char>(i);
+    transport.SendString(QString::fromLatin1(all));
+    transport.SendString("");
+    EXPECT_EQ(port.written, all);
+    port.receive(all);
+    for (int i = 0; i < 256; ++i)
+        EXPECT_EQ(transport.ReadChar(), QString(QChar(i)));
+    EXPECT_THROW(transport.SendString(QStringLiteral("a\u0100")), zrk::RuntimeFailure);
+    loader.state.DebugMode = true;
+    transport.SendString("more");
+    transport.SendByte('m');
+    EXPECT_EQ(port.written, all);
+}
+
+TEST_F(TransportTest, ReadCharYieldsFirstAndACancelWinsOverWaitingData) {
+    int turns = 0;
+    port.receive("ab");
+    loop.post([&] { ++turns; });
+    EXPECT_EQ(transport.ReadChar(), "a");
+    EXPECT_EQ(turns, 1);
+    loop.post([&] { EXPECT_EQ(loader.portControl.Form_Unload(), 1); });
+    loader.state.OperationActive = true;
+    EXPECT_EQ(transport.ReadChar(), QString(QChar(0))) << "the port is closed by now, and not looked at";
+    loader.state.OperationActive = false;
+
+    loader.port.OpenComPort();
+    port.receive("b");
+    loader.state.CancelRequested = true;
+    EXPECT_EQ(transport.ReadChar(), QString(QChar(0)));
+    EXPECT_EQ(port.unread(), "b");
+    EXPECT_TRUE(loader.state.CancelRequested);
+    loader.state.CancelRequested = false;
+    EXPECT_EQ(transport.ReadChar(), "b");
+
+    port.receive("c");
+    port.hangUp(); // what had arrived is still read
+    EXPECT_EQ(transport.ReadChar(), "c");
+    EXPECT_THROW((void)transport.ReadChar(), zrk::RuntimeFailure);
+}
+
+TEST_F(TransportTest, ExpectCharEchoesAndComparesExactly) {
+    port.receive("Rr");
+    EXPECT_TRUE(transport.ExpectChar("R"));
+    EXPECT_FALSE(transport.ExpectChar("R"));
+    EXPECT_EQ(loader.state.LastChar, "r");
+    EXPECT_FALSE(loader.state.CancelRequested);
+    loop.after(1s, [this] { loader.state.CancelRequested = true; });
+    EXPECT_FALSE(transport.ExpectChar("R"));
+    EXPECT_EQ(bench.console(), "Rrinvalid character received! Cancelling.\n"
+                               "<0>invalid character received! Cancelling.\n");
+}
+
+TEST_F(TransportTest, ReplyTimeOut) {
+    for (const auto& [debug, seconds] : {std::pair{false, 5}, {true, 10}}) {
+        loader.state.CancelRequested = false;
+        loader.state.DebugMode = debug;
+        bench.boxes.shown.clear();
+        bench.boxes.user = [&](int) {
+            loop.runFor(21s); // ticks go on while the box is open and show no second one
+            return zrk::Answer::Ok;
+        };
+        transport.ArmReplyTimer(true);
+        loop.runFor(3s);
+        transport.ArmReplyTimer(true); // counts from here
+        loop.runFor(std::chrono::seconds(seconds) - 1ms);
+        EXPECT_FALSE(loader.state.CancelRequested);
+        EXPECT_FALSE(transport.replyTimedOut());
+        loop.runFor(1ms);
+        EXPECT_TRUE(loader.state.CancelRequested);
+        EXPECT_TRUE(transport.replyTimedOut());
+        EXPECT_EQ(
+            bench.boxes.shown,
+            QStringList(QStringLiteral("[TimeOut] ! No valid serial response received within  %1 second\n"
+                                       "Aborting operation")
+                            .arg(seconds)));
+        bench.boxes.user = nullptr;
+        loop.runFor(11s);
+        EXPECT_GT(bench.boxes.shown.size(), 1) << "it ticks until it is disarmed";
+        transport.ArmReplyTimer(false);
+        const auto shown = bench.boxes.shown.size();
+        loop.runFor(30s);
+        EXPECT_EQ(bench.boxes.shown.size(), shown);
+    }
+}
+
+TEST_F(TransportTest, ProgressDisplay) {
+    zrk::Controls& c = loader.controls;
+    for (const auto& [sent, total, text, percent] :
+         {std::tuple{1200, 4096, "bytes sent 1200 / 4096", 29.296875},
+          {4096, 4096, "bytes sent 4096 / 4096", 100.0},
+          {0, 0, "bytes sent 0 / 0", 100.0}}) {
+        loader.state.BytesSent = sent;
+        loader.state.BytesTotal = total;
+        transport.timSentStatus_Timer();
+        EXPECT_EQ(c.staStatus.SecondPanel.value(), text);
+        EXPECT_DOUBLE_EQ(c.pgbDownload.Value, percent);
+    }
+    transport.enableSentStatus(true);
+    loader.state.BytesTotal = 10;
+    loop.runFor(249ms);
+    EXPECT_EQ(c.staStatus.SecondPanel.value(), "bytes sent 0 / 0");
+    loop.runFor(1ms);
+    EXPECT_EQ(c.staStatus.SecondPanel.value(), "bytes sent 0 / 10");
+}
+
+} // namespace

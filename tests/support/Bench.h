@@ -1,0 +1,77 @@
+#pragma once
+
+#include "core/Loader.h"
+#include "support/Fakes.h"
+#include "support/ScriptedPort.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+inline void PrintTo(const QString& text, std::ostream* out) {
+    *out << '"' << text.toStdString() << '"';
+}
+inline void PrintTo(const QByteArray& bytes, std::ostream* out) {
+    *out << bytes.toHex(' ').toStdString();
+}
+
+namespace zrk {
+inline void PrintTo(Outcome outcome, std::ostream* out) {
+    *out << "Outcome " << static_cast<int>(outcome);
+}
+} // namespace zrk
+
+namespace zrktest {
+
+using namespace std::chrono_literals;
+
+/// The bytes of a text like "02 0A 00".
+inline QByteArray hex(const char* digits) {
+    return QByteArray::fromHex(digits);
+}
+
+/// CR LF as a line end and every other control character as its code in angle brackets.
+[[nodiscard]] QString readable(const QString& text);
+
+/// A loader with everything around it, prepared as at start-up, over a port.
+struct Bench {
+    Bench(VirtualEventLoop& eventLoop, LinePort& linePort);
+
+    /// Gives the slot a file with this content, this address, and selects it.
+    void fill(int slot, const QByteArray& content, const QString& address);
+
+    /// Writes a file into the image folder; returns its path.
+    [[nodiscard]] QString file(const QString& name, const QByteArray& content) const;
+
+    [[nodiscard]] QString console() const { return readable(loader.controls.txtStatus.text()); }
+
+    /// cmdStartPrimary, cmdURK, cmdStartSecondary, cmdPrgFlash: "1" enabled, "0" not.
+    [[nodiscard]] QString buttons() const;
+    void setButtons(const QString& enabled);
+
+    /// The port is closed and shown so, no operation is active, terminal mode is off, the wait dialog is
+    /// gone, and nothing comes up later.
+    void expectAtRest();
+
+    VirtualEventLoop& loop;
+    LinePort& port;
+    RecordingBoxes boxes;
+    FakeFileDialog fileDialog;
+    FakeWaitDialog waitDialog;
+    QTemporaryDir folder;
+    zrk::Loader loader;
+};
+
+/// One bench over a scripted port, for tests that need many fresh ones.
+struct ScriptedBench {
+    VirtualEventLoop loop;
+    ScriptedPort port{loop};
+    Bench bench{loop, port};
+    zrk::Loader& loader = bench.loader;
+};
+
+class ScriptedTest : public ::testing::Test, protected ScriptedBench {};
+
+} // namespace zrktest

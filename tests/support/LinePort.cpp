@@ -1,0 +1,157 @@
+#include "support/LinePort.h"
+
+#include "platform/RuntimeFailure.h"
+
+#include <QStringList>
+
+namespace zrktest {
+
+namespace {
+
+constexpr Duration kByteTime = std::chrono::nanoseconds(1'000'000'000 / 11'520);
+constexpr qsizetype kQueue = 512;
+constexpr qsizetype kDriverBuffer = 4096;
+
+[[noreturn]] void fail(zrk::FailureKind kind, const char* text) {
+    throw zrk::RuntimeFailure(kind, QString::fromLatin1(text));
+}
+
+} // namespace
+
+void LinePort::open(int number, const zrk::LineSettings& settings) {
+    calls.push_back({m_loop.elapsed(), QStringLiteral("open %1 %2,%3,%4,%5")
+                                           .arg(number)
+                                           .arg(settings.baudRate)
+                                           .arg(QLatin1Char(settings.parity))
+                                           .arg(settings.dataBits)
+                                           .arg(settings.stopBits)});
+    if (failsToOpen)
+        fail(zrk::FailureKind::PortNotOpened, "The device is not there.");
+    m_open = true;
+    m_lost = false;
+    m_received.clear();
+    opened();
+}
+
+void LinePort::close() noexcept {
+    if (!m_open)
+        return;
+    calls.push_back({m_loop.elapsed(), QStringLiteral("close")});
+    m_open = false;
+    m_lost = false;
+    m_line.clear();
+    if (m_next)
+        m_loop.cancel(*m_next);
+    m_next.reset();
+}
+
+QString LinePort::deviceName(int number) const {
+    return QStringLiteral("/dev/line%1").arg(number);
+}
+
+void LinePort::requireOpen() const {
+    if (!m_open)
+        fail(zrk::FailureKind::PortNotOpen, "The port is not open.");
+}
+
+void LinePort::requireDevice() const {
+    requireOpen();
+    if (m_lost)
+        fail(zrk::FailureKind::PortLost, "The device is gone.");
+}
+
+qsizetype LinePort::bytesWaiting() {
+    requireOpen();
+    if (m_received.isEmpty())
+        requireDevice();
+    return m_received.size();
+}
+
+QByteArray LinePort::read(qsizetype most) {
+    (void)bytesWaiting();
+    QByteArray taken = m_received.left(most);
+    m_received.remove(0, taken.size());
+    return taken;
+}
+
+qsizetype LinePort::transmitRoom() {
+    requireDevice();
+    return std::min(kQueue, kQueue + kDriverBuffer - static_cast<qsizetype>(m_line.size()));
+}
+
+void LinePort::write(QByteArrayView bytes) {
+    requireDevice();
+    for (const char byte : bytes) {
+        while (!m_lost && transmitRoom() == 0) {
+            if (stalled)
+                fail(zrk::FailureKind::PortLost, "The line takes no data.");
+            m_loop.skipTo(m_line.front().through);
+            settle();
+        }
+        written += byte;
+        writtenAt.push_back(m_loop.now());
+        if (paced)
+            enqueue(byte);
+        else
+            deliver(byte, m_loop.now());
+    }
+}
+
+void LinePort::enqueue(char byte) {
+    const TimePoint begin = m_line.empty() ? m_loop.now() : std::max(m_loop.now(), m_line.back().through);
+    m_line.push_back({begin + kByteTime, byte});
+    if (!m_next)
+        m_next = m_loop.schedule(m_line.front().through, [this] { settle(); });
+}
+
+void LinePort::settle() {
+    if (m_next)
+        m_loop.cancel(*m_next);
+    m_next.reset();
+    while (!stalled && !m_line.empty() && m_line.front().through <= m_loop.now()) {
+        const Queued first = m_line.front();
+        m_line.pop_front();
+        deliver(first.byte, first.through);
+    }
+    if (!stalled && !m_line.empty())
+        m_next = m_loop.schedule(m_line.front().through, [this] { settle(); });
+}
+
+void LinePort::deliver(char byte, TimePoint when) {
+    if (m_lost)
+        return;
+    deliveredAt.push_back(when);
+    delivered(byte, when);
+    if (static_cast<qsizetype>(deliveredAt.size()) == hangUpAfterBytes)
+        hangUp();
+}
+
+void LinePort::receive(const QByteArray& bytes) {
+    if (m_open && !m_lost)
+        m_received += bytes;
+}
+
+void LinePort::hangUp() {
+    m_lost = m_open;
+    m_loop.wake();
+}
+
+void LinePort::setHandshaking(zrk::Handshaking handshaking) {
+    calls.push_back({m_loop.elapsed(), QStringLiteral("handshaking %1").arg(static_cast<int>(handshaking))});
+    if (failsHandshaking)
+        fail(zrk::FailureKind::PortLost, "The driver refused.");
+}
+
+bool LinePort::setDtr(bool on) {
+    calls.push_back({m_loop.elapsed(), QStringLiteral("dtr %1").arg(on ? 1 : 0)});
+    return true;
+}
+
+QStringList LinePort::callNames() const {
+    QStringList names;
+    for (const Call& call : calls)
+        names += call.what;
+    return names;
+}
+
+} // namespace zrktest

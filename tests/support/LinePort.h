@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/SerialPort.h"
+#include "support/VirtualEventLoop.h"
+
+#include <deque>
+#include <optional>
+#include <vector>
+
+namespace zrktest {
+
+/// A serial port on virtual time, with a line behind it. Who is at its other end is up to the subclass.
+///
+/// A paced line takes 11,520 bytes a second from a queue of 512 bytes and a driver's buffer of 4 KiB; an
+/// unpaced one takes everything at once. Bytes for the loader arrive at the time they are given.
+class LinePort : public zrk::SerialPort {
+  public:
+    explicit LinePort(VirtualEventLoop& loop) : m_loop(loop) {}
+
+    void open(int number, const zrk::LineSettings& settings) override;
+    void close() noexcept override;
+    [[nodiscard]] bool isOpen() const noexcept override { return m_open; }
+    [[nodiscard]] bool isLost() const noexcept override { return m_lost; }
+    [[nodiscard]] QString deviceName(int number) const override;
+    [[nodiscard]] qsizetype bytesWaiting() override;
+    [[nodiscard]] QByteArray read(qsizetype most) override;
+    void write(QByteArrayView bytes) override;
+    [[nodiscard]] qsizetype transmitRoom() override;
+    void setHandshaking(zrk::Handshaking handshaking) override;
+    bool setDtr(bool on) override;
+
+    // The line and what happens to it.
+    bool paced = false;
+    bool stalled = false;           ///< takes no byte any more
+    bool failsToOpen = false;       ///< "The device is not there."
+    bool failsHandshaking = false;  ///< "The driver refused."
+    qsizetype hangUpAfterBytes = 0; ///< hangs up when the far end has got so many; 0: never
+    void hangUp();
+
+    /// Bytes that reach the loader now; lost while the port is closed.
+    void receive(const QByteArray& bytes);
+
+    // What the loader did.
+    struct Call {
+        Duration when;
+        QString what; ///< "open 1 115200,N,8,1", "close", "handshaking 1", "dtr 0"
+    };
+    std::vector<Call> calls;
+    QByteArray written;                 ///< all bytes handed over, in order
+    std::vector<TimePoint> writtenAt;   ///< and when
+    std::vector<TimePoint> deliveredAt; ///< when the far end got each
+    [[nodiscard]] const QByteArray& unread() const { return m_received; }
+    [[nodiscard]] QStringList callNames() const;
+
+  protected:
+    virtual void opened() {}
+    virtual void delivered(char byte, TimePoint when) = 0;
+
+    VirtualEventLoop& m_loop;
+
+  private:
+    struct Queued {
+        TimePoint through;
+        char byte = 0;
+    };
+
+    void requireOpen() const;
+    void requireDevice() const;
+    void enqueue(char byte);
+    void settle();
+    void deliver(char byte, TimePoint when);
+
+    bool m_open = false;
+    bool m_lost = false;
+    QByteArray m_received;
+    std::deque<Queued> m_line;
+    std::optional<VirtualEventLoop::Event> m_next;
+};
+
+} // namespace zrktest
