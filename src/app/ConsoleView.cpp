@@ -8,7 +8,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
-#include <QTextBlock>
+#include <QScrollBar>
 
 namespace zrk {
 namespace {
@@ -58,7 +58,9 @@ QFont consoleFont() {
     font.setStyleHint(QFont::Monospace);
     if (!isFixedPitch(font)) // a desktop without settings may have none of its own
         font.setFamily(QStringLiteral("monospace"));
-    font.setFamilies({font.family(), signs}); // few fonts have the signs themselves
+    // Few fonts have the signs themselves. The first family must be a real one: an alias gives way to the
+    // second.
+    font.setFamilies({QFontInfo(font).family(), signs});
     return font;
 }
 
@@ -88,7 +90,7 @@ void ConsoleView::follow(const QString& text, qsizetype removed, qsizetype added
     end.insertText(edit.inserted);
     end.movePosition(QTextCursor::End);
     setTextCursor(end);
-    ensureCursorVisible();
+    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
 bool ConsoleView::event(QEvent* event) {

@@ -21,7 +21,7 @@ Transport::Transport(SharedState& state, Controls& controls, ComPort& port, Stat
                      MessageBoxes& boxes, EventLoop& loop)
     : m_state(state), m_controls(controls), m_port(port), m_console(console), m_boxes(boxes), m_loop(loop),
       m_timTimeOut(loop.createTimer([this] { timTimeOut_Timer(); })),
-      m_timSentStatus(loop.createTimer([this] { timSentStatus_Timer(); })),
+      m_timSentStatus(loop.createTimer([this] { tickSentStatus(); })),
       m_replyInterval(kReplyIntervalDebug) {}
 
 void Transport::SendString(const QString& text) {
@@ -88,6 +88,15 @@ void Transport::enableSentStatus(bool enable) {
         m_timSentStatus->start(kSentStatusInterval);
     else
         m_timSentStatus->stop();
+}
+
+void Transport::tickSentStatus() {
+    // A port that failed under a transfer leaves the display running; it must not write over what
+    // comes after the operation.
+    if (m_state.OperationActive)
+        timSentStatus_Timer();
+    else
+        enableSentStatus(false);
 }
 
 void Transport::timSentStatus_Timer() {

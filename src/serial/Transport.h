@@ -64,6 +64,8 @@ class Transport {
     void timSentStatus_Timer();
 
   private:
+    void tickSentStatus();
+
     SharedState& m_state;
     Controls& m_controls;
     ComPort& m_port;

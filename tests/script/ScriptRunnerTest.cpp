@@ -125,7 +125,6 @@ TEST_F(Script, WhatEndsAWait) {
 }
 
 TEST_F(Script, FailuresEndTheRunWithItsCount) {
-
     QByteArray lines;
     for (int i = 0; i < 32'767; ++i)
         lines += "#\n";

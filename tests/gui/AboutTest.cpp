@@ -1,0 +1,124 @@
+#include "app/AboutBox.h"
+#include "app/AppIcon.h"
+#include "app/SystemInfo.h"
+#include "platform/ProgramStarter.h"
+#include "platform/Registry.h"
+#include "support/Bench.h"
+
+#include <QImage>
+#include <QLabel>
+#include <QTest>
+
+#include <map>
+#include <set>
+
+namespace {
+
+using namespace zrktest;
+
+struct FakeRegistry final : zrk::Registry {
+    std::map<QString, zrk::RegistryValue> values; ///< by "root key\\value", the root in hexadecimal
+
+    [[nodiscard]] std::optional<zrk::RegistryValue> query(std::uint32_t root, const QString& key,
+                                                          const QString& value) const override {
+        const auto found = values.find(QStringLiteral("%1 %2\\%3").arg(root, 0, 16).arg(key, value));
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+};
+
+struct FakeStarter final : zrk::ProgramStarter {
+    bool works = true;
+    QStringList started;
+
+    [[nodiscard]] bool start(const QString& path) override {
+        started += path;
+        return works;
+    }
+};
+
+const QString kPath = QStringLiteral("80000002 SOFTWARE\\Microsoft\\Shared Tools\\MSINFO\\PATH");
+const QString kFolder = QStringLiteral("80000002 SOFTWARE\\Microsoft\\Shared Tools Location\\MSINFO");
+
+class About : public ::testing::Test {
+  protected:
+    FakeRegistry registry;
+    FakeStarter starter;
+    RecordingBoxes boxes;
+    zrk::SystemInfo info{registry, starter, boxes};
+    const QString unavailable = QStringLiteral("[] i System Information Is Unavailable At This Time");
+};
+
+TEST_F(About, SystemInformationIsStartedFromWhereTheRegistrySays) {
+    info.StartSysInfo();
+    EXPECT_EQ(boxes.shown, QStringList{unavailable}) << "no entry";
+    // A folder counts only when the program is in it; on this system the file is one with that odd name.
+    QTemporaryDir folder;
+    registry.values[kFolder] = {1, folder.path().toLocal8Bit() + '\0'};
+    info.StartSysInfo();
+    EXPECT_EQ(boxes.shown.size(), 2);
+    EXPECT_TRUE(starter.started.isEmpty());
+    QFile program(folder.path() + QStringLiteral("\\MSINFO32.EXE"));
+    ASSERT_TRUE(program.open(QIODevice::WriteOnly));
+    info.StartSysInfo();
+    EXPECT_EQ(starter.started, QStringList{program.fileName()});
+    program.remove();
+    // The first entry goes before the second.
+    registry.values[kPath] = {1, QByteArray("C:\\Program Files\\info.exe\0", 26)};
+    info.StartSysInfo();
+    EXPECT_EQ(starter.started.last(), "C:\\Program Files\\info.exe");
+    EXPECT_EQ(boxes.shown.size(), 2);
+    starter.works = false;
+    info.StartSysInfo();
+    EXPECT_EQ(boxes.shown.size(), 3);
+}
+
+TEST_F(About, RegistryValuesAreReadAsText) {
+    registry.values[QStringLiteral("80000002 k\\text")] = {1, "plain"};
+    registry.values[QStringLiteral("80000002 k\\number")] = {4, QByteArray("\x34\x12\xAB\x0F", 4)};
+    registry.values[QStringLiteral("80000002 k\\binary")] = {3, "abc"};
+    const auto read = [this](const char* value) {
+        QString text = QStringLiteral("before");
+        const bool found =
+            info.GetKeyValue(0x80000002, QStringLiteral("k"), QString::fromLatin1(value), text);
+        return (found ? QStringLiteral("yes ") : QStringLiteral("no ")) + text;
+    };
+    EXPECT_EQ(read("text"), "yes plain");
+    EXPECT_EQ(read("number"), "yes &h0FAB1234");
+    EXPECT_EQ(read("binary"), "yes before");
+    EXPECT_EQ(read("missing"), "no ");
+}
+
+TEST_F(About, TheBoxTellsTitleAndVersionAndOffersSystemInformation) {
+    for (int time = 0; time < 2; ++time) {
+        zrk::AboutBox box(info, nullptr);
+        const auto text = [&box](const char* name) {
+            return box.findChild<QLabel*>(QLatin1String(name))->text();
+        };
+        EXPECT_EQ(box.windowTitle(), "About ZRK6924 Loader");
+        EXPECT_EQ(text("lblTitle"), "ZRK6924 Loader");
+        EXPECT_EQ(text("lblVersion"), "Version 0.7.34");
+        EXPECT_EQ(text("lblDescription"), "See ZRK6957 Getting Started document for full description.");
+        EXPECT_FALSE(text("lblDisclaimer").isEmpty());
+        box.open();
+        QTest::mouseClick(box.findChild<QWidget*>(QStringLiteral("cmdSysInfo")), Qt::LeftButton);
+        EXPECT_EQ(boxes.shown.size(), time + 1);
+        EXPECT_TRUE(box.isVisible());
+        QTest::mouseClick(box.findChild<QWidget*>(QStringLiteral("cmdOK")), Qt::LeftButton);
+        EXPECT_FALSE(box.isVisible());
+    }
+}
+
+TEST(Icon, HasThirtyTwoPixelsAndSixteenColoursAndLargerSizes) {
+    const QImage small = zrk::applicationIcon().pixmap(32).toImage().convertToFormat(QImage::Format_ARGB32);
+    ASSERT_EQ(small.size(), QSize(32, 32));
+    std::set<QRgb> colours;
+    for (int y = 0; y < 32; ++y) {
+        for (int x = 0; x < 32; ++x)
+            colours.insert(qAlpha(small.pixel(x, y)) == 0 ? 0 : small.pixel(x, y));
+    }
+    EXPECT_LE(colours.size(), 16U);
+    EXPECT_GE(colours.size(), 4U);
+    EXPECT_EQ(zrk::applicationIcon().pixmap(256).size(), QSize(256, 256));
+}
+
+} // namespace
