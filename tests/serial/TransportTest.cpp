@@ -111,12 +111,19 @@ TEST_F(TransportTest, ProgressDisplay) {
         EXPECT_EQ(c.staStatus.SecondPanel.value(), text);
         EXPECT_DOUBLE_EQ(c.pgbDownload.Value, percent);
     }
+    loader.state.OperationActive = true;
     transport.enableSentStatus(true);
     loader.state.BytesTotal = 10;
     loop.runFor(249ms);
     EXPECT_EQ(c.staStatus.SecondPanel.value(), "bytes sent 0 / 0");
     loop.runFor(1ms);
     EXPECT_EQ(c.staStatus.SecondPanel.value(), "bytes sent 0 / 10");
+
+    loader.state.OperationActive = false; // a port failure left the display running
+    c.staStatus.SecondPanel = QStringLiteral("something newer");
+    loop.runFor(1s);
+    EXPECT_EQ(c.staStatus.SecondPanel.value(), "something newer");
+    EXPECT_FALSE(transport.isTransferring());
 }
 
 } // namespace
