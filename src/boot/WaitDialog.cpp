@@ -35,6 +35,7 @@ WaitDialog::WaitDialog(SharedState& state, StatusConsole& console, Transport& tr
 void WaitDialog::showModal() {
     Form_Load();
     const ShownView shown(m_view, *this);
+    const WaitNote note = m_transport.noteWait(QStringLiteral("Waiting for the board's power-on"));
     Form_Activate();
     Form_Unload();
 }

@@ -13,7 +13,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds kRefresh = 250ms;
-constexpr std::chrono::seconds kPlainLineEvery = 2s;
+constexpr std::chrono::seconds kTransferLineEvery = 2s;
+constexpr std::chrono::seconds kWaitLineEvery = 10s;
 
 } // namespace
 
@@ -36,7 +37,8 @@ void ProgressLines::tick() {
     }
     if (m_overwrites) {
         write(text);
-    } else if (m_loop.now() - m_lastLine >= kPlainLineEvery) {
+    } else if (m_loop.now() - m_lastLine >=
+               (m_loader.transport.isTransferring() ? kTransferLineEvery : kWaitLineEvery)) {
         m_lastLine = m_loop.now();
         tell(text);
     }

@@ -18,7 +18,7 @@ Loader::Loader(const LoaderSurroundings& s, const QString& imageFolder)
       bringUp(state, controls, console, transport, port, terminal, validation, handshake, transfer, commands,
               operation, s.boxes),
       flashFrames(transport, console), flash(state, controls, console, transport, port, terminal, handshake,
-                                             transfer, flashFrames, operation, s.boxes, s.loop),
+                                             transfer, flashFrames, operation, s.boxes),
       script(state, controls, port, paths, s.fileDialog, s.loop),
       startUp(state, controls, transport, iniLoader, s.boxes),
       activity(state, controls, port, transport, flash, imageSlots, s.loop) {}

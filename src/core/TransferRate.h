@@ -31,7 +31,8 @@ class TransferRate {
     std::int64_t m_total = 0;
     std::int64_t m_sent = 0;
     TimePoint m_lastProgress;
-    std::deque<Sample> m_window{Sample{}}; ///< the last seconds, so that the burst into the driver's buffer is forgotten
+    std::deque<Sample> m_window{
+        Sample{}}; ///< the last seconds, so that the burst into the driver's buffer is forgotten
 };
 
 /// The time that so many bytes take on the line at 115200 baud, for example "about 11 s".

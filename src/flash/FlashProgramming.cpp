@@ -16,10 +16,10 @@ namespace zrk {
 FlashProgramming::FlashProgramming(SharedState& state, Controls& controls, StatusConsole& console,
                                    Transport& transport, ComPort& port, TerminalMode& terminal,
                                    BootRomHandshake& handshake, ImageTransfer& transfer, FlashFrames& frames,
-                                   LongOperation& operation, MessageBoxes& boxes, EventLoop& loop)
+                                   LongOperation& operation, MessageBoxes& boxes)
     : m_state(state), m_controls(controls), m_console(console), m_transport(transport), m_port(port),
       m_terminal(terminal), m_handshake(handshake), m_transfer(transfer), m_frames(frames),
-      m_operation(operation), m_boxes(boxes), m_loop(loop),
+      m_operation(operation), m_boxes(boxes),
       m_nextOperation(m_state.OperationActive.onValueChanged(std::function<void()>([this] {
           if (m_state.OperationActive)
               flashStateUnknown = false;
@@ -109,15 +109,11 @@ bool FlashProgramming::sendComplete() {
 }
 
 bool FlashProgramming::awaitAck(const QString& what) {
-    m_state.WaitingFor = what;
-    m_state.WaitingSince = m_loop.now();
-    const bool acknowledged = m_frames.GetAck();
-    m_state.WaitingFor.clear();
-    return acknowledged;
+    const WaitNote note = m_transport.noteWait(what);
+    return m_frames.GetAck();
 }
 
 void FlashProgramming::abort() {
-    m_state.WaitingFor.clear();
     m_operation.abort(m_controls.cmdPrgFlash);
     flashStateUnknown = m_headerStarted;
 }

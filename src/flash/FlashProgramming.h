@@ -1,7 +1,6 @@
 #pragma once
 
 #include "boot/LongOperation.h"
-#include "platform/EventLoop.h"
 
 #include <QProperty>
 #include <QPropertyChangeHandler>
@@ -19,7 +18,7 @@ class FlashProgramming {
     FlashProgramming(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
                      ComPort& port, TerminalMode& terminal, BootRomHandshake& handshake,
                      ImageTransfer& transfer, FlashFrames& frames, LongOperation& operation,
-                     MessageBoxes& boxes, EventLoop& loop);
+                     MessageBoxes& boxes);
 
     /// The whole run. Runs to its end inside the call, yielding; throws nothing. There is no time limit
     /// while the chip erases or programs; a cancel ends every wait.
@@ -51,7 +50,6 @@ class FlashProgramming {
     FlashFrames& m_frames;
     LongOperation& m_operation;
     MessageBoxes& m_boxes;
-    EventLoop& m_loop;
     QPropertyChangeHandler<std::function<void()>> m_nextOperation;
     bool m_headerStarted = false;
 };

@@ -4,6 +4,7 @@
 #include "platform/FileDialog.h"
 #include "platform/RuntimeFailure.h"
 #include "serial/ComPort.h"
+#include "serial/WaitNote.h"
 
 #include <QFile>
 
@@ -58,7 +59,6 @@ void ScriptRunner::runScript(const QString& path) {
         // Every failure is an end of the run; the count tells how far it came.
     }
     m_state.AwaitedText.clear();
-    m_state.WaitingFor.clear();
     m_controls.staStatus.SecondPanel = QString();
     m_state.OperationActive = false;
     m_controls.mnuExecScript.Enabled = true;
@@ -88,10 +88,9 @@ void ScriptRunner::execute(const QString& line, int number) {
 
 void ScriptRunner::waitFor(const QString& text, int number) {
     m_state.AwaitedText = text;
-    m_state.WaitingFor = QStringLiteral("Script line %1 waits for \"%2\"")
-                             .arg(number)
-                             .arg(QString(text).replace(QLatin1Char('\r'), QLatin1String("/n")));
-    m_state.WaitingSince = m_loop.now();
+    const QString shown = QString(text).replace(QLatin1Char('\r'), QLatin1String("/n"));
+    const WaitNote note(m_state, QStringLiteral("Script line %1 waits for \"%2\"").arg(number).arg(shown),
+                        m_loop.now());
     m_loop.yield();
     while (!m_state.AwaitedText.isEmpty() && !m_state.CancelRequested) {
         // A lost device never sends the awaited text; what it sent before is taken by the receive poll.
@@ -99,7 +98,6 @@ void ScriptRunner::waitFor(const QString& text, int number) {
             (void)m_port.InBufferCount();
         m_loop.wait();
     }
-    m_state.WaitingFor.clear();
 }
 
 } // namespace zrk

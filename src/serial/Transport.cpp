@@ -21,8 +21,7 @@ Transport::Transport(SharedState& state, Controls& controls, ComPort& port, Stat
                      MessageBoxes& boxes, EventLoop& loop)
     : m_state(state), m_controls(controls), m_port(port), m_console(console), m_boxes(boxes), m_loop(loop),
       m_timTimeOut(loop.createTimer([this] { timTimeOut_Timer(); })),
-      m_timSentStatus(loop.createTimer([this] { tickSentStatus(); })),
-      m_replyInterval(kReplyIntervalDebug) {}
+      m_timSentStatus(loop.createTimer([this] { tickSentStatus(); })), m_replyInterval(kReplyIntervalDebug) {}
 
 void Transport::SendString(const QString& text) {
     if (!m_state.DebugMode)

@@ -3,6 +3,7 @@
 #include "controls/Controls.h"
 #include "platform/EventLoop.h"
 #include "serial/SharedState.h"
+#include "serial/WaitNote.h"
 
 #include <cstdint>
 
@@ -40,6 +41,9 @@ class Transport {
     /// True when the reply time-out has run out since it was last armed or forgotten.
     [[nodiscard]] bool replyTimedOut() const { return m_replyTimedOut; }
     void forgetTimeOut() { m_replyTimedOut = false; }
+
+    /// Notes what is waited for from now on, until the note goes.
+    [[nodiscard]] WaitNote noteWait(const QString& what) { return {m_state, what, m_loop.now()}; }
 
     /// One pass of a transfer's loop: yields once.
     void pass() { m_loop.yield(); }

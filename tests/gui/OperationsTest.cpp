@@ -34,7 +34,8 @@ TEST_F(Operations, TheWaitDialogIsModalAndEveryWayToCloseItIsACancel) {
              QTest::mouseClick(dialog.findChild<QWidget*>(QStringLiteral("CancelButton")), Qt::LeftButton);
          }},
     };
-    for (const auto& [name, way] : ways) {
+    for (const auto& entry : ways) {
+        const char* name = entry.first;
         loader.controls.txtStatus.replaceEnd(loader.controls.txtStatus.text().size(), QString());
         startPrimary([&](QWidget& dialog) {
             EXPECT_EQ(dialog.objectName(), "frmWaitForComm");
@@ -44,7 +45,7 @@ TEST_F(Operations, TheWaitDialogIsModalAndEveryWayToCloseItIsACancel) {
             EXPECT_EQ(dialog.findChild<QLabel*>(QStringLiteral("lblMsg"))->text(),
                       "Cycle power off/on on the ZRK6924 demo board, \nMake sure that service jumper is "
                       "installed\n\nWaiting for Boot_ID from ZRK6924....");
-            way(dialog);
+            entry.second(dialog);
         });
         EXPECT_EQ(waitDialog.openWindow(), nullptr) << name;
         EXPECT_TRUE(console().contains("Waiting for BootID .. <0>cancelled!\n")) << name;
