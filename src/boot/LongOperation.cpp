@@ -37,6 +37,10 @@ void LongOperation::run(const std::function<End()>& body, const std::function<vo
         m_outcome = failedOutcome(failure.kind());
         reportFailure(failure, handlerInstalled);
         abort();
+    } catch (const std::exception& error) { // out of memory, for one
+        m_outcome = Outcome::Failed;
+        reportFailure({FailureKind::File, QString::fromLocal8Bit(error.what())}, handlerInstalled);
+        abort();
     }
     m_running = false;
 }
@@ -65,7 +69,7 @@ void LongOperation::reportFailure(const RuntimeFailure& failure, bool handlerIns
     if (handlerInstalled)
         showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherDownload, failure);
     else
-        m_console.PrintStatus(QStringLiteral("/n") + failure.description());
+        m_console.PrintPlain(QStringLiteral("\r\n") + failure.description());
 }
 
 Outcome LongOperation::abortedOutcome() const {

@@ -66,7 +66,7 @@ void WaitDialog::cmdOut_Click() {
     try {
         m_port.Output(txtOut.Text);
     } catch (const RuntimeFailure& failure) {
-        m_console.PrintStatus(QStringLiteral("/n") + failure.description() + QStringLiteral("/n"));
+        m_console.PrintPlain(QStringLiteral("\r\n") + failure.description() + QStringLiteral("\r\n"));
     }
 }
 

@@ -57,6 +57,17 @@ void addOptions(QCommandLineParser& parser) {
         QStringLiteral("SECONDS"));
 }
 
+/// A shell variable that is not set must not silently mean the default.
+void refuseEmptyValues(const QCommandLineParser& parser) {
+    QStringList names{QStringLiteral("ini")};
+    for (const char* slot : kSlotOptions)
+        names.append(QString::fromLatin1(slot));
+    for (const QString& name : names) {
+        if (parser.isSet(name) && parser.value(name).isEmpty())
+            throw UsageError(QStringLiteral("--%1 needs a file name, but it is empty.").arg(name));
+    }
+}
+
 Step stepNamed(const QString& name) {
     if (name == QLatin1String("load"))
         return Step::Load;
@@ -135,7 +146,9 @@ QString slotOption(int slot) {
 std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const QString& version) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QString::fromLatin1(kDescription));
-    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
+                                  QStringLiteral("Display this help."));
+    parser.addOption(help);
     const QCommandLineOption versionOption = parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("STEP..."), QStringLiteral("load, start, check or flash"),
                                  QStringLiteral("STEP..."));
@@ -159,6 +172,7 @@ std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const Q
         throw UsageError(QStringLiteral("No step given: say load, start, check or flash."));
     readPorts(parser, options);
     readWaitLimit(parser, options);
+    refuseEmptyValues(parser);
     options.iniPath = parser.value(QStringLiteral("ini"));
     options.erase = parser.isSet(QStringLiteral("erase"));
     for (std::size_t i = 0; i < options.slotValues.size(); ++i)

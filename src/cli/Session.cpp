@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 
 namespace zrk {
 
@@ -28,10 +29,10 @@ bool has(const std::vector<Step>& steps, Step step) {
 
 Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop)
     : m_options(options), m_facts(facts), m_question(loop), m_messages(m_question),
-      m_waitNotice(loop, options.waitLimit), m_interrupt(loop, [this] { interrupted(); }),
+      m_waitNotice(loop, options.waitLimit), m_interrupt(loop, [this](bool ended) { interrupted(ended); }),
       m_port(loop, PortNames(options.ports)),
       m_loader({loop, m_port, m_messages, m_fileDialog, m_waitNotice}, imageFolder(options, facts)),
-      m_progress(m_loader, loop) {}
+      m_progress(m_loader, m_messages, loop) {}
 
 ExitStatus Session::run() {
     m_loader.startUp.prepare(m_facts);
@@ -39,7 +40,7 @@ ExitStatus Session::run() {
     m_loader.controls.chkErase.Value = m_options.erase ? 1 : 0;
     presetSlots();
     checkConfiguration();
-    copyToStandardOutput(m_loader.controls.txtStatus);
+    copyToStandardOutput(m_loader.controls.txtStatus, [this] { m_progress.clearLine(); });
     for (const Step step : m_options.steps) {
         const ExitStatus status = m_interrupted ? ExitStatus::Cancelled : runStep(step);
         if (status != ExitStatus::Done)
@@ -79,17 +80,15 @@ void Session::presetSlot(int slot, const QString& value) {
     if (!FileExists(file, true))
         throw UsageError(QStringLiteral("%1 %2: there is no such file, it cannot be read, or it is empty.")
                              .arg(slotOption(slot), file));
-    if (comma >= 0) {
-        const QString address = value.mid(comma + 1).section(QLatin1Char(','), 0, 0).trimmed();
-        try {
-            (void)strictHexForm(NormalizeHex(address));
-        } catch (const RuntimeFailure& failure) {
-            throw UsageError(QStringLiteral("%1: the address cannot be read. %2")
-                                 .arg(slotOption(slot), failure.description()));
-        }
+    const QString address =
+        comma < 0 ? QStringLiteral("0") : value.mid(comma + 1).section(QLatin1Char(','), 0, 0).trimmed();
+    try {
+        (void)strictHexForm(NormalizeHex(address));
+    } catch (const RuntimeFailure& failure) {
+        throw UsageError(QStringLiteral("%1: the address cannot be read. %2")
+                             .arg(slotOption(slot), failure.description()));
     }
-    const QString absolute = QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath());
-    m_loader.iniLoader.applyValue(slot, absolute + (comma < 0 ? QString() : value.mid(comma)));
+    m_loader.iniLoader.applyFile(slot, QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath()), address);
 }
 
 bool Session::isSelected(int slot) const {
@@ -110,9 +109,20 @@ void Session::requireFile(int slot) {
                                                     : QStringLiteral("there is no INI file ") + iniPath));
 }
 
+void Session::requireSizeThatFits(int slot) {
+    const auto i = static_cast<std::size_t>(slot);
+    const qlonglong size = m_loader.controls.lblCodeSize[i].Caption.value().toLongLong(nullptr, 16);
+    if (size > std::numeric_limits<std::int32_t>::max())
+        throw UsageError(QStringLiteral("%1 (%2): %3 bytes are more than an image can have.")
+                             .arg(m_loader.controls.txtFilNam[i].Tag.value(), slotOption(slot))
+                             .arg(size));
+}
+
 /// What can be wrong before anything is sent is told before anything is sent.
 void Session::checkConfiguration() {
     const std::vector<Step>& steps = m_options.steps;
+    for (int slot = 0; slot < kSlotCount; ++slot)
+        requireSizeThatFits(slot);
     if (has(steps, Step::Load)) {
         const bool named = !m_loader.controls.txtFilNam[kPrimaryBoot].Text.value().isEmpty();
         if (named || !isSelected(kSecondaryExecutable))
@@ -155,6 +165,8 @@ ExitStatus Session::start() {
         m_loader.port.OpenComPort();
         m_loader.bringUp.sendStartCommand();
     } catch (const RuntimeFailure& failure) {
+        if (m_interrupted)
+            return ExitStatus::Cancelled;
         tell(QStringLiteral("Error: ") + failure.description());
         return failure.kind() == FailureKind::PortNotOpened ? ExitStatus::PortNotOpened
                                                             : ExitStatus::PortLost;
@@ -186,7 +198,9 @@ ExitStatus Session::flash() {
     return operationStatus();
 }
 
-void Session::interrupted() {
+void Session::interrupted(bool ended) {
+    if (ended)
+        m_messages.stopAsking();
     // A running operation asks before it gives up, and its outcome tells what became of it.
     if (!m_loader.state.OperationActive)
         m_interrupted = true;

@@ -27,13 +27,14 @@ class Session {
     void presetSlot(int slot, const QString& value);
     void checkConfiguration();
     void requireFile(int slot);
+    void requireSizeThatFits(int slot);
     [[nodiscard]] bool isSelected(int slot) const;
     [[nodiscard]] ExitStatus runStep(Step step);
     [[nodiscard]] ExitStatus start();
     [[nodiscard]] ExitStatus check();
     [[nodiscard]] ExitStatus flash();
     [[nodiscard]] ExitStatus operationStatus() const;
-    void interrupted();
+    void interrupted(bool ended);
 
     CliOptions m_options;
     ProgramFacts m_facts;

@@ -20,8 +20,9 @@ void tell(const QString& text) {
     std::fflush(stderr);
 }
 
-void copyToStandardOutput(ConsoleText& console) {
-    console.onEdit([](qsizetype /*removed*/, const QString& inserted) {
+void copyToStandardOutput(ConsoleText& console, std::function<void()> before) {
+    console.onEdit([before = std::move(before)](qsizetype /*removed*/, const QString& inserted) {
+        before();
         QByteArray bytes = systemLines(inserted);
         // The NUL that a cancelled wait echoes would make a log file count as binary.
         bytes.replace(QByteArray(1, '\0'), QByteArray());
@@ -36,13 +37,16 @@ Answer TerminalMessages::show(const MessageBox& box) {
         tell(text);
         return Answer::Ok;
     }
-    if (!m_question.isPossible()) {
+    if (!m_mayAsk || !m_question.isPossible()) {
         tell(text + QStringLiteral(" Yes (nobody to ask)"));
         return Answer::Yes;
     }
-    std::fprintf(stderr, "%s [y/n] ", systemLines(text).constData());
+    std::fprintf(stderr, "\n%s [y/n] ", systemLines(text).constData());
     std::fflush(stderr);
-    return m_question.askYesNo() ? Answer::Yes : Answer::No;
+    m_asking = true;
+    const bool yes = m_question.askYesNo();
+    m_asking = false;
+    return yes ? Answer::Yes : Answer::No;
 }
 
 } // namespace zrk

@@ -6,6 +6,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace zrk {
 
 class TerminalQuestion;
@@ -14,7 +16,8 @@ class TerminalQuestion;
 void tell(const QString& text);
 
 /// Writes everything that the console shows to standard output, as it is shown.
-void copyToStandardOutput(ConsoleText& console);
+/// `before` runs ahead of each piece.
+void copyToStandardOutput(ConsoleText& console, std::function<void()> before);
 
 /// Message boxes as lines on standard error. A question is asked on the terminal; where there is none
 /// the answer is Yes.
@@ -24,8 +27,16 @@ class TerminalMessages final : public MessageBoxes {
 
     Answer show(const MessageBox& box) override;
 
+    /// From now on every question counts as answered with Yes.
+    void stopAsking() { m_mayAsk = false; }
+
+    /// True while a question is open, whose line nothing may write over.
+    [[nodiscard]] bool isAsking() const { return m_asking; }
+
   private:
     TerminalQuestion& m_question;
+    bool m_mayAsk = true;
+    bool m_asking = false;
 };
 
 /// Nobody is there to choose a file.

@@ -47,13 +47,16 @@ void IniLoader::applyValue(int slot, const QString& value) {
     if (value.isEmpty())
         return;
     const QStringList fields = value.split(QLatin1Char(','));
-    const QString path = m_paths.ResolvePath(fields[0]);
+    applyFile(slot, m_paths.ResolvePath(fields[0]),
+              fields.size() > 1 ? fields[1].trimmed() : QStringLiteral("0"));
+}
+
+void IniLoader::applyFile(int slot, const QString& path, const QString& address) {
     if (!FileExists(path, true)) {
         clearSlot(slot, path);
         return;
     }
-    m_controls.txtStartAddress[static_cast<std::size_t>(slot)].Text =
-        fields.size() > 1 ? fields[1].trimmed() : QStringLiteral("0");
+    m_controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
     m_addresses.txtStartAddress_Validate(slot);
     m_slots.fill(slot, path);
 }

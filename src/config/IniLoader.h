@@ -26,6 +26,10 @@ class IniLoader {
     /// Fills one slot from a value "file[,address]"; "" leaves it untouched.
     void applyValue(int slot, const QString& value);
 
+    /// Fills one slot with the file at a full path and the address text; clears it when there is no such
+    /// file.
+    void applyFile(int slot, const QString& path, const QString& address);
+
   private:
     void clearSlot(int slot, const QString& path);
 

@@ -17,7 +17,11 @@ Activity::Activity(SharedState& state, Controls& controls, ComPort& port, Transp
 }
 
 void Activity::refresh() {
-    m_imageSlots.checkFiles();
+    // Not while an operation runs: a file server that hangs would hang the transfer.
+    if (!m_state.OperationActive && m_loop.now() >= m_nextFileCheck) {
+        m_imageSlots.checkFiles();
+        m_nextFileCheck = m_loop.now() + 1s;
+    }
     followTransfer();
     QString text = m_state.OperationActive ? operationText() : idleText();
     if (!m_state.OperationActive && m_flash.flashStateUnknown)
@@ -50,6 +54,8 @@ QString Activity::operationText() const {
 
 QString Activity::idleText() const {
     const bool open = m_port.isOpen();
+    if (m_controls.cmbComPort.ListIndex < 0)
+        return {};
     const int number = open ? m_port.CommPort() : m_controls.cmbComPort.selectedItemData();
     const QString device = m_port.deviceName(number);
     QString text = QStringLiteral("COM%1").arg(number);

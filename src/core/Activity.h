@@ -40,6 +40,7 @@ class Activity {
     EventLoop& m_loop;
     std::unique_ptr<Timer> m_timer;
     TransferRate m_rate;
+    EventLoop::TimePoint m_nextFileCheck;
     std::int32_t m_lastSent = 0;
     bool m_transferring = false;
 };

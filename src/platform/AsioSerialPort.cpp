@@ -64,8 +64,10 @@ qsizetype AsioSerialPort::transmitRoom() {
 
 void AsioSerialPort::setHandshaking(Handshaking handshaking) {
     m_handshaking = handshaking;
-    if (m_driver)
-        m_driver->setHandshaking(handshaking);
+    if (!m_driver)
+        return;
+    m_driver->setHandshaking(handshaking);
+    (void)m_driver->transmitRoom(); // throws when the device is gone
 }
 
 bool AsioSerialPort::setDtr(bool on) {

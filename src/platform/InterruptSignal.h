@@ -7,11 +7,12 @@ namespace zrk {
 
 class EventLoop;
 
-/// Brings Ctrl-C and a request to end the program into the event loop, where `interrupted` runs.
+/// Brings Ctrl-C and a request to end the program into the event loop, where `interrupted` runs; its
+/// argument is true for the latter, when nobody is there any more. Signals that are ignored stay so.
 /// Make it before any other thread is started; one per process.
 class InterruptSignal {
   public:
-    InterruptSignal(EventLoop& loop, std::function<void()> interrupted);
+    InterruptSignal(EventLoop& loop, std::function<void(bool ended)> interrupted);
     ~InterruptSignal();
     InterruptSignal(const InterruptSignal&) = delete;
     InterruptSignal& operator=(const InterruptSignal&) = delete;

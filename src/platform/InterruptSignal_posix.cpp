@@ -12,12 +12,15 @@ namespace zrk {
 // The signals are blocked and read from a descriptor, so that they arrive in the event loop and no
 // handler needs a global.
 struct InterruptSignal::Private {
-    explicit Private(std::function<void()> interrupted) {
+    explicit Private(std::function<void(bool)> interrupted) {
         sigset_t signals;
         sigemptyset(&signals);
-        sigaddset(&signals, SIGINT);
-        sigaddset(&signals, SIGTERM);
-        sigaddset(&signals, SIGHUP);
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+            struct sigaction present {};
+            // Who started us in the background may have them ignored, and a descriptor would get them still.
+            if (sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN)
+                sigaddset(&signals, signal);
+        }
         if (pthread_sigmask(SIG_BLOCK, &signals, nullptr) != 0)
             throw std::system_error(errno, std::generic_category(), "pthread_sigmask");
         descriptor = signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
@@ -28,7 +31,7 @@ struct InterruptSignal::Private {
                          [this, interrupted = std::move(interrupted)] {
                              signalfd_siginfo info{};
                              while (read(descriptor, &info, sizeof info) == static_cast<ssize_t>(sizeof info))
-                                 interrupted();
+                                 interrupted(info.ssi_signo != SIGINT);
                          });
     }
     ~Private() {
@@ -42,7 +45,7 @@ struct InterruptSignal::Private {
     std::unique_ptr<QSocketNotifier> notifier;
 };
 
-InterruptSignal::InterruptSignal(EventLoop& /*loop*/, std::function<void()> interrupted)
+InterruptSignal::InterruptSignal(EventLoop& /*loop*/, std::function<void(bool)> interrupted)
     : m_private(std::make_unique<Private>(std::move(interrupted))) {}
 
 InterruptSignal::~InterruptSignal() = default;

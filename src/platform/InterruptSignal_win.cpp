@@ -9,24 +9,24 @@ namespace {
 
 // The system calls a plain function on a thread of its own, so there is no other way to the object.
 std::atomic<EventLoop*> interruptedLoop{nullptr};
-std::atomic<std::function<void()>*> interruptedHandler{nullptr};
+std::atomic<std::function<void(bool)>*> interruptedHandler{nullptr};
 
-BOOL WINAPI onConsoleEvent(DWORD /*event*/) {
+BOOL WINAPI onConsoleEvent(DWORD event) {
     EventLoop* loop = interruptedLoop;
-    std::function<void()>* handler = interruptedHandler;
+    std::function<void(bool)>* handler = interruptedHandler;
     if (loop == nullptr || handler == nullptr)
         return FALSE;
-    loop->post([handler] { (*handler)(); });
+    loop->post([handler, event] { (*handler)(event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT); });
     return TRUE;
 }
 
 } // namespace
 
 struct InterruptSignal::Private {
-    std::function<void()> interrupted;
+    std::function<void(bool)> interrupted;
 };
 
-InterruptSignal::InterruptSignal(EventLoop& loop, std::function<void()> interrupted)
+InterruptSignal::InterruptSignal(EventLoop& loop, std::function<void(bool)> interrupted)
     : m_private(std::make_unique<Private>(Private{std::move(interrupted)})) {
     interruptedHandler = &m_private->interrupted;
     interruptedLoop = &loop;

@@ -79,6 +79,8 @@ void makeRaw(termios& line) {
     line.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY | INPCK);
     line.c_cflag |= CREAD | CLOCAL;
     line.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
+    // A board whose reset hangs on DTR must live on when one program closes the port and the next opens it.
+    line.c_cflag &= ~static_cast<tcflag_t>(HUPCL);
 #ifdef CMSPAR
     line.c_cflag &= ~static_cast<tcflag_t>(CMSPAR);
 #endif

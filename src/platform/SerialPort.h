@@ -57,7 +57,8 @@ class SerialPort {
     /// Bytes that write() takes without blocking, 0 to kTransmitQueueSize.
     [[nodiscard]] virtual qsizetype transmitRoom() = 0;
 
-    /// Flow control; remembered while the port is closed and applied at the next open.
+    /// Flow control; remembered while the port is closed and applied at the next open. Throws
+    /// RuntimeFailure (PortLost) on a lost device.
     virtual void setHandshaking(Handshaking handshaking) = 0;
 
     /// Switches the DTR line. False when the port has no such line, which is no failure.

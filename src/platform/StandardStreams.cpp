@@ -19,6 +19,14 @@ bool standardErrorIsTerminal() {
 #endif
 }
 
+bool standardOutputIsTerminal() {
+#ifdef _WIN32
+    return _isatty(_fileno(stdout)) != 0;
+#else
+    return isatty(STDOUT_FILENO) == 1;
+#endif
+}
+
 void ignoreBrokenPipes() {
 #ifndef _WIN32
     std::signal(SIGPIPE, SIG_IGN);

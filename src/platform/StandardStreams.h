@@ -4,6 +4,7 @@ namespace zrk {
 
 /// True when standard error is a terminal, where a line may be written over.
 [[nodiscard]] bool standardErrorIsTerminal();
+[[nodiscard]] bool standardOutputIsTerminal();
 
 /// Lets writes to a closed pipe fail instead of ending the program, which may be in the middle of
 /// talking to a board.

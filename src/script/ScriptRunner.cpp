@@ -81,9 +81,24 @@ void ScriptRunner::execute(const QString& line, int number) {
     QString argument = line.mid(1);
     argument.replace(QLatin1String("/n"), QLatin1String("\r"));
     if (line.startsWith(QLatin1Char('>')))
-        m_port.Output(argument);
+        send(argument);
     else if (line.startsWith(QLatin1Char('<')))
         waitFor(argument, number);
+}
+
+/// In pieces that the transmit queue takes at once: a board that has stopped the line with XOFF must not
+/// stop the program.
+void ScriptRunner::send(const QString& text) {
+    qsizetype sent = fitsOneByteCodes(text) ? 0 : text.size();
+    if (sent > 0)
+        m_port.Output(text); // which says what is wrong with it
+    while (sent < text.size() && !m_state.CancelRequested) {
+        const QString piece = text.mid(sent, m_port.transmitRoom());
+        if (piece.isEmpty())
+            m_loop.wait();
+        m_port.Output(piece);
+        sent += piece.size();
+    }
 }
 
 void ScriptRunner::waitFor(const QString& text, int number) {

@@ -29,6 +29,7 @@ class ScriptRunner {
   private:
     void runLines(const QStringList& lines, std::int16_t& counter);
     void execute(const QString& line, int number);
+    void send(const QString& text);
     void waitFor(const QString& text, int number);
 
     SharedState& m_state;

@@ -85,7 +85,12 @@ void ConsoleKeys::PulseDtr() {
 
 void ConsoleKeys::cmdOutput_Click() {
     try {
-        m_port.Output(m_controls.txtOut.Text);
+        // In terminal mode the board may stop the line for as long as it likes, so nothing may wait for it.
+        if (m_state.TerminalMode && m_port.transmitRoom() < m_controls.txtOut.Text.value().size() &&
+            fitsOneByteCodes(m_controls.txtOut.Text))
+            sendTyped(m_controls.txtOut.Text.value().toLatin1());
+        else
+            m_port.Output(m_controls.txtOut.Text);
     } catch (const RuntimeFailure& failure) {
         showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
     }

@@ -29,6 +29,8 @@ void PortControl::cmdCancel_Click() {
     }
     m_port.CloseComPort();
     m_console.PrintStatus(QStringLiteral("/n--- Closing port ---/n"));
+    if (m_port.isOpen())
+        return; // something started inside the print, and the port and the buttons are its own
     resetStartButtons();
     try {
         m_terminal.switchTo(false);
@@ -63,7 +65,7 @@ void PortControl::watchIdlePort() {
     }
     m_port.CloseComPort();
     resetStartButtons();
-    m_console.PrintStatus(QStringLiteral("/n--- ") + reason + QStringLiteral(" Port closed. ---/n"));
+    m_console.PrintPlain(QStringLiteral("\r\n--- ") + reason + QStringLiteral(" Port closed. ---\r\n"));
 }
 
 } // namespace zrk

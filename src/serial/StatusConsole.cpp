@@ -5,7 +5,11 @@ namespace zrk {
 void StatusConsole::PrintStatus(const QString& text) {
     QString copy = text;
     copy.replace(QLatin1String("/n"), QLatin1String("\r\n"));
-    m_txtStatus.append(copy);
+    PrintPlain(copy);
+}
+
+void StatusConsole::PrintPlain(const QString& text) {
+    m_txtStatus.append(text);
     m_loop.yield();
 }
 

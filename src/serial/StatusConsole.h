@@ -14,6 +14,9 @@ class StatusConsole {
     /// timer ticks can run inside the call.
     void PrintStatus(const QString& text);
 
+    /// Appends a text that is not ours, such as one with a path in it, as it stands. Yields once.
+    void PrintPlain(const QString& text);
+
   private:
     ConsoleText& m_txtStatus;
     EventLoop& m_loop;

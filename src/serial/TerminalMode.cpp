@@ -62,6 +62,8 @@ void TerminalMode::apply(bool enable) {
 void TerminalMode::applyTerminal() {
     m_controls.cmdTerminal.Caption = QStringLiteral("Disable Terminal mode");
     m_console.PrintStatus(QStringLiteral("/n--- Enabling terminal mode ---/n"));
+    if (!m_AppliedTerminalMode)
+        return; // a click inside the print has switched back already
     m_timCommReceive->start(kReceiveInterval);
     m_port.setHandshaking(Handshaking::XonXoff);
     m_port.setInputMode(ComPort::InputMode::Text);
@@ -71,6 +73,8 @@ void TerminalMode::applyTerminal() {
 void TerminalMode::applyProgrammed() {
     m_controls.cmdTerminal.Caption = QStringLiteral("Enable Terminal mode");
     m_console.PrintStatus(QStringLiteral("/n--- Switching to programmed mode ---/n"));
+    if (m_AppliedTerminalMode)
+        return; // a click inside the print has switched back already
     m_port.setHandshaking(Handshaking::None);
     m_timCommReceive->stop();
     m_port.setInputMode(ComPort::InputMode::Binary);

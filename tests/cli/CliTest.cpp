@@ -113,6 +113,7 @@ TEST(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
         {"--com 2=/dev/null --port /dev/null load", 2, "--port names the device of COM1"},
         {"--wait soon load", 2, "--wait soon"},
         {"--ini /nonexistent.INI load", 2, "--ini /nonexistent.INI: there is no such file"},
+        {"--primary= load", 2, "--primary needs a file name, but it is empty"},
         {"--primary /nonexistent load", 2, "--primary /nonexistent: there is no such file"},
         {"--primary " + primary + ",0xZZ load", 2, "--primary: the address cannot be read"},
         {"load", 2, "name one with --primary FILE"},

@@ -67,7 +67,7 @@ TEST_F(Slots, WithoutAFileASlotCannotBeSelected) {
 TEST_F(Slots, AFileThatChangedSinceItWasChosenIsMarked) {
     bench.fill(1, "old", "0x80000004");
     const auto mark = [this] {
-        loop.runFor(300ms);
+        loop.runFor(1300ms);
         return loader.controls.lblFileChanged[1].Caption.value();
     };
     EXPECT_EQ(mark(), "");

@@ -34,7 +34,7 @@ TEST_F(AsioSerialPortFailure, HangUpIsFoundAtOnceAndReportedAfterTheBytesBeforeI
     EXPECT_EQ(callsOf(*port, failure), "");
     EXPECT_FALSE(port->setDtr(true));
     EXPECT_FALSE(port->drain(10s)) << "nor does it wait";
-    port->setHandshaking(Handshaking::XonXoff);
+    EXPECT_THROW(port->setHandshaking(Handshaking::XonXoff), RuntimeFailure) << "so that its caller can tell";
     EXPECT_EQ(callsOf(*port, failure), "") << "the first failure stays";
 
     // A device that is gone must not be asked over and over.
