@@ -28,18 +28,38 @@ struct Parser {
     QCommandLineOption bringUp{
         QStringLiteral("bring-up"),
         QStringLiteral("Load the binaries and start the secondary executable at once.")};
-    QCommandLineOption help = parser.addHelpOption();
+    QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
+                            QStringLiteral("Display this help.")};
     QCommandLineOption version = parser.addVersionOption();
 
     Parser() {
         parser.setApplicationDescription(QStringLiteral("Loads boot and operating system images into a "
                                                         "ZRK6924 board over a serial line."));
-        parser.addOptions({port, com, ini, bringUp});
+        parser.addOptions({help, port, com, ini, bringUp});
     }
 };
 
 AppCommandLine usageError(const QString& what) {
     return {{}, what + QStringLiteral("\nSee --help for the options.\n"), kUsageError};
+}
+
+/// A shell variable that is not set must not silently mean the default.
+QString givenValue(const Parser& given, const QCommandLineOption& option) {
+    const QString value = given.parser.value(option);
+    if (value.isEmpty())
+        throw RuntimeFailure(
+            FailureKind::InvalidArgument,
+            QStringLiteral("--%1 needs a value, but it is empty.").arg(option.names().first()));
+    return value;
+}
+
+QString portDevice(const Parser& given, const PortNames::Overrides& ports) {
+    const QString name = givenValue(given, given.port);
+    const QString device = PortNames(ports).deviceNamed(name);
+    if (device.isEmpty())
+        throw RuntimeFailure(FailureKind::InvalidArgument,
+                             QStringLiteral("--port %1: that port has no device on this machine.").arg(name));
+    return device;
 }
 
 AppOptions optionsOf(const Parser& given) {
@@ -48,10 +68,9 @@ AppOptions optionsOf(const Parser& given) {
         options.ports.insert_or_assign(PortNames::parseOverride(text).first,
                                        PortNames::parseOverride(text).second);
     if (given.parser.isSet(given.port))
-        options.ports.insert_or_assign(1,
-                                       PortNames(options.ports).deviceNamed(given.parser.value(given.port)));
+        options.ports.insert_or_assign(1, portDevice(given, options.ports));
     if (given.parser.isSet(given.ini))
-        options.iniPath = QFileInfo(given.parser.value(given.ini)).absoluteFilePath();
+        options.iniPath = QFileInfo(givenValue(given, given.ini)).absoluteFilePath();
     options.bringUp = given.parser.isSet(given.bringUp);
     return options;
 }

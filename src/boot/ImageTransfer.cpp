@@ -16,11 +16,11 @@ namespace {
 QByteArray readImage(const QString& path) {
     if (path.isEmpty())
         throw RuntimeFailure(FailureKind::File,
-                             QStringLiteral("No image file has been chosen. Choose one with Browse."));
+                             QStringLiteral("No image file has been chosen. Choose one first."));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw RuntimeFailure(FailureKind::File, QStringLiteral("Cannot open the image file %1: %2. Choose "
-                                                               "the file again with Browse.")
+                                                               "the file again.")
                                                     .arg(path, file.errorString()));
     QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
@@ -63,7 +63,7 @@ void ImageTransfer::sendHeader(int slot) {
     if (size.isEmpty())
         throw RuntimeFailure(FailureKind::TypeMismatch,
                              QStringLiteral("Type mismatch: the slot \"%1\" has no file and so no size. "
-                                            "Choose a file with Browse.")
+                                            "Choose a file for it.")
                                  .arg(QString(m_controls.chkExeURK[i].Caption).remove(QLatin1Char('&'))));
     sendNumber(size);
     m_console.PrintStatus(QStringLiteral("done!/n"));

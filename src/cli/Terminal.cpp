@@ -32,7 +32,9 @@ void copyToStandardOutput(ConsoleText& console, std::function<void()> before) {
 }
 
 Answer TerminalMessages::show(const MessageBox& box) {
-    const QString text = box.title.isEmpty() ? box.prompt : box.title + QStringLiteral(": ") + box.prompt;
+    // The title "Error" says nothing that "Error communicating with COM1" does not.
+    const bool titled = !box.title.isEmpty() && !box.prompt.startsWith(box.title);
+    const QString text = titled ? box.title + QStringLiteral(": ") + box.prompt : box.prompt;
     if (box.buttons == MessageButtons::Ok) {
         tell(text);
         return Answer::Ok;

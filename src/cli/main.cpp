@@ -1,5 +1,6 @@
 #include "cli/Options.h"
 #include "cli/Session.h"
+#include "cli/Terminal.h"
 #include "core/ThisProgram.h"
 #include "platform/QtEventLoop.h"
 #include "platform/StandardStreams.h"
@@ -11,6 +12,14 @@
 
 namespace {
 
+/// A rack that keeps the console's text as its record must know when that is incomplete.
+zrk::ExitStatus unlessOutputWasLost(zrk::ExitStatus status) {
+    if (std::ferror(stdout) == 0)
+        return status;
+    zrk::tell(QStringLiteral("Standard output could not be written; its text is incomplete."));
+    return status == zrk::ExitStatus::Done ? zrk::ExitStatus::InternalFailure : status;
+}
+
 int runProgram() {
     // The window and the command line share the configuration file.
     zrk::ProgramFacts facts = zrk::programFacts();
@@ -21,7 +30,7 @@ int runProgram() {
             return 0;
         zrk::QtEventLoop loop;
         zrk::Session session(*options, facts, loop);
-        return static_cast<int>(session.run());
+        return static_cast<int>(unlessOutputWasLost(session.run()));
     } catch (const zrk::UsageError& error) {
         std::fprintf(stderr, "zrk-loader-cli: %s\nTry 'zrk-loader-cli --help'.\n", error.what());
         return static_cast<int>(zrk::ExitStatus::Usage);

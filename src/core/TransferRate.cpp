@@ -11,6 +11,7 @@ namespace {
 constexpr std::int64_t kLineBytesPerSecond = 11520; // 115200 baud, ten bits a byte
 constexpr std::chrono::seconds kStallLimit = 3s;
 constexpr std::chrono::seconds kWindow = 5s;
+constexpr std::chrono::seconds kBurst = 1s; // the first bytes go into the driver's buffer, not out
 
 } // namespace
 
@@ -18,7 +19,8 @@ void TransferRate::begin(std::int64_t total, TimePoint now) {
     m_total = total;
     m_sent = 0;
     m_lastProgress = now;
-    m_window = {{now, 0}};
+    m_begun = now;
+    m_window.clear();
 }
 
 void TransferRate::update(std::int64_t sent, TimePoint now) {
@@ -26,6 +28,8 @@ void TransferRate::update(std::int64_t sent, TimePoint now) {
         return;
     m_sent = sent;
     m_lastProgress = now;
+    if (now - m_begun < kBurst)
+        return;
     m_window.push_back({now, sent});
     while (m_window.size() > 2 && now - m_window.front().when > kWindow)
         m_window.pop_front();
@@ -37,6 +41,8 @@ QString TransferRate::text(TimePoint now) const {
     const auto silent = std::chrono::duration_cast<std::chrono::seconds>(now - m_lastProgress);
     if (silent >= kStallLimit)
         return QStringLiteral("stalled for %1").arg(durationText(silent));
+    if (m_window.empty())
+        return QStringLiteral("starting");
     const double elapsed = std::chrono::duration<double>(now - m_window.front().when).count();
     const std::int64_t sent = m_sent - m_window.front().sent;
     if (elapsed < 0.5 || sent <= 0)

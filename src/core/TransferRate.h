@@ -30,9 +30,9 @@ class TransferRate {
 
     std::int64_t m_total = 0;
     std::int64_t m_sent = 0;
+    TimePoint m_begun;
     TimePoint m_lastProgress;
-    std::deque<Sample> m_window{
-        Sample{}}; ///< the last seconds, so that the burst into the driver's buffer is forgotten
+    std::deque<Sample> m_window; ///< the last seconds, without the burst into the driver's buffer
 };
 
 /// The time that so many bytes take on the line at 115200 baud, for example "about 11 s".

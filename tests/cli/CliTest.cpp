@@ -1,6 +1,7 @@
 #include "cli/Processes.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -78,7 +79,7 @@ TEST(Cli, ExitStatusTellsTheCause) {
          "TimeOut: No valid serial response received within  5 second\nAborting operation\n"},
         {"--fault accept=refuse", "load", 5, " .. Error signalled back from primary boot.\n", ""},
         {"--hang-up-after 3000", "load", 6, "--- Cancel download, closing port ---\n",
-         "Error: Error communicating with COM1\nor other download problem\nError: COM1 ("},
+         "Error communicating with COM1\nor other download problem\nError: COM1 ("},
         {"--fault ack-data=wrong@7", "flash", 5, "get ACK .. \n--- Cancel download, closing port ---\n",
          "The flash contents are in an unknown state"},
         {"--version-length 40000", "flash", 5, "Reading VERSION INFORMATION frame .. ", "40000"},
@@ -129,6 +130,17 @@ TEST(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
         EXPECT_EQ(run.status(), line.status);
         EXPECT_TRUE(run.error().contains(line.error)) << run.error().toStdString();
     }
+}
+
+TEST(Cli, TellsThatItsOutputWasLost) {
+    const SampleImages images;
+    QProcess check;
+    check.setStandardOutputFile(QStringLiteral("/dev/full"));
+    check.start(QStringLiteral(ZRK_BIN "/zrk-loader-cli"),
+                {QStringLiteral("--ini"), images.ini(), QStringLiteral("check")});
+    ASSERT_TRUE(check.waitForFinished());
+    EXPECT_EQ(check.exitCode(), 1);
+    EXPECT_TRUE(check.readAllStandardError().contains("its text is incomplete"));
 }
 
 TEST(Cli, TellsItsUsageAndVersion) {

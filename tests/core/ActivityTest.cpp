@@ -15,13 +15,16 @@ TEST(Activity, TransferRateInWords) {
     TimePoint now{};
     rate.begin(100'000, now);
     EXPECT_EQ(rate.text(now), "starting");
-    rate.update(20'000, now += 2s);
-    EXPECT_EQ(rate.text(now), "10.0 KB/s, 8 s left");
+    rate.update(15'000, now += 500ms); // into the driver's buffer, at no line's rate
+    EXPECT_EQ(rate.text(now), "starting");
+    rate.update(20'000, now += 500ms);
+    rate.update(30'000, now += 1s);
+    EXPECT_EQ(rate.text(now), "10.0 KB/s, 7 s left");
     EXPECT_EQ(rate.text(now += 3s), "stalled for 3 s");
-    rate.update(30'000, now);
-    EXPECT_EQ(rate.text(now), "6.0 KB/s, 12 s left");
-    rate.update(60'000, now += 6s); // what was long ago no longer counts
-    EXPECT_EQ(rate.text(now), "5.0 KB/s, 8 s left");
+    rate.update(40'000, now);
+    EXPECT_EQ(rate.text(now), "5.0 KB/s, 12 s left");
+    rate.update(70'000, now += 6s); // what was long ago no longer counts
+    EXPECT_EQ(rate.text(now), "5.0 KB/s, 6 s left");
     rate.update(100'000, now += 1s);
     EXPECT_EQ(rate.text(now), "all handed over");
 }

@@ -36,6 +36,7 @@ TEST(AppOptions, QuestionsAndMistakesAreAnswered) {
     for (const Case& c :
          {Case{"zrk-loader --help", 0, "--port <DEVICE>"}, Case{"zrk-loader --version", 0, "0.7.34"},
           Case{"zrk-loader --bogus", 2, "bogus"}, Case{"zrk-loader load", 2, "load"},
+          Case{"zrk-loader --ini=", 2, "--ini"}, Case{"zrk-loader --port=", 2, "--port"},
           Case{"zrk-loader --com 9=/dev/x", 2, "9"}, Case{"zrk-loader --com x", 2, "x"}}) {
         const zrk::AppCommandLine answer = read(c.line);
         EXPECT_FALSE(answer.options) << c.line;
