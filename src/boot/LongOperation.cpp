@@ -66,6 +66,8 @@ void LongOperation::abort(CommandButton& startButton) {
 }
 
 void LongOperation::reportFailure(const RuntimeFailure& failure, bool handlerInstalled) {
+    // A wait that ended in a failure must not run out while its message is being read.
+    m_transport.ArmReplyTimer(false);
     if (handlerInstalled)
         showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherDownload, failure);
     else

@@ -34,6 +34,12 @@ void disturb(ScriptedBench& b, Step& step, Trouble trouble, qsizetype position) 
         return;
     }
     step.answer.truncate(position);
+    // Whoever reads the message takes longer than a reply may take.
+    if (trouble == Trouble::HangUp)
+        b.bench.boxes.user = [&b](int) {
+            b.loop.runFor(12s);
+            return zrk::Answer::Ok;
+        };
     // A moment later, when the loader has read what there is.
     step.action = [&b, trouble] {
         b.loop.after(1ms, [&b, trouble] {
