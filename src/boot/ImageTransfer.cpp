@@ -32,11 +32,13 @@ QByteArray readImage(const QString& path) {
 
 } // namespace
 
-ImageTransfer::ImageTransfer(SharedState& state, Controls& controls, StatusConsole& console,
-                             Transport& transport, MessageBoxes& boxes)
-    : m_state(state), m_controls(controls), m_console(console), m_transport(transport), m_boxes(boxes) {}
+ImageTransfer::ImageTransfer(SharedState& state, Controls& controls, ImageSlots& imageSlots,
+                             StatusConsole& console, Transport& transport, MessageBoxes& boxes)
+    : m_state(state), m_controls(controls), m_imageSlots(imageSlots), m_console(console),
+      m_transport(transport), m_boxes(boxes) {}
 
 bool ImageTransfer::SendImage(int slot) {
+    m_imageSlots.checkFile(slot);
     const bool payloadOnly = slot == kFlashImage;
     if (!payloadOnly) {
         sendHeader(slot);
@@ -64,7 +66,7 @@ void ImageTransfer::sendHeader(int slot) {
         throw RuntimeFailure(FailureKind::TypeMismatch,
                              QStringLiteral("Type mismatch: the slot \"%1\" has no file and so no size. "
                                             "Choose a file for it.")
-                                 .arg(QString(m_controls.chkExeURK[i].Caption).remove(QLatin1Char('&'))));
+                                 .arg(m_controls.slotTitle(i)));
     sendNumber(size);
     m_console.PrintStatus(QStringLiteral("done!/n"));
 }

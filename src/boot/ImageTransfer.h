@@ -7,6 +7,7 @@
 
 namespace zrk {
 
+class ImageSlots;
 class MessageBoxes;
 class StatusConsole;
 class Transport;
@@ -19,8 +20,8 @@ class Transport;
 /// | 4      | 4     | size in bytes | unsigned 32-bit, least significant first |
 class ImageTransfer {
   public:
-    ImageTransfer(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
-                  MessageBoxes& boxes);
+    ImageTransfer(SharedState& state, Controls& controls, ImageSlots& imageSlots, StatusConsole& console,
+                  Transport& transport, MessageBoxes& boxes);
 
     /// Slots 0 and 6 go to the boot ROM, 1 to 4 to the primary boot, which accepts first; slot 5 sends its
     /// code bytes alone, as the payload of a frame. False when the primary boot refuses or answers
@@ -38,6 +39,7 @@ class ImageTransfer {
 
     SharedState& m_state;
     Controls& m_controls;
+    ImageSlots& m_imageSlots;
     StatusConsole& m_console;
     Transport& m_transport;
     MessageBoxes& m_boxes;

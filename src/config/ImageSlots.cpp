@@ -38,22 +38,25 @@ void ImageSlots::chkExeURK_Click(int slot) {
 }
 
 void ImageSlots::checkFiles() {
-    for (std::size_t i = 0; i < m_stamps.size(); ++i) {
-        const Stamp& chosen = m_stamps[i];
-        const QString path = m_controls.txtFilNam[i].Tag;
-        QString mark;
-        if (!path.isEmpty() && path == chosen.path) {
-            const QFileInfo now(path);
-            if (!now.exists())
-                mark = QStringLiteral("The file is gone. Choose another with Browse.");
-            else if (now.size() != chosen.size || now.lastModified() != chosen.changed)
-                mark =
-                    QStringLiteral("The file has changed since it was chosen; the size shown is the old one. "
-                                   "Choose it again to use the new size.");
-        }
-        if (m_controls.lblFileChanged[i].Caption.value() != mark)
-            m_controls.lblFileChanged[i].Caption = mark;
+    for (int slot = 0; slot < kSlotCount; ++slot)
+        checkFile(slot);
+}
+
+void ImageSlots::checkFile(int slot) {
+    const auto i = static_cast<std::size_t>(slot);
+    const Stamp& chosen = m_stamps[i];
+    const QString path = m_controls.txtFilNam[i].Tag;
+    QString mark;
+    if (!path.isEmpty() && path == chosen.path) {
+        const QFileInfo now(path);
+        if (!now.exists())
+            mark = QStringLiteral("The file is gone. Choose another with Browse.");
+        else if (now.size() != chosen.size || now.lastModified() != chosen.changed)
+            mark = QStringLiteral("The file has changed since it was chosen; the size shown is the old one. "
+                                  "Choose it again to use the new size.");
     }
+    if (m_controls.lblFileChanged[i].Caption.value() != mark)
+        m_controls.lblFileChanged[i].Caption = mark;
 }
 
 QString ImageSlots::sizeText(const QString& path) {

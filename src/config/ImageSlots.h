@@ -36,9 +36,10 @@ class ImageSlots {
     /// Runs whenever the value of chkExeURK(slot) changes: unticks the box of a slot without a file.
     void chkExeURK_Click(int slot);
 
-    /// Marks every slot whose file has another size or time than when it was chosen, or is gone; the size
-    /// label is not measured again.
+    /// Marks every slot, or one, whose file has another size or time than when it was chosen, or is gone; the
+    /// size label is not measured again.
     void checkFiles();
+    void checkFile(int slot);
 
     /// "0x" and the file's length in upper-case hexadecimal; null when it cannot be read.
     [[nodiscard]] static QString sizeText(const QString& path);

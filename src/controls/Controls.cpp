@@ -65,4 +65,8 @@ Controls::Controls() {
     mnuAbout.Caption = QStringLiteral(" &About");
 }
 
+QString Controls::slotTitle(std::size_t slot) const {
+    return QString(chkExeURK.at(slot).Caption).remove(QLatin1Char('&'));
+}
+
 } // namespace zrk

@@ -73,6 +73,9 @@ struct Controls {
     /// All controls in their design state: captions, texts and what is enabled.
     Controls();
 
+    /// A slot's caption without the mark of its access key, for example "UBoot image".
+    [[nodiscard]] QString slotTitle(std::size_t slot) const;
+
     Label lblHeader;
 
     // One of each per image slot.

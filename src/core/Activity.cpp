@@ -61,9 +61,23 @@ QString Activity::idleText() const {
     QString text = QStringLiteral("COM%1").arg(number);
     if (!device.isEmpty())
         text += QStringLiteral(" (%1)").arg(device);
-    if (!open)
-        return text + QStringLiteral(": closed");
-    return text + (m_state.TerminalMode ? QStringLiteral(": open, terminal") : QStringLiteral(": open"));
+    text += open ? QStringLiteral(": open") : QStringLiteral(": closed");
+    if (open && m_state.TerminalMode)
+        text += QStringLiteral(", terminal");
+    const QStringList changed = changedFiles();
+    return changed.isEmpty()
+               ? text
+               : text + QStringLiteral(". Changed on disk: ") + changed.join(QStringLiteral(", "));
+}
+
+/// The slots whose rows are marked, for those who cannot point at a mark.
+QStringList Activity::changedFiles() const {
+    QStringList titles;
+    for (std::size_t slot = 0; slot < m_controls.lblFileChanged.size(); ++slot) {
+        if (!m_controls.lblFileChanged[slot].Caption.value().isEmpty())
+            titles += m_controls.slotTitle(slot);
+    }
+    return titles;
 }
 
 } // namespace zrk

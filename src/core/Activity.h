@@ -30,6 +30,7 @@ class Activity {
     void followTransfer();
     [[nodiscard]] QString operationText() const;
     [[nodiscard]] QString idleText() const;
+    [[nodiscard]] QStringList changedFiles() const;
 
     SharedState& m_state;
     Controls& m_controls;

@@ -13,7 +13,7 @@ Loader::Loader(const LoaderSurroundings& s, const QString& imageFolder)
       iniLoader(state, controls, s.boxes, paths, imageSlots, addresses),
       fileChoice(state, imageSlots, paths, s.fileDialog), operation(state, port, console, transport, s.boxes),
       handshake(state, console, transport, port, keys, s.waitDialog),
-      transfer(state, controls, console, transport, s.boxes),
+      transfer(state, controls, imageSlots, console, transport, s.boxes),
       commands(state, controls, console, transport, port, terminal, validation, transfer, operation),
       bringUp(state, controls, console, transport, port, terminal, validation, handshake, transfer, commands,
               operation, s.boxes),

@@ -109,6 +109,16 @@ QByteArray longImage() {
     return image;
 }
 
+TEST(Transfer, AFileThatChangedAfterTheStartIsMarkedBeforeItsBytesAreSent) {
+    BringUpBench r;
+    r.port.steps[3].action = [&] { (void)r.bench.file("slot1.bin", kSecondaryCode + "grown"); };
+    r.port.steps[4].action = [&] {
+        EXPECT_TRUE(r.loader.controls.lblFileChanged[1].Caption.value().contains("changed"));
+    };
+    r.start();
+    EXPECT_EQ(r.outcome(), Outcome::Done);
+}
+
 TEST(Transfer, LongerThanTheReplyTimeOutAtTheLinesSpeed) {
     BringUpBench r;
     const QByteArray code = longImage();

@@ -76,6 +76,8 @@ TEST_F(Slots, AFileThatChangedSinceItWasChosenIsMarked) {
     file.write("er");
     file.close();
     EXPECT_TRUE(mark().contains("changed"));
+    EXPECT_TRUE(loader.controls.staStatus.FirstPanel.value().endsWith(
+        ": closed. Changed on disk: Secondary Executable (SDRAM)"));
     EXPECT_EQ(loader.controls.lblCodeSize[1].Caption.value(), "0x3") << "the size is not measured again";
     bench.fill(1, "newer", "0x80000004");
     EXPECT_EQ(mark(), "");
