@@ -15,8 +15,10 @@ QChar lastOf(QStringView text) {
     return text.isEmpty() ? QChar() : text.back();
 }
 
-/// The inverse of visibleSign, where a sign has one.
+/// The inverse of visibleSign, where a sign has one. A NUL keeps its sign: many a clipboard ends there.
 QChar signified(QChar sign) {
+    if (sign.unicode() == kControlPictures)
+        return sign;
     if (sign.unicode() == kPictureOfDelete)
         return QChar(kDelete);
     if (sign.unicode() >= kControlPictures && sign.unicode() < kControlPictures + 0x20)
@@ -44,38 +46,64 @@ QChar visibleSign(QChar character) {
 }
 
 ConsoleDisplay::Edit ConsoleDisplay::follow(const QString& text, qsizetype removed, qsizetype added) {
-    // A backspace takes one character. More than that goes away only when the console is emptied.
-    if (removed > 1)
-        return showAll(text);
     Edit edit;
-    if (removed == 1)
-        edit.removed = hideLast(QStringView(text).chopped(added));
-    edit.inserted = show(QStringView(text).last(added));
+    if (removed > 1) {
+        *this = {};
+        edit.removesAll = true;
+        added = text.size();
+    } else if (removed == 1) {
+        hideLast(QStringView(text).chopped(added), edit);
+    }
+    edit.inserted.reserve(edit.inserted.size() + added);
+    for (const QChar character : QStringView(text).last(added))
+        show(character, edit);
     return edit;
 }
 
-ConsoleDisplay::Edit ConsoleDisplay::showAll(const QString& text) {
-    m_length = 0;
-    m_lineStart = 0;
-    m_longLineBreaks.clear();
-    m_last = QChar();
-    return {true, 0, show(text)};
+void ConsoleDisplay::put(QChar shown, Edit& edit) {
+    edit.inserted += shown;
+    ++m_length;
 }
 
-qsizetype ConsoleDisplay::hideLast(QStringView remaining) {
+void ConsoleDisplay::takeBack(Edit& edit) {
+    if (edit.inserted.isEmpty())
+        ++edit.removed;
+    else
+        edit.inserted.chop(1);
+    --m_length;
+}
+
+void ConsoleDisplay::show(QChar character, Edit& edit) {
+    const bool afterReturn = m_last == kCarriageReturn;
+    m_last = character;
+    if (character == kLineFeed && afterReturn) {
+        takeBack(edit); // the sign that the CR had for as long as it stood alone
+        put(kLineFeed, edit);
+        m_lineStart = m_length;
+        return;
+    }
+    // A CR is mostly half a line end, which needs no break before it.
+    const bool endsLine = character == kCarriageReturn && !afterReturn;
+    if (m_length - m_lineStart >= kLongestLine && !endsLine) {
+        m_longLineBreaks.push_back(m_length);
+        put(kLineFeed, edit);
+        m_lineStart = m_length;
+    }
+    put(visibleSign(character), edit);
+}
+
+void ConsoleDisplay::hideLast(QStringView remaining, Edit& edit) {
     const bool lineEnd = m_last == kLineFeed && lastOf(remaining) == kCarriageReturn;
-    qsizetype hidden = m_last == kCarriageReturn ? 0 : 1;
-    m_length -= hidden;
     m_last = lastOf(remaining);
-    if (!m_longLineBreaks.empty() && m_longLineBreaks.back() == m_length - 1) {
+    takeBack(edit);
+    if (lineEnd) {
+        put(visibleSign(kCarriageReturn), edit);
+        findLineStart(remaining);
+    } else if (!m_longLineBreaks.empty() && m_longLineBreaks.back() == m_length - 1) {
         m_longLineBreaks.pop_back();
-        --m_length;
-        ++hidden;
+        takeBack(edit);
         findLineStart(remaining);
     }
-    if (lineEnd)
-        findLineStart(remaining);
-    return hidden;
 }
 
 void ConsoleDisplay::findLineStart(QStringView remaining) {
@@ -83,34 +111,11 @@ void ConsoleDisplay::findLineStart(QStringView remaining) {
     for (qsizetype i = remaining.size() - 1; i >= 0 && length < kLongestLine; --i) {
         if (remaining[i] == kLineFeed && i > 0 && remaining[i - 1] == kCarriageReturn)
             break;
-        if (remaining[i] != kCarriageReturn)
-            ++length;
+        ++length;
     }
     m_lineStart = m_length - length;
     if (!m_longLineBreaks.empty())
         m_lineStart = std::max(m_lineStart, m_longLineBreaks.back() + 1);
-}
-
-QString ConsoleDisplay::show(QStringView added) {
-    QString shown;
-    shown.reserve(added.size());
-    const auto end = [&] { return m_length + shown.size(); };
-    for (const QChar c : added) {
-        const bool lineEnd = c == kLineFeed && m_last == kCarriageReturn;
-        m_last = c;
-        if (c == kCarriageReturn)
-            continue;
-        if (!lineEnd && end() - m_lineStart >= kLongestLine) {
-            m_longLineBreaks.push_back(end());
-            shown += kLineFeed;
-            m_lineStart = end();
-        }
-        shown += lineEnd ? kLineFeed : visibleSign(c);
-        if (lineEnd)
-            m_lineStart = end();
-    }
-    m_length += shown.size();
-    return shown;
 }
 
 QString ConsoleDisplay::original(QStringView shown, qsizetype position) const {

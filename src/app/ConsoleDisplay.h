@@ -6,8 +6,8 @@
 
 namespace zrk {
 
-/// How the console's text looks in a document: CR LF is one line end, a CR alone is nothing, characters
-/// without a glyph are small signs. Follows the text edit by edit, at a cost that does not depend on
+/// How the console's text looks in a document: CR LF is one line end, characters without a glyph, a CR or
+/// an LF alone among them, are small signs. Follows the text edit by edit, at a cost that does not depend on
 /// the length of the text.
 class ConsoleDisplay {
   public:
@@ -27,13 +27,14 @@ class ConsoleDisplay {
     [[nodiscard]] Edit follow(const QString& text, qsizetype removed, qsizetype added);
 
     /// What a part of the document that begins at `position` stands for: control characters instead of
-    /// their signs, lines ended by '\n', and no breaks that only the document has.
+    /// their signs (but for NUL), lines ended by '\n', and no breaks that only the document has.
     [[nodiscard]] QString original(QStringView shown, qsizetype position) const;
 
   private:
-    [[nodiscard]] Edit showAll(const QString& text);
-    [[nodiscard]] qsizetype hideLast(QStringView remaining);
-    [[nodiscard]] QString show(QStringView added);
+    void put(QChar shown, Edit& edit);
+    void takeBack(Edit& edit);
+    void show(QChar character, Edit& edit);
+    void hideLast(QStringView remaining, Edit& edit);
     void findLineStart(QStringView remaining);
 
     qsizetype m_length = 0;                  ///< of the document

@@ -45,15 +45,15 @@ TEST(ConsoleView, ShowsEachEditAsTheWholeTextWouldLook) {
     const std::vector<Case> cases{
         {{{0, "one\r\ntwo\r\n"}}, "one\ntwo\n", "one\ntwo\n"},
         {{{0, "one\r"}, {0, "\ntwo"}}, "one\ntwo", "one\ntwo"},
-        {{{0, "a\rb"}}, "ab", "ab"},
+        {{{0, "a\rb"}}, QString::fromUtf8("a\u240Db"), "a\rb"},
         {{{0, "a\nb"}}, QString::fromUtf8("a\u240Ab"), "a\nb"},
-        {{{0, "a\r\n"}, {1, "b"}}, "ab", "ab"},
+        {{{0, "a\r\n"}, {1, "b"}}, QString::fromUtf8("a\u240Db"), "a\rb"},
         {{{0, "a\r\n"}, {1, ""}, {1, ""}, {1, "b"}}, "b", "b"},
         {{{0, "a\r\n"}, {1, "\nb"}}, "a\nb", "a\nb"},
         {{{0, "abc"}, {1, "de"}}, "abde", "abde"},
         {{{0, QByteArray("\0\x02\x1B\x08\x7F\t!", 7)}},
          QString::fromUtf8("\u2400\u2402\u241B\u2408\u2421\t!"),
-         latin1(QByteArray("\0\x02\x1B\x08\x7F\t!", 7))},
+         QString::fromUtf8("\u2400\x02\x1B\x08\x7F\t!")},
         {{{0, "\x80\xE4\xAD"}}, QString::fromUtf8("\uFFFD\u00E4-"), QString::fromUtf8("\uFFFD\u00E4-")},
         {{{0, "gone\r\n"}, {6, "new"}}, "new", "new"},
     };
