@@ -1,10 +1,13 @@
 #include "app/App.h"
 
+#include "app/FirstExposure.h"
 #include "core/ThisProgram.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QScreen>
+
+#include <algorithm>
 
 namespace zrk {
 namespace {
@@ -14,6 +17,18 @@ QString imageFolder(const QString& iniPath) {
     if (iniPath.isEmpty())
         return programFacts().folder;
     return QDir::toNativeSeparators(QFileInfo(iniPath).absolutePath());
+}
+
+/// Only for a window that has been shown: its frame is known then, and its designed size remembered.
+void fitIntoScreen(QWidget& window) {
+    const QRect available = window.screen()->availableGeometry();
+    if (available.contains(window.frameGeometry()))
+        return;
+    const QSize frame = window.frameGeometry().size() - window.size();
+    window.resize(window.size().boundedTo(available.size() - frame));
+    const QRect placed = window.frameGeometry();
+    window.move(std::clamp(placed.x(), available.x(), available.right() + 1 - placed.width()),
+                std::clamp(placed.y(), available.y(), available.bottom() + 1 - placed.height()));
 }
 
 } // namespace
@@ -28,9 +43,9 @@ App::App(const AppOptions& options)
 
 void App::start() {
     m_window.show();
-    // Only now, because the window remembers the margins of the size it first has.
-    m_window.resize(m_window.size().boundedTo(m_window.screen()->availableSize()));
-    m_loop.post([this] {
+    // A message box that start-up brings is centred on the window, wherever that is.
+    onceOnScreen(m_window, [this] {
+        fitIntoScreen(m_window);
         m_loader.startUp.Form_Load(programFacts(), m_loader.paths, m_iniPath);
         if (m_bringsUp)
             bringUp();

@@ -52,7 +52,6 @@ LoaderPanel::LoaderPanel(LoaderWidgets& widgets, QWidget* parent)
     widgets.fraControl =
         named(new QGroupBox(QStringLiteral("Status / Terminal output"), this), QStringLiteral("fraControl"));
     widgets.txtStatus = named(new ConsoleView(widgets.fraControl), QStringLiteral("txtStatus"));
-    widgets.txtStatus->setAccessibleName(QStringLiteral("Status / Terminal output"));
 }
 
 void LoaderPanel::placeControls(const LoaderWidgets& widgets) {

@@ -5,6 +5,7 @@
 #include "app/AppTitle.h"
 #include "app/ConsoleView.h"
 #include "app/LoaderPanel.h"
+#include "app/ScreenReader.h"
 #include "app/SlotDrop.h"
 #include "app/SlotFrames.h"
 #include "app/StatusPanels.h"
@@ -20,7 +21,6 @@ namespace zrk {
 namespace {
 
 constexpr double kTwipsPerInch = 1440.0;
-constexpr qint64 kInsistence = 200; // milliseconds
 
 /// Sizes in pixels to twips and back.
 class Twips {
@@ -51,7 +51,7 @@ MainWindow::MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()
     buildStatusBar(m_widgets, *this);
     setCentralWidget(m_panel);
     bindWindow(m_binder, m_widgets, loader);
-    nameSlots(m_widgets);
+    nameForScreenReader(m_binder, m_widgets, loader.controls);
     setTabOrders(m_widgets);
 
     auto* addresses = new AddressBoxes(m_widgets, loader.addresses, this);
@@ -101,19 +101,10 @@ void MainWindow::frmLoader_Form_Resize() {
     if (step.place) {
         frame.resize(twips.pixels(step.place->frame));
         text.resize(twips.pixels(step.place->text));
+        m_snapBack.accept();
     } else if (step.snapBack) {
-        snapBack(twips.pixels(*step.snapBack));
+        m_snapBack.refuse(twips.pixels(*step.snapBack));
     }
-}
-
-void MainWindow::snapBack(QSize lastGood) {
-    // A window manager that answers with the same size at once insists on it, and has the last word.
-    if (m_refusedSize == size() && m_sinceRefused.elapsed() < kInsistence)
-        return;
-    m_refusedSize = size();
-    m_sinceRefused.start();
-    resize(width(), lastGood.height());
-    resize(lastGood.width(), height());
 }
 
 } // namespace zrk

@@ -3,8 +3,8 @@
 #include "app/Binder.h"
 #include "app/FormResize.h"
 #include "app/LoaderWidgets.h"
+#include "app/SnapBack.h"
 
-#include <QElapsedTimer>
 #include <QMainWindow>
 
 namespace zrk {
@@ -30,15 +30,13 @@ class MainWindow final : public QMainWindow {
   private:
     void buildMenus();
     void frmLoader_Form_Resize();
-    void snapBack(QSize lastGood);
 
     Loader& m_loader;
     LoaderWidgets m_widgets;
     LoaderPanel* m_panel;
     Binder m_binder;
     FormResize m_formResize;
-    QSize m_refusedSize;
-    QElapsedTimer m_sinceRefused;
+    SnapBack m_snapBack{*this};
 };
 
 } // namespace zrk

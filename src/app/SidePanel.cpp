@@ -19,10 +19,8 @@ QWidget* buildPortFrame(LoaderWidgets& widgets, QWidget* parent) {
     widgets.fraComPort =
         named(new QGroupBox(QStringLiteral("Comport control"), parent), QStringLiteral("fraComPort"));
     widgets.cmbComPort = named(new PortList(widgets.fraComPort), QStringLiteral("cmbComPort"));
-    widgets.cmbComPort->setAccessibleName(QStringLiteral("Port"));
     widgets.cmbComPort->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     widgets.lblState = named(new QLabel(widgets.fraComPort), QStringLiteral("lblState"));
-    widgets.lblState->setAccessibleName(QStringLiteral("Port state"));
     widgets.cmdTerminal = named(new QPushButton(widgets.fraComPort), QStringLiteral("cmdTerminal"));
     widgets.cmdCancel = named(new QPushButton(widgets.fraComPort), QStringLiteral("cmdCancel"));
 
@@ -40,7 +38,6 @@ QWidget* buildAddressFrame(LoaderWidgets& widgets, QWidget* parent) {
     auto* frame =
         named(new QGroupBox(QStringLiteral("SDRAM addresses"), parent), QStringLiteral("fraAddresses"));
     widgets.lvwAdrs = named(new QTreeWidget(frame), QStringLiteral("lvwAdrs"));
-    widgets.lvwAdrs->setAccessibleName(QStringLiteral("Address ranges"));
     widgets.lvwAdrs->setHeaderLabels(
         {QStringLiteral("index"), QStringLiteral("start"), QStringLiteral("size")});
     widgets.lvwAdrs->setRootIsDecorated(false);
@@ -52,7 +49,7 @@ QWidget* buildAddressFrame(LoaderWidgets& widgets, QWidget* parent) {
     const int digit = frame->fontMetrics().horizontalAdvance(QLatin1Char('8'));
     widgets.lvwAdrs->setColumnWidth(0, 7 * digit);
     widgets.lvwAdrs->setColumnWidth(1, 12 * digit);
-    widgets.lvwAdrs->setMinimumWidth(31 * digit);
+    widgets.lvwAdrs->setMinimumWidth(28 * digit);
     // As high as the slots' frames leave it, and the header and some rows at least.
     widgets.lvwAdrs->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
     widgets.lvwAdrs->setMinimumHeight(6 * frame->fontMetrics().lineSpacing());
@@ -70,7 +67,6 @@ QWidget* buildDebugSend(LoaderWidgets& widgets, QWidget* parent) {
     widgets.tglDebug = debug->toggle();
     widgets.cmdOutput = named(new QPushButton(debug), QStringLiteral("cmdOutput"));
     widgets.txtOut = named(new QLineEdit(debug), QStringLiteral("txtOut"));
-    widgets.txtOut->setAccessibleName(QStringLiteral("Debug string"));
     debug->addWidget(widgets.cmdOutput);
     debug->addWidget(widgets.txtOut);
     return debug;

@@ -31,7 +31,7 @@ enum Column {
     kColumns
 };
 
-constexpr int kFileNameCharacters = 22;
+constexpr int kFileNameCharacters = 17;
 constexpr int kAddressCharacters = 11;
 constexpr int kGapWidth = 4;
 
@@ -47,6 +47,9 @@ void makeRow(SlotWidgets& row, std::size_t slot, QWidget* frame) {
     row.lblFileChanged = named(new QLabel(frame), arrayName("lblFileChanged", slot));
     const int side = frame->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, frame);
     row.lblFileChanged->setFixedWidth(side);
+    QSizePolicy kept = row.lblFileChanged->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    row.lblFileChanged->setSizePolicy(kept);
 
     row.txtFilNam = named(new QLineEdit(frame), arrayName("txtFilNam", slot));
     row.txtFilNam->setReadOnly(true);
@@ -133,17 +136,6 @@ void alignSlotColumns(const LoaderWidgets& widgets) {
         }
         for (const QGroupBox* frame : frames)
             static_cast<QGridLayout*>(frame->layout())->setColumnMinimumWidth(column, width);
-    }
-}
-
-void nameSlots(const LoaderWidgets& widgets) {
-    for (const SlotWidgets& row : widgets.slots) {
-        const QString slot = row.chkExeURK->text().remove(QLatin1Char('&'));
-        row.txtFilNam->setAccessibleName(slot + QStringLiteral(": file"));
-        row.cmdBrowse->setAccessibleName(slot + QStringLiteral(": browse"));
-        row.txtStartAddress->setAccessibleName(slot + QStringLiteral(": address"));
-        row.lblCodeSize->setAccessibleName(slot + QStringLiteral(": size"));
-        row.lblFileChanged->setAccessibleName(slot + QStringLiteral(": file has changed"));
     }
 }
 

@@ -35,7 +35,6 @@ void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
         metrics.horizontalAdvance(QStringLiteral(" bytes sent 67108864 / 67108864 ")));
 
     widgets.pgbDownload = named(new QProgressBar(thirdPanel), QStringLiteral("pgbDownload"));
-    widgets.pgbDownload->setAccessibleName(QStringLiteral("Download progress"));
     widgets.pgbDownload->setFixedSize(metrics.horizontalAdvance(QLatin1Char('8')) * 26, metrics.height());
     auto* panelLayout = new QHBoxLayout(thirdPanel);
     panelLayout->setContentsMargins(0, 0, 0, 0);

@@ -39,7 +39,7 @@ void bindFileMark(Binder& binder, Label& value, QLabel* mark) {
         const QIcon icon = mark->style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, mark);
         mark->setPixmap(reason.isEmpty() ? QPixmap() : icon.pixmap(mark->width()));
         mark->setToolTip(reason);
-        mark->setAccessibleDescription(reason);
+        mark->setHidden(reason.isEmpty());
     });
 }
 

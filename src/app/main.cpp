@@ -1,6 +1,7 @@
 #include "app/App.h"
 #include "app/AppIcon.h"
 #include "app/AppOptions.h"
+#include "app/LoaderStyle.h"
 
 #include <QApplication>
 
@@ -31,6 +32,7 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     QApplication::setDesktopFileName(QStringLiteral("zrk-loader"));
+    QApplication::setStyle(new zrk::LoaderStyle);
     QApplication::setWindowIcon(zrk::applicationIcon());
 
     const zrk::AppCommandLine commandLine = zrk::readCommandLine(QApplication::arguments());

@@ -211,7 +211,10 @@ TEST_F(Window, EveryControlHasANameForAScreenReader) {
         EXPECT_TRUE(names.insert(name).second) << name.toStdString() << " twice";
     }
     EXPECT_EQ(find<QWidget>(QStringLiteral("txtStartAddress_2"))->accessibleName(), "UBoot image: address");
-    EXPECT_EQ(find<QWidget>(QStringLiteral("lblCodeSize_5"))->accessibleName(), "Flash image: size");
+    loader.controls.lblCodeSize[5].Caption = QStringLiteral("0x1F000");
+    EXPECT_EQ(find<QWidget>(QStringLiteral("lblCodeSize_5"))->accessibleName(), "Flash image: size 0x1F000");
+    EXPECT_EQ(find<QWidget>(QStringLiteral("lblState"))->accessibleName(), "Port state: Closed...");
+    EXPECT_FALSE(find<QWidget>(QStringLiteral("lblFileChanged_2"))->isVisible()) << "nothing to tell yet";
 }
 
 TEST_F(Window, AFileDroppedOnARowFillsThatSlot) {

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QSize>
+#include <QTimer>
+
+class QWidget;
+
+namespace zrk {
+
+/// Takes a window back to its last good size. A window manager may hold on to the size for a while, for
+/// as long as the user drags for instance; then it is asked again later, and not for ever.
+class SnapBack {
+  public:
+    /// The window must outlive this.
+    explicit SnapBack(QWidget& window);
+
+    /// The window has a size that is too small.
+    void refuse(QSize lastGood);
+
+    /// The window has a size that it can keep.
+    void accept();
+
+  private:
+    void goBack();
+
+    QWidget& m_window;
+    QSize m_lastGood;
+    QSize m_refused;
+    QElapsedTimer m_sinceAttempt;
+    QTimer m_retry;
+    int m_attempts = 0;
+};
+
+} // namespace zrk
