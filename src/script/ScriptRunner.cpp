@@ -7,6 +7,7 @@
 #include "serial/WaitNote.h"
 
 #include <QFile>
+#include <QScopedValueRollback>
 
 #include <limits>
 
@@ -87,15 +88,17 @@ void ScriptRunner::execute(const QString& line, int number) {
 }
 
 /// In pieces that the transmit queue takes at once: a board that has stopped the line with XOFF must not
-/// stop the program.
+/// stop the program. The board's answer meanwhile is for the wait that follows.
 void ScriptRunner::send(const QString& text) {
     qsizetype sent = fitsOneByteCodes(text) ? 0 : text.size();
     if (sent > 0)
         m_port.Output(text); // which says what is wrong with it
     while (sent < text.size() && !m_state.CancelRequested) {
         const QString piece = text.mid(sent, m_port.transmitRoom());
-        if (piece.isEmpty())
+        if (piece.isEmpty()) {
+            const QScopedValueRollback held(m_state.ReceivedIsHeld, true);
             m_loop.wait();
+        }
         m_port.Output(piece);
         sent += piece.size();
     }

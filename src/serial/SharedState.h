@@ -24,7 +24,8 @@ struct SharedState {
     std::int32_t BytesTotal = 0; ///< code bytes of the current image transfer
     QString WaitingFor;          ///< what an operation without a time limit waits for; empty: nothing
     std::chrono::steady_clock::time_point WaitingSince;
-    QString AwaitedText; ///< text that a running script waits for; empty: none
+    QString AwaitedText;         ///< text that a running script waits for; empty: none
+    bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait
 };
 
 } // namespace zrk

@@ -13,6 +13,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds kReceiveInterval = 200ms;
+constexpr qsizetype kMostHeld = 1024; // more unread could bring the line to a standstill
 constexpr QChar kBackspace(u'\b');
 constexpr QChar kLineFeed(u'\n');
 constexpr QChar kCarriageReturn(u'\r');
@@ -101,7 +102,8 @@ void TerminalMode::timCommReceive_Timer() {
         return;
     QString s;
     try {
-        if (m_port.InBufferCount() < 1)
+        const qsizetype unread = m_port.InBufferCount();
+        if (unread < 1 || (m_state.ReceivedIsHeld && unread < kMostHeld))
             return;
         s = m_port.Input();
     } catch (const RuntimeFailure&) {

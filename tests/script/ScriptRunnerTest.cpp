@@ -85,6 +85,18 @@ TEST_F(Script, ADialogue) {
     EXPECT_EQ(bench.fileDialog.requests.size(), 1);
 }
 
+TEST_F(Script, AnAnswerDuringALongSendCountsForTheNextWait) {
+    port.paced = true;
+    loop.after(100ms, [this] { port.receive(QByteArray(1500, '.')); }); // too much to be left unread
+    loop.after(300ms, [this] {
+        EXPECT_TRUE(bench.console().endsWith("..."));
+        port.receive("prompt>");
+    });
+    run(">" + QByteArray(10'000, 'x') + "\n<prompt>\n");
+    EXPECT_EQ(port.written.size(), 10'000);
+    expectEnded(2);
+}
+
 TEST_F(Script, WhatEndsAWait) {
     struct Row {
         const char* name;
