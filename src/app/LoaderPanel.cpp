@@ -64,6 +64,8 @@ void LoaderPanel::placeControls(const LoaderWidgets& widgets) {
     const int right = style()->pixelMetric(QStyle::PM_LayoutRightMargin, nullptr, this);
     const int bottom = style()->pixelMetric(QStyle::PM_LayoutBottomMargin, nullptr, this);
     const int gap = bottom / 2;
+    // A narrow window's scroll bar finds its room below the console.
+    const int room = std::max(bottom, style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this));
     const int lines = kConsoleLines * QFontMetrics(widgets.txtStatus->font()).lineSpacing();
 
     QGroupBox& frame = *widgets.fraControl;
@@ -71,7 +73,8 @@ void LoaderPanel::placeControls(const LoaderWidgets& widgets) {
     const QMargins border = frame.contentsMargins() + QMargins(gap, gap, gap, gap);
     frame.setGeometry(left, m_controls->height(), frame.width(), lines + border.top() + border.bottom());
     widgets.txtStatus->setGeometry(frame.rect().marginsRemoved(border));
-    m_designSize = {m_controls->width(), frame.geometry().bottom() + 1 + bottom};
+    m_designSize = {m_controls->width(), frame.geometry().bottom() + 1 + room};
+    setMinimumWidth(m_controls->width());
 }
 
 } // namespace zrk

@@ -5,6 +5,7 @@
 #include "app/AppTitle.h"
 #include "app/ConsoleView.h"
 #include "app/LoaderPanel.h"
+#include "app/PanelView.h"
 #include "app/ScreenReader.h"
 #include "app/SlotDrop.h"
 #include "app/SlotFrames.h"
@@ -49,7 +50,7 @@ MainWindow::MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()
     setWindowTitle(applicationTitle());
     buildMenus();
     buildStatusBar(m_widgets, *this);
-    setCentralWidget(m_panel);
+    setCentralWidget(new PanelView(m_panel, this));
     bindWindow(m_binder, m_widgets, loader);
     nameForScreenReader(m_binder, m_widgets, loader.controls);
     setTabOrders(m_widgets);

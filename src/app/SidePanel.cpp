@@ -29,7 +29,6 @@ QWidget* buildPortFrame(LoaderWidgets& widgets, QWidget* parent) {
     grid->addWidget(widgets.lblState, 0, 1);
     grid->addWidget(widgets.cmdTerminal, 1, 0, 1, 2);
     grid->addWidget(widgets.cmdCancel, 2, 0, 1, 2);
-    grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
     return widgets.fraComPort;
 }
@@ -49,9 +48,9 @@ QWidget* buildAddressFrame(LoaderWidgets& widgets, QWidget* parent) {
     const int digit = frame->fontMetrics().horizontalAdvance(QLatin1Char('8'));
     widgets.lvwAdrs->setColumnWidth(0, 7 * digit);
     widgets.lvwAdrs->setColumnWidth(1, 12 * digit);
-    widgets.lvwAdrs->setMinimumWidth(28 * digit);
-    // As high as the slots' frames leave it, and the header and some rows at least.
-    widgets.lvwAdrs->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
+    widgets.lvwAdrs->setMinimumWidth(29 * digit);
+    // As high as the slots' frames leave it, and at least what the columns and some rows need.
+    widgets.lvwAdrs->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     widgets.lvwAdrs->setMinimumHeight(6 * frame->fontMetrics().lineSpacing());
     widgets.cmdValidateAdrs = named(new QPushButton(frame), QStringLiteral("cmdValidateAdrs"));
 

@@ -31,7 +31,7 @@ enum Column {
     kColumns
 };
 
-constexpr int kFileNameCharacters = 17;
+constexpr int kFileNameCharacters = 16;
 constexpr int kAddressCharacters = 11;
 constexpr int kGapWidth = 4;
 

@@ -1,5 +1,6 @@
 #include "app/SnapBack.h"
 
+#include <QScopedValueRollback>
 #include <QWidget>
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace {
 constexpr std::chrono::milliseconds kInsistence = 200ms;
 constexpr std::chrono::milliseconds kPause = 250ms;
 constexpr int kMostDoublings = 3; // of the pause
-constexpr int kMostAttempts = 10;
+constexpr int kMostAttempts = 6;
 
 } // namespace
 
@@ -24,32 +25,35 @@ SnapBack::SnapBack(QWidget& window) : m_window(window) {
 }
 
 void SnapBack::refuse(QSize lastGood) {
+    if (m_goingBack)
+        return;
     m_lastGood = lastGood;
     if (m_window.size() != m_refused)
         m_attempts = 0;
     m_refused = m_window.size();
-    if (m_attempts >= kMostAttempts)
-        return;
     // The same size at once as the answer means that it is held, and asking at once again is no use.
     if (m_attempts == 0 || m_sinceAttempt.elapsed() >= kInsistence.count())
         goBack();
-    else
-        m_retry.start(kPause * (1 << std::min(m_attempts - 1, kMostDoublings)));
 }
 
 void SnapBack::accept() {
+    if (m_goingBack || m_window.size() == m_lastGood)
+        return;
     m_retry.stop();
-    if (m_window.size() != m_lastGood)
-        m_attempts = 0;
+    m_attempts = 0;
 }
 
 void SnapBack::goBack() {
-    if (m_window.isMinimized())
+    if (m_attempts >= kMostAttempts)
         return;
-    ++m_attempts;
-    m_sinceAttempt.start();
+    const QScopedValueRollback goingBack(m_goingBack, true);
+    // A request that went unheard leaves the window believing that it has the size: ask for another one.
+    if (m_window.size() == m_lastGood)
+        m_window.resize(m_lastGood + QSize(0, 1));
     m_window.resize(m_window.width(), m_lastGood.height());
     m_window.resize(m_lastGood.width(), m_window.height());
+    m_sinceAttempt.start();
+    m_retry.start(kPause * (1 << std::min(m_attempts++, kMostDoublings)));
 }
 
 } // namespace zrk

@@ -8,8 +8,8 @@ class QWidget;
 
 namespace zrk {
 
-/// Takes a window back to its last good size. A window manager may hold on to the size for a while, for
-/// as long as the user drags for instance; then it is asked again later, and not for ever.
+/// Takes a window back to its last good size. A window manager may hold on to another size for a while, as
+/// long as the user drags for instance, and need not even answer; so it is asked again some times.
 class SnapBack {
   public:
     /// The window must outlive this.
@@ -30,6 +30,7 @@ class SnapBack {
     QElapsedTimer m_sinceAttempt;
     QTimer m_retry;
     int m_attempts = 0;
+    bool m_goingBack = false;
 };
 
 } // namespace zrk

@@ -109,6 +109,15 @@ TEST_F(Keyboard, TabLeavesTheConsoleExceptInTerminalModeAndShiftTabAlways) {
     EXPECT_EQ(port.written, "\t");
 }
 
+TEST_F(Keyboard, ANarrowWindowShowsWhatHasTheFocus) {
+    window.resize(window.width() / 2, window.height());
+    for (const char* name : {"cmdCancel", "chkExeURK_0", "txtStatus"}) {
+        auto* control = find<QWidget>(QLatin1String(name));
+        control->setFocus();
+        EXPECT_EQ(control->visibleRegion().boundingRect(), control->rect()) << name;
+    }
+}
+
 TEST_F(Keyboard, TabReachesEveryControlOnceAndInOrder) {
     for (int slot = 0; slot < 7; ++slot)
         fill(slot);
