@@ -45,7 +45,7 @@ AppCommandLine usageError(const QString& what) {
 
 /// A shell variable that is not set must not silently mean the default.
 QString givenValue(const Parser& given, const QCommandLineOption& option) {
-    const QString value = given.parser.value(option);
+    QString value = given.parser.value(option);
     if (value.isEmpty())
         throw RuntimeFailure(
             FailureKind::InvalidArgument,
@@ -55,7 +55,7 @@ QString givenValue(const Parser& given, const QCommandLineOption& option) {
 
 QString portDevice(const Parser& given, const PortNames::Overrides& ports) {
     const QString name = givenValue(given, given.port);
-    const QString device = PortNames(ports).deviceNamed(name);
+    QString device = PortNames(ports).deviceNamed(name);
     if (device.isEmpty())
         throw RuntimeFailure(FailureKind::InvalidArgument,
                              QStringLiteral("--port %1: that port has no device on this machine.").arg(name));

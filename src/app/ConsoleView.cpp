@@ -154,6 +154,11 @@ void ConsoleView::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
     QAction* copyAction = menu.addAction(QStringLiteral("&Copy"), this, &ConsoleView::copy);
     copyAction->setEnabled(textCursor().hasSelection());
+    if (keysGoToBoard()) {
+        QAction* pasteAction =
+            menu.addAction(QStringLiteral("&Paste"), this, [this] { paste(QClipboard::Clipboard); });
+        pasteAction->setEnabled(!QGuiApplication::clipboard()->text().isEmpty());
+    }
     QAction* selectAll = menu.addAction(QStringLiteral("Select &All"), this, &ConsoleView::selectAll);
     selectAll->setEnabled(!document()->isEmpty());
     menu.exec(event->globalPos());

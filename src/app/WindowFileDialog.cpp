@@ -6,7 +6,8 @@
 namespace zrk {
 namespace {
 
-/// The dialog hides the pattern in the last parentheses, so an entry reads as it was asked for.
+/// The dialog hides the pattern in the last parentheses, so an entry reads as it was asked for; a GTK
+/// desktop's own dialog cuts at the first ones and leaves the words before them.
 QString dialogFilter(const FileFilter& filter) {
     // "*.*" is every file only where a name without a dot matches it too.
     const QString pattern = filter.pattern == QLatin1String("*.*") ? QStringLiteral("*") : filter.pattern;

@@ -4,6 +4,7 @@
 
 #include <QCommandLineParser>
 
+#include <cmath>
 #include <cstdio>
 
 namespace zrk {
@@ -134,7 +135,7 @@ void readWaitLimit(const QCommandLineParser& parser, CliOptions& options) {
     if (!isNumber || !(seconds > 0.0) || seconds > kLongest)
         throw UsageError(
             QStringLiteral("--wait %1: give the seconds as a number above 0, up to 86400.").arg(text));
-    options.waitLimit = std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000.0 + 0.5));
+    options.waitLimit = std::chrono::milliseconds(std::llround(seconds * 1000.0));
 }
 
 } // namespace

@@ -8,7 +8,7 @@ using namespace zrktest;
 TEST(Activity, TransferRateInWords) {
     EXPECT_EQ(zrk::lineTimeText(126'976), "about 12 s");
     EXPECT_EQ(zrk::lineTimeText(11'520), "about 1 s");
-    EXPECT_EQ(zrk::lineTimeText(64 * 1024 * 1024), "about 1 h 37 min");
+    EXPECT_EQ(zrk::lineTimeText(67'108'864), "about 1 h 37 min");
     EXPECT_EQ(zrk::durationText(125s), "2 min 5 s");
 
     zrk::TransferRate rate;
