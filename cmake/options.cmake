@@ -18,3 +18,11 @@ function(zrk_library name)
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE zrk_options)
 endfunction()
+
+# zrk_windows_resources(NAME DESCRIPTION): on Windows, the icon and the version record of a program.
+function(zrk_windows_resources target description)
+    if(WIN32)
+        configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/program.rc.in ${target}.rc @ONLY)
+        target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+    endif()
+endfunction()

@@ -1,9 +1,12 @@
 #include "app/App.h"
 #include "app/AppIcon.h"
 #include "app/AppOptions.h"
+#include "app/AppTitle.h"
 #include "app/LoaderStyle.h"
+#include "platform/StandardStreams.h"
 
 #include <QApplication>
+#include <QMessageBox>
 
 #include <algorithm>
 #include <cstdio>
@@ -13,6 +16,13 @@
 namespace {
 
 int print(const zrk::AppCommandLine& commandLine) {
+    if (!zrk::hasStandardOutput()) {
+        QMessageBox box;
+        box.setWindowTitle(zrk::applicationTitle());
+        box.setText(QStringLiteral("<pre>%1</pre>").arg(commandLine.message.toHtmlEscaped()));
+        (void)box.exec();
+        return commandLine.exitStatus;
+    }
     std::fputs(commandLine.message.toLocal8Bit().constData(), commandLine.exitStatus == 0 ? stdout : stderr);
     return commandLine.exitStatus;
 }
@@ -26,7 +36,7 @@ bool asksForText(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (asksForText(argc, argv)) {
+    if (zrk::hasStandardOutput() && asksForText(argc, argv)) {
         const QCoreApplication application(argc, argv);
         return print(zrk::readCommandLine(QCoreApplication::arguments()));
     }

@@ -3,6 +3,7 @@
 #include "config/HexConversions.h"
 #include "config/IniFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -18,7 +19,9 @@ namespace {
 constexpr std::chrono::milliseconds kDrainLimit = 3s;
 
 QString imageFolder(const CliOptions& options, const ProgramFacts& facts) {
-    return options.iniPath.isEmpty() ? facts.folder : QFileInfo(options.iniPath).absolutePath();
+    if (options.iniPath.isEmpty())
+        return facts.folder;
+    return QDir::toNativeSeparators(QFileInfo(options.iniPath).absolutePath());
 }
 
 bool has(const std::vector<Step>& steps, Step step) {
@@ -58,7 +61,7 @@ void Session::presetSlots() {
     if (m_options.iniPath.isEmpty()) {
         iniPath = m_loader.paths.joined(m_facts.name + QStringLiteral(".INI"));
     } else {
-        iniPath = QFileInfo(m_options.iniPath).absoluteFilePath();
+        iniPath = QDir::toNativeSeparators(QFileInfo(m_options.iniPath).absoluteFilePath());
         if (!FileExists(iniPath, true))
             throw UsageError(
                 QStringLiteral("--ini %1: there is no such file, it cannot be read, or it is empty.")

@@ -16,7 +16,7 @@ class Timer {
 };
 
 /// The event loop as the operations see it. Everything runs on the one thread that calls it;
-/// only wake() may be called from others.
+/// only wake() and post() may be called from others.
 class EventLoop {
   public:
     using TimePoint = std::chrono::steady_clock::time_point;
@@ -33,7 +33,7 @@ class EventLoop {
     /// Makes a present or the next wait() return. Safe from any thread.
     virtual void wake() = 0;
 
-    /// Runs the task once from the event loop, soon but not inside this call.
+    /// Runs the task once from the event loop, soon but not inside this call. Safe from any thread.
     virtual void post(std::function<void()> task) = 0;
 
     /// A clock that never goes back.

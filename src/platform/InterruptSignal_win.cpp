@@ -16,7 +16,12 @@ BOOL WINAPI onConsoleEvent(DWORD event) {
     std::function<void(bool)>* handler = interruptedHandler;
     if (loop == nullptr || handler == nullptr)
         return FALSE;
-    loop->post([handler, event] { (*handler)(event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT); });
+    const bool ended = event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT;
+    loop->post([handler, ended] { (*handler)(ended); });
+    // The process is ended as soon as this returns, or after some seconds. The program's own end is sooner,
+    // and takes this thread with it.
+    if (ended)
+        Sleep(INFINITE);
     return TRUE;
 }
 

@@ -25,6 +25,17 @@ OpenResult openFailure(const boost::system::error_code& error) {
     }
 }
 
+/// Reads the line's settings, lets `change` edit them and writes them back; false when the device refuses.
+template <typename Change>
+bool changeSettings(HANDLE handle, Change change) noexcept {
+    DCB line = {};
+    line.DCBlength = sizeof line;
+    if (!::GetCommState(handle, &line))
+        return false;
+    change(line);
+    return ::SetCommState(handle, &line) != 0;
+}
+
 } // namespace
 
 OpenResult NativePort::open(const std::string& device) {
@@ -33,6 +44,14 @@ OpenResult NativePort::open(const std::string& device) {
     if (error)
         return openFailure(error);
     m_handle = m_stream.native_handle();
+    // The stream switches both lines off, which holds a board in reset that has DTR wired to it. A device
+    // without these lines refuses, and does without.
+    (void)::EscapeCommFunction(m_handle, SETDTR);
+    (void)::EscapeCommFunction(m_handle, SETRTS);
+    (void)changeSettings(m_handle, [](DCB& line) {
+        line.fDtrControl = DTR_CONTROL_ENABLE;
+        line.fRtsControl = RTS_CONTROL_ENABLE;
+    });
     return {};
 }
 
@@ -49,21 +68,22 @@ void NativePort::discardReceived() noexcept {
 }
 
 bool NativePort::setXonXoff(bool on) noexcept {
-    DCB line = {};
-    line.DCBlength = sizeof line;
-    if (!::GetCommState(m_handle, &line))
-        return false;
     // The stream's own flow control option would switch DTR and RTS as well.
-    line.fOutX = on ? TRUE : FALSE;
-    line.fInX = on ? TRUE : FALSE;
-    line.fTXContinueOnXoff = TRUE;
-    line.XonChar = 0x11;
-    line.XoffChar = 0x13;
-    return ::SetCommState(m_handle, &line) != 0;
+    return changeSettings(m_handle, [on](DCB& line) {
+        line.fOutX = on ? TRUE : FALSE;
+        line.fInX = on ? TRUE : FALSE;
+        line.fTXContinueOnXoff = TRUE;
+        line.XonChar = 0x11;
+        line.XoffChar = 0x13;
+    });
 }
 
 bool NativePort::setDtr(bool on) noexcept {
-    return ::EscapeCommFunction(m_handle, on ? SETDTR : CLRDTR) != 0;
+    if (!::EscapeCommFunction(m_handle, on ? SETDTR : CLRDTR))
+        return false;
+    // Every later change of the settings sets the line anew, to what stands in them.
+    return changeSettings(
+        m_handle, [on](DCB& line) { line.fDtrControl = on ? DTR_CONTROL_ENABLE : DTR_CONTROL_DISABLE; });
 }
 
 std::size_t NativePort::unsentBytes() const noexcept {

@@ -4,12 +4,21 @@
 
 #ifdef _WIN32
 #include <io.h>
+#include <windows.h>
 #else
 #include <csignal>
 #include <unistd.h>
 #endif
 
 namespace zrk {
+
+bool hasStandardOutput() {
+#ifdef _WIN32
+    return GetFileType(GetStdHandle(STD_OUTPUT_HANDLE)) != FILE_TYPE_UNKNOWN;
+#else
+    return true;
+#endif
+}
 
 bool standardErrorIsTerminal() {
 #ifdef _WIN32

@@ -2,6 +2,9 @@
 
 namespace zrk {
 
+/// False for a program with a window that neither a console nor a redirection gives a place to write to.
+[[nodiscard]] bool hasStandardOutput();
+
 /// True when standard error is a terminal, where a line may be written over.
 [[nodiscard]] bool standardErrorIsTerminal();
 [[nodiscard]] bool standardOutputIsTerminal();
