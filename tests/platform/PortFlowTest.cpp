@@ -96,7 +96,7 @@ TEST_F(AsioSerialPortFlow, SendingWakesNobodyWhoDidNotAskForRoom) {
 TEST_F(AsioSerialPortFlow, WriteBeyondTheBoundReturnsWhenTheLineHasTakenEnough) {
     openPort();
     line.stopLine();
-    const QByteArray bytes = pattern(100'000);
+    const QByteArray bytes = pattern(102'400);
     port->write(QByteArrayView(bytes).first(512));
     QByteArray received;
     {
@@ -111,9 +111,9 @@ TEST_F(AsioSerialPortFlow, WriteBeyondTheBoundReturnsWhenTheLineHasTakenEnough) 
 
 // The limit is on a standstill, not on the whole: an image takes longer than it at full speed.
 TEST_F(AsioSerialPortFlow, SlowLineIsNoStall) {
-    constexpr auto kStall = 500ms;
+    constexpr auto kStall = 1500ms;
     openPort(kStall);
-    const QByteArray bytes = pattern(65'536);
+    const QByteArray bytes = pattern(102'400);
     const auto begin = loop.now();
     QByteArray received;
     {
