@@ -59,7 +59,7 @@ QString Activity::idleText() const {
     const int number = open ? m_port.CommPort() : m_controls.cmbComPort.selectedItemData();
     const QString device = m_port.deviceName(number);
     QString text = QStringLiteral("COM%1").arg(number);
-    if (!device.isEmpty())
+    if (!device.isEmpty() && !device.endsWith(text)) // a system may have no other name for it
         text += QStringLiteral(" (%1)").arg(device);
     text += open ? QStringLiteral(": open") : QStringLiteral(": closed");
     if (open && m_state.TerminalMode)
