@@ -7,8 +7,6 @@
 #include <QFileInfo>
 #include <QScreen>
 
-#include <algorithm>
-
 namespace zrk {
 namespace {
 
@@ -17,18 +15,6 @@ QString imageFolder(const QString& iniPath) {
     if (iniPath.isEmpty())
         return programFacts().folder;
     return QDir::toNativeSeparators(QFileInfo(iniPath).absolutePath());
-}
-
-/// Only for a window that has been shown: its frame is known then, and its designed size remembered.
-void fitIntoScreen(QWidget& window) {
-    const QRect available = window.screen()->availableGeometry();
-    if (available.contains(window.frameGeometry()))
-        return;
-    const QSize frame = window.frameGeometry().size() - window.size();
-    window.resize(window.size().boundedTo(available.size() - frame));
-    const QRect placed = window.frameGeometry();
-    window.move(std::clamp(placed.x(), available.x(), available.right() + 1 - placed.width()),
-                std::clamp(placed.y(), available.y(), available.bottom() + 1 - placed.height()));
 }
 
 } // namespace
@@ -45,7 +31,7 @@ void App::start() {
     m_window.show();
     // A message box that start-up brings is centred on the window, wherever that is.
     onceOnScreen(m_window, [this] {
-        fitIntoScreen(m_window);
+        m_window.fitInto(m_window.screen()->availableGeometry());
         m_loader.startUp.Form_Load(programFacts(), m_loader.paths, m_iniPath);
         if (m_bringsUp)
             bringUp();

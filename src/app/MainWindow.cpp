@@ -18,6 +18,8 @@
 #include <QLayout>
 #include <QMenuBar>
 
+#include <algorithm>
+
 namespace zrk {
 namespace {
 
@@ -70,6 +72,19 @@ MainWindow::MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()
 
 MainWindow::~MainWindow() {
     unbindWindow(m_loader);
+}
+
+void MainWindow::fitInto(const QRect& available) {
+    if (available.contains(frameGeometry()))
+        return;
+    const QSize frame = frameGeometry().size() - size();
+    // Less high than this would be refused.
+    const int lowest = height() - m_widgets.txtStatus->height();
+    const QSize room = available.size() - frame;
+    resize(std::min(width(), room.width()), std::min(height(), std::max(lowest, room.height())));
+    const QRect placed = frameGeometry();
+    move(std::max(available.x(), std::min(placed.x(), available.right() + 1 - placed.width())),
+         std::max(available.y(), std::min(placed.y(), available.bottom() + 1 - placed.height())));
 }
 
 void MainWindow::buildMenus() {

@@ -23,6 +23,10 @@ class MainWindow final : public QMainWindow {
     MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()> showAbout);
     ~MainWindow() override;
 
+    /// Makes the window, once it is shown, fit into `available` with its frame. Where the controls alone do
+    /// not fit, the top left of the window stays in sight.
+    void fitInto(const QRect& available);
+
   protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

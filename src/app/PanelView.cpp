@@ -1,6 +1,9 @@
 #include "app/PanelView.h"
 
 #include <QApplication>
+#include <QScrollBar>
+
+#include <algorithm>
 
 namespace zrk {
 
@@ -12,10 +15,27 @@ PanelView::PanelView(QWidget* panel, QWidget* parent) : QScrollArea(parent) {
     setWidgetResizable(true);
     setWidget(panel);
     // However the focus got there, but not under a button that the mouse is about to release.
-    connect(qApp, &QApplication::focusChanged, this, [this, panel](QWidget*, QWidget* now) {
-        if (now != nullptr && panel->isAncestorOf(now) && QApplication::mouseButtons() == Qt::NoButton)
-            ensureWidgetVisible(now);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (QApplication::mouseButtons() == Qt::NoButton)
+            showWhole(now);
     });
+}
+
+bool PanelView::focusNextPrevChild(bool next) {
+    const bool moved = QScrollArea::focusNextPrevChild(next);
+    showWhole(QApplication::focusWidget());
+    return moved;
+}
+
+/// The base class would look for the input cursor only.
+void PanelView::showWhole(const QWidget* control) {
+    if (control == nullptr || !widget()->isAncestorOf(control))
+        return;
+    constexpr int kMargin = 8;
+    const QRect place(control->mapTo(widget(), QPoint()), control->size());
+    QScrollBar& bar = *horizontalScrollBar();
+    const int rightmost = std::max(bar.value(), place.right() + 1 + kMargin - viewport()->width());
+    bar.setValue(std::min(rightmost, place.left() - kMargin));
 }
 
 } // namespace zrk

@@ -13,6 +13,12 @@ class PanelView final : public QScrollArea {
     PanelView(QWidget* panel, QWidget* parent);
 
     [[nodiscard]] QSize sizeHint() const override { return widget()->sizeHint(); }
+
+  protected:
+    bool focusNextPrevChild(bool next) override;
+
+  private:
+    void showWhole(const QWidget* control);
 };
 
 } // namespace zrk

@@ -1,7 +1,9 @@
 #include "app/SnapBack.h"
 
+#include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QWidget>
+#include <QWindow>
 
 #include <algorithm>
 #include <chrono>
@@ -13,47 +15,70 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds kInsistence = 200ms;
-constexpr std::chrono::milliseconds kPause = 250ms;
-constexpr int kMostDoublings = 3; // of the pause
+constexpr std::chrono::milliseconds kForgotten = 3s;
 constexpr int kMostAttempts = 6;
+
+std::chrono::milliseconds pauseAfter(int attempts) {
+    constexpr int kMostDoublings = 3;
+    return 250ms * (1 << std::clamp(attempts - 1, 0, kMostDoublings));
+}
 
 } // namespace
 
 SnapBack::SnapBack(QWidget& window) : m_window(window) {
     m_retry.setSingleShot(true);
-    m_retry.callOnTimeout(&m_window, [this] { goBack(); });
+    m_retry.callOnTimeout(this, [this] { goBack(); });
 }
 
 void SnapBack::refuse(QSize lastGood) {
     if (m_goingBack)
         return;
     m_lastGood = lastGood;
-    if (m_window.size() != m_refused)
+    const auto quiet = m_isAnswered ? kInsistence : kForgotten;
+    if (m_window.size() != m_refused || m_sinceAttempt.elapsed() >= quiet.count())
         m_attempts = 0;
     m_refused = m_window.size();
     // The same size at once as the answer means that it is held, and asking at once again is no use.
     if (m_attempts == 0 || m_sinceAttempt.elapsed() >= kInsistence.count())
         goBack();
+    else
+        m_retry.start(pauseAfter(m_attempts));
 }
 
 void SnapBack::accept() {
-    if (m_goingBack || m_window.size() == m_lastGood)
-        return;
-    m_retry.stop();
-    m_attempts = 0;
+    if (!m_goingBack && m_window.size() != m_lastGood)
+        m_retry.stop();
 }
 
 void SnapBack::goBack() {
     if (m_attempts >= kMostAttempts)
         return;
-    const QScopedValueRollback goingBack(m_goingBack, true);
-    // A request that went unheard leaves the window believing that it has the size: ask for another one.
-    if (m_window.size() == m_lastGood)
-        m_window.resize(m_lastGood + QSize(0, 1));
-    m_window.resize(m_window.width(), m_lastGood.height());
-    m_window.resize(m_lastGood.width(), m_window.height());
+    ++m_attempts;
+    m_isAnswered = false;
+    if (QWindow* native = m_window.windowHandle())
+        native->installEventFilter(this);
+    {
+        const QScopedValueRollback goingBack(m_goingBack, true);
+        // A request that went unheard leaves the window believing that it has the size: ask for another one.
+        if (m_window.size() == m_lastGood)
+            m_window.resize(m_lastGood + QSize(0, 1));
+        m_window.resize(m_window.width(), m_lastGood.height());
+        m_window.resize(m_lastGood.width(), m_window.height());
+    }
     m_sinceAttempt.start();
-    m_retry.start(kPause * (1 << std::min(m_attempts++, kMostDoublings)));
+    if (!m_isAnswered)
+        m_retry.start(pauseAfter(m_attempts));
+}
+
+// What the system gives the window. The answer to an older request may come when the window has been given
+// another size since.
+bool SnapBack::eventFilter(QObject* /*watched*/, QEvent* event) {
+    if (event->type() == QEvent::Resize && static_cast<QResizeEvent*>(event)->size() == m_lastGood &&
+        m_window.size() == m_lastGood) {
+        m_isAnswered = true;
+        m_retry.stop();
+    }
+    return false;
 }
 
 } // namespace zrk

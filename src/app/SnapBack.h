@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QObject>
 #include <QSize>
 #include <QTimer>
 
@@ -10,7 +11,7 @@ namespace zrk {
 
 /// Takes a window back to its last good size. A window manager may hold on to another size for a while, as
 /// long as the user drags for instance, and need not even answer; so it is asked again some times.
-class SnapBack {
+class SnapBack final : public QObject {
   public:
     /// The window must outlive this.
     explicit SnapBack(QWidget& window);
@@ -20,6 +21,9 @@ class SnapBack {
 
     /// The window has a size that it can keep.
     void accept();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void goBack();
@@ -31,6 +35,7 @@ class SnapBack {
     QTimer m_retry;
     int m_attempts = 0;
     bool m_goingBack = false;
+    bool m_isAnswered = false; ///< the system has given the window its last good size
 };
 
 } // namespace zrk

@@ -20,22 +20,39 @@ void sink(QFrame* panel) {
     panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
 }
 
+/// A widget that likes to be so wide, and can be narrower.
+template <typename W>
+class Roomy final : public W {
+  public:
+    Roomy(int width, QWidget* parent) : W(parent), m_width(width) {}
+
+    [[nodiscard]] QSize sizeHint() const override { return W::sizeHint().expandedTo(QSize(m_width, 0)); }
+
+  private:
+    int m_width;
+};
+
 } // namespace
 
 void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
     widgets.staStatus = named(new QStatusBar(&window), QStringLiteral("staStatus"));
     widgets.firstPanel = named(new ElidedLabel(widgets.staStatus), QStringLiteral("staStatus_0"));
-    widgets.secondPanel = named(new QLabel(widgets.staStatus), QStringLiteral("staStatus_1"));
+    const QFontMetrics metrics = widgets.staStatus->fontMetrics();
+    const int digit = metrics.horizontalAdvance(QLatin1Char('8'));
+    // What goes on is told there, and the last to give way in a narrow window.
+    widgets.firstPanel->setMinimumWidth(20 * digit);
+    const int counters = metrics.horizontalAdvance(QStringLiteral(" bytes sent 67108864 / 67108864 "));
+    widgets.secondPanel =
+        named(new Roomy<QLabel>(counters, widgets.staStatus), QStringLiteral("staStatus_1"));
     auto* thirdPanel = named(new QFrame(widgets.staStatus), QStringLiteral("staStatus_2"));
     for (QFrame* panel :
          {static_cast<QFrame*>(widgets.firstPanel), static_cast<QFrame*>(widgets.secondPanel), thirdPanel})
         sink(panel);
-    const QFontMetrics metrics = widgets.secondPanel->fontMetrics();
-    widgets.secondPanel->setMinimumWidth(
-        metrics.horizontalAdvance(QStringLiteral(" bytes sent 67108864 / 67108864 ")));
 
-    widgets.pgbDownload = named(new QProgressBar(thirdPanel), QStringLiteral("pgbDownload"));
-    widgets.pgbDownload->setFixedSize(metrics.horizontalAdvance(QLatin1Char('8')) * 26, metrics.height());
+    widgets.pgbDownload =
+        named(new Roomy<QProgressBar>(26 * digit, thirdPanel), QStringLiteral("pgbDownload"));
+    widgets.pgbDownload->setFixedHeight(metrics.height());
+    widgets.pgbDownload->setMinimumWidth(8 * digit);
     auto* panelLayout = new QHBoxLayout(thirdPanel);
     panelLayout->setContentsMargins(0, 0, 0, 0);
     panelLayout->addWidget(widgets.pgbDownload);

@@ -23,10 +23,10 @@ constexpr const char* kDescription =
     "  flash    program the flash image into the board's NAND flash\n"
     "\n"
     "The console text goes to standard output, everything else to standard error.\n"
-    "Ctrl-C cancels. Exit status: 0 all steps done; 1 internal failure; 2 usage,\n"
-    "configuration or address error, nothing was sent; 3 the port could not be\n"
-    "opened; 4 no answer in time; 5 wrong answer or refusal; 6 the port was lost;\n"
-    "130 cancelled.";
+    "Ctrl-C cancels. Exit status: 0 all steps done; 1 internal failure, or standard\n"
+    "output could not be written; 2 usage, configuration or address error, nothing\n"
+    "was sent; 3 the port could not be opened; 4 no answer in time; 5 wrong answer\n"
+    "or refusal; 6 the port was lost; 130 cancelled.";
 
 void addOptions(QCommandLineParser& parser) {
     const auto add = [&parser](const QString& name, const QString& text, const QString& value = {}) {

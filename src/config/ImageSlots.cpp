@@ -50,7 +50,7 @@ void ImageSlots::checkFile(int slot) {
     if (!path.isEmpty() && path == chosen.path) {
         const QFileInfo now(path);
         if (!now.exists())
-            mark = QStringLiteral("The file is gone. Choose another with Browse.");
+            mark = QStringLiteral("The file is gone. Choose another one.");
         else if (now.size() != chosen.size || now.lastModified() != chosen.changed)
             mark = QStringLiteral("The file has changed since it was chosen; the size shown is the old one. "
                                   "Choose it again to use the new size.");

@@ -102,6 +102,11 @@ TEST_F(ResizedWindow, OnlyTheConsoleFollowsTheWindow) {
     EXPECT_EQ(window.height(), 100);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.size() == window0; }));
     EXPECT_EQ(text->geometry(), text0);
+    // On a screen that is too small for the controls the console is as good as gone, and no more.
+    window.fitInto({10, 20, 300, 200});
+    EXPECT_EQ(window.frameGeometry().width(), 300);
+    EXPECT_EQ(text->height(), 0);
+    EXPECT_EQ(window.pos(), QPoint(10, 20));
 }
 
 } // namespace

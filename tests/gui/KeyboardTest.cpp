@@ -111,10 +111,20 @@ TEST_F(Keyboard, TabLeavesTheConsoleExceptInTerminalModeAndShiftTabAlways) {
 
 TEST_F(Keyboard, ANarrowWindowShowsWhatHasTheFocus) {
     window.resize(window.width() / 2, window.height());
-    for (const char* name : {"cmdCancel", "chkExeURK_0", "txtStatus"}) {
+    const auto isWhole = [](const QWidget* control) {
+        return control->visibleRegion().boundingRect() == control->rect();
+    };
+    // An unfinished line, whose end is where the cursor is.
+    loader.controls.txtStatus.append(QString(window.width() / 12, 'x'));
+    for (const char* name :
+         {"cmdValidateAdrs", "chkExeURK_0", "txtStartAddress_0", "cmdCancel", "txtStatus"}) {
         auto* control = find<QWidget>(QLatin1String(name));
         control->setFocus();
-        EXPECT_EQ(control->visibleRegion().boundingRect(), control->rect()) << name;
+        EXPECT_TRUE(isWhole(control)) << name;
+    }
+    for (const Qt::Key key : {Qt::Key_Backtab, Qt::Key_Tab}) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        EXPECT_TRUE(isWhole(QApplication::focusWidget())) << key;
     }
 }
 
