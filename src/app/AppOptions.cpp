@@ -53,22 +53,15 @@ QString givenValue(const Parser& given, const QCommandLineOption& option) {
     return value;
 }
 
-QString portDevice(const Parser& given, const PortNames::Overrides& ports) {
-    const QString name = givenValue(given, given.port);
-    QString device = PortNames(ports).deviceNamed(name);
-    if (device.isEmpty())
-        throw RuntimeFailure(FailureKind::InvalidArgument,
-                             QStringLiteral("--port %1: that port has no device on this machine.").arg(name));
-    return device;
-}
-
 AppOptions optionsOf(const Parser& given) {
     AppOptions options;
-    for (const QString& text : given.parser.values(given.com))
-        options.ports.insert_or_assign(PortNames::parseOverride(text).first,
-                                       PortNames::parseOverride(text).second);
+    for (const QString& text : given.parser.values(given.com)) {
+        const auto [number, device] = PortNames::parseOverride(text);
+        options.ports.insert_or_assign(number, device);
+    }
     if (given.parser.isSet(given.port))
-        options.ports.insert_or_assign(1, portDevice(given, options.ports));
+        options.ports.insert_or_assign(1,
+                                       PortNames(options.ports).optionDevice(givenValue(given, given.port)));
     if (given.parser.isSet(given.ini))
         options.iniPath = QFileInfo(givenValue(given, given.ini)).absoluteFilePath();
     options.bringUp = given.parser.isSet(given.bringUp);

@@ -103,13 +103,9 @@ void readPorts(const QCommandLineParser& parser, CliOptions& options) {
             selected = portNumberNamed(value);
             continue;
         }
-        try {
-            const auto entry = PortNames::parseOverride(value);
-            options.ports.insert_or_assign(entry.first, entry.second);
-            mapped = entry.first;
-        } catch (const RuntimeFailure& failure) {
-            throw UsageError(failure.description());
-        }
+        const auto [number, device] = PortNames::parseOverride(value);
+        options.ports.insert_or_assign(number, device);
+        mapped = number;
     }
     options.portNumber = selected.value_or(mapped.value_or(1));
     if (!parser.isSet(QStringLiteral("port")))
@@ -118,11 +114,8 @@ void readPorts(const QCommandLineParser& parser, CliOptions& options) {
         throw UsageError(QStringLiteral("--port names the device of COM1, but --com selects COM%1; give one "
                                         "of the two.")
                              .arg(options.portNumber));
-    const QString name = parser.value(QStringLiteral("port"));
-    const QString device = PortNames(options.ports).deviceNamed(name);
-    if (device.isEmpty())
-        throw UsageError(QStringLiteral("--port %1: that port has no device on this machine.").arg(name));
-    options.ports.insert_or_assign(1, device);
+    options.ports.insert_or_assign(
+        1, PortNames(options.ports).optionDevice(parser.value(QStringLiteral("port"))));
 }
 
 void readWaitLimit(const QCommandLineParser& parser, CliOptions& options) {
@@ -171,7 +164,11 @@ std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const Q
         options.steps.push_back(stepNamed(name));
     if (options.steps.empty())
         throw UsageError(QStringLiteral("No step given: say load, start, check or flash."));
-    readPorts(parser, options);
+    try {
+        readPorts(parser, options);
+    } catch (const RuntimeFailure& failure) {
+        throw UsageError(failure.description());
+    }
     readWaitLimit(parser, options);
     refuseEmptyValues(parser);
     options.iniPath = parser.value(QStringLiteral("ini"));

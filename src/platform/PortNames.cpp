@@ -52,6 +52,14 @@ QString PortNames::deviceNamed(const QString& name) const {
     return match.hasMatch() ? device(match.captured(1).toInt()) : name;
 }
 
+QString PortNames::optionDevice(const QString& name) const {
+    QString device = deviceNamed(name);
+    if (device.isEmpty())
+        throw RuntimeFailure(FailureKind::InvalidArgument,
+                             QStringLiteral("--port %1: that port has no device on this machine.").arg(name));
+    return device;
+}
+
 QStringList PortNames::candidates(int number) {
 #ifdef Q_OS_WIN
     return {QStringLiteral("\\\\.\\COM%1").arg(number)};

@@ -35,6 +35,10 @@ class PortNames {
     /// "" when it is a port that has no device.
     [[nodiscard]] QString deviceNamed(const QString& name) const;
 
+    /// The device that the value of the option --port names, as deviceNamed.
+    /// Throws RuntimeFailure (InvalidArgument) where that has none.
+    [[nodiscard]] QString optionDevice(const QString& name) const;
+
     /// The system's own devices for a port number, in the order in which they are looked for.
     [[nodiscard]] static QStringList candidates(int number);
 

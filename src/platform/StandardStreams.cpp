@@ -11,6 +11,17 @@
 #endif
 
 namespace zrk {
+namespace {
+
+bool isTerminal(std::FILE* stream) {
+#ifdef _WIN32
+    return _isatty(_fileno(stream)) != 0;
+#else
+    return isatty(fileno(stream)) == 1;
+#endif
+}
+
+} // namespace
 
 bool hasStandardOutput() {
 #ifdef _WIN32
@@ -21,19 +32,11 @@ bool hasStandardOutput() {
 }
 
 bool standardErrorIsTerminal() {
-#ifdef _WIN32
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) == 1;
-#endif
+    return isTerminal(stderr);
 }
 
 bool standardOutputIsTerminal() {
-#ifdef _WIN32
-    return _isatty(_fileno(stdout)) != 0;
-#else
-    return isatty(STDOUT_FILENO) == 1;
-#endif
+    return isTerminal(stdout);
 }
 
 void ignoreBrokenPipes() {
