@@ -62,6 +62,10 @@ qsizetype AsioSerialPort::transmitRoom() {
     return driver().transmitRoom();
 }
 
+qsizetype AsioSerialPort::unsentBytes() const noexcept {
+    return m_driver ? m_driver->unsentBytes() : 0;
+}
+
 void AsioSerialPort::setHandshaking(Handshaking handshaking) {
     m_handshaking = handshaking;
     if (!m_driver)

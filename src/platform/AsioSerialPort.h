@@ -35,6 +35,7 @@ class AsioSerialPort final : public SerialPort {
     [[nodiscard]] QByteArray read(qsizetype most) override;
     void write(QByteArrayView bytes) override;
     [[nodiscard]] qsizetype transmitRoom() override;
+    [[nodiscard]] qsizetype unsentBytes() const noexcept override;
     void setHandshaking(Handshaking handshaking) override;
     bool setDtr(bool on) override;
 

@@ -118,6 +118,11 @@ qsizetype PortDriver::transmitRoom() {
     return static_cast<qsizetype>(m_queue.room());
 }
 
+qsizetype PortDriver::unsentBytes() const {
+    const Lock lock(m_mutex);
+    return m_failure ? 0 : static_cast<qsizetype>(m_queue.size() + m_native.unsentBytes());
+}
+
 void PortDriver::setHandshaking(Handshaking handshaking) {
     const bool on = handshaking == Handshaking::XonXoff;
     {

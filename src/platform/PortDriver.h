@@ -48,6 +48,7 @@ class PortDriver {
     [[nodiscard]] QByteArray read(qsizetype most);
     void write(QByteArrayView bytes);
     [[nodiscard]] qsizetype transmitRoom();
+    [[nodiscard]] qsizetype unsentBytes() const;
     void setHandshaking(Handshaking handshaking);
     bool setDtr(bool on);
     [[nodiscard]] bool drain(std::chrono::milliseconds limit);

@@ -57,6 +57,10 @@ class SerialPort {
     /// Bytes that write() takes without blocking, 0 to kTransmitQueueSize.
     [[nodiscard]] virtual qsizetype transmitRoom() = 0;
 
+    /// Bytes that were written and have not left yet, in the program or in the device's driver, as far as
+    /// that can tell; 0 when closed or lost. Never throws.
+    [[nodiscard]] virtual qsizetype unsentBytes() const noexcept = 0;
+
     /// Flow control; remembered while the port is closed and applied at the next open. Throws
     /// RuntimeFailure (PortLost) on a lost device.
     virtual void setHandshaking(Handshaking handshaking) = 0;

@@ -26,6 +26,9 @@ class LinePort : public zrk::SerialPort {
     [[nodiscard]] QByteArray read(qsizetype most) override;
     void write(QByteArrayView bytes) override;
     [[nodiscard]] qsizetype transmitRoom() override;
+    [[nodiscard]] qsizetype unsentBytes() const noexcept override {
+        return m_lost ? 0 : static_cast<qsizetype>(m_line.size());
+    }
     void setHandshaking(zrk::Handshaking handshaking) override;
     bool setDtr(bool on) override;
 
