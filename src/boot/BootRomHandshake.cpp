@@ -1,6 +1,7 @@
 #include "boot/BootRomHandshake.h"
 
 #include "boot/WaitDialog.h"
+#include "serial/ComPort.h"
 #include "serial/StatusConsole.h"
 #include "serial/Transport.h"
 
@@ -15,6 +16,11 @@ bool BootRomHandshake::run() {
         return false;
     m_transport.ArmReplyTimer(true);
     m_console.PrintStatus(QStringLiteral("Sending 'A' .. "));
+    // A board announces itself until it is answered. What it said in the meantime, when we were late, must
+    // not pass for its answer; it is the announcement once more, and not shown again. With the protocols
+    // muted the user talks to the board by hand, and what lies there is an answer.
+    if (!m_state.DebugMode)
+        m_port.skip('5');
     m_transport.SendString(QStringLiteral("A"));
     m_console.PrintStatus(QStringLiteral("done!/n"));
 

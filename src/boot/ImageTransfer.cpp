@@ -61,13 +61,7 @@ void ImageTransfer::sendHeader(int slot) {
     sendNumber(m_controls.txtStartAddress[i].Text);
     m_console.PrintStatus(QStringLiteral("done!/n"));
     m_console.PrintStatus(QStringLiteral("Sending size .. "));
-    const QString size = m_controls.lblCodeSize[i].Caption;
-    if (size.isEmpty())
-        throw RuntimeFailure(FailureKind::TypeMismatch,
-                             QStringLiteral("Type mismatch: the slot \"%1\" has no file and so no size. "
-                                            "Choose a file for it.")
-                                 .arg(m_controls.slotTitle(i)));
-    sendNumber(size);
+    sendNumber(m_controls.sizeOf(i));
     m_console.PrintStatus(QStringLiteral("done!/n"));
 }
 

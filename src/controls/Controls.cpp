@@ -69,4 +69,14 @@ QString Controls::slotTitle(std::size_t slot) const {
     return QString(chkExeURK.at(slot).Caption).remove(QLatin1Char('&'));
 }
 
+QString Controls::sizeOf(std::size_t slot) const {
+    const QString size = lblCodeSize.at(slot).Caption;
+    if (size.isEmpty())
+        throw RuntimeFailure(FailureKind::TypeMismatch,
+                             QStringLiteral("Type mismatch: the slot \"%1\" has no file and so no size. "
+                                            "Choose a file for it.")
+                                 .arg(slotTitle(slot)));
+    return size;
+}
+
 } // namespace zrk

@@ -76,6 +76,10 @@ struct Controls {
     /// A slot's caption without the mark of its access key, for example "UBoot image".
     [[nodiscard]] QString slotTitle(std::size_t slot) const;
 
+    /// A slot's size as its label shows it. Throws RuntimeFailure (TypeMismatch), which names the slot and
+    /// what to do, when it has none.
+    [[nodiscard]] QString sizeOf(std::size_t slot) const;
+
     Label lblHeader;
 
     // One of each per image slot.

@@ -74,9 +74,12 @@ bool FlashFrames::readVersionInformation() {
     return true;
 }
 
-void FlashFrames::sendHeaderStart(const QString& address, const QString& size) {
+void FlashFrames::sendHeaderStart(const QString& address) {
     sendBytes(std::array<std::uint8_t, 6>{kStart, 0x18, 0, 0, 0, kHeader});
     sendBytes(lineBytes(address));
+}
+
+void FlashFrames::sendHeaderSize(const QString& size) {
     sendBytes(lineBytes(size));
     sendBytes(std::array<std::uint8_t, 6>{0x03, 0, 0, 0, 0x01, 0});
 }

@@ -40,10 +40,12 @@ class FlashFrames {
     /// with 02. A length out of range is a RuntimeFailure (WrongAnswer). Yields, without a time limit.
     [[nodiscard]] bool readVersionInformation();
 
-    /// The first twenty bytes of NAND FLASH HEADER:
-    /// 02 | 18 00 00 00 | AE | flash address, 4 | image size, 4 | 03 00 00 00 | 01 | 00.
-    /// The texts are numbers as HexByte takes them.
-    void sendHeaderStart(const QString& address, const QString& size);
+    /// The first ten bytes of NAND FLASH HEADER: 02 | 18 00 00 00 | AE | flash address, 4.
+    /// The text is a number as HexByte takes it.
+    void sendHeaderStart(const QString& address);
+
+    /// Its next ten: image size, 4 | 03 00 00 00 | 01 | 00.
+    void sendHeaderSize(const QString& size);
 
     /// Its last four: erase flag 00 or 01 | 00 00 | 03.
     void sendHeaderEnd(bool erase);

@@ -40,6 +40,8 @@ LongOperation::End FlashProgramming::program() {
         m_state.MessageText = QStringLiteral("No pg_sibl binary specified in INI file");
         (void)m_boxes.show(
             {m_state.MessageText, MessageIcon::Exclamation, MessageButtons::Ok, QStringLiteral("Error")});
+        // The box may have been open for long; only what the board says from now on counts.
+        m_port.discardReceived();
     }
     const bool programmed = m_handshake.run() && m_transfer.SendImage(kPgSibl) && wake() &&
                             requestVersion() && sendHeader() && sendData() && sendEndOfData() &&
@@ -57,8 +59,11 @@ bool FlashProgramming::wake() {
     m_transport.SendString(QStringLiteral("F"));
     m_console.PrintStatus(QStringLiteral("done!/n"));
     m_console.PrintStatus(QStringLiteral("Expect 'F' .. "));
-    if (!m_transport.ExpectChar(QStringLiteral("F")))
-        return false;
+    {
+        const WaitNote note = m_transport.noteWait(QStringLiteral("The board starts pg_sibl"));
+        if (!m_transport.ExpectChar(QStringLiteral("F")))
+            return false;
+    }
     m_console.PrintStatus(QStringLiteral(" .. found!/n"));
     m_console.PrintStatus(QStringLiteral("Sending 'S' .. "));
     m_transport.SendString(QStringLiteral("S"));
@@ -71,14 +76,15 @@ bool FlashProgramming::requestVersion() {
     m_frames.SendCommandFrame(FlashFrames::kVersionRequest);
     m_console.PrintStatus(QStringLiteral("done!/n"));
     m_console.PrintStatus(QStringLiteral("Reading VERSION INFORMATION frame .. "));
+    const WaitNote note = m_transport.noteWait(QStringLiteral("The board tells pg_sibl's version"));
     return m_frames.readVersionInformation();
 }
 
 bool FlashProgramming::sendHeader() {
     m_console.PrintStatus(QStringLiteral("Sending NAND FLASH HEADER frame .. "));
     m_headerStarted = true;
-    m_frames.sendHeaderStart(m_controls.txtStartAddress[kFlashImage].Text,
-                             m_controls.lblCodeSize[kFlashImage].Caption);
+    m_frames.sendHeaderStart(m_controls.txtStartAddress[kFlashImage].Text);
+    m_frames.sendHeaderSize(m_controls.sizeOf(kFlashImage));
     const bool erase = m_controls.chkErase.isTicked();
     if (erase)
         m_console.PrintStatus(QStringLiteral("(ERASING FLASH) .. "));
@@ -93,6 +99,9 @@ bool FlashProgramming::sendData() {
     // Its result tells of an acceptance, which a payload does not have.
     (void)m_transfer.SendImage(kFlashImage);
     m_frames.sendDataEnd();
+    // The abort closes the port, which drops what is still queued; a frame that was begun is ended first.
+    if (m_state.CancelRequested)
+        m_transport.letOut();
     return awaitAck(QStringLiteral("The board programs the flash"));
 }
 

@@ -54,6 +54,10 @@ QByteArray AsioSerialPort::read(qsizetype most) {
     return driver().read(most);
 }
 
+void AsioSerialPort::skip(char byte) {
+    driver().skip(byte);
+}
+
 void AsioSerialPort::write(QByteArrayView bytes) {
     driver().write(bytes);
 }

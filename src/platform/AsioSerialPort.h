@@ -33,6 +33,7 @@ class AsioSerialPort final : public SerialPort {
     [[nodiscard]] QString deviceName(int number) const override;
     [[nodiscard]] qsizetype bytesWaiting() override;
     [[nodiscard]] QByteArray read(qsizetype most) override;
+    void skip(char byte) override;
     void write(QByteArrayView bytes) override;
     [[nodiscard]] qsizetype transmitRoom() override;
     [[nodiscard]] qsizetype unsentBytes() const noexcept override;

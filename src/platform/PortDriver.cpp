@@ -90,6 +90,13 @@ QByteArray PortDriver::read(qsizetype most) {
     return bytes;
 }
 
+void PortDriver::skip(char byte) {
+    const Lock lock(m_mutex);
+    const auto other =
+        std::find_if(m_received.cbegin(), m_received.cend(), [byte](char c) { return c != byte; });
+    m_received.remove(0, other - m_received.cbegin());
+}
+
 void PortDriver::write(QByteArrayView bytes) {
     std::span<const char> rest(bytes.data(), static_cast<std::size_t>(bytes.size()));
     Lock lock(m_mutex);

@@ -46,6 +46,7 @@ class PortDriver {
     [[nodiscard]] bool isLost() const;
     [[nodiscard]] qsizetype bytesWaiting() const;
     [[nodiscard]] QByteArray read(qsizetype most);
+    void skip(char byte);
     void write(QByteArrayView bytes);
     [[nodiscard]] qsizetype transmitRoom();
     [[nodiscard]] qsizetype unsentBytes() const;

@@ -49,6 +49,9 @@ class SerialPort {
     /// Takes up to `most` received bytes; empty when nothing waits.
     [[nodiscard]] virtual QByteArray read(qsizetype most) = 0;
 
+    /// Takes the received bytes that wait in front as long as each is `byte`, and drops them.
+    virtual void skip(char byte) = 0;
+
     /// Hands bytes to the transmit queue, in order. With a full queue it blocks until the line has
     /// taken enough; if the line takes nothing at all for seconds it throws (PortLost), unless
     /// XON/XOFF has stopped it.

@@ -35,6 +35,10 @@ QString ComPort::Input() {
     return QString::fromLatin1(m_port.read(most));
 }
 
+void ComPort::discardReceived() {
+    (void)m_port.read(std::numeric_limits<qsizetype>::max());
+}
+
 void ComPort::Output(const QString& text) {
     if (!fitsOneByteCodes(text))
         throw RuntimeFailure(FailureKind::InvalidArgument,

@@ -33,10 +33,17 @@ class ComPort {
     /// Binary: exactly one byte, or none. Text: everything waiting. A byte is the character of its code.
     [[nodiscard]] QString Input();
 
+    /// Drops the received bytes that wait in front as long as each is `byte`, or all that have been received.
+    void skip(char byte) { m_port.skip(byte); }
+    void discardReceived();
+
     /// Sends every character as one byte, its code. A character above 255 fails with InvalidArgument
     /// before anything is sent.
     void Output(const QString& text);
     void Output(char byte) { m_port.write(QByteArrayView(&byte, 1)); }
+
+    /// Bytes that were sent and have not left yet.
+    [[nodiscard]] qsizetype unsentBytes() const noexcept { return m_port.unsentBytes(); }
 
     /// Bytes that Output takes without waiting for the line.
     [[nodiscard]] qsizetype transmitRoom() { return m_port.transmitRoom(); }

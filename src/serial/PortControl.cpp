@@ -29,8 +29,6 @@ void PortControl::cmdCancel_Click() {
     }
     m_port.CloseComPort();
     m_console.PrintStatus(QStringLiteral("/n--- Closing port ---/n"));
-    if (m_port.isOpen())
-        return; // something started inside the print, and the port and the buttons are its own
     resetStartButtons();
     try {
         m_terminal.switchTo(false);

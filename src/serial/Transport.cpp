@@ -14,6 +14,9 @@ constexpr std::chrono::milliseconds kSentStatusInterval = 250ms;
 constexpr std::chrono::milliseconds kReplyInterval = 5000ms;
 constexpr std::chrono::milliseconds kReplyIntervalDebug = 10000ms;
 constexpr qsizetype kRoomForClosingBytes = 16;
+constexpr std::chrono::milliseconds kLetOutLimit = 2000ms;
+constexpr std::chrono::milliseconds kLetOutStall = 300ms;
+constexpr std::chrono::milliseconds kLetOutLook = 5ms;
 
 } // namespace
 
@@ -64,6 +67,21 @@ void Transport::ArmReplyTimer(bool enable) {
 
 bool Transport::hasRoom() {
     return m_state.DebugMode || m_port.transmitRoom() > kRoomForClosingBytes;
+}
+
+void Transport::letOut() {
+    const auto end = m_loop.now() + kLetOutLimit;
+    const auto timer = m_loop.createTimer([] {});
+    timer->start(kLetOutLook);
+    auto lastProgress = m_loop.now();
+    qsizetype unsent = m_port.unsentBytes();
+    while (unsent > 0 && m_loop.now() < end && m_loop.now() - lastProgress < kLetOutStall) {
+        m_loop.wait();
+        const qsizetype now = m_port.unsentBytes();
+        if (now < unsent)
+            lastProgress = m_loop.now();
+        unsent = now;
+    }
 }
 
 void Transport::timTimeOut_Timer() {

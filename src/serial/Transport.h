@@ -55,6 +55,10 @@ class Transport {
     /// Blocks until something happens (the line takes bytes, a click, a tick) and runs it.
     void waitForRoom() { m_loop.wait(); }
 
+    /// Waits, yielding, until all that was sent has left the port: two seconds at most, and no longer than
+    /// the line goes on taking bytes.
+    void letOut();
+
     /// The reply time-out has expired: asks the running wait to stop and tells the user.
     void timTimeOut_Timer();
 

@@ -262,6 +262,31 @@ TEST(BringUp, HandlersReachedFromItsWaitsLeaveItAlone) {
     }
 }
 
+TEST(BringUp, AnnouncementsThatALateLoaderFindsAreOne) {
+    for (const auto& [answer, outcome] : {std::pair{"555", Outcome::Done}, {"5?5", Outcome::WrongAnswer}}) {
+        BringUpBench r;
+        r.port.steps[0].answer = answer;
+        r.start();
+        EXPECT_EQ(r.outcome(), outcome);
+        EXPECT_EQ(r.bench.console().startsWith(bringUpTexts().mid(0, 4).join(QString())),
+                  outcome == Outcome::Done);
+    }
+}
+
+TEST(BringUp, AFailedTransfersDisplayIsNotTheNextOperations) {
+    BringUpBench r;
+    r.port.hangUpAfterBytes = 3 + 8 + 2;
+    r.start();
+    EXPECT_EQ(r.outcome(), Outcome::PortLost);
+    r.port.hangUpAfterBytes = 0;
+    r.bench.waitDialog.whenShown = [&](zrk::WaitDialog& dialog) {
+        EXPECT_FALSE(r.loader.transport.isTransferring());
+        dialog.CancelButton_Click();
+    };
+    r.start();
+    EXPECT_EQ(r.bench.waitDialog.timesShown, 2);
+}
+
 TEST(BringUp, AnOldTimeOutDoesNotColourTheNextEnd) {
     BringUpBench r;
     r.port.steps[1].answer.clear();

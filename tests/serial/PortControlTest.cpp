@@ -30,6 +30,16 @@ TEST_F(PortControlTest, CancelWhenIdle) {
     bench.expectAtRest();
 }
 
+TEST_F(PortControlTest, CancelRunsItsStepsWhateverWasNestedInIt) {
+    bench.fill(0, "p", "0x0000");
+    bench.setButtons("0111");
+    loop.post([this] { loader.terminal.cmdTerminal_Click(); }); // runs when the text yields
+    loader.portControl.cmdCancel_Click();
+    EXPECT_EQ(bench.buttons(), "1001");
+    EXPECT_FALSE(loader.state.TerminalMode);
+    EXPECT_TRUE(port.isOpen());
+}
+
 TEST_F(PortControlTest, BytesFromBeforeTheOpenAreNeverRead) {
     loader.port.OpenComPort();
     port.receive("old");

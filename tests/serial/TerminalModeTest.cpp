@@ -131,6 +131,10 @@ TEST_F(Terminal, StartingTheSecondary) {
     EXPECT_EQ(bench.console(), start + kOn + kOff + start + kOn);
     EXPECT_EQ(port.written, "dd");
 
+    loop.post([this] { loader.bringUp.cmdStartSecondary_Click(); }); // reached again from its own text
+    loader.bringUp.cmdStartSecondary_Click();
+    EXPECT_EQ(port.written, "ddd");
+
     port.hangUp();
     bench.setButtons("0111");
     loader.bringUp.cmdStartSecondary_Click();
@@ -141,7 +145,7 @@ TEST_F(Terminal, StartingTheSecondary) {
 
     loader.state.OperationActive = true;
     loader.bringUp.cmdStartSecondary_Click();
-    EXPECT_EQ(port.written, "dd");
+    EXPECT_EQ(port.written, "ddd");
 }
 
 } // namespace

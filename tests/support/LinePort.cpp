@@ -74,6 +74,11 @@ QByteArray LinePort::read(qsizetype most) {
     return taken;
 }
 
+void LinePort::skip(char byte) {
+    while (m_received.startsWith(byte))
+        m_received.remove(0, 1);
+}
+
 qsizetype LinePort::transmitRoom() {
     requireDevice();
     return std::min(kQueue, kQueue + kDriverBuffer - static_cast<qsizetype>(m_line.size()));

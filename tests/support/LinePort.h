@@ -24,6 +24,7 @@ class LinePort : public zrk::SerialPort {
     [[nodiscard]] QString deviceName(int number) const override;
     [[nodiscard]] qsizetype bytesWaiting() override;
     [[nodiscard]] QByteArray read(qsizetype most) override;
+    void skip(char byte) override;
     void write(QByteArrayView bytes) override;
     [[nodiscard]] qsizetype transmitRoom() override;
     [[nodiscard]] qsizetype unsentBytes() const noexcept override {
