@@ -6,7 +6,6 @@
 #include "config/AddressValidation.h"
 #include "config/ImageSlots.h"
 #include "serial/ComPort.h"
-#include "serial/PortErrors.h"
 #include "serial/StatusConsole.h"
 #include "serial/TerminalMode.h"
 #include "serial/Transport.h"
@@ -16,18 +15,19 @@ namespace zrk {
 BringUp::BringUp(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
                  ComPort& port, TerminalMode& terminal, AddressValidation& validation,
                  BootRomHandshake& handshake, ImageTransfer& transfer, ImageCommands& commands,
-                 LongOperation& operation, MessageBoxes& boxes)
+                 Operation& operation)
     : m_state(state), m_controls(controls), m_console(console), m_transport(transport), m_port(port),
       m_terminal(terminal), m_validation(validation), m_handshake(handshake), m_transfer(transfer),
-      m_commands(commands), m_operation(operation), m_boxes(boxes) {}
+      m_commands(commands), m_operation(operation) {}
 
 void BringUp::cmdStartPrimary_Click() {
-    m_operation.run([this] { return load(); }, [this] { m_operation.abort(m_controls.cmdStartPrimary); });
+    m_operation.run({[this] { return load(); }, [this] { m_operation.abort(m_controls.cmdStartPrimary); }});
 }
 
-LongOperation::End BringUp::load() {
+Operation::End BringUp::load() {
+    using End = Operation::End;
     if (!m_validation.ValidateAddresses())
-        return LongOperation::End::Rejected;
+        return End::Rejected;
     m_operation.begin();
     m_controls.cmdStartPrimary.Enabled = false;
     m_controls.cmdStartSecondary.Enabled = false;
@@ -35,20 +35,23 @@ LongOperation::End BringUp::load() {
     m_port.CloseComPort();
     m_terminal.switchTo(false);
     m_port.OpenComPort();
+    End end = End::Done;
     if (m_controls.chkExeURK[kPrimaryBoot].isTicked() && !loadPrimary())
-        return LongOperation::End::Abort;
+        return End::Abort;
     if (m_controls.chkExeURK[kSecondaryExecutable].isTicked()) {
         if (!loadSecondary())
-            return LongOperation::End::Abort;
+            return End::Abort;
         m_controls.cmdURK.Enabled = true;
         m_controls.cmdStartSecondary.Enabled = true;
     } else {
-        m_terminal.switchTo(true); // the primary boot's own output is then seen
+        // A confirmed cancel cut the transfer short, or there is no terminal to see the primary boot in.
+        const bool cutShort = m_state.CancelRequested;
+        if (!m_terminal.switchTo(true) || cutShort)
+            end = End::Stopped;
     }
     m_operation.finish();
     m_controls.cmdStartPrimary.Enabled = true;
-    const bool cutShort = m_state.CancelRequested && !m_controls.chkExeURK[kSecondaryExecutable].isTicked();
-    return cutShort ? LongOperation::End::Stopped : LongOperation::End::Done;
+    return end;
 }
 
 bool BringUp::loadPrimary() {
@@ -67,20 +70,29 @@ bool BringUp::loadSecondary() {
 }
 
 void BringUp::cmdStartSecondary_Click() {
-    if (m_state.OperationActive || m_startingSecondary)
-        return;
-    m_startingSecondary = true;
-    try {
+    start([this] {
         sendStartCommand();
         m_terminal.cmdTerminal_Click();
-    } catch (const RuntimeFailure& failure) {
-        showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+        return m_state.TerminalMode ? Operation::End::Done : Operation::End::Stopped;
+    });
+}
+
+void BringUp::startWithoutTerminal() {
+    start([this] {
+        m_port.OpenComPort();
+        sendStartCommand();
+        return Operation::End::Done;
+    });
+}
+
+void BringUp::start(const std::function<Operation::End()>& body) {
+    const auto abort = [this] {
         m_port.CloseComPort();
         m_console.PrintStatus(QStringLiteral("/n--- closing port ---/n"));
         m_controls.cmdURK.Enabled = false;
         m_controls.cmdStartSecondary.Enabled = false;
-    }
-    m_startingSecondary = false;
+    };
+    m_operation.run({body, abort, Operation::Report::IoProblem});
 }
 
 void BringUp::sendStartCommand() {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "boot/LongOperation.h"
+#include "controls/Controls.h"
+#include "serial/Operation.h"
 
 namespace zrk {
 
@@ -15,7 +16,7 @@ class BringUp {
   public:
     BringUp(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
             ComPort& port, TerminalMode& terminal, AddressValidation& validation, BootRomHandshake& handshake,
-            ImageTransfer& transfer, ImageCommands& commands, LongOperation& operation, MessageBoxes& boxes);
+            ImageTransfer& transfer, ImageCommands& commands, Operation& operation);
 
     /// Loads the selected primary boot through the boot ROM and the selected secondary executable through
     /// the primary boot. Runs to its end inside the call, yielding; throws nothing.
@@ -26,12 +27,14 @@ class BringUp {
     /// operation runs.
     void cmdStartSecondary_Click();
 
-    /// The part of the above that ends with the "d": programmed mode, text, command. Throws
-    /// RuntimeFailure when the port fails.
-    void sendStartCommand();
+    /// The same for one without a console to look at: opens the port if it is closed, and leaves what the
+    /// board then says to whoever reads the port next.
+    void startWithoutTerminal();
 
   private:
-    [[nodiscard]] LongOperation::End load();
+    void start(const std::function<Operation::End()>& body);
+    void sendStartCommand();
+    [[nodiscard]] Operation::End load();
     [[nodiscard]] bool loadPrimary();
     [[nodiscard]] bool loadSecondary();
 
@@ -45,9 +48,7 @@ class BringUp {
     BootRomHandshake& m_handshake;
     ImageTransfer& m_transfer;
     ImageCommands& m_commands;
-    LongOperation& m_operation;
-    MessageBoxes& m_boxes;
-    bool m_startingSecondary = false;
+    Operation& m_operation;
 };
 
 } // namespace zrk

@@ -23,7 +23,7 @@ QString commandLetter(int slot) {
 
 ImageCommands::ImageCommands(SharedState& state, Controls& controls, StatusConsole& console,
                              Transport& transport, ComPort& port, TerminalMode& terminal,
-                             AddressValidation& validation, ImageTransfer& transfer, LongOperation& operation)
+                             AddressValidation& validation, ImageTransfer& transfer, Operation& operation)
     : m_state(state), m_controls(controls), m_console(console), m_transport(transport), m_port(port),
       m_terminal(terminal), m_validation(validation), m_transfer(transfer), m_operation(operation) {}
 
@@ -54,22 +54,22 @@ bool ImageCommands::SendImageCommand(int slot) {
 }
 
 void ImageCommands::cmdURK_Click() {
-    m_operation.run([this] { return download(); }, [this] { abortDownload(); });
+    m_operation.run({[this] { return download(); }, [this] { abortDownload(); }});
 }
 
-LongOperation::End ImageCommands::download() {
+Operation::End ImageCommands::download() {
     if (!m_validation.ValidateAddresses())
-        return LongOperation::End::Rejected;
+        return Operation::End::Rejected;
     m_operation.begin();
     enableButtons(false);
     m_terminal.switchTo(false);
     for (const int slot : {kUBoot, kRootFs, kKernel}) {
         if (m_controls.chkExeURK[static_cast<std::size_t>(slot)].isTicked() && !SendImageCommand(slot))
-            return LongOperation::End::Abort;
+            return Operation::End::Abort;
     }
     m_operation.finish();
     enableButtons(true);
-    return LongOperation::End::Done;
+    return Operation::End::Done;
 }
 
 void ImageCommands::abortDownload() {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "boot/LongOperation.h"
+#include "controls/Controls.h"
+#include "serial/Operation.h"
 
 namespace zrk {
 
@@ -21,7 +22,7 @@ class ImageCommands {
   public:
     ImageCommands(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
                   ComPort& port, TerminalMode& terminal, AddressValidation& validation,
-                  ImageTransfer& transfer, LongOperation& operation);
+                  ImageTransfer& transfer, Operation& operation);
 
     /// Downloads the image of slot 1 to 4; True when the primary boot confirmed it with "t". A slot
     /// outside 0 to 4 is a RuntimeFailure (Index). Yields.
@@ -32,7 +33,7 @@ class ImageCommands {
     void cmdURK_Click();
 
   private:
-    [[nodiscard]] LongOperation::End download();
+    [[nodiscard]] Operation::End download();
     void abortDownload();
     void enableButtons(bool enabled);
 
@@ -44,7 +45,7 @@ class ImageCommands {
     TerminalMode& m_terminal;
     AddressValidation& m_validation;
     ImageTransfer& m_transfer;
-    LongOperation& m_operation;
+    Operation& m_operation;
 };
 
 } // namespace zrk

@@ -80,9 +80,11 @@ bool ImageTransfer::awaitAcceptance() {
         m_console.PrintStatus(QStringLiteral(" ..OK!/n"));
         return true;
     }
-    m_console.PrintStatus(m_state.LastChar == QLatin1String("E")
-                              ? QStringLiteral(" .. Error signalled back from primary boot./n")
-                              : QStringLiteral(" .. invalid char! Cancelled./n"));
+    const bool refused = m_state.LastChar == QLatin1String("E");
+    if (refused)
+        m_state.noteStop(Outcome::Refused);
+    m_console.PrintStatus(refused ? QStringLiteral(" .. Error signalled back from primary boot./n")
+                                  : QStringLiteral(" .. invalid char! Cancelled./n"));
     return false;
 }
 
@@ -112,7 +114,7 @@ bool ImageTransfer::passAfterByte() {
         if (m_state.CancelRequested) {
             if (userConfirmsCancel())
                 return false;
-            m_state.CancelRequested = false;
+            m_state.withdrawStop();
         }
         if (m_transport.hasRoom())
             return true;

@@ -41,7 +41,7 @@ void WaitDialog::showModal() {
 }
 
 void WaitDialog::Form_Load() {
-    m_state.CancelRequested = false;
+    m_state.withdrawStop();
     m_BootIdSeen = false;
     lblMsg.Caption = QStringLiteral("Cycle power off/on on the ZRK6924 demo board, \r\n"
                                     "Make sure that service jumper is installed\r\n\r\n"
@@ -58,7 +58,11 @@ void WaitDialog::Form_Activate() {
 }
 
 void WaitDialog::CancelButton_Click() {
-    m_state.CancelRequested = true;
+    m_state.requestStop(Outcome::Cancelled);
+}
+
+void WaitDialog::giveUp() {
+    m_state.requestStop(Outcome::LimitReached);
 }
 
 void WaitDialog::cmdOut_Click() {
@@ -76,7 +80,7 @@ void WaitDialog::Form_KeyDown(int keyCode, bool alt, bool shift, bool control) {
 
 void WaitDialog::Form_Unload() {
     if (!m_BootIdSeen)
-        m_state.CancelRequested = true;
+        m_state.requestStop(Outcome::Cancelled);
 }
 
 } // namespace zrk

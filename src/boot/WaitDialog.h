@@ -30,6 +30,9 @@ class WaitDialog {
 
     void CancelButton_Click();
 
+    /// A limit that the user set for the wait has run out.
+    void giveUp();
+
     /// Sends the text of txtOut as it stands and switches DebugMode on.
     /// A failing port ends the wait, whose operation then reports it.
     void cmdOut_Click();

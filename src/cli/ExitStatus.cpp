@@ -10,15 +10,18 @@ ExitStatus exitStatusOf(Outcome outcome) {
         return ExitStatus::Usage;
     case Outcome::PortNotOpened:
         return ExitStatus::PortNotOpened;
-    case Outcome::NoAnswer:
+    case Outcome::TimedOut:
+    case Outcome::LimitReached:
         return ExitStatus::NoAnswer;
     case Outcome::WrongAnswer:
+    case Outcome::Refused:
         return ExitStatus::WrongAnswer;
     case Outcome::PortLost:
         return ExitStatus::PortLost;
     case Outcome::Cancelled:
         return ExitStatus::Cancelled;
-    case Outcome::Failed:
+    case Outcome::File:
+    case Outcome::Internal:
         break;
     }
     return ExitStatus::InternalFailure;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "boot/LongOperation.h"
+#include "serial/Outcome.h"
 
 namespace zrk {
 

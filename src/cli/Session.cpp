@@ -45,7 +45,8 @@ ExitStatus Session::run() {
     checkConfiguration();
     copyToStandardOutput(m_loader.controls.txtStatus, [this] { m_progress.clearLine(); });
     for (const Step step : m_options.steps) {
-        const ExitStatus status = m_interrupted ? ExitStatus::Cancelled : runStep(step);
+        const bool interrupted = m_loader.state.StopReason == Outcome::Cancelled;
+        const ExitStatus status = interrupted ? ExitStatus::Cancelled : runStep(step);
         if (status != ExitStatus::Done)
             return status;
     }
@@ -150,7 +151,8 @@ ExitStatus Session::runStep(Step step) {
         m_loader.bringUp.cmdStartPrimary_Click();
         return operationStatus();
     case Step::Start:
-        return start();
+        m_loader.bringUp.startWithoutTerminal();
+        return operationStatus();
     case Step::Check:
         return check();
     case Step::Flash:
@@ -160,21 +162,7 @@ ExitStatus Session::runStep(Step step) {
 }
 
 ExitStatus Session::operationStatus() const {
-    return m_waitNotice.limitRanOut() ? ExitStatus::NoAnswer : exitStatusOf(m_loader.operation.outcome());
-}
-
-ExitStatus Session::start() {
-    try {
-        m_loader.port.OpenComPort();
-        m_loader.bringUp.sendStartCommand();
-    } catch (const RuntimeFailure& failure) {
-        if (m_interrupted)
-            return ExitStatus::Cancelled;
-        tell(QStringLiteral("Error: ") + failure.description());
-        return failure.kind() == FailureKind::PortNotOpened ? ExitStatus::PortNotOpened
-                                                            : ExitStatus::PortLost;
-    }
-    return ExitStatus::Done;
+    return exitStatusOf(m_loader.operation.outcome());
 }
 
 ExitStatus Session::check() {
@@ -196,7 +184,7 @@ ExitStatus Session::flash() {
              .arg(size)
              .arg(sizeText, lineTimeText(size)));
     m_loader.flash.cmdPrgFlash_Click();
-    if (m_loader.flash.flashStateUnknown)
+    if (m_loader.state.FlashStateUnknown)
         tell(kFlashStateUnknownText);
     return operationStatus();
 }
@@ -204,9 +192,7 @@ ExitStatus Session::flash() {
 void Session::interrupted(bool ended) {
     if (ended)
         m_messages.stopAsking();
-    // A running operation asks before it gives up, and its outcome tells what became of it.
-    if (!m_loader.state.OperationActive)
-        m_interrupted = true;
+    m_loader.state.noteStop(Outcome::Cancelled);
     m_question.withdraw();
     m_loader.portControl.cmdCancel_Click();
 }

@@ -30,7 +30,6 @@ class Session {
     void requireSizeThatFits(int slot);
     [[nodiscard]] bool isSelected(int slot) const;
     [[nodiscard]] ExitStatus runStep(Step step);
-    [[nodiscard]] ExitStatus start();
     [[nodiscard]] ExitStatus check();
     [[nodiscard]] ExitStatus flash();
     [[nodiscard]] ExitStatus operationStatus() const;
@@ -46,7 +45,6 @@ class Session {
     AsioSerialPort m_port;
     Loader m_loader;
     ProgressLines m_progress;
-    bool m_interrupted = false;
 };
 
 } // namespace zrk

@@ -10,7 +10,6 @@ WaitNotice::WaitNotice(EventLoop& loop, std::optional<std::chrono::milliseconds>
 
 void WaitNotice::show(WaitDialog& dialog) {
     m_dialog = &dialog;
-    m_limitRanOut = false;
     tell(dialog.lblMsg.Caption);
     if (m_limit)
         m_timer->start(*m_limit);
@@ -25,12 +24,11 @@ void WaitNotice::giveUp() {
     m_timer->stop();
     if (m_dialog == nullptr)
         return;
-    m_limitRanOut = true;
     tell(
         QStringLiteral("No BootID within %1 s: giving up. Check that the board has power, the service jumper "
                        "is installed and the cable is on this port.")
             .arg(std::chrono::duration<double>(*m_limit).count()));
-    m_dialog->CancelButton_Click();
+    m_dialog->giveUp();
 }
 
 } // namespace zrk

@@ -17,16 +17,12 @@ class WaitNotice final : public WaitDialogView {
     void show(WaitDialog& dialog) override;
     void hide() override;
 
-    /// True when the last wait ended because the limit ran out.
-    [[nodiscard]] bool limitRanOut() const { return m_limitRanOut; }
-
   private:
     void giveUp();
 
     std::optional<std::chrono::milliseconds> m_limit;
     std::unique_ptr<Timer> m_timer;
     WaitDialog* m_dialog = nullptr; ///< the one being shown
-    bool m_limitRanOut = false;
 };
 
 } // namespace zrk

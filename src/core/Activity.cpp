@@ -1,7 +1,6 @@
 #include "core/Activity.h"
 
 #include "config/ImageSlots.h"
-#include "flash/FlashProgramming.h"
 #include "serial/ComPort.h"
 #include "serial/Transport.h"
 
@@ -10,9 +9,9 @@ namespace zrk {
 using namespace std::chrono_literals;
 
 Activity::Activity(SharedState& state, Controls& controls, ComPort& port, Transport& transport,
-                   FlashProgramming& flash, ImageSlots& imageSlots, EventLoop& loop)
-    : m_state(state), m_controls(controls), m_port(port), m_transport(transport), m_flash(flash),
-      m_imageSlots(imageSlots), m_loop(loop), m_timer(loop.createTimer([this] { refresh(); })) {
+                   ImageSlots& imageSlots, EventLoop& loop)
+    : m_state(state), m_controls(controls), m_port(port), m_transport(transport), m_imageSlots(imageSlots),
+      m_loop(loop), m_timer(loop.createTimer([this] { refresh(); })) {
     m_timer->start(250ms);
 }
 
@@ -24,7 +23,7 @@ void Activity::refresh() {
     }
     followTransfer();
     QString text = m_state.OperationActive ? operationText() : idleText();
-    if (!m_state.OperationActive && m_flash.flashStateUnknown)
+    if (!m_state.OperationActive && m_state.FlashStateUnknown)
         text = kFlashStateUnknownText;
     if (m_controls.staStatus.FirstPanel.value() != text)
         m_controls.staStatus.FirstPanel = text;

@@ -8,7 +8,6 @@
 namespace zrk {
 
 class ComPort;
-class FlashProgramming;
 class ImageSlots;
 class Transport;
 
@@ -21,7 +20,7 @@ inline const QString kFlashStateUnknownText =
 class Activity {
   public:
     Activity(SharedState& state, Controls& controls, ComPort& port, Transport& transport,
-             FlashProgramming& flash, ImageSlots& imageSlots, EventLoop& loop);
+             ImageSlots& imageSlots, EventLoop& loop);
 
     /// Brings the panel up to date; runs by itself four times a second.
     void refresh();
@@ -36,7 +35,6 @@ class Activity {
     Controls& m_controls;
     ComPort& m_port;
     Transport& m_transport;
-    FlashProgramming& m_flash;
     ImageSlots& m_imageSlots;
     EventLoop& m_loop;
     std::unique_ptr<Timer> m_timer;

@@ -16,11 +16,11 @@ Loader::Loader(const LoaderSurroundings& s, const QString& imageFolder)
       transfer(state, controls, imageSlots, console, transport, s.boxes),
       commands(state, controls, console, transport, port, terminal, validation, transfer, operation),
       bringUp(state, controls, console, transport, port, terminal, validation, handshake, transfer, commands,
-              operation, s.boxes),
+              operation),
       flashFrames(transport, console), flash(state, controls, console, transport, port, terminal, handshake,
                                              transfer, flashFrames, operation, s.boxes),
-      script(state, controls, port, paths, s.fileDialog, s.loop),
+      script(state, controls, port, paths, s.fileDialog, operation, s.loop),
       startUp(state, controls, transport, iniLoader, s.boxes),
-      activity(state, controls, port, transport, flash, imageSlots, s.loop) {}
+      activity(state, controls, port, transport, imageSlots, s.loop) {}
 
 } // namespace zrk

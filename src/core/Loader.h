@@ -4,7 +4,6 @@
 #include "boot/BringUp.h"
 #include "boot/ImageCommands.h"
 #include "boot/ImageTransfer.h"
-#include "boot/LongOperation.h"
 #include "config/AddressEntry.h"
 #include "config/AddressValidation.h"
 #include "config/FileChoice.h"
@@ -19,6 +18,7 @@
 #include "script/ScriptRunner.h"
 #include "serial/ComPort.h"
 #include "serial/ConsoleKeys.h"
+#include "serial/Operation.h"
 #include "serial/PortControl.h"
 #include "serial/SharedState.h"
 #include "serial/StatusConsole.h"
@@ -68,7 +68,7 @@ struct Loader {
     IniLoader iniLoader;
     FileChoice fileChoice;
 
-    LongOperation operation;
+    Operation operation;
     BootRomHandshake handshake;
     ImageTransfer transfer;
     ImageCommands commands;

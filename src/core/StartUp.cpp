@@ -20,7 +20,7 @@ void StartUp::prepare(const ProgramFacts& facts) {
     fillPortList();
     fillSlotNames();
     m_transport.ArmReplyTimer(false);
-    m_state.CancelRequested = false;
+    m_state.withdrawStop();
     m_controls.txtStatus.replaceEnd(m_controls.txtStatus.text().size(), QString());
     m_controls.cmdStartPrimary.Enabled = false;
     m_controls.cmdStartSecondary.Enabled = false;

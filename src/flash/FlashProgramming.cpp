@@ -16,20 +16,16 @@ namespace zrk {
 FlashProgramming::FlashProgramming(SharedState& state, Controls& controls, StatusConsole& console,
                                    Transport& transport, ComPort& port, TerminalMode& terminal,
                                    BootRomHandshake& handshake, ImageTransfer& transfer, FlashFrames& frames,
-                                   LongOperation& operation, MessageBoxes& boxes)
+                                   Operation& operation, MessageBoxes& boxes)
     : m_state(state), m_controls(controls), m_console(console), m_transport(transport), m_port(port),
       m_terminal(terminal), m_handshake(handshake), m_transfer(transfer), m_frames(frames),
-      m_operation(operation), m_boxes(boxes),
-      m_nextOperation(m_state.OperationActive.onValueChanged(std::function<void()>([this] {
-          if (m_state.OperationActive)
-              flashStateUnknown = false;
-      }))) {}
+      m_operation(operation), m_boxes(boxes) {}
 
 void FlashProgramming::cmdPrgFlash_Click() {
-    m_operation.run([this] { return program(); }, [this] { abort(); });
+    m_operation.run({[this] { return program(); }, [this] { abort(); }});
 }
 
-LongOperation::End FlashProgramming::program() {
+Operation::End FlashProgramming::program() {
     m_operation.begin();
     m_headerStarted = false;
     m_controls.cmdPrgFlash.Enabled = false;
@@ -47,11 +43,11 @@ LongOperation::End FlashProgramming::program() {
                             requestVersion() && sendHeader() && sendData() && sendEndOfData() &&
                             sendComplete();
     if (!programmed)
-        return LongOperation::End::Abort;
+        return Operation::End::Abort;
     m_operation.finish();
     m_controls.cmdPrgFlash.Enabled = true;
     m_port.CloseComPort();
-    return LongOperation::End::Done;
+    return Operation::End::Done;
 }
 
 bool FlashProgramming::wake() {
@@ -124,7 +120,7 @@ bool FlashProgramming::awaitAck(const QString& what) {
 
 void FlashProgramming::abort() {
     m_operation.abort(m_controls.cmdPrgFlash);
-    flashStateUnknown = m_headerStarted;
+    m_state.FlashStateUnknown = m_headerStarted;
 }
 
 } // namespace zrk

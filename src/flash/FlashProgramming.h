@@ -1,9 +1,7 @@
 #pragma once
 
-#include "boot/LongOperation.h"
-
-#include <QProperty>
-#include <QPropertyChangeHandler>
+#include "controls/Controls.h"
+#include "serial/Operation.h"
 
 namespace zrk {
 
@@ -17,19 +15,14 @@ class FlashProgramming {
   public:
     FlashProgramming(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
                      ComPort& port, TerminalMode& terminal, BootRomHandshake& handshake,
-                     ImageTransfer& transfer, FlashFrames& frames, LongOperation& operation,
-                     MessageBoxes& boxes);
+                     ImageTransfer& transfer, FlashFrames& frames, Operation& operation, MessageBoxes& boxes);
 
     /// The whole run. Runs to its end inside the call, yielding; throws nothing. There is no time limit
     /// while the chip erases or programs; a cancel ends every wait.
     void cmdPrgFlash_Click();
 
-    /// True from a failure in or after the header frame until the next operation: the flash may be
-    /// erased or half written.
-    QProperty<bool> flashStateUnknown{false};
-
   private:
-    [[nodiscard]] LongOperation::End program();
+    [[nodiscard]] Operation::End program();
     [[nodiscard]] bool wake();
     [[nodiscard]] bool requestVersion();
     [[nodiscard]] bool sendHeader();
@@ -48,9 +41,8 @@ class FlashProgramming {
     BootRomHandshake& m_handshake;
     ImageTransfer& m_transfer;
     FlashFrames& m_frames;
-    LongOperation& m_operation;
+    Operation& m_operation;
     MessageBoxes& m_boxes;
-    QPropertyChangeHandler<std::function<void()>> m_nextOperation;
     bool m_headerStarted = false;
 };
 

@@ -18,6 +18,7 @@ enum class FailureKind {
     InvalidArgument,
     WrongAnswer, ///< an answer of the board that cannot be what it should be
     Index,       ///< an index outside a table
+    Internal,    ///< what the system or the program itself ran into, such as no memory
 };
 
 /// The one exception of this program: a failure with a description that a user can read.

@@ -4,6 +4,7 @@
 #include "platform/FileDialog.h"
 #include "platform/RuntimeFailure.h"
 #include "serial/ComPort.h"
+#include "serial/Operation.h"
 #include "serial/WaitNote.h"
 
 #include <QFile>
@@ -33,11 +34,12 @@ QStringList readLines(const QString& path) {
 } // namespace
 
 ScriptRunner::ScriptRunner(SharedState& state, Controls& controls, ComPort& port, const Paths& paths,
-                           FileDialog& dialog, EventLoop& loop)
-    : m_state(state), m_controls(controls), m_port(port), m_paths(paths), m_dialog(dialog), m_loop(loop) {}
+                           FileDialog& dialog, Operation& operation, EventLoop& loop)
+    : m_state(state), m_controls(controls), m_port(port), m_paths(paths), m_dialog(dialog),
+      m_operation(operation), m_loop(loop) {}
 
 void ScriptRunner::mnuExecScript_Click() {
-    if (m_state.OperationActive)
+    if (m_operation.isRunning())
         return;
     FileRequest request;
     request.title = QStringLiteral("Open script file");
@@ -50,18 +52,22 @@ void ScriptRunner::mnuExecScript_Click() {
 }
 
 void ScriptRunner::runScript(const QString& path) {
-    m_controls.mnuExecScript.Enabled = false;
-    m_state.OperationActive = true;
-    m_state.CancelRequested = false;
     std::int16_t counter = 0;
-    try {
+    const auto body = [&] {
+        m_controls.mnuExecScript.Enabled = false;
+        m_operation.begin();
         runLines(readLines(path), counter);
-    } catch (const RuntimeFailure&) {
-        // Every failure is an end of the run; the count tells how far it came.
-    }
+        finish(counter);
+        return m_state.CancelRequested ? Operation::End::Stopped : Operation::End::Done;
+    };
+    // Every failure is an end of the run; the count tells how far it came.
+    m_operation.run({body, [&] { finish(counter); }, Operation::Report::Nothing});
+}
+
+void ScriptRunner::finish(int counter) {
     m_state.AwaitedText.clear();
     m_controls.staStatus.SecondPanel = QString();
-    m_state.OperationActive = false;
+    m_operation.finish();
     m_controls.mnuExecScript.Enabled = true;
     m_controls.staStatus.SecondPanel = QStringLiteral("%1 script lines executed.").arg(counter);
 }

@@ -10,6 +10,7 @@ namespace zrk {
 
 class ComPort;
 class FileDialog;
+class Operation;
 class Paths;
 
 /// Runs send-and-wait scripts in terminal mode. A line ">text" sends, "<text" waits until the text has
@@ -17,7 +18,7 @@ class Paths;
 class ScriptRunner {
   public:
     ScriptRunner(SharedState& state, Controls& controls, ComPort& port, const Paths& paths,
-                 FileDialog& dialog, EventLoop& loop);
+                 FileDialog& dialog, Operation& operation, EventLoop& loop);
 
     /// Lets the user choose a script and runs it to its end inside the call, yielding in its waits.
     /// Every failure ends the run; the second status panel tells how many lines were read.
@@ -28,6 +29,7 @@ class ScriptRunner {
 
   private:
     void runLines(const QStringList& lines, std::int16_t& counter);
+    void finish(int counter);
     void execute(const QString& line, int number);
     void send(const QString& text);
     void waitFor(const QString& text, int number);
@@ -37,6 +39,7 @@ class ScriptRunner {
     ComPort& m_port;
     const Paths& m_paths;
     FileDialog& m_dialog;
+    Operation& m_operation;
     EventLoop& m_loop;
 };
 

@@ -24,7 +24,7 @@ PortControl::PortControl(SharedState& state, Controls& controls, ComPort& port, 
 
 void PortControl::cmdCancel_Click() {
     if (m_state.OperationActive) {
-        m_state.CancelRequested = true;
+        m_state.requestStop(Outcome::Cancelled);
         return;
     }
     m_port.CloseComPort();
@@ -45,7 +45,7 @@ void PortControl::resetStartButtons() {
 }
 
 int PortControl::Form_Unload() {
-    m_state.CancelRequested = true;
+    m_state.requestStop(Outcome::Cancelled);
     m_port.CloseComPort();
     return m_state.OperationActive ? 1 : 0;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "serial/Outcome.h"
+
 #include <QProperty>
 #include <QString>
 
@@ -14,6 +16,7 @@ namespace zrk {
 struct SharedState {
     bool CancelRequested = false;           ///< the running wait or operation is to stop when it next looks
     QProperty<bool> OperationActive{false}; ///< a long operation is running
+    Outcome StopReason = Outcome::Done;     ///< the first reason why the running operation is to stop
     bool DebugMode = false;                 ///< the protocols' own transmissions are muted; never cleared
     bool TerminalMode = false;
     QString LastChar;    ///< the character most recently read by a protocol step
@@ -26,6 +29,25 @@ struct SharedState {
     std::chrono::steady_clock::time_point WaitingSince;
     QString AwaitedText;         ///< text that a running script waits for; empty: none
     bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait
+    /// From a failure in or after the flash header frame until the next operation: the flash may be erased or
+    /// half written.
+    bool FlashStateUnknown = false;
+
+    /// Asks the running wait or operation to stop.
+    void requestStop(Outcome why) {
+        CancelRequested = true;
+        noteStop(why);
+    }
+    /// Notes why the operation is about to end by itself.
+    void noteStop(Outcome why) {
+        if (StopReason == Outcome::Done)
+            StopReason = why;
+    }
+    /// Nothing asks for a stop any more.
+    void withdrawStop() {
+        CancelRequested = false;
+        StopReason = Outcome::Done;
+    }
 };
 
 } // namespace zrk

@@ -35,6 +35,7 @@ void TerminalMode::SetTerminalMode(bool& Enable) {
     } catch (const RuntimeFailure& failure) {
         if (!handlerInstalled)
             throw;
+        m_state.noteStop(outcomeOf(failure.kind()));
         showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
     }
     m_port.CloseComPort();
@@ -91,6 +92,7 @@ void TerminalMode::cmdTerminal_Click() {
         if (m_state.TerminalMode)
             m_port.OpenComPort();
     } catch (const RuntimeFailure& failure) {
+        m_state.noteStop(outcomeOf(failure.kind()));
         showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
         m_state.TerminalMode = false;
         switchTo(false);

@@ -20,7 +20,11 @@ class TerminalMode {
     /// only moves the focus. A failure is shown, closes the port and forces programmed mode, with
     /// `Enable` set to false; in DebugMode it passes through as RuntimeFailure instead. Yields.
     void SetTerminalMode(bool& Enable);
-    void switchTo(bool enable) { SetTerminalMode(enable); }
+    /// The same; returns the mode that came of it.
+    bool switchTo(bool enable) {
+        SetTerminalMode(enable);
+        return enable;
+    }
 
     /// Toggles terminal mode and opens the port when it goes on. Does nothing while an operation runs.
     /// A port that cannot be opened is shown and leaves terminal mode off.

@@ -60,7 +60,6 @@ void Transport::ArmReplyTimer(bool enable) {
         m_timTimeOut->stop();
         return;
     }
-    m_replyTimedOut = false;
     m_replyInterval = m_state.DebugMode ? kReplyIntervalDebug : kReplyInterval;
     m_timTimeOut->start(m_replyInterval);
 }
@@ -85,8 +84,7 @@ void Transport::letOut() {
 }
 
 void Transport::timTimeOut_Timer() {
-    m_state.CancelRequested = true;
-    m_replyTimedOut = true;
+    m_state.requestStop(Outcome::TimedOut);
     // The timer goes on ticking under its own open box; one box says it all.
     if (m_timeOutBoxOpen)
         return;

@@ -38,10 +38,6 @@ class Transport {
     /// True: (re)starts the reply time-out, 5000 ms or 10000 ms in DebugMode. False: stops it.
     void ArmReplyTimer(bool enable);
 
-    /// True when the reply time-out has run out since it was last armed or forgotten.
-    [[nodiscard]] bool replyTimedOut() const { return m_replyTimedOut; }
-    void forgetTimeOut() { m_replyTimedOut = false; }
-
     /// Notes what is waited for from now on, until the note goes.
     [[nodiscard]] WaitNote noteWait(const QString& what) { return {m_state, what, m_loop.now()}; }
 
@@ -83,7 +79,6 @@ class Transport {
     std::unique_ptr<Timer> m_timTimeOut;
     std::unique_ptr<Timer> m_timSentStatus;
     std::chrono::milliseconds m_replyInterval;
-    bool m_replyTimedOut = false;
     bool m_timeOutBoxOpen = false;
 };
 

@@ -73,7 +73,7 @@ TEST(BringUp, EachAnswerGoneWrong) {
     }
 }
 
-TEST(BringUp, WrongCaseAndRefusalAreWrongAnswers) {
+TEST(BringUp, WrongCaseIsAWrongAnswerAndERefuses) {
     for (const auto& [step, answer, end] :
          std::initializer_list<std::tuple<std::size_t, const char*, QString>>{
              {1, "R", "R" + kMismatch},
@@ -86,7 +86,7 @@ TEST(BringUp, WrongCaseAndRefusalAreWrongAnswers) {
         r.port.steps[step].answer = answer;
         r.start();
         EXPECT_EQ(r.bench.console(), textsUpTo(step) + end + kAborted);
-        EXPECT_EQ(r.outcome(), Outcome::WrongAnswer);
+        EXPECT_EQ(r.outcome(), *answer == 'E' ? Outcome::Refused : Outcome::WrongAnswer);
         r.bench.expectAtRest();
     }
 }
@@ -108,7 +108,7 @@ TEST(BringUp, WhichWaitsShareOneReplyInterval) {
         for (std::size_t i = 0; i < row.delays.size(); ++i)
             r.port.steps[i].delay = std::chrono::milliseconds(row.delays[i]);
         r.start();
-        EXPECT_EQ(r.outcome(), row.failsAt == 0 ? Outcome::Done : Outcome::NoAnswer);
+        EXPECT_EQ(r.outcome(), row.failsAt == 0 ? Outcome::Done : Outcome::TimedOut);
         EXPECT_TRUE(r.bench.console().startsWith(textsUpTo(row.failsAt == 0 ? 5 : row.failsAt)));
         EXPECT_EQ(r.bench.boxes.shown.size(), row.failsAt == 0 ? 0 : 1);
     }
@@ -144,6 +144,15 @@ TEST(BringUp, WhichBoxesAreTicked) {
         EXPECT_EQ(r.bench.console(), primary + on + "hello");
         EXPECT_TRUE(r.port.isOpen() && r.loader.state.TerminalMode && !r.loader.state.OperationActive);
     }
+    {
+        BringUpBench r; // the adapter is pulled while the terminal is switched on
+        r.loader.controls.chkExeURK[1].Value = 0;
+        r.port.failsHandshaking = true;
+        r.start();
+        EXPECT_EQ(r.bench.boxes.shown.size(), 1);
+        EXPECT_EQ(r.outcome(), Outcome::PortLost);
+        r.bench.expectAtRest();
+    }
     for (const char* answer : {"X", ""}) {
         BringUpBench r; // the secondary alone: no handshake, one interval for "X"
         r.loader.controls.chkExeURK[0].Value = 0;
@@ -151,7 +160,7 @@ TEST(BringUp, WhichBoxesAreTicked) {
         r.start();
         EXPECT_EQ(r.bench.waitDialog.timesShown, 0);
         EXPECT_TRUE(r.bench.console().startsWith("\n--- Loading Secondary executable ---\nWait for 'X' .. "));
-        EXPECT_EQ(r.outcome(), *answer ? Outcome::Done : Outcome::NoAnswer);
+        EXPECT_EQ(r.outcome(), *answer ? Outcome::Done : Outcome::TimedOut);
     }
     {
         BringUpBench r; // neither, from an open port in terminal mode: it is opened again, nothing is sent
@@ -232,7 +241,7 @@ TEST(BringUp, RunTimeFailures) {
         EXPECT_TRUE(r.bench.boxes.shown[0].startsWith(error("")));
         EXPECT_TRUE(r.bench.console().endsWith(row.lastText + kAborted));
         EXPECT_EQ(r.port.written.size(), row.bytesSent);
-        EXPECT_EQ(r.outcome(), Outcome::Failed);
+        EXPECT_EQ(r.outcome(), row.size ? Outcome::Internal : Outcome::File);
         EXPECT_FALSE(r.loader.transport.isTransferring());
         r.bench.expectAtRest();
     }
@@ -291,7 +300,7 @@ TEST(BringUp, AnOldTimeOutDoesNotColourTheNextEnd) {
     BringUpBench r;
     r.port.steps[1].answer.clear();
     r.start();
-    EXPECT_EQ(r.outcome(), Outcome::NoAnswer);
+    EXPECT_EQ(r.outcome(), Outcome::TimedOut);
     r.bench.waitDialog.whenShown = [](zrk::WaitDialog& dialog) { dialog.CancelButton_Click(); };
     r.start();
     EXPECT_EQ(r.outcome(), Outcome::Cancelled);

@@ -101,7 +101,7 @@ TEST(Download, RefusalAndSlotsWithoutACommand) {
     EXPECT_TRUE(r.bench.console().endsWith(
         "E .. Error signalled back from primary boot.\nSending code aborted...!\n" + kAborted));
     EXPECT_EQ(r.port.written, kUBootSent);
-    EXPECT_EQ(r.loader.operation.outcome(), Outcome::WrongAnswer);
+    EXPECT_EQ(r.loader.operation.outcome(), Outcome::Refused);
     for (const int slot : {-1, 5, 6})
         EXPECT_THROW((void)r.loader.commands.SendImageCommand(slot), zrk::RuntimeFailure);
 }

@@ -24,7 +24,7 @@ TEST(TwoLoaders, SideBySideInOneProcess) {
     });
     first.loader.bringUp.cmdStartPrimary_Click();
 
-    EXPECT_EQ(second.loader.operation.outcome(), zrk::Outcome::NoAnswer);
+    EXPECT_EQ(second.loader.operation.outcome(), zrk::Outcome::TimedOut);
     EXPECT_EQ(second.boxes.shown.size(), 1);
     second.expectAtRest();
     EXPECT_EQ(first.loader.operation.outcome(), zrk::Outcome::Done);

@@ -117,7 +117,7 @@ TEST(BoardInProcess, ALostByteIsATimeOutAndTheNextPowerCycleWorks) {
     b.bench.fill(0, kPrimary, "0x0000");
     b.bench.fill(1, image(2'000), "0x80000004");
     b.loader.bringUp.cmdStartPrimary_Click();
-    EXPECT_EQ(b.loader.operation.outcome(), Outcome::NoAnswer);
+    EXPECT_EQ(b.loader.operation.outcome(), Outcome::TimedOut);
     EXPECT_TRUE(b.bench.console().endsWith("Expect final 't' .. <0>invalid char! Cancelled.\n\n"
                                            "\n--- Cancel download, closing port ---\n"));
     b.bench.expectAtRest();

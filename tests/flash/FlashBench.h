@@ -65,7 +65,7 @@ struct FlashBench : ScriptedBench {
     void expectAborted(bool flashUnknown) {
         EXPECT_TRUE(bench.console().endsWith(kAborted));
         EXPECT_EQ(bench.buttons(), "1111");
-        EXPECT_EQ(loader.flash.flashStateUnknown, flashUnknown);
+        EXPECT_EQ(loader.state.FlashStateUnknown, flashUnknown);
         bench.expectAtRest();
         EXPECT_EQ(loader.controls.staStatus.FirstPanel.value(),
                   flashUnknown ? "The flash contents are in an unknown state: program the flash again."

@@ -18,7 +18,8 @@ class Script : public ScriptedTest {
     }
 
     /// The end of every run.
-    void expectEnded(int lines) {
+    void expectEnded(int lines, zrk::Outcome outcome = zrk::Outcome::Done) {
+        EXPECT_EQ(loader.operation.outcome(), outcome);
         EXPECT_EQ(loader.controls.staStatus.SecondPanel.value(),
                   QStringLiteral("%1 script lines executed.").arg(lines));
         EXPECT_FALSE(loader.state.OperationActive);
@@ -129,7 +130,7 @@ TEST_F(Script, WhatEndsAWait) {
         run("<prompt>\n>after");
         EXPECT_EQ(cancelled, !row.ends);
         EXPECT_EQ(port.written, row.ends ? "after" : "");
-        expectEnded(row.ends ? 2 : 1);
+        expectEnded(row.ends ? 2 : 1, row.ends ? zrk::Outcome::Done : zrk::Outcome::Cancelled);
         EXPECT_TRUE(port.isOpen() && loader.state.TerminalMode) << "a cancelled script leaves both";
         EXPECT_TRUE(!row.ends || loop.elapsed() - start < 3s);
         loop.cancel(cancel);
@@ -142,14 +143,14 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
         lines += "#\n";
     run(lines + ">never");
     EXPECT_EQ(port.written, "");
-    expectEnded(32'767);
+    expectEnded(32'767, zrk::Outcome::Internal);
     run(lines.chopped(2) + ">now");
     EXPECT_EQ(port.written, "now");
     expectEnded(32'767);
 
     bench.fileDialog.choice = bench.folder.filePath("gone.scr");
     loader.script.mnuExecScript_Click();
-    expectEnded(0);
+    expectEnded(0, zrk::Outcome::File);
 
     bench.fileDialog.choice.clear(); // cancelled: nothing changes
     loader.controls.staStatus.SecondPanel = "as it was";
@@ -161,18 +162,18 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
         port.hangUp();
     });
     run("#\n<never\n>x");
-    expectEnded(2);
+    expectEnded(2, zrk::Outcome::PortLost);
     EXPECT_TRUE(bench.console().endsWith("last words"));
     loop.runFor(1s); // the idle port is then found lost
     EXPECT_FALSE(port.isOpen());
     run(">x\n>y");
-    expectEnded(1);
+    expectEnded(1, zrk::Outcome::PortLost);
 }
 
 TEST_F(Script, ClosingTheWindowEndsAWait) {
     loop.after(1s, [this] { EXPECT_EQ(loader.portControl.Form_Unload(), 1); });
     run("<never\n>x");
-    expectEnded(1);
+    expectEnded(1, zrk::Outcome::Cancelled);
     EXPECT_FALSE(port.isOpen());
     EXPECT_EQ(loader.portControl.Form_Unload(), 0);
 }

@@ -125,6 +125,7 @@ TEST_F(Terminal, StartingTheSecondary) {
     loader.bringUp.cmdStartSecondary_Click();
     EXPECT_EQ(bench.console(), start + kOn);
     EXPECT_EQ(port.written, "d");
+    EXPECT_EQ(loader.operation.outcome(), zrk::Outcome::Done);
     EXPECT_TRUE(loader.state.TerminalMode && port.isOpen() && !loader.state.OperationActive);
 
     loader.bringUp.cmdStartSecondary_Click(); // from terminal mode
@@ -141,11 +142,19 @@ TEST_F(Terminal, StartingTheSecondary) {
     EXPECT_EQ(bench.boxes.shown, QStringList("[Error] ! Error communicating with COM1\nor other I/O problem\n"
                                              "Error: The device is gone."));
     EXPECT_EQ(bench.buttons(), "0001");
+    EXPECT_EQ(loader.operation.outcome(), zrk::Outcome::PortLost);
+    bench.expectAtRest();
+
+    loader.port.OpenComPort();
+    port.failsHandshaking = true; // "d" is out, and then there is no terminal
+    loader.bringUp.cmdStartSecondary_Click();
+    EXPECT_EQ(loader.operation.outcome(), zrk::Outcome::PortLost);
+    port.failsHandshaking = false;
     bench.expectAtRest();
 
     loader.state.OperationActive = true;
     loader.bringUp.cmdStartSecondary_Click();
-    EXPECT_EQ(port.written, "ddd");
+    EXPECT_EQ(port.written, "dddd");
 }
 
 } // namespace

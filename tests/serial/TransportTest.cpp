@@ -68,7 +68,7 @@ TEST_F(TransportTest, ExpectCharEchoesAndComparesExactly) {
 
 TEST_F(TransportTest, ReplyTimeOut) {
     for (const auto& [debug, seconds] : {std::pair{false, 5}, {true, 10}}) {
-        loader.state.CancelRequested = false;
+        loader.state.withdrawStop();
         loader.state.DebugMode = debug;
         bench.boxes.shown.clear();
         bench.boxes.user = [&](int) {
@@ -80,10 +80,10 @@ TEST_F(TransportTest, ReplyTimeOut) {
         transport.ArmReplyTimer(true); // counts from here
         loop.runFor(std::chrono::seconds(seconds) - 1ms);
         EXPECT_FALSE(loader.state.CancelRequested);
-        EXPECT_FALSE(transport.replyTimedOut());
+        EXPECT_EQ(loader.state.StopReason, zrk::Outcome::Done);
         loop.runFor(1ms);
         EXPECT_TRUE(loader.state.CancelRequested);
-        EXPECT_TRUE(transport.replyTimedOut());
+        EXPECT_EQ(loader.state.StopReason, zrk::Outcome::TimedOut);
         EXPECT_EQ(
             bench.boxes.shown,
             QStringList(QStringLiteral("[TimeOut] ! No valid serial response received within  %1 second\n"

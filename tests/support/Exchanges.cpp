@@ -71,7 +71,7 @@ zrk::Outcome outcomeOf(Trouble trouble) {
     case Trouble::Wrong:
         return zrk::Outcome::WrongAnswer;
     case Trouble::Silent:
-        return zrk::Outcome::NoAnswer;
+        return zrk::Outcome::TimedOut;
     case Trouble::HangUp:
         return zrk::Outcome::PortLost;
     default:

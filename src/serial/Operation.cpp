@@ -1,0 +1,92 @@
+#include "serial/Operation.h"
+
+#include "controls/Controls.h"
+#include "serial/ComPort.h"
+#include "serial/StatusConsole.h"
+#include "serial/Transport.h"
+
+#include <QScopedValueRollback>
+
+namespace zrk {
+
+Operation::Operation(SharedState& state, ComPort& port, StatusConsole& console, Transport& transport,
+                     MessageBoxes& boxes)
+    : m_state(state), m_port(port), m_console(console), m_transport(transport), m_boxes(boxes) {}
+
+void Operation::run(const Plan& plan) {
+    if (isRunning())
+        return;
+    const QScopedValueRollback running(m_running, true);
+    const Report report =
+        plan.report != Report::Nothing && m_state.DebugMode ? Report::InConsole : plan.report;
+    m_state.StopReason = Outcome::Done;
+    try {
+        const End end = plan.body();
+        m_outcome = endedBy(end);
+        if (end != End::Abort)
+            return;
+    } catch (const RuntimeFailure& failure) {
+        fail(failure, report);
+    } catch (const std::exception& error) { // out of memory, for one
+        fail({FailureKind::Internal, QString::fromLocal8Bit(error.what())}, report);
+    }
+    plan.abort();
+}
+
+void Operation::begin() {
+    m_state.OperationActive = true;
+    m_state.withdrawStop();
+    m_state.FlashStateUnknown = false;
+    // A port that failed under a transfer left its progress display running.
+    m_transport.enableSentStatus(false);
+}
+
+void Operation::finish() {
+    m_state.OperationActive = false;
+}
+
+void Operation::abort(CommandButton& startButton) {
+    m_port.CloseComPort();
+    m_console.PrintStatus(QStringLiteral("/n--- Cancel download, closing port ---/n"));
+    m_transport.ArmReplyTimer(false);
+    finish();
+    startButton.Enabled = true;
+}
+
+Outcome Operation::endedBy(End end) const {
+    switch (end) {
+    case End::Done:
+        return Outcome::Done;
+    case End::Rejected:
+        return Outcome::Rejected;
+    case End::Stopped:
+    case End::Abort:
+        break;
+    }
+    return m_state.StopReason == Outcome::Done ? Outcome::WrongAnswer : m_state.StopReason;
+}
+
+/// What was asked for first counts: the closing window takes the port away under the operation, and an answer
+/// that is cut off by a cancel is no wrong one.
+Outcome Operation::failedBy(FailureKind kind) const {
+    const bool effectOfTheStop = kind != FailureKind::PortNotOpened && kind != FailureKind::PortLost;
+    return effectOfTheStop && m_state.StopReason != Outcome::Done ? m_state.StopReason : outcomeOf(kind);
+}
+
+void Operation::fail(const RuntimeFailure& failure, Report report) {
+    m_outcome = failedBy(failure.kind());
+    // A wait that ended in a failure must not run out while its message is being read.
+    m_transport.ArmReplyTimer(false);
+    switch (report) {
+    case Report::DownloadProblem:
+        return showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherDownload, failure);
+    case Report::IoProblem:
+        return showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+    case Report::InConsole:
+        return m_console.PrintPlain(QStringLiteral("\r\n") + failure.description());
+    case Report::Nothing:
+        return;
+    }
+}
+
+} // namespace zrk

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/RuntimeFailure.h"
+#include "serial/PortErrors.h"
+#include "serial/SharedState.h"
+
+#include <functional>
+
+namespace zrk {
+
+class ComPort;
+class StatusConsole;
+class Transport;
+struct CommandButton;
+
+/// The one gate for whatever uses the port for longer than a moment. It lets one operation in at a time,
+/// catches what goes wrong in it, and keeps how it ended.
+class Operation {
+  public:
+    /// How the body of an operation ended by itself.
+    enum class End {
+        Done,
+        Rejected,
+        Stopped, ///< on its success path, but something cut it short; SharedState::StopReason tells what
+        Abort,
+    };
+
+    /// How a failure is told to the user.
+    enum class Report {
+        DownloadProblem, ///< message box: "or other download problem"
+        IoProblem,       ///< message box: "or other I/O problem"
+        InConsole,
+        Nothing,
+    };
+
+    struct Plan {
+        std::function<End()> body;
+        std::function<void()> abort; ///< brings it down after End::Abort or a failure
+        Report report = Report::DownloadProblem;
+    };
+
+    Operation(SharedState& state, ComPort& port, StatusConsole& console, Transport& transport,
+              MessageBoxes& boxes);
+
+    /// Runs the body, and its abort when the body asks for it or fails. Throws nothing, yields. With
+    /// DebugMode set from the start a failure is told in the console instead of a message box. Does nothing
+    /// while another one runs, which may well be further up the stack.
+    void run(const Plan& plan);
+
+    /// True while run() is under way, also before the body has marked itself with begin().
+    [[nodiscard]] bool isRunning() const { return m_running || m_state.OperationActive; }
+
+    /// Marks the operation as active: Cancel now requests a stop. Forgets what an earlier one left behind.
+    void begin();
+
+    /// Ends the mark.
+    void finish();
+
+    /// The abort sequence: closes the port, says so, disarms the reply timer, ends the operation and
+    /// enables the button that started it. Yields.
+    void abort(CommandButton& startButton);
+
+    /// How the last one ended.
+    [[nodiscard]] Outcome outcome() const { return m_outcome; }
+
+  private:
+    [[nodiscard]] Outcome endedBy(End end) const;
+    [[nodiscard]] Outcome failedBy(FailureKind kind) const;
+    void fail(const RuntimeFailure& failure, Report report);
+
+    SharedState& m_state;
+    ComPort& m_port;
+    StatusConsole& m_console;
+    Transport& m_transport;
+    MessageBoxes& m_boxes;
+    Outcome m_outcome = Outcome::Done;
+    bool m_running = false;
+};
+
+} // namespace zrk

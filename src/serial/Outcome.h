@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/RuntimeFailure.h"
+
+namespace zrk {
+
+/// How an operation ended, or why the running one is to stop.
+enum class Outcome {
+    Done,     ///< it reached its end; of a running one: nothing stops it
+    Rejected, ///< the addresses were refused before it began; nothing was sent
+    Cancelled,
+    TimedOut,     ///< the reply time-out ran out
+    LimitReached, ///< a limit that the user set ran out
+    WrongAnswer,  ///< the board sent something else than was expected
+    Refused,      ///< the board refused
+    PortLost,
+    PortNotOpened,
+    File,     ///< a file could not be opened or read
+    Internal, ///< any other run-time failure, such as a text that is no number
+};
+
+/// The outcome that a failure of this kind is.
+[[nodiscard]] Outcome outcomeOf(FailureKind kind);
+
+} // namespace zrk
