@@ -32,7 +32,7 @@ void App::start() {
     // A message box that start-up brings is centred on the window, wherever that is.
     onceOnScreen(m_window, [this] {
         m_window.fitInto(m_window.screen()->availableGeometry());
-        m_loader.startUp.Form_Load(programFacts(), m_loader.paths, m_iniPath);
+        m_loader.startUp.Form_Load(programFacts(), m_loader.paths(), m_iniPath);
         if (m_bringsUp)
             bringUp();
     });

@@ -1,13 +1,9 @@
 #pragma once
 
-#include "serial/SharedState.h"
+#include "serial/Link.h"
 
 namespace zrk {
 
-class ConsoleKeys;
-class ComPort;
-class StatusConsole;
-class Transport;
 class WaitDialogView;
 
 /// The exchange with the chip's boot ROM, up to the point where it takes an image header.
@@ -21,8 +17,7 @@ class WaitDialogView;
 /// | boot ROM | 0x52      | ready for the header             |
 class BootRomHandshake {
   public:
-    BootRomHandshake(SharedState& state, StatusConsole& console, Transport& transport, ComPort& port,
-                     ConsoleKeys& keys, WaitDialogView& view);
+    BootRomHandshake(Link& link, WaitDialogView& view);
 
     /// Waits for the BootID under the wait dialog, then does the exchange under one reply interval.
     /// True when the boot ROM is ready. On False the console says why; the caller runs its abort
@@ -32,11 +27,7 @@ class BootRomHandshake {
   private:
     [[nodiscard]] bool waitForBootId();
 
-    SharedState& m_state;
-    StatusConsole& m_console;
-    Transport& m_transport;
-    ComPort& m_port;
-    ConsoleKeys& m_keys;
+    Link& m_link;
     WaitDialogView& m_view;
 };
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "controls/Controls.h"
-#include "serial/Operation.h"
+#include "serial/Link.h"
 
 namespace zrk {
 
@@ -9,14 +8,12 @@ class AddressValidation;
 class BootRomHandshake;
 class ImageCommands;
 class ImageTransfer;
-class TerminalMode;
 
 /// From a freshly powered board to a running secondary executable.
 class BringUp {
   public:
-    BringUp(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
-            ComPort& port, TerminalMode& terminal, AddressValidation& validation, BootRomHandshake& handshake,
-            ImageTransfer& transfer, ImageCommands& commands, Operation& operation);
+    BringUp(Link& link, AddressValidation& validation, BootRomHandshake& handshake, ImageTransfer& transfer,
+            ImageCommands& commands);
 
     /// Loads the selected primary boot through the boot ROM and the selected secondary executable through
     /// the primary boot. Runs to its end inside the call, yielding; throws nothing.
@@ -38,17 +35,11 @@ class BringUp {
     [[nodiscard]] bool loadPrimary();
     [[nodiscard]] bool loadSecondary();
 
-    SharedState& m_state;
-    Controls& m_controls;
-    StatusConsole& m_console;
-    Transport& m_transport;
-    ComPort& m_port;
-    TerminalMode& m_terminal;
+    Link& m_link;
     AddressValidation& m_validation;
     BootRomHandshake& m_handshake;
     ImageTransfer& m_transfer;
     ImageCommands& m_commands;
-    Operation& m_operation;
 };
 
 } // namespace zrk

@@ -3,10 +3,6 @@
 #include "boot/ImageTransfer.h"
 #include "config/AddressValidation.h"
 #include "config/ImageSlots.h"
-#include "serial/ComPort.h"
-#include "serial/StatusConsole.h"
-#include "serial/TerminalMode.h"
-#include "serial/Transport.h"
 
 namespace zrk {
 namespace {
@@ -21,67 +17,65 @@ QString commandLetter(int slot) {
 
 } // namespace
 
-ImageCommands::ImageCommands(SharedState& state, Controls& controls, StatusConsole& console,
-                             Transport& transport, ComPort& port, TerminalMode& terminal,
-                             AddressValidation& validation, ImageTransfer& transfer, Operation& operation)
-    : m_state(state), m_controls(controls), m_console(console), m_transport(transport), m_port(port),
-      m_terminal(terminal), m_validation(validation), m_transfer(transfer), m_operation(operation) {}
+ImageCommands::ImageCommands(Link& link, AddressValidation& validation, ImageTransfer& transfer)
+    : m_link(link), m_validation(validation), m_transfer(transfer) {}
 
 bool ImageCommands::SendImageCommand(int slot) {
     const QString letter = commandLetter(slot);
-    m_console.PrintStatus(QStringLiteral("-- Sending command .. ") + letter + QStringLiteral(" .."));
-    m_transport.SendString(letter);
-    m_console.PrintStatus(QStringLiteral("done!/n"));
+    m_link.console.PrintStatus(QStringLiteral("-- Sending command .. ") + letter + QStringLiteral(" .."));
+    m_link.transport.SendString(letter);
+    m_link.console.PrintStatus(QStringLiteral("done!/n"));
     if (!m_transfer.SendImage(slot)) {
-        m_console.PrintStatus(QStringLiteral("Sending code aborted...!/n"));
+        m_link.console.PrintStatus(QStringLiteral("Sending code aborted...!/n"));
         return false;
     }
-    m_console.PrintStatus(QStringLiteral("Expect final 't' .. "));
-    m_transport.ArmReplyTimer(true);
-    m_state.LastChar = m_transport.ReadChar();
-    m_console.PrintStatus(m_state.LastChar);
-    m_transport.ArmReplyTimer(false);
-    const bool confirmed = m_state.LastChar == QLatin1String("t");
+    m_link.console.PrintStatus(QStringLiteral("Expect final 't' .. "));
+    m_link.transport.ArmReplyTimer(true);
+    m_link.state.LastChar = m_link.transport.ReadChar();
+    m_link.console.PrintStatus(m_link.state.LastChar);
+    m_link.transport.ArmReplyTimer(false);
+    const bool confirmed = m_link.state.LastChar == QLatin1String("t");
     if (confirmed) {
-        m_console.PrintStatus(QStringLiteral(" .. found, "));
-        m_console.PrintStatus(QStringLiteral("/n---- ") + m_state.SlotNames[static_cast<std::size_t>(slot)] +
-                              QStringLiteral(" loaded. ---/n"));
+        m_link.console.PrintStatus(QStringLiteral(" .. found, "));
+        m_link.console.PrintStatus(QStringLiteral("/n---- ") +
+                                   m_link.state.SlotNames[static_cast<std::size_t>(slot)] +
+                                   QStringLiteral(" loaded. ---/n"));
     } else {
-        m_console.PrintStatus(QStringLiteral("invalid char! Cancelled./n"));
+        m_link.console.PrintStatus(QStringLiteral("invalid char! Cancelled./n"));
     }
-    m_console.PrintStatus(QStringLiteral("/n"));
+    m_link.console.PrintStatus(QStringLiteral("/n"));
     return confirmed;
 }
 
 void ImageCommands::cmdURK_Click() {
-    m_operation.run({[this] { return download(); }, [this] { abortDownload(); }});
+    m_link.operation.run({[this] { return download(); }, [this] { abortDownload(); }});
 }
 
 Operation::End ImageCommands::download() {
     if (!m_validation.ValidateAddresses())
         return Operation::End::Rejected;
-    m_operation.begin();
+    m_link.operation.begin();
     enableButtons(false);
-    m_terminal.switchTo(false);
+    m_link.terminal.switchTo(false);
     for (const int slot : {kUBoot, kRootFs, kKernel}) {
-        if (m_controls.chkExeURK[static_cast<std::size_t>(slot)].isTicked() && !SendImageCommand(slot))
+        if (m_link.controls.chkExeURK[static_cast<std::size_t>(slot)].isTicked() && !SendImageCommand(slot))
             return Operation::End::Abort;
     }
-    m_operation.finish();
+    m_link.operation.finish();
     enableButtons(true);
     return Operation::End::Done;
 }
 
 void ImageCommands::abortDownload() {
     // Also disarms the reply timer: a time-out box after the operation has ended helps nobody.
-    m_operation.abort(m_controls.cmdStartPrimary);
-    m_controls.cmdURK.Enabled = false;
+    m_link.operation.abort(m_link.controls.cmdStartPrimary);
+    m_link.controls.cmdURK.Enabled = false;
 }
 
 void ImageCommands::enableButtons(bool enabled) {
-    m_controls.cmdURK.Enabled = enabled;
-    m_controls.cmdStartPrimary.Enabled = enabled;
-    m_controls.cmdStartSecondary.Enabled = enabled;
+    m_link.controls.cmdURK.Enabled = enabled;
+    m_link.controls.cmdStartPrimary.Enabled = enabled;
+    m_link.controls.cmdStartSecondary.Enabled = enabled;
 }
 
 } // namespace zrk

@@ -1,13 +1,11 @@
 #pragma once
 
-#include "controls/Controls.h"
-#include "serial/Operation.h"
+#include "serial/Link.h"
 
 namespace zrk {
 
 class AddressValidation;
 class ImageTransfer;
-class TerminalMode;
 
 /// Downloads through the running primary boot, one letter each.
 ///
@@ -20,9 +18,7 @@ class TerminalMode;
 /// | primary boot | "t": all received                           |
 class ImageCommands {
   public:
-    ImageCommands(SharedState& state, Controls& controls, StatusConsole& console, Transport& transport,
-                  ComPort& port, TerminalMode& terminal, AddressValidation& validation,
-                  ImageTransfer& transfer, Operation& operation);
+    ImageCommands(Link& link, AddressValidation& validation, ImageTransfer& transfer);
 
     /// Downloads the image of slot 1 to 4; True when the primary boot confirmed it with "t". A slot
     /// outside 0 to 4 is a RuntimeFailure (Index). Yields.
@@ -37,15 +33,9 @@ class ImageCommands {
     void abortDownload();
     void enableButtons(bool enabled);
 
-    SharedState& m_state;
-    Controls& m_controls;
-    StatusConsole& m_console;
-    Transport& m_transport;
-    ComPort& m_port;
-    TerminalMode& m_terminal;
+    Link& m_link;
     AddressValidation& m_validation;
     ImageTransfer& m_transfer;
-    Operation& m_operation;
 };
 
 } // namespace zrk

@@ -2,10 +2,6 @@
 
 #include "config/HexConversions.h"
 #include "config/ImageSlots.h"
-#include "platform/MessageBoxes.h"
-#include "platform/RuntimeFailure.h"
-#include "serial/StatusConsole.h"
-#include "serial/Transport.h"
 
 #include <QFile>
 
@@ -32,10 +28,7 @@ QByteArray readImage(const QString& path) {
 
 } // namespace
 
-ImageTransfer::ImageTransfer(SharedState& state, Controls& controls, ImageSlots& imageSlots,
-                             StatusConsole& console, Transport& transport, MessageBoxes& boxes)
-    : m_state(state), m_controls(controls), m_imageSlots(imageSlots), m_console(console),
-      m_transport(transport), m_boxes(boxes) {}
+ImageTransfer::ImageTransfer(Link& link, ImageSlots& imageSlots) : m_link(link), m_imageSlots(imageSlots) {}
 
 bool ImageTransfer::SendImage(int slot) {
     m_imageSlots.checkFile(slot);
@@ -45,87 +38,87 @@ bool ImageTransfer::SendImage(int slot) {
         const bool toPrimaryBoot = slot >= kSecondaryExecutable && slot <= kKernel;
         if (toPrimaryBoot && !awaitAcceptance())
             return false;
-        m_console.PrintStatus(QStringLiteral("Sending code .. "));
+        m_link.console.PrintStatus(QStringLiteral("Sending code .. "));
     }
     sendCode(slot);
     if (!payloadOnly)
-        m_console.PrintStatus(QStringLiteral("done!/n"));
+        m_link.console.PrintStatus(QStringLiteral("done!/n"));
     return true;
 }
 
 void ImageTransfer::sendHeader(int slot) {
     const auto i = static_cast<std::size_t>(slot);
-    m_controls.staStatus.SecondPanel = QString();
-    m_controls.pgbDownload.Value = 0.0;
-    m_console.PrintStatus(QStringLiteral("Sending startaddress .. "));
-    sendNumber(m_controls.txtStartAddress[i].Text);
-    m_console.PrintStatus(QStringLiteral("done!/n"));
-    m_console.PrintStatus(QStringLiteral("Sending size .. "));
-    sendNumber(m_controls.sizeOf(i));
-    m_console.PrintStatus(QStringLiteral("done!/n"));
+    m_link.controls.staStatus.SecondPanel = QString();
+    m_link.controls.pgbDownload.Value = 0.0;
+    m_link.console.PrintStatus(QStringLiteral("Sending startaddress .. "));
+    sendNumber(m_link.controls.txtStartAddress[i].Text);
+    m_link.console.PrintStatus(QStringLiteral("done!/n"));
+    m_link.console.PrintStatus(QStringLiteral("Sending size .. "));
+    sendNumber(m_link.controls.sizeOf(i));
+    m_link.console.PrintStatus(QStringLiteral("done!/n"));
 }
 
 void ImageTransfer::sendNumber(const QString& text) {
     for (const std::uint8_t byte : lineBytes(text))
-        m_transport.SendByte(byte);
+        m_link.transport.SendByte(byte);
 }
 
 bool ImageTransfer::awaitAcceptance() {
-    m_console.PrintStatus(QStringLiteral("Wait for acceptance from primary boot .. "));
-    m_transport.ArmReplyTimer(true);
-    m_state.LastChar = m_transport.ReadChar();
-    m_console.PrintStatus(m_state.LastChar);
-    m_transport.ArmReplyTimer(false);
-    if (m_state.LastChar == QLatin1String("o")) {
-        m_console.PrintStatus(QStringLiteral(" ..OK!/n"));
+    m_link.console.PrintStatus(QStringLiteral("Wait for acceptance from primary boot .. "));
+    m_link.transport.ArmReplyTimer(true);
+    m_link.state.LastChar = m_link.transport.ReadChar();
+    m_link.console.PrintStatus(m_link.state.LastChar);
+    m_link.transport.ArmReplyTimer(false);
+    if (m_link.state.LastChar == QLatin1String("o")) {
+        m_link.console.PrintStatus(QStringLiteral(" ..OK!/n"));
         return true;
     }
-    const bool refused = m_state.LastChar == QLatin1String("E");
+    const bool refused = m_link.state.LastChar == QLatin1String("E");
     if (refused)
-        m_state.noteStop(Outcome::Refused);
-    m_console.PrintStatus(refused ? QStringLiteral(" .. Error signalled back from primary boot./n")
-                                  : QStringLiteral(" .. invalid char! Cancelled./n"));
+        m_link.state.noteStop(Outcome::Refused);
+    m_link.console.PrintStatus(refused ? QStringLiteral(" .. Error signalled back from primary boot./n")
+                                       : QStringLiteral(" .. invalid char! Cancelled./n"));
     return false;
 }
 
 void ImageTransfer::sendCode(int slot) {
     const auto i = static_cast<std::size_t>(slot);
-    const QByteArray content = readImage(m_controls.txtFilNam[i].Tag);
-    m_state.BytesTotal = HexToLong(m_controls.lblCodeSize[i].Caption);
-    m_state.BytesSent = 0;
-    m_transport.enableSentStatus(true);
+    const QByteArray content = readImage(m_link.controls.txtFilNam[i].Tag);
+    m_link.state.BytesTotal = HexToLong(m_link.controls.lblCodeSize[i].Caption);
+    m_link.state.BytesSent = 0;
+    m_link.transport.enableSentStatus(true);
     std::int32_t position = 0;
     bool stopped = false;
-    while (position < m_state.BytesTotal && !stopped) {
-        m_state.BytesSent = ++position;
+    while (position < m_link.state.BytesTotal && !stopped) {
+        m_link.state.BytesSent = ++position;
         if (position <= content.size())
-            m_transport.SendByte(static_cast<std::uint8_t>(content[position - 1]));
+            m_link.transport.SendByte(static_cast<std::uint8_t>(content[position - 1]));
         stopped = !passAfterByte();
     }
-    m_state.BytesSent = position;
-    m_transport.timSentStatus_Timer();
-    m_transport.enableSentStatus(false);
+    m_link.state.BytesSent = position;
+    m_link.transport.timSentStatus_Timer();
+    m_link.transport.enableSentStatus(false);
 }
 
 /// Yields until the line takes another byte. False when the user wants the transfer to stop.
 bool ImageTransfer::passAfterByte() {
-    m_transport.pass();
+    m_link.transport.pass();
     for (;;) {
-        if (m_state.CancelRequested) {
+        if (m_link.state.CancelRequested) {
             if (userConfirmsCancel())
                 return false;
-            m_state.withdrawStop();
+            m_link.state.withdrawStop();
         }
-        if (m_transport.hasRoom())
+        if (m_link.transport.hasRoom())
             return true;
-        m_transport.waitForRoom();
+        m_link.transport.waitForRoom();
     }
 }
 
 bool ImageTransfer::userConfirmsCancel() {
-    m_state.MessageText = QStringLiteral("If you cancel now, you have to restart all over!\r\nAre you sure?");
-    return m_boxes.show({m_state.MessageText, MessageIcon::Question, MessageButtons::YesNo, QString()}) ==
-           Answer::Yes;
+    const QString prompt =
+        QStringLiteral("If you cancel now, you have to restart all over!\r\nAre you sure?");
+    return m_link.show({prompt, MessageIcon::Question, MessageButtons::YesNo, QString()}) == Answer::Yes;
 }
 
 } // namespace zrk

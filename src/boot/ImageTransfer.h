@@ -1,16 +1,12 @@
 #pragma once
 
-#include "controls/Controls.h"
-#include "serial/SharedState.h"
+#include "serial/Link.h"
 
 #include <QByteArray>
 
 namespace zrk {
 
 class ImageSlots;
-class MessageBoxes;
-class StatusConsole;
-class Transport;
 
 /// Sends the image of one slot: header, the primary boot's acceptance where it answers, code bytes.
 ///
@@ -20,8 +16,7 @@ class Transport;
 /// | 4      | 4     | size in bytes | unsigned 32-bit, least significant first |
 class ImageTransfer {
   public:
-    ImageTransfer(SharedState& state, Controls& controls, ImageSlots& imageSlots, StatusConsole& console,
-                  Transport& transport, MessageBoxes& boxes);
+    ImageTransfer(Link& link, ImageSlots& imageSlots);
 
     /// Slots 0 and 6 go to the boot ROM, 1 to 4 to the primary boot, which accepts first; slot 5 sends its
     /// code bytes alone, as the payload of a frame. False when the primary boot refuses or answers
@@ -37,12 +32,8 @@ class ImageTransfer {
     [[nodiscard]] bool passAfterByte();
     [[nodiscard]] bool userConfirmsCancel();
 
-    SharedState& m_state;
-    Controls& m_controls;
+    Link& m_link;
     ImageSlots& m_imageSlots;
-    StatusConsole& m_console;
-    Transport& m_transport;
-    MessageBoxes& m_boxes;
 };
 
 } // namespace zrk

@@ -1,11 +1,6 @@
 #include "boot/WaitDialog.h"
 
 #include "boot/WaitDialogView.h"
-#include "platform/RuntimeFailure.h"
-#include "serial/ComPort.h"
-#include "serial/ConsoleKeys.h"
-#include "serial/StatusConsole.h"
-#include "serial/Transport.h"
 
 namespace zrk {
 namespace {
@@ -24,9 +19,7 @@ class ShownView {
 
 } // namespace
 
-WaitDialog::WaitDialog(SharedState& state, StatusConsole& console, Transport& transport, ComPort& port,
-                       ConsoleKeys& keys, WaitDialogView& view)
-    : m_state(state), m_console(console), m_transport(transport), m_port(port), m_keys(keys), m_view(view) {
+WaitDialog::WaitDialog(Link& link, WaitDialogView& view) : m_link(link), m_view(view) {
     CancelButton.Caption = QStringLiteral("Cancel");
     cmdOut.Caption = QStringLiteral("Debug Send String:");
     txtOut.Text = QStringLiteral("4");
@@ -35,13 +28,13 @@ WaitDialog::WaitDialog(SharedState& state, StatusConsole& console, Transport& tr
 void WaitDialog::showModal() {
     Form_Load();
     const ShownView shown(m_view, *this);
-    const WaitNote note = m_transport.noteWait(QStringLiteral("Waiting for the board's power-on"));
+    const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for the board's power-on"));
     Form_Activate();
     Form_Unload();
 }
 
 void WaitDialog::Form_Load() {
-    m_state.withdrawStop();
+    m_link.state.withdrawStop();
     m_BootIdSeen = false;
     lblMsg.Caption = QStringLiteral("Cycle power off/on on the ZRK6924 demo board, \r\n"
                                     "Make sure that service jumper is installed\r\n\r\n"
@@ -50,37 +43,37 @@ void WaitDialog::Form_Load() {
 
 void WaitDialog::Form_Activate() {
     do {
-        m_state.LastChar = m_transport.ReadChar();
-        m_console.PrintStatus(m_state.LastChar);
-    } while (m_state.LastChar != QLatin1String("5") && !m_state.CancelRequested);
-    if (!m_state.CancelRequested)
+        m_link.state.LastChar = m_link.transport.ReadChar();
+        m_link.console.PrintStatus(m_link.state.LastChar);
+    } while (m_link.state.LastChar != QLatin1String("5") && !m_link.state.CancelRequested);
+    if (!m_link.state.CancelRequested)
         m_BootIdSeen = true;
 }
 
 void WaitDialog::CancelButton_Click() {
-    m_state.requestStop(Outcome::Cancelled);
+    m_link.state.requestStop(Outcome::Cancelled);
 }
 
 void WaitDialog::giveUp() {
-    m_state.requestStop(Outcome::LimitReached);
+    m_link.state.requestStop(Outcome::LimitReached);
 }
 
 void WaitDialog::cmdOut_Click() {
-    m_state.DebugMode = true;
+    m_link.state.DebugMode = true;
     try {
-        m_port.Output(txtOut.Text);
+        m_link.port.Output(txtOut.Text);
     } catch (const RuntimeFailure& failure) {
-        m_console.PrintPlain(QStringLiteral("\r\n") + failure.description() + QStringLiteral("\r\n"));
+        m_link.console.PrintPlain(QStringLiteral("\r\n") + failure.description() + QStringLiteral("\r\n"));
     }
 }
 
 void WaitDialog::Form_KeyDown(int keyCode, bool alt, bool shift, bool control) {
-    m_keys.txtStatus_KeyDown(keyCode, alt, shift, control);
+    m_link.keys.txtStatus_KeyDown(keyCode, alt, shift, control);
 }
 
 void WaitDialog::Form_Unload() {
     if (!m_BootIdSeen)
-        m_state.requestStop(Outcome::Cancelled);
+        m_link.state.requestStop(Outcome::Cancelled);
 }
 
 } // namespace zrk

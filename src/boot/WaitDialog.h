@@ -1,22 +1,16 @@
 #pragma once
 
-#include "controls/Controls.h"
+#include "serial/Link.h"
 
 namespace zrk {
 
-class ComPort;
-class ConsoleKeys;
-class StatusConsole;
-class Transport;
 class WaitDialogView;
-struct SharedState;
 
 /// `frmWaitForComm`: asks for a power cycle and reads until the boot ROM's BootID arrives.
 /// A new one is made for every wait.
 class WaitDialog {
   public:
-    WaitDialog(SharedState& state, StatusConsole& console, Transport& transport, ComPort& port,
-               ConsoleKeys& keys, WaitDialogView& view);
+    WaitDialog(Link& link, WaitDialogView& view);
 
     /// Shows the dialog and waits for "5" without a time limit, echoing all that arrives; yields.
     /// Afterwards CancelRequested tells: False, the BootID has been read; True, it was cancelled.
@@ -47,11 +41,7 @@ class WaitDialog {
     void Form_Load();
     void Form_Activate();
 
-    SharedState& m_state;
-    StatusConsole& m_console;
-    Transport& m_transport;
-    ComPort& m_port;
-    ConsoleKeys& m_keys;
+    Link& m_link;
     WaitDialogView& m_view;
     bool m_BootIdSeen = false;
 };

@@ -60,7 +60,7 @@ ExitStatus Session::run() {
 void Session::presetSlots() {
     QString& iniPath = m_loader.state.IniPath;
     if (m_options.iniPath.isEmpty()) {
-        iniPath = m_loader.paths.joined(m_facts.name + QStringLiteral(".INI"));
+        iniPath = m_loader.paths().joined(m_facts.name + QStringLiteral(".INI"));
     } else {
         iniPath = QDir::toNativeSeparators(QFileInfo(m_options.iniPath).absoluteFilePath());
         if (!FileExists(iniPath, true))

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "controls/Controls.h"
+#include "controls/Desk.h"
 
 namespace zrk {
 
@@ -8,7 +8,7 @@ namespace zrk {
 /// rely on, "0x" and 4 (IRAM) or 8 upper-case digits, or "0x0" for a text that is no 32-bit number.
 class AddressEntry {
   public:
-    explicit AddressEntry(Controls& controls) : m_controls(controls) {}
+    explicit AddressEntry(Desk& desk) : m_controls(desk.controls) {}
 
     /// Runs when the focus leaves the box and when a program step has set an address.
     void txtStartAddress_Validate(int slot);

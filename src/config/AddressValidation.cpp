@@ -2,7 +2,6 @@
 
 #include "config/HexConversions.h"
 #include "config/ImageSlots.h"
-#include "platform/MessageBoxes.h"
 #include "platform/RuntimeFailure.h"
 
 namespace zrk {
@@ -19,70 +18,69 @@ QString offsetText(const QString& address) {
 
 } // namespace
 
-AddressValidation::AddressValidation(SharedState& state, Controls& controls, MessageBoxes& boxes)
-    : m_state(state), m_controls(controls), m_boxes(boxes) {}
+AddressValidation::AddressValidation(Desk& desk) : m_desk(desk) {}
 
 bool AddressValidation::ValidateAddresses() {
-    m_state.MessageText.clear();
-    m_controls.lvwAdrs.clear();
+    m_desk.state.MessageText.clear();
+    m_desk.controls.lvwAdrs.clear();
     listRanges();
-    if (!m_state.MessageText.isEmpty())
+    if (!m_desk.state.MessageText.isEmpty())
         return false;
     checkOverlaps();
-    return m_state.MessageText.isEmpty();
+    return m_desk.state.MessageText.isEmpty();
 }
 
 void AddressValidation::cmdValidateAdrs_Click() {
     try {
         (void)ValidateAddresses();
     } catch (const RuntimeFailure& failure) {
-        m_state.MessageText = failure.description();
-        report(QStringLiteral("Invalid address"));
+        report(failure.description(), QStringLiteral("Invalid address"));
     }
 }
 
 void AddressValidation::checkBounds(int slot) {
     const auto i = static_cast<std::size_t>(slot);
-    const std::int32_t bound = HexToLong(DropLastChar(m_controls.txtStartAddress[i].Text));
+    const std::int32_t bound = HexToLong(DropLastChar(m_desk.controls.txtStartAddress[i].Text));
     if (bound <= kHighestWithoutLastDigit && bound >= kLowestWithoutLastDigit)
         return;
-    m_state.MessageText = QStringLiteral("Check the Start address for the ") + m_state.SlotNames[i] +
-                          QStringLiteral("\r\nIt must be between 0x80000004 and 0x83FFFFF0");
-    report(QStringLiteral("Invalid address"));
+    report(QStringLiteral("Check the Start address for the ") + m_desk.state.SlotNames[i] +
+               QStringLiteral("\r\nIt must be between 0x80000004 and 0x83FFFFF0"),
+           QStringLiteral("Invalid address"));
 }
 
 void AddressValidation::listRanges() {
     for (int slot = kSecondaryExecutable; slot <= kKernel; ++slot) {
         const auto i = static_cast<std::size_t>(slot);
-        if (!m_controls.chkExeURK[i].isTicked())
+        if (!m_desk.controls.chkExeURK[i].isTicked())
             continue;
         checkBounds(slot);
-        m_controls.lvwAdrs.add({QString::number(slot), offsetText(m_controls.txtStartAddress[i].Text),
-                                m_controls.lblCodeSize[i].Caption});
+        m_desk.controls.lvwAdrs.add({QString::number(slot),
+                                     offsetText(m_desk.controls.txtStartAddress[i].Text),
+                                     m_desk.controls.lblCodeSize[i].Caption});
     }
-    m_controls.lvwAdrs.add({QStringLiteral("5"), QStringLiteral("0x00000000"), QStringLiteral("0x4")});
-    m_controls.lvwAdrs.add({QStringLiteral("6"), QStringLiteral("0x02000000"), QString()});
-    m_controls.lvwAdrs.add({QStringLiteral("7"), QStringLiteral("0x04000000"), QString()});
+    m_desk.controls.lvwAdrs.add({QStringLiteral("5"), QStringLiteral("0x00000000"), QStringLiteral("0x4")});
+    m_desk.controls.lvwAdrs.add({QStringLiteral("6"), QStringLiteral("0x02000000"), QString()});
+    m_desk.controls.lvwAdrs.add({QStringLiteral("7"), QStringLiteral("0x04000000"), QString()});
 }
 
 void AddressValidation::checkOverlaps() {
     // A message box keeps the event loop running, so the rows are taken as they stand now.
-    const QList<AddressList::Row> rows = m_controls.lvwAdrs.rows();
+    const QList<AddressList::Row> rows = m_desk.controls.lvwAdrs.rows();
     for (qsizetype p = 0; p + 1 < rows.size(); ++p) {
         const std::int64_t end = std::int64_t{HexToLong(rows[p].start)} + HexToLong(rows[p].size);
         if (end <= HexToLong(rows[p + 1].start))
             continue;
         const auto name = [this](const AddressList::Row& row) {
-            return m_state.SlotNames.at(static_cast<std::size_t>(row.index.toInt()));
+            return m_desk.state.SlotNames.at(static_cast<std::size_t>(row.index.toInt()));
         };
-        m_state.MessageText = QStringLiteral("Address range for the ") + name(rows[p]) +
-                              QStringLiteral("\r\noverlaps the address range for ") + name(rows[p + 1]);
-        report(QStringLiteral("Address overlap or too large"));
+        report(QStringLiteral("Address range for the ") + name(rows[p]) +
+                   QStringLiteral("\r\noverlaps the address range for ") + name(rows[p + 1]),
+               QStringLiteral("Address overlap or too large"));
     }
 }
 
-void AddressValidation::report(const QString& title) {
-    (void)m_boxes.show({m_state.MessageText, MessageIcon::Exclamation, MessageButtons::Ok, title});
+void AddressValidation::report(const QString& text, const QString& title) {
+    m_desk.tell(text, MessageIcon::Exclamation, title);
 }
 
 } // namespace zrk

@@ -1,16 +1,13 @@
 #pragma once
 
-#include "controls/Controls.h"
-#include "serial/SharedState.h"
+#include "controls/Desk.h"
 
 namespace zrk {
-
-class MessageBoxes;
 
 /// Checks the SDRAM ranges of the selected slots 1 to 4 and lists them in lvwAdrs.
 class AddressValidation {
   public:
-    AddressValidation(SharedState& state, Controls& controls, MessageBoxes& boxes);
+    AddressValidation(Desk& desk);
 
     /// True when every selected range lies in the SDRAM and overlaps no other and no marker.
     /// Shows a message box for each problem, all of them in one run; MessageText keeps the last.
@@ -24,11 +21,9 @@ class AddressValidation {
     void checkBounds(int slot);
     void listRanges();
     void checkOverlaps();
-    void report(const QString& title);
+    void report(const QString& text, const QString& title);
 
-    SharedState& m_state;
-    Controls& m_controls;
-    MessageBoxes& m_boxes;
+    Desk& m_desk;
 };
 
 } // namespace zrk

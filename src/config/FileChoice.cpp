@@ -3,15 +3,13 @@
 #include "config/ImageSlots.h"
 #include "config/Paths.h"
 #include "platform/FileDialog.h"
-#include "serial/SharedState.h"
 
 namespace zrk {
 
-FileChoice::FileChoice(SharedState& state, ImageSlots& slots, const Paths& paths, FileDialog& dialog)
-    : m_state(state), m_slots(slots), m_paths(paths), m_dialog(dialog) {}
+FileChoice::FileChoice(Desk& desk, ImageSlots& slots) : m_desk(desk), m_slots(slots) {}
 
 void FileChoice::cmdBrowse_Click(int slot) {
-    if (m_state.OperationActive)
+    if (m_desk.state.OperationActive)
         return;
     FileRequest request;
     request.title = QStringLiteral("Open binary file");
@@ -19,8 +17,8 @@ void FileChoice::cmdBrowse_Click(int slot) {
                        {QStringLiteral("Uboot Image (.ubt)"), QStringLiteral("*.ubt")},
                        {QStringLiteral("All Files (*.*)"), QStringLiteral("*.*")}};
     request.filterIndex = slot >= kUBoot && slot <= kKernel ? 2 : 1;
-    request.folder = m_paths.folder();
-    const QString path = m_dialog.openFile(request);
+    request.folder = m_slots.paths().folder();
+    const QString path = m_desk.fileDialog.openFile(request);
     if (!path.isEmpty())
         m_slots.fill(slot, path);
 }

@@ -1,12 +1,10 @@
 #include "config/ImageSlots.h"
 
-#include "config/Paths.h"
-
 #include <QFileInfo>
 
 namespace zrk {
 
-ImageSlots::ImageSlots(Controls& controls, const Paths& paths) : m_controls(controls), m_paths(paths) {
+ImageSlots::ImageSlots(Desk& desk, Paths paths) : m_controls(desk.controls), m_paths(std::move(paths)) {
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const std::function<void()> clicked = [this, slot] { chkExeURK_Click(slot); };
         m_handlers.push_back(

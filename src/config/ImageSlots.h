@@ -1,6 +1,7 @@
 #pragma once
 
-#include "controls/Controls.h"
+#include "config/Paths.h"
+#include "controls/Desk.h"
 
 #include <QDateTime>
 #include <QPropertyChangeHandler>
@@ -9,8 +10,6 @@
 #include <vector>
 
 namespace zrk {
-
-class Paths;
 
 /// Slot numbers; the number is the index of every per-slot control.
 enum Slot : int {
@@ -27,7 +26,10 @@ enum Slot : int {
 /// a slot without a file is never selected.
 class ImageSlots {
   public:
-    ImageSlots(Controls& controls, const Paths& paths);
+    /// Relative paths are those of `paths`.
+    ImageSlots(Desk& desk, Paths paths);
+
+    [[nodiscard]] const Paths& paths() const { return m_paths; }
 
     /// Makes `path` the slot's file: name, path, tool tip and size, then selects the slot; slot 0
     /// enables cmdStartPrimary. A length that cannot be read leaves the size label as it was.
@@ -53,7 +55,7 @@ class ImageSlots {
     };
 
     Controls& m_controls;
-    const Paths& m_paths;
+    Paths m_paths;
     std::array<Stamp, kSlotCount> m_stamps;
     std::vector<QPropertyChangeHandler<std::function<void()>>> m_handlers;
 };

@@ -4,7 +4,6 @@
 #include "config/ImageSlots.h"
 #include "config/IniFile.h"
 #include "config/Paths.h"
-#include "platform/MessageBoxes.h"
 
 #include <QStringList>
 
@@ -29,15 +28,13 @@ constexpr std::array<SlotKey, kSlotCount> kSlotKeys{{
 
 } // namespace
 
-IniLoader::IniLoader(SharedState& state, Controls& controls, MessageBoxes& boxes, const Paths& paths,
-                     ImageSlots& slots, AddressEntry& addresses)
-    : m_state(state), m_controls(controls), m_boxes(boxes), m_paths(paths), m_slots(slots),
-      m_addresses(addresses) {}
+IniLoader::IniLoader(Desk& desk, ImageSlots& slots, AddressEntry& addresses)
+    : m_desk(desk), m_slots(slots), m_addresses(addresses) {}
 
 void IniLoader::mnuLoadIni_Click() {
     std::array<QString, kSlotCount> values;
     for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = GetIniValue(m_state.IniPath, QString::fromLatin1(kSlotKeys[i].section),
+        values[i] = GetIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlotKeys[i].section),
                                 QString::fromLatin1(kSlotKeys[i].key));
     for (int slot = 0; slot < kSlotCount; ++slot)
         applyValue(slot, values[static_cast<std::size_t>(slot)]);
@@ -47,7 +44,7 @@ void IniLoader::applyValue(int slot, const QString& value) {
     if (value.isEmpty())
         return;
     const QStringList fields = value.split(QLatin1Char(','));
-    applyFile(slot, m_paths.ResolvePath(fields[0]),
+    applyFile(slot, m_slots.paths().ResolvePath(fields[0]),
               fields.size() > 1 ? fields[1].trimmed() : QStringLiteral("0"));
 }
 
@@ -56,28 +53,27 @@ void IniLoader::applyFile(int slot, const QString& path, const QString& address)
         clearSlot(slot, path);
         return;
     }
-    m_controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
+    m_desk.controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
     m_addresses.txtStartAddress_Validate(slot);
     m_slots.fill(slot, path);
 }
 
 void IniLoader::clearSlot(int slot, const QString& path) {
     const auto i = static_cast<std::size_t>(slot);
-    m_controls.txtFilNam[i].Text = QStringLiteral("CAN'T FIND: ") + m_paths.FileNameOf(path);
-    m_controls.txtFilNam[i].ToolTipText = QStringLiteral("File Not Found, check .INI file");
-    m_controls.txtFilNam[i].Tag = QString();
-    m_controls.txtStartAddress[i].Text = QString::fromLatin1(kSlotKeys[i].addressWhenMissing);
-    m_controls.lblCodeSize[i].Caption = QString();
-    m_controls.chkExeURK[i].Value = 0;
+    m_desk.controls.txtFilNam[i].Text = QStringLiteral("CAN'T FIND: ") + m_slots.paths().FileNameOf(path);
+    m_desk.controls.txtFilNam[i].ToolTipText = QStringLiteral("File Not Found, check .INI file");
+    m_desk.controls.txtFilNam[i].Tag = QString();
+    m_desk.controls.txtStartAddress[i].Text = QString::fromLatin1(kSlotKeys[i].addressWhenMissing);
+    m_desk.controls.lblCodeSize[i].Caption = QString();
+    m_desk.controls.chkExeURK[i].Value = 0;
     if (slot == kPrimaryBoot)
-        m_controls.cmdStartPrimary.Enabled = false;
+        m_desk.controls.cmdStartPrimary.Enabled = false;
 }
 
 void IniLoader::mnuWriteIni_Click() {
-    m_state.MessageText =
-        QStringLiteral("Not yet implemented. Please edit ") + m_state.IniPath + QStringLiteral(" yourselfes");
-    (void)m_boxes.show({m_state.MessageText, MessageIcon::Information, MessageButtons::Ok,
-                        QStringLiteral("Not yet implemented")});
+    m_desk.tell(QStringLiteral("Not yet implemented. Please edit ") + m_desk.state.IniPath +
+                    QStringLiteral(" yourselfes"),
+                MessageIcon::Information, QStringLiteral("Not yet implemented"));
 }
 
 } // namespace zrk

@@ -1,20 +1,16 @@
 #pragma once
 
-#include "controls/Controls.h"
-#include "serial/SharedState.h"
+#include "controls/Desk.h"
 
 namespace zrk {
 
 class AddressEntry;
 class ImageSlots;
-class MessageBoxes;
-class Paths;
 
 /// Presets the image slots from the configuration file.
 class IniLoader {
   public:
-    IniLoader(SharedState& state, Controls& controls, MessageBoxes& boxes, const Paths& paths,
-              ImageSlots& slots, AddressEntry& addresses);
+    IniLoader(Desk& desk, ImageSlots& slots, AddressEntry& addresses);
 
     /// Reads IniPath and fills the slots it names; the outcome is visible in each slot. Slots that the
     /// file does not name keep what they hold.
@@ -33,10 +29,7 @@ class IniLoader {
   private:
     void clearSlot(int slot, const QString& path);
 
-    SharedState& m_state;
-    Controls& m_controls;
-    MessageBoxes& m_boxes;
-    const Paths& m_paths;
+    Desk& m_desk;
     ImageSlots& m_slots;
     AddressEntry& m_addresses;
 };

@@ -1,15 +1,11 @@
 #pragma once
 
-#include "controls/Controls.h"
 #include "core/TransferRate.h"
-#include "platform/EventLoop.h"
-#include "serial/SharedState.h"
+#include "serial/Link.h"
 
 namespace zrk {
 
-class ComPort;
 class ImageSlots;
-class Transport;
 
 /// What a user has to know after a failure in or after the flash header frame.
 inline const QString kFlashStateUnknownText =
@@ -19,8 +15,7 @@ inline const QString kFlashStateUnknownText =
 /// what it does, how fast, and how long it still takes. Also looks after the files of the slots.
 class Activity {
   public:
-    Activity(SharedState& state, Controls& controls, ComPort& port, Transport& transport,
-             ImageSlots& imageSlots, EventLoop& loop);
+    Activity(Link& link, ImageSlots& imageSlots);
 
     /// Brings the panel up to date; runs by itself four times a second.
     void refresh();
@@ -31,12 +26,8 @@ class Activity {
     [[nodiscard]] QString idleText() const;
     [[nodiscard]] QStringList changedFiles() const;
 
-    SharedState& m_state;
-    Controls& m_controls;
-    ComPort& m_port;
-    Transport& m_transport;
+    Link& m_link;
     ImageSlots& m_imageSlots;
-    EventLoop& m_loop;
     std::unique_ptr<Timer> m_timer;
     TransferRate m_rate;
     EventLoop::TimePoint m_nextFileCheck;

@@ -9,21 +9,11 @@
 #include "config/FileChoice.h"
 #include "config/ImageSlots.h"
 #include "config/IniLoader.h"
-#include "config/Paths.h"
-#include "controls/Controls.h"
 #include "core/Activity.h"
 #include "core/StartUp.h"
-#include "flash/FlashFrames.h"
 #include "flash/FlashProgramming.h"
 #include "script/ScriptRunner.h"
-#include "serial/ComPort.h"
-#include "serial/ConsoleKeys.h"
-#include "serial/Operation.h"
-#include "serial/PortControl.h"
-#include "serial/SharedState.h"
-#include "serial/StatusConsole.h"
-#include "serial/TerminalMode.h"
-#include "serial/Transport.h"
+#include "serial/Link.h"
 
 namespace zrk {
 
@@ -44,23 +34,11 @@ struct LoaderSurroundings {
 
 /// One whole loader: state, controls and the handlers that act on them, wired together. A program
 /// makes one, binds its window or its options to `controls`, and calls the handlers by their names.
-/// Several in one process do not know of each other.
-struct Loader {
+struct Loader : Link {
     /// Relative image paths start at `imageFolder`.
     Loader(const LoaderSurroundings& surroundings, const QString& imageFolder);
-    Loader(const Loader&) = delete;
-    Loader& operator=(const Loader&) = delete;
 
-    SharedState state;
-    Controls controls;
-    Paths paths;
-
-    ComPort port;
-    StatusConsole console;
-    Transport transport;
-    TerminalMode terminal;
-    ConsoleKeys keys;
-    PortControl portControl;
+    [[nodiscard]] const Paths& paths() const { return imageSlots.paths(); }
 
     ImageSlots imageSlots;
     AddressEntry addresses;
@@ -68,15 +46,13 @@ struct Loader {
     IniLoader iniLoader;
     FileChoice fileChoice;
 
-    Operation operation;
     BootRomHandshake handshake;
     ImageTransfer transfer;
     ImageCommands commands;
     BringUp bringUp;
-
-    FlashFrames flashFrames;
     FlashProgramming flash;
     ScriptRunner script;
+
     StartUp startUp;
     Activity activity;
 };

@@ -1,21 +1,17 @@
 #pragma once
 
-#include "controls/Controls.h"
 #include "platform/ProgramFacts.h"
-#include "serial/SharedState.h"
+#include "serial/Link.h"
 
 namespace zrk {
 
 class IniLoader;
-class MessageBoxes;
 class Paths;
-class Transport;
 
 /// What the program prepares before its window is first shown.
 class StartUp {
   public:
-    StartUp(SharedState& state, Controls& controls, Transport& transport, IniLoader& iniLoader,
-            MessageBoxes& boxes);
+    StartUp(Link& link, IniLoader& iniLoader);
 
     /// Brings state and controls into their starting condition without a look at any file: port list,
     /// slot names, header, buttons.
@@ -29,11 +25,8 @@ class StartUp {
     void fillPortList();
     void fillSlotNames();
 
-    SharedState& m_state;
-    Controls& m_controls;
-    Transport& m_transport;
+    Link& m_link;
     IniLoader& m_iniLoader;
-    MessageBoxes& m_boxes;
 };
 
 } // namespace zrk

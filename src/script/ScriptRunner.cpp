@@ -1,11 +1,8 @@
 #include "script/ScriptRunner.h"
 
 #include "config/Paths.h"
+#include "controls/PendingWait.h"
 #include "platform/FileDialog.h"
-#include "platform/RuntimeFailure.h"
-#include "serial/ComPort.h"
-#include "serial/Operation.h"
-#include "serial/WaitNote.h"
 
 #include <QFile>
 #include <QScopedValueRollback>
@@ -33,20 +30,17 @@ QStringList readLines(const QString& path) {
 
 } // namespace
 
-ScriptRunner::ScriptRunner(SharedState& state, Controls& controls, ComPort& port, const Paths& paths,
-                           FileDialog& dialog, Operation& operation, EventLoop& loop)
-    : m_state(state), m_controls(controls), m_port(port), m_paths(paths), m_dialog(dialog),
-      m_operation(operation), m_loop(loop) {}
+ScriptRunner::ScriptRunner(Link& link, const Paths& paths) : m_link(link), m_paths(paths) {}
 
 void ScriptRunner::mnuExecScript_Click() {
-    if (m_operation.isRunning())
+    if (m_link.operation.isRunning())
         return;
     FileRequest request;
     request.title = QStringLiteral("Open script file");
     request.filters = {{QStringLiteral("Script Files (.scr)"), QStringLiteral("*.scr")},
                        {QStringLiteral("All Files (*.*)"), QStringLiteral("*.*")}};
     request.folder = m_paths.folder();
-    const QString path = m_dialog.openFile(request);
+    const QString path = m_link.fileDialog.openFile(request);
     if (!path.isEmpty())
         runScript(path);
 }
@@ -54,32 +48,32 @@ void ScriptRunner::mnuExecScript_Click() {
 void ScriptRunner::runScript(const QString& path) {
     std::int16_t counter = 0;
     const auto body = [&] {
-        m_controls.mnuExecScript.Enabled = false;
-        m_operation.begin();
+        m_link.controls.mnuExecScript.Enabled = false;
+        m_link.operation.begin();
         runLines(readLines(path), counter);
         finish(counter);
-        return m_state.CancelRequested ? Operation::End::Stopped : Operation::End::Done;
+        return m_link.state.CancelRequested ? Operation::End::Stopped : Operation::End::Done;
     };
     // Every failure is an end of the run; the count tells how far it came.
-    m_operation.run({body, [&] { finish(counter); }, Operation::Report::Nothing});
+    m_link.operation.run({body, [&] { finish(counter); }, Operation::Report::Nothing});
 }
 
 void ScriptRunner::finish(int counter) {
-    m_state.AwaitedText.clear();
-    m_controls.staStatus.SecondPanel = QString();
-    m_operation.finish();
-    m_controls.mnuExecScript.Enabled = true;
-    m_controls.staStatus.SecondPanel = QStringLiteral("%1 script lines executed.").arg(counter);
+    m_link.state.AwaitedText.clear();
+    m_link.controls.staStatus.SecondPanel = QString();
+    m_link.operation.finish();
+    m_link.controls.mnuExecScript.Enabled = true;
+    m_link.controls.staStatus.SecondPanel = QStringLiteral("%1 script lines executed.").arg(counter);
 }
 
 void ScriptRunner::runLines(const QStringList& lines, std::int16_t& counter) {
     for (const QString& line : lines) {
-        if (m_state.CancelRequested)
+        if (m_link.state.CancelRequested)
             return;
         if (counter == std::numeric_limits<std::int16_t>::max())
             throw RuntimeFailure(FailureKind::Overflow, QStringLiteral("Overflow: the script is too long."));
         ++counter;
-        m_controls.staStatus.SecondPanel = QStringLiteral("Executing script line %1").arg(counter);
+        m_link.controls.staStatus.SecondPanel = QStringLiteral("Executing script line %1").arg(counter);
         execute(line, counter);
     }
 }
@@ -98,29 +92,29 @@ void ScriptRunner::execute(const QString& line, int number) {
 void ScriptRunner::send(const QString& text) {
     qsizetype sent = fitsOneByteCodes(text) ? 0 : text.size();
     if (sent > 0)
-        m_port.Output(text); // which says what is wrong with it
-    while (sent < text.size() && !m_state.CancelRequested) {
-        const QString piece = text.mid(sent, m_port.transmitRoom());
+        m_link.port.Output(text); // which says what is wrong with it
+    while (sent < text.size() && !m_link.state.CancelRequested) {
+        const QString piece = text.mid(sent, m_link.port.transmitRoom());
         if (piece.isEmpty()) {
-            const QScopedValueRollback held(m_state.ReceivedIsHeld, true);
-            m_loop.wait();
+            const QScopedValueRollback held(m_link.state.ReceivedIsHeld, true);
+            m_link.loop.wait();
         }
-        m_port.Output(piece);
+        m_link.port.Output(piece);
         sent += piece.size();
     }
 }
 
 void ScriptRunner::waitFor(const QString& text, int number) {
-    m_state.AwaitedText = text;
+    m_link.state.AwaitedText = text;
     const QString shown = QString(text).replace(QLatin1Char('\r'), QLatin1String("/n"));
-    const WaitNote note(m_state, QStringLiteral("Script line %1 waits for \"%2\"").arg(number).arg(shown),
-                        m_loop.now());
-    m_loop.yield();
-    while (!m_state.AwaitedText.isEmpty() && !m_state.CancelRequested) {
+    const PendingWait note =
+        m_link.transport.noteWait(QStringLiteral("Script line %1 waits for \"%2\"").arg(number).arg(shown));
+    m_link.loop.yield();
+    while (!m_link.state.AwaitedText.isEmpty() && !m_link.state.CancelRequested) {
         // A lost device never sends the awaited text; what it sent before is taken by the receive poll.
-        if (m_port.isLost() || !m_port.isOpen())
-            (void)m_port.InBufferCount();
-        m_loop.wait();
+        if (m_link.port.isLost() || !m_link.port.isOpen())
+            (void)m_link.port.InBufferCount();
+        m_link.loop.wait();
     }
 }
 

@@ -1,7 +1,5 @@
 #include "serial/ConsoleKeys.h"
 
-#include "controls/Controls.h"
-#include "platform/MessageBoxes.h"
 #include "platform/RuntimeFailure.h"
 #include "serial/ComPort.h"
 #include "serial/PortErrors.h"
@@ -19,10 +17,8 @@ constexpr ushort kHighestCode = 0xFF;
 
 } // namespace
 
-ConsoleKeys::ConsoleKeys(SharedState& state, Controls& controls, ComPort& port, MessageBoxes& boxes,
-                         EventLoop& loop)
-    : m_state(state), m_controls(controls), m_port(port), m_boxes(boxes), m_loop(loop),
-      m_pump(loop.createTimer([this] { pump(); })) {}
+ConsoleKeys::ConsoleKeys(Desk& desk, ComPort& port)
+    : m_desk(desk), m_port(port), m_pump(desk.loop.createTimer([this] { pump(); })) {}
 
 void ConsoleKeys::txtStatus_KeyDown(int keyCode, bool alt, bool shift, bool control) {
     if (keyCode == kKeyB && alt && !shift && !control)
@@ -44,7 +40,7 @@ void ConsoleKeys::paste(const QString& text) {
 }
 
 void ConsoleKeys::sendTyped(const QByteArray& bytes) {
-    if (!m_state.TerminalMode || !m_port.isOpen())
+    if (!m_desk.state.TerminalMode || !m_port.isOpen())
         return;
     m_typedAhead += bytes;
     pump();
@@ -52,7 +48,7 @@ void ConsoleKeys::sendTyped(const QByteArray& bytes) {
 
 void ConsoleKeys::pump() {
     try {
-        if (!m_state.TerminalMode || !m_port.isOpen())
+        if (!m_desk.state.TerminalMode || !m_port.isOpen())
             m_typedAhead.clear();
         const qsizetype piece = m_typedAhead.isEmpty() ? 0 : qMin(m_port.transmitRoom(), m_typedAhead.size());
         if (piece > 0) {
@@ -73,11 +69,11 @@ void ConsoleKeys::PulseDtr() {
         return;
     m_pulsing = true;
     m_port.setDtrEnable(false);
-    const auto end = m_loop.now() + kPulse;
-    const auto timer = m_loop.createTimer([] {});
+    const auto end = m_desk.loop.now() + kPulse;
+    const auto timer = m_desk.loop.createTimer([] {});
     timer->start(kPulse);
-    while (m_loop.now() < end)
-        m_loop.wait();
+    while (m_desk.loop.now() < end)
+        m_desk.loop.wait();
     if (m_port.isOpen())
         m_port.setDtrEnable(true);
     m_pulsing = false;
@@ -86,13 +82,13 @@ void ConsoleKeys::PulseDtr() {
 void ConsoleKeys::cmdOutput_Click() {
     try {
         // In terminal mode the board may stop the line for as long as it likes, so nothing may wait for it.
-        if (m_state.TerminalMode && m_port.transmitRoom() < m_controls.txtOut.Text.value().size() &&
-            fitsOneByteCodes(m_controls.txtOut.Text))
-            sendTyped(m_controls.txtOut.Text.value().toLatin1());
+        if (m_desk.state.TerminalMode && m_port.transmitRoom() < m_desk.controls.txtOut.Text.value().size() &&
+            fitsOneByteCodes(m_desk.controls.txtOut.Text))
+            sendTyped(m_desk.controls.txtOut.Text.value().toLatin1());
         else
-            m_port.Output(m_controls.txtOut.Text);
+            m_port.Output(m_desk.controls.txtOut.Text);
     } catch (const RuntimeFailure& failure) {
-        showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+        showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
     }
 }
 

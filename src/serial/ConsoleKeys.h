@@ -1,7 +1,7 @@
 #pragma once
 
+#include "controls/Desk.h"
 #include "platform/EventLoop.h"
-#include "serial/SharedState.h"
 
 #include <QByteArray>
 #include <QString>
@@ -9,13 +9,11 @@
 namespace zrk {
 
 class ComPort;
-class MessageBoxes;
-struct Controls;
 
 /// The keyboard of the console: typed and pasted text for the board, Alt+B, and the debug send pair.
 class ConsoleKeys {
   public:
-    ConsoleKeys(SharedState& state, Controls& controls, ComPort& port, MessageBoxes& boxes, EventLoop& loop);
+    ConsoleKeys(Desk& desk, ComPort& port);
 
     /// Alt alone with B (key code 66) pulses DTR; yields during the pulse.
     void txtStatus_KeyDown(int keyCode, bool alt, bool shift, bool control);
@@ -39,11 +37,8 @@ class ConsoleKeys {
     void sendTyped(const QByteArray& bytes);
     void pump();
 
-    SharedState& m_state;
-    Controls& m_controls;
+    Desk& m_desk;
     ComPort& m_port;
-    MessageBoxes& m_boxes;
-    EventLoop& m_loop;
     QByteArray m_typedAhead; ///< what the transmit queue had no room for yet
     std::unique_ptr<Timer> m_pump;
     bool m_pulsing = false;

@@ -1,6 +1,5 @@
 #include "serial/Operation.h"
 
-#include "controls/Controls.h"
 #include "serial/ComPort.h"
 #include "serial/StatusConsole.h"
 #include "serial/Transport.h"
@@ -9,17 +8,16 @@
 
 namespace zrk {
 
-Operation::Operation(SharedState& state, ComPort& port, StatusConsole& console, Transport& transport,
-                     MessageBoxes& boxes)
-    : m_state(state), m_port(port), m_console(console), m_transport(transport), m_boxes(boxes) {}
+Operation::Operation(Desk& desk, ComPort& port, StatusConsole& console, Transport& transport)
+    : m_desk(desk), m_port(port), m_console(console), m_transport(transport) {}
 
 void Operation::run(const Plan& plan) {
     if (isRunning())
         return;
     const QScopedValueRollback running(m_running, true);
     const Report report =
-        plan.report != Report::Nothing && m_state.DebugMode ? Report::InConsole : plan.report;
-    m_state.StopReason = Outcome::Done;
+        plan.report != Report::Nothing && m_desk.state.DebugMode ? Report::InConsole : plan.report;
+    m_desk.state.StopReason = Outcome::Done;
     try {
         const End end = plan.body();
         m_outcome = endedBy(end);
@@ -34,15 +32,15 @@ void Operation::run(const Plan& plan) {
 }
 
 void Operation::begin() {
-    m_state.OperationActive = true;
-    m_state.withdrawStop();
-    m_state.FlashStateUnknown = false;
+    m_desk.state.OperationActive = true;
+    m_desk.state.withdrawStop();
+    m_desk.state.FlashStateUnknown = false;
     // A port that failed under a transfer left its progress display running.
     m_transport.enableSentStatus(false);
 }
 
 void Operation::finish() {
-    m_state.OperationActive = false;
+    m_desk.state.OperationActive = false;
 }
 
 void Operation::abort(CommandButton& startButton) {
@@ -63,14 +61,15 @@ Outcome Operation::endedBy(End end) const {
     case End::Abort:
         break;
     }
-    return m_state.StopReason == Outcome::Done ? Outcome::WrongAnswer : m_state.StopReason;
+    return m_desk.state.StopReason == Outcome::Done ? Outcome::WrongAnswer : m_desk.state.StopReason;
 }
 
 /// What was asked for first counts: the closing window takes the port away under the operation, and an answer
 /// that is cut off by a cancel is no wrong one.
 Outcome Operation::failedBy(FailureKind kind) const {
     const bool effectOfTheStop = kind != FailureKind::PortNotOpened && kind != FailureKind::PortLost;
-    return effectOfTheStop && m_state.StopReason != Outcome::Done ? m_state.StopReason : outcomeOf(kind);
+    return effectOfTheStop && m_desk.state.StopReason != Outcome::Done ? m_desk.state.StopReason
+                                                                       : outcomeOf(kind);
 }
 
 void Operation::fail(const RuntimeFailure& failure, Report report) {
@@ -79,9 +78,9 @@ void Operation::fail(const RuntimeFailure& failure, Report report) {
     m_transport.ArmReplyTimer(false);
     switch (report) {
     case Report::DownloadProblem:
-        return showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherDownload, failure);
+        return showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherDownload, failure);
     case Report::IoProblem:
-        return showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+        return showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
     case Report::InConsole:
         return m_console.PrintPlain(QStringLiteral("\r\n") + failure.description());
     case Report::Nothing:

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "controls/Desk.h"
 #include "platform/RuntimeFailure.h"
 #include "serial/PortErrors.h"
-#include "serial/SharedState.h"
 
 #include <functional>
 
@@ -11,7 +11,6 @@ namespace zrk {
 class ComPort;
 class StatusConsole;
 class Transport;
-struct CommandButton;
 
 /// The one gate for whatever uses the port for longer than a moment. It lets one operation in at a time,
 /// catches what goes wrong in it, and keeps how it ended.
@@ -39,8 +38,7 @@ class Operation {
         Report report = Report::DownloadProblem;
     };
 
-    Operation(SharedState& state, ComPort& port, StatusConsole& console, Transport& transport,
-              MessageBoxes& boxes);
+    Operation(Desk& desk, ComPort& port, StatusConsole& console, Transport& transport);
 
     /// Runs the body, and its abort when the body asks for it or fails. Throws nothing, yields. With
     /// DebugMode set from the start a failure is told in the console instead of a message box. Does nothing
@@ -48,7 +46,7 @@ class Operation {
     void run(const Plan& plan);
 
     /// True while run() is under way, also before the body has marked itself with begin().
-    [[nodiscard]] bool isRunning() const { return m_running || m_state.OperationActive; }
+    [[nodiscard]] bool isRunning() const { return m_running || m_desk.state.OperationActive; }
 
     /// Marks the operation as active: Cancel now requests a stop. Forgets what an earlier one left behind.
     void begin();
@@ -68,11 +66,10 @@ class Operation {
     [[nodiscard]] Outcome failedBy(FailureKind kind) const;
     void fail(const RuntimeFailure& failure, Report report);
 
-    SharedState& m_state;
+    Desk& m_desk;
     ComPort& m_port;
     StatusConsole& m_console;
     Transport& m_transport;
-    MessageBoxes& m_boxes;
     Outcome m_outcome = Outcome::Done;
     bool m_running = false;
 };

@@ -15,16 +15,15 @@ constexpr std::chrono::milliseconds kWatchInterval = 500ms;
 
 } // namespace
 
-PortControl::PortControl(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
-                         TerminalMode& terminal, EventLoop& loop)
-    : m_state(state), m_controls(controls), m_port(port), m_console(console), m_terminal(terminal),
-      m_watch(loop.createTimer([this] { watchIdlePort(); })) {
+PortControl::PortControl(Desk& desk, ComPort& port, StatusConsole& console, TerminalMode& terminal)
+    : m_desk(desk), m_port(port), m_console(console), m_terminal(terminal),
+      m_watch(desk.loop.createTimer([this] { watchIdlePort(); })) {
     m_watch->start(kWatchInterval);
 }
 
 void PortControl::cmdCancel_Click() {
-    if (m_state.OperationActive) {
-        m_state.requestStop(Outcome::Cancelled);
+    if (m_desk.state.OperationActive) {
+        m_desk.state.requestStop(Outcome::Cancelled);
         return;
     }
     m_port.CloseComPort();
@@ -38,22 +37,22 @@ void PortControl::cmdCancel_Click() {
 }
 
 void PortControl::resetStartButtons() {
-    if (!m_controls.txtFilNam[0].Tag.value().isEmpty())
-        m_controls.cmdStartPrimary.Enabled = true;
-    m_controls.cmdURK.Enabled = false;
-    m_controls.cmdStartSecondary.Enabled = false;
+    if (!m_desk.controls.txtFilNam[0].Tag.value().isEmpty())
+        m_desk.controls.cmdStartPrimary.Enabled = true;
+    m_desk.controls.cmdURK.Enabled = false;
+    m_desk.controls.cmdStartSecondary.Enabled = false;
 }
 
 int PortControl::Form_Unload() {
-    m_state.requestStop(Outcome::Cancelled);
+    m_desk.state.requestStop(Outcome::Cancelled);
     m_port.CloseComPort();
-    return m_state.OperationActive ? 1 : 0;
+    return m_desk.state.OperationActive ? 1 : 0;
 }
 
 void PortControl::watchIdlePort() {
-    if (m_state.OperationActive || !m_port.isOpen() || !m_port.isLost())
+    if (m_desk.state.OperationActive || !m_port.isOpen() || !m_port.isLost())
         return;
-    if (m_state.TerminalMode)
+    if (m_desk.state.TerminalMode)
         m_terminal.timCommReceive_Timer(); // what arrived before the device went away is still shown
     QString reason;
     try {

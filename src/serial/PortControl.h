@@ -1,8 +1,7 @@
 #pragma once
 
-#include "controls/Controls.h"
+#include "controls/Desk.h"
 #include "platform/EventLoop.h"
-#include "serial/SharedState.h"
 
 namespace zrk {
 
@@ -13,8 +12,7 @@ class TerminalMode;
 /// The Cancel button, the closing of the main window, and the watch over an idle open port.
 class PortControl {
   public:
-    PortControl(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
-                TerminalMode& terminal, EventLoop& loop);
+    PortControl(Desk& desk, ComPort& port, StatusConsole& console, TerminalMode& terminal);
 
     /// While an operation runs it only requests a stop; otherwise it closes the port, resets the start
     /// buttons and leaves terminal mode. Yields when idle.
@@ -31,8 +29,7 @@ class PortControl {
   private:
     void resetStartButtons();
 
-    SharedState& m_state;
-    Controls& m_controls;
+    Desk& m_desk;
     ComPort& m_port;
     StatusConsole& m_console;
     TerminalMode& m_terminal;

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "serial/SharedState.h"
-
 namespace zrk {
 
-class MessageBoxes;
 class RuntimeFailure;
+struct Desk;
 
 /// What else may be behind a failure, as the message box words it.
 enum class PortErrorHint {
@@ -15,7 +13,6 @@ enum class PortErrorHint {
 
 /// Shows "Error communicating with COM<number>" with the failure's description; MessageText keeps it.
 /// The box is modal, so the event loop runs inside the call.
-void showPortError(SharedState& state, MessageBoxes& boxes, int portNumber, PortErrorHint hint,
-                   const RuntimeFailure& failure);
+void showPortError(Desk& desk, int portNumber, PortErrorHint hint, const RuntimeFailure& failure);
 
 } // namespace zrk

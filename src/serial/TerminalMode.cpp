@@ -1,6 +1,5 @@
 #include "serial/TerminalMode.h"
 
-#include "platform/MessageBoxes.h"
 #include "platform/RuntimeFailure.h"
 #include "serial/ComPort.h"
 #include "serial/PortErrors.h"
@@ -20,23 +19,22 @@ constexpr QChar kCarriageReturn(u'\r');
 
 } // namespace
 
-TerminalMode::TerminalMode(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
-                           MessageBoxes& boxes, EventLoop& loop)
-    : m_state(state), m_controls(controls), m_port(port), m_console(console), m_boxes(boxes),
-      m_timCommReceive(loop.createTimer([this] { timCommReceive_Timer(); })) {
+TerminalMode::TerminalMode(Desk& desk, ComPort& port, StatusConsole& console)
+    : m_desk(desk), m_port(port), m_console(console),
+      m_timCommReceive(desk.loop.createTimer([this] { timCommReceive_Timer(); })) {
     m_port.setHandshaking(Handshaking::None);
 }
 
 void TerminalMode::SetTerminalMode(bool& Enable) {
-    const bool handlerInstalled = !m_state.DebugMode;
+    const bool handlerInstalled = !m_desk.state.DebugMode;
     try {
         apply(Enable);
         return;
     } catch (const RuntimeFailure& failure) {
         if (!handlerInstalled)
             throw;
-        m_state.noteStop(outcomeOf(failure.kind()));
-        showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+        m_desk.state.noteStop(outcomeOf(failure.kind()));
+        showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
     }
     m_port.CloseComPort();
     m_console.PrintStatus(QStringLiteral("/n--- closing port ---/n"));
@@ -52,49 +50,49 @@ void TerminalMode::SetTerminalMode(bool& Enable) {
 void TerminalMode::apply(bool enable) {
     if (enable != m_AppliedTerminalMode) {
         m_AppliedTerminalMode = enable;
-        m_state.TerminalMode = enable;
+        m_desk.state.TerminalMode = enable;
         if (enable)
             applyTerminal();
         else
             applyProgrammed();
     }
-    m_controls.txtStatus.SetFocus();
+    m_desk.controls.txtStatus.SetFocus();
 }
 
 void TerminalMode::applyTerminal() {
-    m_controls.cmdTerminal.Caption = QStringLiteral("Disable Terminal mode");
+    m_desk.controls.cmdTerminal.Caption = QStringLiteral("Disable Terminal mode");
     m_console.PrintStatus(QStringLiteral("/n--- Enabling terminal mode ---/n"));
     if (!m_AppliedTerminalMode)
         return; // a click inside the print has switched back already
     m_timCommReceive->start(kReceiveInterval);
     m_port.setHandshaking(Handshaking::XonXoff);
     m_port.setInputMode(ComPort::InputMode::Text);
-    m_controls.mnuExecScript.Enabled = true;
+    m_desk.controls.mnuExecScript.Enabled = true;
 }
 
 void TerminalMode::applyProgrammed() {
-    m_controls.cmdTerminal.Caption = QStringLiteral("Enable Terminal mode");
+    m_desk.controls.cmdTerminal.Caption = QStringLiteral("Enable Terminal mode");
     m_console.PrintStatus(QStringLiteral("/n--- Switching to programmed mode ---/n"));
     if (m_AppliedTerminalMode)
         return; // a click inside the print has switched back already
     m_port.setHandshaking(Handshaking::None);
     m_timCommReceive->stop();
     m_port.setInputMode(ComPort::InputMode::Binary);
-    m_controls.mnuExecScript.Enabled = false;
+    m_desk.controls.mnuExecScript.Enabled = false;
 }
 
 void TerminalMode::cmdTerminal_Click() {
-    if (m_state.OperationActive)
+    if (m_desk.state.OperationActive)
         return;
     try {
-        m_state.TerminalMode = !m_state.TerminalMode;
-        SetTerminalMode(m_state.TerminalMode);
-        if (m_state.TerminalMode)
+        m_desk.state.TerminalMode = !m_desk.state.TerminalMode;
+        SetTerminalMode(m_desk.state.TerminalMode);
+        if (m_desk.state.TerminalMode)
             m_port.OpenComPort();
     } catch (const RuntimeFailure& failure) {
-        m_state.noteStop(outcomeOf(failure.kind()));
-        showPortError(m_state, m_boxes, m_port.CommPort(), PortErrorHint::OtherIo, failure);
-        m_state.TerminalMode = false;
+        m_desk.state.noteStop(outcomeOf(failure.kind()));
+        showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+        m_desk.state.TerminalMode = false;
         switchTo(false);
     }
 }
@@ -105,14 +103,14 @@ void TerminalMode::timCommReceive_Timer() {
     QString s;
     try {
         const qsizetype unread = m_port.InBufferCount();
-        if (unread < 1 || (m_state.ReceivedIsHeld && unread < kMostHeld))
+        if (unread < 1 || (m_desk.state.ReceivedIsHeld && unread < kMostHeld))
             return;
         s = m_port.Input();
     } catch (const RuntimeFailure&) {
         return; // the watch over the idle port reports a lost device, once
     }
-    if (!m_state.AwaitedText.isEmpty() && s.contains(m_state.AwaitedText))
-        m_state.AwaitedText.clear();
+    if (!m_desk.state.AwaitedText.isEmpty() && s.contains(m_desk.state.AwaitedText))
+        m_desk.state.AwaitedText.clear();
     ShowReceived(s);
 }
 
@@ -127,7 +125,7 @@ void TerminalMode::ShowReceived(const QString& s) {
             kept.append(c);
         else if (!kept.isEmpty())
             kept.chop(1);
-        else if (!m_controls.txtStatus.text().isEmpty())
+        else if (!m_desk.controls.txtStatus.text().isEmpty())
             removed = 1;
     }
     QString shown;
@@ -139,7 +137,7 @@ void TerminalMode::ShowReceived(const QString& s) {
         if (c == kCarriageReturn)
             shown.append(kLineFeed);
     }
-    m_controls.txtStatus.replaceEnd(removed, shown);
+    m_desk.controls.txtStatus.replaceEnd(removed, shown);
 }
 
 } // namespace zrk

@@ -1,20 +1,17 @@
 #pragma once
 
-#include "controls/Controls.h"
+#include "controls/Desk.h"
 #include "platform/EventLoop.h"
-#include "serial/SharedState.h"
 
 namespace zrk {
 
 class ComPort;
-class MessageBoxes;
 class StatusConsole;
 
 /// The switch between the two uses of the port, and the terminal's receiving side.
 class TerminalMode {
   public:
-    TerminalMode(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
-                 MessageBoxes& boxes, EventLoop& loop);
+    TerminalMode(Desk& desk, ComPort& port, StatusConsole& console);
 
     /// Switches the port and the controls to terminal (true) or programmed mode; in the present mode it
     /// only moves the focus. A failure is shown, closes the port and forces programmed mode, with
@@ -41,11 +38,9 @@ class TerminalMode {
     void applyTerminal();
     void applyProgrammed();
 
-    SharedState& m_state;
-    Controls& m_controls;
+    Desk& m_desk;
     ComPort& m_port;
     StatusConsole& m_console;
-    MessageBoxes& m_boxes;
     std::unique_ptr<Timer> m_timCommReceive;
     bool m_AppliedTerminalMode = false;
 };

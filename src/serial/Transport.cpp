@@ -1,6 +1,5 @@
 #include "serial/Transport.h"
 
-#include "platform/MessageBoxes.h"
 #include "serial/ComPort.h"
 #include "serial/StatusConsole.h"
 
@@ -20,36 +19,36 @@ constexpr std::chrono::milliseconds kLetOutLook = 5ms;
 
 } // namespace
 
-Transport::Transport(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
-                     MessageBoxes& boxes, EventLoop& loop)
-    : m_state(state), m_controls(controls), m_port(port), m_console(console), m_boxes(boxes), m_loop(loop),
-      m_timTimeOut(loop.createTimer([this] { timTimeOut_Timer(); })),
-      m_timSentStatus(loop.createTimer([this] { tickSentStatus(); })), m_replyInterval(kReplyIntervalDebug) {}
+Transport::Transport(Desk& desk, ComPort& port, StatusConsole& console)
+    : m_desk(desk), m_port(port), m_console(console),
+      m_timTimeOut(desk.loop.createTimer([this] { timTimeOut_Timer(); })),
+      m_timSentStatus(desk.loop.createTimer([this] { tickSentStatus(); })),
+      m_replyInterval(kReplyIntervalDebug) {}
 
 void Transport::SendString(const QString& text) {
-    if (!m_state.DebugMode)
+    if (!m_desk.state.DebugMode)
         m_port.Output(text);
 }
 
 void Transport::SendByte(std::uint8_t byte) {
-    if (!m_state.DebugMode)
+    if (!m_desk.state.DebugMode)
         m_port.Output(static_cast<char>(byte));
 }
 
 QString Transport::ReadChar() {
     // The first pass takes what is already there; the later ones sleep until something happens.
-    m_loop.yield();
-    while (!m_state.CancelRequested && m_port.InBufferCount() < 1)
-        m_loop.wait();
-    if (m_state.CancelRequested)
+    m_desk.loop.yield();
+    while (!m_desk.state.CancelRequested && m_port.InBufferCount() < 1)
+        m_desk.loop.wait();
+    if (m_desk.state.CancelRequested)
         return QString(QChar(u'\0'));
     return m_port.Input().left(1);
 }
 
 bool Transport::ExpectChar(const QString& expected) {
-    m_state.LastChar = ReadChar();
-    m_console.PrintStatus(m_state.LastChar);
-    if (expected == m_state.LastChar)
+    m_desk.state.LastChar = ReadChar();
+    m_console.PrintStatus(m_desk.state.LastChar);
+    if (expected == m_desk.state.LastChar)
         return true;
     m_console.PrintStatus(QStringLiteral("invalid character received! Cancelling./n"));
     return false;
@@ -60,41 +59,40 @@ void Transport::ArmReplyTimer(bool enable) {
         m_timTimeOut->stop();
         return;
     }
-    m_replyInterval = m_state.DebugMode ? kReplyIntervalDebug : kReplyInterval;
+    m_replyInterval = m_desk.state.DebugMode ? kReplyIntervalDebug : kReplyInterval;
     m_timTimeOut->start(m_replyInterval);
 }
 
 bool Transport::hasRoom() {
-    return m_state.DebugMode || m_port.transmitRoom() > kRoomForClosingBytes;
+    return m_desk.state.DebugMode || m_port.transmitRoom() > kRoomForClosingBytes;
 }
 
 void Transport::letOut() {
-    const auto end = m_loop.now() + kLetOutLimit;
-    const auto timer = m_loop.createTimer([] {});
+    const auto end = m_desk.loop.now() + kLetOutLimit;
+    const auto timer = m_desk.loop.createTimer([] {});
     timer->start(kLetOutLook);
-    auto lastProgress = m_loop.now();
+    auto lastProgress = m_desk.loop.now();
     qsizetype unsent = m_port.unsentBytes();
-    while (unsent > 0 && m_loop.now() < end && m_loop.now() - lastProgress < kLetOutStall) {
-        m_loop.wait();
+    while (unsent > 0 && m_desk.loop.now() < end && m_desk.loop.now() - lastProgress < kLetOutStall) {
+        m_desk.loop.wait();
         const qsizetype now = m_port.unsentBytes();
         if (now < unsent)
-            lastProgress = m_loop.now();
+            lastProgress = m_desk.loop.now();
         unsent = now;
     }
 }
 
 void Transport::timTimeOut_Timer() {
-    m_state.requestStop(Outcome::TimedOut);
+    m_desk.state.requestStop(Outcome::TimedOut);
     // The timer goes on ticking under its own open box; one box says it all.
     if (m_timeOutBoxOpen)
         return;
     m_timeOutBoxOpen = true;
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(m_replyInterval).count();
-    m_state.MessageText = QStringLiteral("No valid serial response received within  %1 second\r\n"
-                                         "Aborting operation")
-                              .arg(seconds);
-    (void)m_boxes.show(
-        {m_state.MessageText, MessageIcon::Exclamation, MessageButtons::Ok, QStringLiteral("TimeOut")});
+    m_desk.tell(QStringLiteral("No valid serial response received within  %1 second\r\n"
+                               "Aborting operation")
+                    .arg(seconds),
+                MessageIcon::Exclamation, QStringLiteral("TimeOut"));
     m_timeOutBoxOpen = false;
 }
 
@@ -108,17 +106,19 @@ void Transport::enableSentStatus(bool enable) {
 void Transport::tickSentStatus() {
     // A port that failed under a transfer leaves the display running; it must not write over what
     // comes after the operation.
-    if (m_state.OperationActive)
+    if (m_desk.state.OperationActive)
         timSentStatus_Timer();
     else
         enableSentStatus(false);
 }
 
 void Transport::timSentStatus_Timer() {
-    m_controls.staStatus.SecondPanel =
-        QStringLiteral("bytes sent %1 / %2").arg(m_state.BytesSent).arg(m_state.BytesTotal);
-    m_controls.pgbDownload.Value =
-        m_state.BytesTotal > 0 ? static_cast<double>(m_state.BytesSent) / m_state.BytesTotal * 100.0 : 100.0;
+    m_desk.controls.staStatus.SecondPanel =
+        QStringLiteral("bytes sent %1 / %2").arg(m_desk.state.BytesSent).arg(m_desk.state.BytesTotal);
+    m_desk.controls.pgbDownload.Value =
+        m_desk.state.BytesTotal > 0
+            ? static_cast<double>(m_desk.state.BytesSent) / m_desk.state.BytesTotal * 100.0
+            : 100.0;
 }
 
 } // namespace zrk

@@ -1,24 +1,21 @@
 #pragma once
 
-#include "controls/Controls.h"
+#include "controls/Desk.h"
+#include "controls/PendingWait.h"
 #include "platform/EventLoop.h"
-#include "serial/SharedState.h"
-#include "serial/WaitNote.h"
 
 #include <cstdint>
 
 namespace zrk {
 
 class ComPort;
-class MessageBoxes;
 class StatusConsole;
 
 /// The primitives that every protocol is built from, and the two timers that belong to them.
 /// Expects the port in programmed mode. Port failures pass through as RuntimeFailure.
 class Transport {
   public:
-    Transport(SharedState& state, Controls& controls, ComPort& port, StatusConsole& console,
-              MessageBoxes& boxes, EventLoop& loop);
+    Transport(Desk& desk, ComPort& port, StatusConsole& console);
 
     /// Writes the text, one byte per character; nothing while DebugMode is set. Never yields; waits for
     /// the line only when the port's transmit queue is full.
@@ -39,17 +36,19 @@ class Transport {
     void ArmReplyTimer(bool enable);
 
     /// Notes what is waited for from now on, until the note goes.
-    [[nodiscard]] WaitNote noteWait(const QString& what) { return {m_state, what, m_loop.now()}; }
+    [[nodiscard]] PendingWait noteWait(const QString& what) {
+        return {m_desk.state, what, m_desk.loop.now()};
+    }
 
     /// One pass of a transfer's loop: yields once.
-    void pass() { m_loop.yield(); }
+    void pass() { m_desk.loop.yield(); }
 
     /// True when another byte goes out without waiting for the line; keeps enough of the queue free
     /// that a frame's closing bytes never have to wait.
     [[nodiscard]] bool hasRoom();
 
     /// Blocks until something happens (the line takes bytes, a click, a tick) and runs it.
-    void waitForRoom() { m_loop.wait(); }
+    void waitForRoom() { m_desk.loop.wait(); }
 
     /// Waits, yielding, until all that was sent has left the port: two seconds at most, and no longer than
     /// the line goes on taking bytes.
@@ -70,12 +69,9 @@ class Transport {
   private:
     void tickSentStatus();
 
-    SharedState& m_state;
-    Controls& m_controls;
+    Desk& m_desk;
     ComPort& m_port;
     StatusConsole& m_console;
-    MessageBoxes& m_boxes;
-    EventLoop& m_loop;
     std::unique_ptr<Timer> m_timTimeOut;
     std::unique_ptr<Timer> m_timSentStatus;
     std::chrono::milliseconds m_replyInterval;

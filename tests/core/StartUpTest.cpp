@@ -12,7 +12,7 @@ class StartUpTest : public ScriptedTest {
                         bench.folder.path());
         started->controls.txtStatus.append("old");
         started->state.CancelRequested = true;
-        started->startUp.Form_Load({bench.folder.path(), "loader", 0, 7, 34}, started->paths);
+        started->startUp.Form_Load({bench.folder.path(), "loader", 0, 7, 34}, started->paths());
     }
 
     std::optional<zrk::Loader> started;

@@ -1,4 +1,4 @@
-#include "serial/Outcome.h"
+#include "controls/Outcome.h"
 
 namespace zrk {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "serial/Outcome.h"
+#include "controls/Outcome.h"
 
 #include <QProperty>
 #include <QString>

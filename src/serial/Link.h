@@ -1,0 +1,32 @@
+#pragma once
+
+#include "controls/Desk.h"
+#include "serial/ComPort.h"
+#include "serial/ConsoleKeys.h"
+#include "serial/Operation.h"
+#include "serial/PortControl.h"
+#include "serial/StatusConsole.h"
+#include "serial/TerminalMode.h"
+#include "serial/Transport.h"
+
+namespace zrk {
+
+/// The desk with its line to the board: the port, what is said about it, and who may use it. Protocols are
+/// built on this.
+struct Link : Desk {
+    Link(EventLoop& eventLoop, SerialPort& serialPort, MessageBoxes& messageBoxes, FileDialog& dialog)
+        : Desk(eventLoop, messageBoxes, dialog), port(serialPort, controls),
+          console(controls.txtStatus, eventLoop), transport(*this, port, console),
+          terminal(*this, port, console), keys(*this, port), portControl(*this, port, console, terminal),
+          operation(*this, port, console, transport) {}
+
+    ComPort port; ///< the one owner of the open port
+    StatusConsole console;
+    Transport transport;
+    TerminalMode terminal;
+    ConsoleKeys keys;
+    PortControl portControl;
+    Operation operation; ///< the gate to the port
+};
+
+} // namespace zrk
