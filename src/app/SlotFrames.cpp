@@ -1,7 +1,6 @@
 #include "app/SlotFrames.h"
 
 #include "app/LoaderWidgets.h"
-#include "config/ImageSlots.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -12,7 +11,6 @@
 #include <QStyle>
 
 #include <algorithm>
-#include <initializer_list>
 
 namespace zrk {
 namespace {
@@ -72,13 +70,15 @@ void makeRow(SlotWidgets& row, std::size_t slot, QWidget* frame) {
     row.lblCodeSize->setFixedWidth(row.txtStartAddress->width());
 }
 
-QGridLayout* makeFrame(LoaderWidgets& widgets, QGroupBox* frame, std::initializer_list<int> slotNumbers) {
+QGridLayout* makeFrame(LoaderWidgets& widgets, QGroupBox* frame, SlotFrame which) {
     auto* grid = new QGridLayout(frame);
     grid->setHorizontalSpacing(6);
     grid->setVerticalSpacing(5);
     int line = 0;
-    for (const int number : slotNumbers) {
+    for (const Slot number : kWindowOrder) {
         const auto slot = static_cast<std::size_t>(number);
+        if (kSlots[slot].frame != which)
+            continue;
         SlotWidgets& row = widgets.slots[slot];
         makeRow(row, slot, frame);
         QWidget* const cells[] = {row.chkExeURK, row.lblFileChanged,  row.txtFilNam, row.cmdBrowse,
@@ -101,7 +101,7 @@ QPushButton* makeAction(QGridLayout* grid, int line, QGroupBox* frame, const cha
 void buildSlotFrames(LoaderWidgets& widgets, QWidget* parent) {
     widgets.fraFlashLdr =
         named(new QGroupBox(QStringLiteral("Program Flash"), parent), QStringLiteral("fraFlashLdr"));
-    QGridLayout* flash = makeFrame(widgets, widgets.fraFlashLdr, {kPgSibl, kFlashImage});
+    QGridLayout* flash = makeFrame(widgets, widgets.fraFlashLdr, SlotFrame::ProgramFlash);
     widgets.cmdPrgFlash = makeAction(flash, 0, widgets.fraFlashLdr, "cmdPrgFlash");
     widgets.chkErase = named(new QCheckBox(widgets.fraFlashLdr), QStringLiteral("chkErase"));
     flash->addWidget(widgets.chkErase, 1, kAction);
@@ -110,14 +110,13 @@ void buildSlotFrames(LoaderWidgets& widgets, QWidget* parent) {
 
     widgets.fraExecutables =
         named(new QGroupBox(QStringLiteral("Executables"), parent), QStringLiteral("fraExecutables"));
-    QGridLayout* executables =
-        makeFrame(widgets, widgets.fraExecutables, {kPrimaryBoot, kSecondaryExecutable});
+    QGridLayout* executables = makeFrame(widgets, widgets.fraExecutables, SlotFrame::Executables);
     widgets.cmdStartPrimary = makeAction(executables, 0, widgets.fraExecutables, "cmdStartPrimary");
     widgets.cmdStartSecondary = makeAction(executables, 1, widgets.fraExecutables, "cmdStartSecondary");
 
     widgets.fraImages = named(new QGroupBox(QStringLiteral("Uboot/RootFS/Kernel Images"), parent),
                               QStringLiteral("fraImages"));
-    QGridLayout* images = makeFrame(widgets, widgets.fraImages, {kUBoot, kRootFs, kKernel});
+    QGridLayout* images = makeFrame(widgets, widgets.fraImages, SlotFrame::Images);
     widgets.cmdURK = makeAction(images, 0, widgets.fraImages, "cmdURK");
 }
 

@@ -43,18 +43,12 @@ void bindFileMark(Binder& binder, Label& value, QLabel* mark) {
     });
 }
 
-/// "126,976 bytes, about 12 s on the line" for a size as its label shows it.
-QString lineTimeOf(const QString& sizeText) {
-    bool isNumber = false;
-    const qlonglong bytes = sizeText.toLongLong(&isNumber, 16);
-    return isNumber ? QStringLiteral("%1 bytes, %2 on the line")
-                          .arg(QLocale().toString(bytes), lineTimeText(bytes))
-                    : QString();
-}
-
-/// The size in plain words, as a tool tip: the display itself is hexadecimal.
-void bindSizeToolTip(Binder& binder, Label& size, QLabel* label) {
-    binder.follow(size.Caption, [&size, label] { label->setToolTip(lineTimeOf(size.Caption)); });
+/// "126,976 bytes, about 12 s on the line" for a slot's size.
+QString lineTimeOf(const Controls& controls, std::size_t slot) {
+    const auto bytes = controls.sizeInBytes(slot);
+    return bytes ? QStringLiteral("%1 bytes, %2 on the line")
+                       .arg(QLocale().toString(*bytes), lineTimeText(*bytes))
+                 : QString();
 }
 
 void bindSlots(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {
@@ -68,16 +62,18 @@ void bindSlots(Binder& binder, const LoaderWidgets& widgets, Controls& controls)
         binder.textBox(controls.txtStartAddress[i], row.txtStartAddress);
         binder.caption(controls.lblSize[i].Caption, row.lblSize);
         binder.caption(controls.lblCodeSize[i].Caption, row.lblCodeSize);
-        bindSizeToolTip(binder, controls.lblCodeSize[i], row.lblCodeSize);
+        // In plain words, since the display itself is hexadecimal.
+        binder.follow(controls.lblCodeSize[i].Caption, [&controls, i, label = row.lblCodeSize] {
+            label->setToolTip(lineTimeOf(controls, i));
+        });
     }
 }
 
 void bindButtons(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {
     bindButton(binder, controls.cmdPrgFlash, widgets.cmdPrgFlash, WhileBusy::Grey);
     binder.checkBox(controls.chkErase, widgets.chkErase);
-    Label& flashSize = controls.lblCodeSize[kFlashImage];
-    binder.follow(flashSize.Caption, [&flashSize, label = widgets.lblFlashTime] {
-        label->setText(lineTimeOf(flashSize.Caption));
+    binder.follow(controls.lblCodeSize[kFlashImage].Caption, [&controls, label = widgets.lblFlashTime] {
+        label->setText(lineTimeOf(controls, kFlashImage));
     });
     bindButton(binder, controls.cmdStartPrimary, widgets.cmdStartPrimary, WhileBusy::Grey);
     bindButton(binder, controls.cmdStartSecondary, widgets.cmdStartSecondary, WhileBusy::Grey);
@@ -145,19 +141,16 @@ void unbindWindow(Loader& loader) {
 
 void setTabOrders(const LoaderWidgets& widgets) {
     QList<QWidget*> order{widgets.tglDebug, widgets.cmdOutput, widgets.txtOut};
-    const auto addRow = [&](int slot, QWidget* action) {
-        const SlotWidgets& row = widgets.slots[static_cast<std::size_t>(slot)];
+    const std::array<QWidget*, kSlotCount> actions{
+        widgets.cmdStartPrimary, widgets.cmdStartSecondary, widgets.cmdURK, nullptr, nullptr,
+        widgets.chkErase,        widgets.cmdPrgFlash};
+    for (const Slot slot : kWindowOrder) {
+        const auto i = static_cast<std::size_t>(slot);
+        const SlotWidgets& row = widgets.slots[i];
         order << row.chkExeURK << row.txtFilNam << row.cmdBrowse << row.txtStartAddress;
-        if (action != nullptr)
-            order << action;
-    };
-    addRow(kPgSibl, widgets.cmdPrgFlash);
-    addRow(kFlashImage, widgets.chkErase);
-    addRow(kPrimaryBoot, widgets.cmdStartPrimary);
-    addRow(kSecondaryExecutable, widgets.cmdStartSecondary);
-    addRow(kUBoot, widgets.cmdURK);
-    addRow(kRootFs, nullptr);
-    addRow(kKernel, nullptr);
+        if (actions[i] != nullptr)
+            order << actions[i];
+    }
     order << widgets.cmbComPort << widgets.cmdTerminal << widgets.cmdCancel << widgets.lvwAdrs
           << widgets.cmdValidateAdrs << widgets.txtStatus;
     for (qsizetype i = 1; i < order.size(); ++i)

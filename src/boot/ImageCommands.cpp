@@ -8,11 +8,11 @@ namespace zrk {
 namespace {
 
 QString commandLetter(int slot) {
-    static constexpr std::array<const char*, 5> kLetters{"", "p", "u", "r", "k"};
-    if (slot < 0 || slot >= static_cast<int>(kLetters.size()))
+    if (slot < kPrimaryBoot || slot > kKernel)
         throw RuntimeFailure(FailureKind::Index,
                              QStringLiteral("There is no download command for image slot %1.").arg(slot));
-    return QString::fromLatin1(kLetters[static_cast<std::size_t>(slot)]);
+    const char letter = factsOf(slot).command;
+    return letter == 0 ? QString() : QString(QLatin1Char(letter));
 }
 
 } // namespace

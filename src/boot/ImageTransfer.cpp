@@ -35,7 +35,7 @@ bool ImageTransfer::SendImage(int slot) {
     const bool payloadOnly = slot == kFlashImage;
     if (!payloadOnly) {
         sendHeader(slot);
-        const bool toPrimaryBoot = slot >= kSecondaryExecutable && slot <= kKernel;
+        const bool toPrimaryBoot = factsOf(slot).memory == Memory::Sdram;
         if (toPrimaryBoot && !awaitAcceptance())
             return false;
         m_link.console.PrintStatus(QStringLiteral("Sending code .. "));

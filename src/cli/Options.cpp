@@ -10,9 +10,6 @@
 namespace zrk {
 namespace {
 
-constexpr std::array<const char*, kSlotCount> kSlotOptions{"primary", "secondary", "uboot",  "rootfs",
-                                                           "kernel",  "flash",     "pg-sibl"};
-
 constexpr const char* kDescription =
     "Brings up and programs boards over one serial line (115200 8N1).\n"
     "\n"
@@ -41,17 +38,8 @@ void addOptions(QCommandLineParser& parser) {
         QStringLiteral("Preset the images from FILE; relative paths in it start at its folder. Without "
                        "this: zrk-loader.INI beside the program, if there is one."),
         QStringLiteral("FILE"));
-    static constexpr std::array<const char*, kSlotCount> kTexts{
-        "Primary boot, into IRAM.",
-        "Secondary executable, into SDRAM.",
-        "U-Boot image.",
-        "Root file system image.",
-        "Kernel image.",
-        "Image for the NAND flash.",
-        "Flash-programming image, into IRAM.",
-    };
-    for (std::size_t i = 0; i < kTexts.size(); ++i)
-        add(QString::fromLatin1(kSlotOptions[i]), QString::fromLatin1(kTexts[i]),
+    for (const SlotFacts& slot : kSlots)
+        add(QString::fromLatin1(slot.option), QString::fromLatin1(slot.optionHelp),
             QStringLiteral("FILE[,ADDRESS]"));
     add(QStringLiteral("erase"), QStringLiteral("Erase the whole flash before it is programmed."));
     add(QStringLiteral("wait"), QStringLiteral("Give up if the board does not announce itself in time."),
@@ -61,8 +49,8 @@ void addOptions(QCommandLineParser& parser) {
 /// A shell variable that is not set must not silently mean the default.
 void refuseEmptyValues(const QCommandLineParser& parser) {
     QStringList names{QStringLiteral("ini")};
-    for (const char* slot : kSlotOptions)
-        names.append(QString::fromLatin1(slot));
+    for (const SlotFacts& slot : kSlots)
+        names.append(QString::fromLatin1(slot.option));
     for (const QString& name : names) {
         if (parser.isSet(name) && parser.value(name).isEmpty())
             throw UsageError(QStringLiteral("--%1 needs a file name, but it is empty.").arg(name));
@@ -134,7 +122,7 @@ void readWaitLimit(const QCommandLineParser& parser, CliOptions& options) {
 } // namespace
 
 QString slotOption(int slot) {
-    return QStringLiteral("--") + QString::fromLatin1(kSlotOptions.at(static_cast<std::size_t>(slot)));
+    return QStringLiteral("--") + QString::fromLatin1(factsOf(slot).option);
 }
 
 std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const QString& version) {
@@ -174,7 +162,7 @@ std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const Q
     options.iniPath = parser.value(QStringLiteral("ini"));
     options.erase = parser.isSet(QStringLiteral("erase"));
     for (std::size_t i = 0; i < options.slotValues.size(); ++i)
-        options.slotValues[i] = parser.value(QString::fromLatin1(kSlotOptions[i]));
+        options.slotValues[i] = parser.value(QString::fromLatin1(kSlots[i].option));
     return options;
 }
 

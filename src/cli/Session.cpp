@@ -115,7 +115,7 @@ void Session::requireFile(int slot) {
 
 void Session::requireSizeThatFits(int slot) {
     const auto i = static_cast<std::size_t>(slot);
-    const qlonglong size = m_loader.controls.lblCodeSize[i].Caption.value().toLongLong(nullptr, 16);
+    const std::int64_t size = m_loader.controls.sizeInBytes(i).value_or(0);
     if (size > std::numeric_limits<std::int32_t>::max())
         throw UsageError(QStringLiteral("%1 (%2): %3 bytes are more than an image can have.")
                              .arg(m_loader.controls.txtFilNam[i].Tag.value(), slotOption(slot))
@@ -179,7 +179,7 @@ ExitStatus Session::check() {
 
 ExitStatus Session::flash() {
     const QString sizeText = m_loader.controls.lblCodeSize[kFlashImage].Caption;
-    const std::int64_t size = HexToLong(sizeText);
+    const std::int64_t size = m_loader.controls.sizeInBytes(kFlashImage).value_or(0);
     tell(QStringLiteral("Flash image: %1 bytes (%2), %3 on the line at 115200 baud.")
              .arg(size)
              .arg(sizeText, lineTimeText(size)));

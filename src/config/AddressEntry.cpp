@@ -1,7 +1,6 @@
 #include "config/AddressEntry.h"
 
 #include "config/HexConversions.h"
-#include "config/ImageSlots.h"
 #include "platform/RuntimeFailure.h"
 
 namespace zrk {
@@ -21,7 +20,7 @@ QString enteredForm(const QString& text, qsizetype digits) {
 } // namespace
 
 void AddressEntry::txtStartAddress_Validate(int slot) {
-    const qsizetype digits = slot == kPrimaryBoot || slot == kPgSibl ? 4 : 8;
+    const qsizetype digits = addressDigits(factsOf(slot).memory);
     auto& text = m_controls.txtStartAddress[static_cast<std::size_t>(slot)].Text;
     text = enteredForm(text, digits);
 }

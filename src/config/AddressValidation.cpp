@@ -1,7 +1,6 @@
 #include "config/AddressValidation.h"
 
 #include "config/HexConversions.h"
-#include "config/ImageSlots.h"
 #include "platform/RuntimeFailure.h"
 
 namespace zrk {
@@ -49,9 +48,9 @@ void AddressValidation::checkBounds(int slot) {
 }
 
 void AddressValidation::listRanges() {
-    for (int slot = kSecondaryExecutable; slot <= kKernel; ++slot) {
+    for (int slot = 0; slot < kSlotCount; ++slot) {
         const auto i = static_cast<std::size_t>(slot);
-        if (!m_desk.controls.chkExeURK[i].isTicked())
+        if (kSlots[i].memory != Memory::Sdram || !m_desk.controls.chkExeURK[i].isTicked())
             continue;
         checkBounds(slot);
         m_desk.controls.lvwAdrs.add({QString::number(slot),

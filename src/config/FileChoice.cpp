@@ -16,7 +16,7 @@ void FileChoice::cmdBrowse_Click(int slot) {
     request.filters = {{QStringLiteral("Binary Files (.bin)"), QStringLiteral("*.bin")},
                        {QStringLiteral("Uboot Image (.ubt)"), QStringLiteral("*.ubt")},
                        {QStringLiteral("All Files (*.*)"), QStringLiteral("*.*")}};
-    request.filterIndex = slot >= kUBoot && slot <= kKernel ? 2 : 1;
+    request.filterIndex = factsOf(slot).fileFilter;
     request.folder = m_slots.paths().folder();
     const QString path = m_desk.fileDialog.openFile(request);
     if (!path.isEmpty())

@@ -11,17 +11,6 @@
 
 namespace zrk {
 
-/// Slot numbers; the number is the index of every per-slot control.
-enum Slot : int {
-    kPrimaryBoot = 0,
-    kSecondaryExecutable = 1,
-    kUBoot = 2,
-    kRootFs = 3,
-    kKernel = 4,
-    kFlashImage = 5,
-    kPgSibl = 6,
-};
-
 /// The seven image slots. Their state is what their controls hold; this keeps it consistent:
 /// a slot without a file is never selected.
 class ImageSlots {

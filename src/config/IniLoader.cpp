@@ -8,34 +8,14 @@
 #include <QStringList>
 
 namespace zrk {
-namespace {
-
-struct SlotKey {
-    const char* section;
-    const char* key;
-    const char* addressWhenMissing;
-};
-
-constexpr std::array<SlotKey, kSlotCount> kSlotKeys{{
-    {"BINFILES", "PRIMARY", "0x0000"},
-    {"BINFILES", "SECONDARY", "0x80000004"},
-    {"IMGFILES", "UBOOT", "0x80000004"},
-    {"IMGFILES", "ROOTFS", "0x80000004"},
-    {"IMGFILES", "KERNEL", "0x80000004"},
-    {"BINFILES", "FLASH", "0x0000"},
-    {"BINFILES", "PG_SIBL", "0x80000004"},
-}};
-
-} // namespace
-
 IniLoader::IniLoader(Desk& desk, ImageSlots& slots, AddressEntry& addresses)
     : m_desk(desk), m_slots(slots), m_addresses(addresses) {}
 
 void IniLoader::mnuLoadIni_Click() {
     std::array<QString, kSlotCount> values;
     for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = GetIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlotKeys[i].section),
-                                QString::fromLatin1(kSlotKeys[i].key));
+        values[i] = GetIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlots[i].section),
+                                QString::fromLatin1(kSlots[i].key));
     for (int slot = 0; slot < kSlotCount; ++slot)
         applyValue(slot, values[static_cast<std::size_t>(slot)]);
 }
@@ -63,7 +43,7 @@ void IniLoader::clearSlot(int slot, const QString& path) {
     m_desk.controls.txtFilNam[i].Text = QStringLiteral("CAN'T FIND: ") + m_slots.paths().FileNameOf(path);
     m_desk.controls.txtFilNam[i].ToolTipText = QStringLiteral("File Not Found, check .INI file");
     m_desk.controls.txtFilNam[i].Tag = QString();
-    m_desk.controls.txtStartAddress[i].Text = QString::fromLatin1(kSlotKeys[i].addressWhenMissing);
+    m_desk.controls.txtStartAddress[i].Text = QString::fromLatin1(kSlots[i].addressWhenMissing);
     m_desk.controls.lblCodeSize[i].Caption = QString();
     m_desk.controls.chkExeURK[i].Value = 0;
     if (slot == kPrimaryBoot)

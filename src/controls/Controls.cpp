@@ -3,26 +3,6 @@
 #include "platform/RuntimeFailure.h"
 
 namespace zrk {
-namespace {
-
-struct SlotDesign {
-    const char* caption;
-    const char* addressCaption;
-    const char* address;
-};
-
-constexpr std::array<SlotDesign, kSlotCount> kSlotDesign{{
-    {"&Primary Boot (IRAM)", "IRAM Address", "0x0"},
-    {"&Secondary Executable (SDRAM)", "SDRAM Address", "0x80000000"},
-    {"&UBoot image", "SDRAM Address", "0x80000000"},
-    {"&RootFS image", "SDRAM Address", "0x80000000"},
-    {"&Kernel image", "SDRAM Address", "0x80000000"},
-    {"&Flash image", "Flash Address", "0x00000000"},
-    {"pg_sibl", "IRAM Address", "0x0"},
-}};
-
-} // namespace
-
 bool operator==(const ListEntry& a, const ListEntry& b) {
     return a.text == b.text && a.itemData == b.itemData;
 }
@@ -36,12 +16,11 @@ int ComboBox::selectedItemData() const {
 
 Controls::Controls() {
     lblHeader.Caption = QStringLiteral("ZRK6957 loader");
-    for (std::size_t i = 0; i < kSlotDesign.size(); ++i) {
-        const SlotDesign& design = kSlotDesign[i];
-        chkExeURK[i].Caption = QString::fromLatin1(design.caption);
-        lblStart[i].Caption = QString::fromLatin1(design.addressCaption);
+    for (std::size_t i = 0; i < kSlots.size(); ++i) {
+        chkExeURK[i].Caption = QString::fromLatin1(kSlots[i].caption);
+        lblStart[i].Caption = QString::fromLatin1(addressCaption(kSlots[i].memory));
         lblSize[i].Caption = QStringLiteral("Size");
-        txtStartAddress[i].Text = QString::fromLatin1(design.address);
+        txtStartAddress[i].Text = QString::fromLatin1(kSlots[i].designAddress);
         cmdBrowse[i].Caption = QStringLiteral("Browse");
     }
     cmdPrgFlash.Caption = QStringLiteral("Program Flash");
@@ -67,6 +46,12 @@ Controls::Controls() {
 
 QString Controls::slotTitle(std::size_t slot) const {
     return QString(chkExeURK.at(slot).Caption).remove(QLatin1Char('&'));
+}
+
+std::optional<std::int64_t> Controls::sizeInBytes(std::size_t slot) const {
+    bool isNumber = false;
+    const qlonglong size = lblCodeSize.at(slot).Caption.value().toLongLong(&isNumber, 16);
+    return isNumber ? std::optional<std::int64_t>(size) : std::nullopt;
 }
 
 QString Controls::sizeOf(std::size_t slot) const {

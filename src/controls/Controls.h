@@ -2,16 +2,17 @@
 
 #include "controls/AddressList.h"
 #include "controls/ConsoleText.h"
+#include "controls/SlotTable.h"
 
 #include <QList>
 #include <QProperty>
 #include <QString>
 
 #include <array>
+#include <cstdint>
+#include <optional>
 
 namespace zrk {
-
-inline constexpr int kSlotCount = 7;
 
 /// The main window's controls as values. The operations read and write these; a window binds its
 /// widgets to them, the command line fills them from its options, and a test needs neither.
@@ -75,6 +76,9 @@ struct Controls {
 
     /// A slot's caption without the mark of its access key, for example "UBoot image".
     [[nodiscard]] QString slotTitle(std::size_t slot) const;
+
+    /// A slot's size in bytes; nothing when it has no file.
+    [[nodiscard]] std::optional<std::int64_t> sizeInBytes(std::size_t slot) const;
 
     /// A slot's size as its label shows it. Throws RuntimeFailure (TypeMismatch), which names the slot and
     /// what to do, when it has none.

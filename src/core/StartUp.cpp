@@ -50,14 +50,14 @@ void StartUp::fillPortList() {
 }
 
 void StartUp::fillSlotNames() {
-    m_link.state.SlotNames = {QString(),
-                              QStringLiteral("Secondary Executable"),
-                              QStringLiteral("UBoot image"),
-                              QStringLiteral("Root FS image"),
-                              QStringLiteral("Kernel image"),
-                              QStringLiteral("UBoot marker (0x80000000)"),
-                              QStringLiteral("UBoot marker (0x82000000)"),
-                              QStringLiteral("maximum address")};
+    auto& names = m_link.state.SlotNames;
+    names = {};
+    for (std::size_t i = 0; i < kSlots.size(); ++i)
+        names[i] = QString::fromLatin1(kSlots[i].listName);
+    // Behind the slots that have a name stand the fixed rows of the address list.
+    names[5] = QStringLiteral("UBoot marker (0x80000000)");
+    names[6] = QStringLiteral("UBoot marker (0x82000000)");
+    names[7] = QStringLiteral("maximum address");
 }
 
 } // namespace zrk
