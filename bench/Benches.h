@@ -15,4 +15,7 @@ void benchIdleWait();
 /// Memory of the command line above the file's size while it sends a 64 MiB image.
 void benchMemory();
 
+/// So many boards at once, each with a loader on a thread of its own: the worst and the best use of a line.
+void benchBoards(int count);
+
 } // namespace zrkbench

@@ -34,6 +34,11 @@ struct LoaderSurroundings {
 
 /// One whole loader: state, controls and the handlers that act on them, wired together. A program
 /// makes one, binds its window or its options to `controls`, and calls the handlers by their names.
+///
+/// A loader lives on one thread: it is made, used and destroyed there, and its event loop is that thread's.
+/// Its operations nest turns of that loop, so of two loaders on one thread the one that waits last would have
+/// to end first. Several boards are several threads. A window binds only a loader of its own thread; whoever
+/// collects from others has copies posted to it, because controls and state have no locks.
 struct Loader : Link {
     /// Relative image paths start at `imageFolder`.
     Loader(const LoaderSurroundings& surroundings, const QString& imageFolder);

@@ -1,6 +1,5 @@
 #include "platform/QtEventLoop.h"
 
-#include <QCoreApplication>
 #include <QTimer>
 
 namespace zrk {
@@ -27,11 +26,11 @@ QtEventLoop::QtEventLoop() = default;
 QtEventLoop::~QtEventLoop() = default;
 
 void QtEventLoop::yield() {
-    QCoreApplication::processEvents(QEventLoop::AllEvents);
+    m_loop.processEvents(QEventLoop::AllEvents);
 }
 
 void QtEventLoop::wait() {
-    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    m_loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 
 void QtEventLoop::wake() {

@@ -2,6 +2,7 @@
 
 #include "platform/EventLoop.h"
 
+#include <QEventLoop>
 #include <QObject>
 
 #include <atomic>
@@ -22,6 +23,7 @@ class QtEventLoop final : public EventLoop {
     [[nodiscard]] std::unique_ptr<Timer> createTimer(std::function<void()> tick) override;
 
   private:
+    QEventLoop m_loop; // gives a thread that has none yet what its timers and wake-ups need
     // Wake-ups are posted to this object, because a posted event ends a blocking pass for certain;
     // at most one is under way, or a fast line would flood the queue.
     QObject m_receiver;

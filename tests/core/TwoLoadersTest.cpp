@@ -1,35 +1,46 @@
-#include "support/Exchanges.h"
+#include "support/Bench.h"
+#include "support/BoardPort.h"
+
+#include <thread>
 
 namespace {
 
 using namespace zrktest;
+using zrk::Outcome;
 
-TEST(TwoLoaders, SideBySideInOneProcess) {
+/// A loader's whole life on the thread that calls it, at a board that announces itself until it is answered.
+/// Returns how three bring-ups in a row end.
+std::vector<Outcome> liveWith(const zrkboard::BoardOptions& options, Duration untilPowerOn) {
     VirtualEventLoop loop;
-    ScriptedPort firstPort(loop);
-    ScriptedPort secondPort(loop);
-    Bench first(loop, firstPort);
-    Bench second(loop, secondPort);
-    for (Bench* bench : {&first, &second})
-        fillBringUp(*bench);
-    // The second one is started while the first one waits for its board, and times out.
-    firstPort.steps = secondPort.steps = bringUpSteps();
-    firstPort.steps[0].delay = 2s;
-    secondPort.steps[3].answer.clear();
-    loop.after(1s, [&] {
-        second.loader.bringUp.cmdStartPrimary_Click();
-        EXPECT_TRUE(first.loader.state.OperationActive && firstPort.isOpen());
-        EXPECT_NE(first.waitDialog.open, nullptr);
-        EXPECT_EQ(first.console(), "Waiting for BootID .. ");
-    });
-    first.loader.bringUp.cmdStartPrimary_Click();
+    BoardPort port(loop, options);
+    Bench bench(loop, port);
+    bench.fill(0, "ZRK SIMULATED PRIMARY BOOT" + QByteArray(3'000, 'p'), "0x0000");
+    bench.fill(1, QByteArray(20'000, 's'), "0x80000004");
+    bench.waitDialog.whenShown = [&](zrk::WaitDialog&) { loop.after(untilPowerOn, [&] { port.powerOn(); }); };
+    std::vector<Outcome> outcomes;
+    for (int run = 0; run < 3; ++run) {
+        bench.loader.bringUp.cmdStartPrimary_Click();
+        outcomes.push_back(bench.loader.operation.outcome());
+    }
+    EXPECT_EQ(bench.console().contains("Secondary Executable loaded"), outcomes.back() == Outcome::Done);
+    return outcomes;
+}
 
-    EXPECT_EQ(second.loader.operation.outcome(), zrk::Outcome::TimedOut);
-    EXPECT_EQ(second.boxes.shown.size(), 1);
-    second.expectAtRest();
-    EXPECT_EQ(first.loader.operation.outcome(), zrk::Outcome::Done);
-    EXPECT_EQ(first.console(), bringUpTexts().join(QString()));
-    EXPECT_TRUE(first.boxes.shown.isEmpty() && firstPort.isOpen());
+zrkboard::BoardOptions boardWith(const char* fault) {
+    zrkboard::BoardOptions options;
+    options.misbehaviour.faults.push_back(zrkboard::parseFault(fault));
+    return options;
+}
+
+TEST(TwoLoaders, OnTheirOwnThreadsKnowNothingOfEachOther) {
+    std::vector<Outcome> good;
+    std::vector<Outcome> silent;
+    {
+        const std::jthread first([&] { good = liveWith({}, 90s); });
+        const std::jthread second([&] { silent = liveWith(boardWith("X=none"), 100ms); });
+    }
+    EXPECT_EQ(good, std::vector<Outcome>(3, Outcome::Done));
+    EXPECT_EQ(silent, std::vector<Outcome>(3, Outcome::TimedOut));
 }
 
 } // namespace

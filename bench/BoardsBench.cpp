@@ -1,0 +1,61 @@
+#include "BenchBoard.h"
+#include "BenchLoader.h"
+#include "Benches.h"
+
+#include <QThread>
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <vector>
+
+namespace zrkbench {
+namespace {
+
+constexpr qsizetype kImageSize = 126976;
+constexpr double kIdealSeconds = kImageSize / 11520.0;
+
+/// One board's bring-up on a thread of its own.
+struct Run {
+    Run() : board(QStringList()) {}
+
+    BenchBoard board;
+    std::optional<TransferTimes> times;
+    std::unique_ptr<QThread> thread;
+};
+
+} // namespace
+
+void benchBoards(int count) {
+    std::vector<std::unique_ptr<Run>> runs;
+    for (int i = 0; i < count; ++i)
+        runs.push_back(std::make_unique<Run>());
+    const std::clock_t cpuBegin = std::clock();
+    const auto begin = std::chrono::steady_clock::now();
+    for (const auto& run : runs) {
+        run->thread.reset(QThread::create([&run = *run] {
+            try {
+                BenchLoader loader(run.board.device(), kImageSize, 1);
+                run.times = loader.bringUp();
+            } catch (const std::exception& error) {
+                std::fprintf(stderr, "zrk-bench: %s\n", error.what());
+            }
+        }));
+        run->thread->start();
+    }
+    std::vector<double> use;
+    for (const auto& run : runs) {
+        run->thread->wait();
+        use.push_back(run->times ? kIdealSeconds / run->times->lineSeconds() : 0.0);
+    }
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+    const auto [worst, best] = std::minmax_element(use.begin(), use.end());
+    std::printf("%d boards at once: %.2f to %.2f %% of their lines, %.1f s in all, %.1f %% of a core\n", count,
+                100.0 * *worst, 100.0 * *best, took.count(),
+                100.0 * static_cast<double>(std::clock() - cpuBegin) / CLOCKS_PER_SEC / took.count());
+}
+
+} // namespace zrkbench
