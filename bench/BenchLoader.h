@@ -1,11 +1,11 @@
 #pragma once
 
 #include "boot/WaitDialogView.h"
-#include "core/Loader.h"
-#include "platform/AsioSerialPort.h"
+#include "loader/Loader.h"
+#include "machine/AsioSerialPort.h"
+#include "machine/QtEventLoop.h"
 #include "platform/FileDialog.h"
 #include "platform/MessageBoxes.h"
-#include "platform/QtEventLoop.h"
 
 #include <QTemporaryDir>
 

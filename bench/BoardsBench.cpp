@@ -53,8 +53,8 @@ void benchBoards(int count) {
     }
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
     const auto [worst, best] = std::minmax_element(use.begin(), use.end());
-    std::printf("%d boards at once: %.2f to %.2f %% of their lines, %.1f s in all, %.1f %% of a core\n", count,
-                100.0 * *worst, 100.0 * *best, took.count(),
+    std::printf("%d boards at once: %.2f to %.2f %% of their lines, %.1f s in all, %.1f %% of a core\n",
+                count, 100.0 * *worst, 100.0 * *best, took.count(),
                 100.0 * static_cast<double>(std::clock() - cpuBegin) / CLOCKS_PER_SEC / took.count());
 }
 

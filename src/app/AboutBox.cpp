@@ -4,7 +4,7 @@
 #include "app/AppTitle.h"
 #include "app/LoaderWidgets.h"
 #include "app/SystemInfo.h"
-#include "core/ThisProgram.h"
+#include "loader/ThisProgram.h"
 
 #include <QGridLayout>
 #include <QLabel>

@@ -3,7 +3,7 @@
 #include "app/AddressBoxes.h"
 #include "app/ConsoleView.h"
 #include "app/LoaderWidgets.h"
-#include "core/Loader.h"
+#include "loader/Loader.h"
 #include "platform/MessageBoxes.h"
 #include "platform/RuntimeFailure.h"
 

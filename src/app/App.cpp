@@ -1,7 +1,7 @@
 #include "app/App.h"
 
 #include "app/FirstExposure.h"
-#include "core/ThisProgram.h"
+#include "loader/ThisProgram.h"
 
 #include <QDir>
 #include <QFileInfo>

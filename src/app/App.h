@@ -7,10 +7,10 @@
 #include "app/WaitDialogWindow.h"
 #include "app/WindowFileDialog.h"
 #include "app/WindowMessageBoxes.h"
-#include "core/Loader.h"
-#include "platform/AsioSerialPort.h"
-#include "platform/ProgramStarter.h"
-#include "platform/QtEventLoop.h"
+#include "loader/Loader.h"
+#include "machine/AsioSerialPort.h"
+#include "machine/DetachedStarter.h"
+#include "machine/QtEventLoop.h"
 #include "platform/Registry.h"
 
 #include <QPointer>

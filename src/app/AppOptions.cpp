@@ -1,7 +1,7 @@
 #include "app/AppOptions.h"
 
 #include "app/AppTitle.h"
-#include "core/ThisProgram.h"
+#include "loader/ThisProgram.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QCommandLineParser>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PortNames.h"
+#include "machine/PortNames.h"
 
 #include <QString>
 #include <QStringList>

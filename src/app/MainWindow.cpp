@@ -11,7 +11,7 @@
 #include "app/SlotFrames.h"
 #include "app/StatusPanels.h"
 #include "app/WindowBinding.h"
-#include "core/Loader.h"
+#include "loader/Loader.h"
 
 #include <QCloseEvent>
 #include <QGroupBox>

@@ -3,7 +3,7 @@
 #include "app/Binder.h"
 #include "app/ElidedLabel.h"
 #include "app/LoaderWidgets.h"
-#include "core/Loader.h"
+#include "loader/Loader.h"
 
 #include <QFrame>
 #include <QHBoxLayout>

@@ -5,8 +5,8 @@
 #include "app/LoaderWidgets.h"
 #include "app/PortList.h"
 #include "app/StatusPanels.h"
-#include "core/Loader.h"
-#include "core/TransferRate.h"
+#include "loader/Loader.h"
+#include "loader/TransferRate.h"
 
 #include <QAction>
 #include <QCheckBox>

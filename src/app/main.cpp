@@ -3,7 +3,7 @@
 #include "app/AppOptions.h"
 #include "app/AppTitle.h"
 #include "app/LoaderStyle.h"
-#include "platform/StandardStreams.h"
+#include "machine/StandardStreams.h"
 
 #include <QApplication>
 #include <QMessageBox>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "controls/Controls.h"
-#include "platform/PortNames.h"
+#include "machine/PortNames.h"
 
 #include <QStringList>
 

@@ -1,8 +1,8 @@
 #include "cli/ProgressLines.h"
 
 #include "cli/Terminal.h"
-#include "core/Loader.h"
-#include "platform/StandardStreams.h"
+#include "loader/Loader.h"
+#include "machine/StandardStreams.h"
 
 #include <cstdio>
 

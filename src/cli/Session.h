@@ -5,11 +5,11 @@
 #include "cli/ProgressLines.h"
 #include "cli/Terminal.h"
 #include "cli/WaitNotice.h"
-#include "core/Loader.h"
-#include "platform/AsioSerialPort.h"
-#include "platform/InterruptSignal.h"
+#include "loader/Loader.h"
+#include "machine/AsioSerialPort.h"
+#include "machine/InterruptSignal.h"
+#include "machine/TerminalQuestion.h"
 #include "platform/ProgramFacts.h"
-#include "platform/TerminalQuestion.h"
 
 namespace zrk {
 

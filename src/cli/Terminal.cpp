@@ -1,6 +1,6 @@
 #include "cli/Terminal.h"
 
-#include "platform/TerminalQuestion.h"
+#include "machine/TerminalQuestion.h"
 
 #include <cstdio>
 

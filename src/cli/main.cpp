@@ -1,9 +1,9 @@
 #include "cli/Options.h"
 #include "cli/Session.h"
 #include "cli/Terminal.h"
-#include "core/ThisProgram.h"
-#include "platform/QtEventLoop.h"
-#include "platform/StandardStreams.h"
+#include "loader/ThisProgram.h"
+#include "machine/QtEventLoop.h"
+#include "machine/StandardStreams.h"
 
 #include <QCoreApplication>
 

@@ -14,9 +14,4 @@ class ProgramStarter {
     [[nodiscard]] virtual bool start(const QString& path) = 0;
 };
 
-class DetachedStarter final : public ProgramStarter {
-  public:
-    [[nodiscard]] bool start(const QString& path) override;
-};
-
 } // namespace zrk

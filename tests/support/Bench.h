@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Loader.h"
+#include "loader/Loader.h"
 #include "support/Fakes.h"
 #include "support/ScriptedPort.h"
 

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "loader/TransferRate.h"
+#include "serial/Link.h"
+
+namespace zrk {
+
+class ImageSlots;
+
+/// What a user has to know after a failure in or after the flash header frame.
+inline const QString kFlashStateUnknownText =
+    QStringLiteral("The flash contents are in an unknown state: program the flash again.");
+
+/// Keeps the first panel of the status bar: port, device and state in words; while an operation runs,
+/// what it does, how fast, and how long it still takes. Also looks after the files of the slots.
+class Activity {
+  public:
+    Activity(Link& link, ImageSlots& imageSlots);
+
+    /// Brings the panel up to date; runs by itself four times a second.
+    void refresh();
+
+  private:
+    void followTransfer();
+    [[nodiscard]] QString operationText() const;
+    [[nodiscard]] QString idleText() const;
+    [[nodiscard]] QStringList changedFiles() const;
+
+    Link& m_link;
+    ImageSlots& m_imageSlots;
+    std::unique_ptr<Timer> m_timer;
+    TransferRate m_rate;
+    EventLoop::TimePoint m_nextFileCheck;
+    std::int32_t m_lastSent = 0;
+    bool m_transferring = false;
+};
+
+} // namespace zrk

@@ -1,0 +1,164 @@
+#include "machine/NativePort.h"
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <grp.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+
+#ifdef __linux__
+#include <linux/serial.h>
+#endif
+
+namespace zrk {
+namespace {
+
+constexpr cc_t kXon = 0x11;
+constexpr cc_t kXoff = 0x13;
+
+class Descriptor {
+  public:
+    explicit Descriptor(int value) : m_value(value) {}
+    ~Descriptor() {
+        if (m_value >= 0)
+            ::close(m_value);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] int get() const { return m_value; }
+    int release() { return std::exchange(m_value, -1); }
+
+  private:
+    int m_value;
+};
+
+// The group that may read and write the device; "" when membership would not help.
+std::string groupWithAccess(const std::string& device) {
+    struct stat facts = {};
+    constexpr mode_t kNeeded = S_IRGRP | S_IWGRP;
+    if (::stat(device.c_str(), &facts) != 0 || (facts.st_mode & kNeeded) != kNeeded)
+        return {};
+    struct group entry = {};
+    struct group* found = nullptr;
+    std::array<char, 4096> texts{};
+    if (::getgrgid_r(facts.st_gid, &entry, texts.data(), texts.size(), &found) == 0 && found != nullptr)
+        return found->gr_name;
+    return std::to_string(facts.st_gid);
+}
+
+OpenResult openFailure(int error, const std::string& device) {
+    switch (error) {
+    case ENOENT:
+    case ENXIO:
+    case ENODEV:
+        return {OpenFault::NoSuchDevice};
+    case EBUSY:
+    case EWOULDBLOCK:
+        return {OpenFault::InUse};
+    case EACCES:
+    case EPERM:
+        return {OpenFault::PermissionDenied, {}, groupWithAccess(device)};
+    case ENOTTY:
+    case EISDIR:
+        return {OpenFault::NotASerialPort};
+    default:
+        return {OpenFault::Other,
+                boost::system::error_code(error, boost::system::system_category()).message()};
+    }
+}
+
+// Beyond cfmakeraw(), which leaves alone what an earlier user may have set: flow control in either
+// direction, its characters, and parity that is always mark or space.
+void makeRaw(termios& line) {
+    ::cfmakeraw(&line);
+    line.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY | INPCK);
+    line.c_cflag |= CREAD | CLOCAL;
+    line.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
+    // A board whose reset hangs on DTR must live on when one program closes the port and the next opens it.
+    line.c_cflag &= ~static_cast<tcflag_t>(HUPCL);
+#ifdef CMSPAR
+    line.c_cflag &= ~static_cast<tcflag_t>(CMSPAR);
+#endif
+    line.c_cc[VSTART] = kXon;
+    line.c_cc[VSTOP] = kXoff;
+    line.c_cc[VMIN] = 1;
+    line.c_cc[VTIME] = 0;
+}
+
+} // namespace
+
+OpenResult NativePort::open(const std::string& device) {
+    Descriptor descriptor(::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+    if (descriptor.get() < 0)
+        return openFailure(errno, device);
+    termios line = {};
+    if (::tcgetattr(descriptor.get(), &line) != 0)
+        return openFailure(errno, device);
+    // Before anything is changed, or the line of the program that has it would be upset. The lock
+    // is what keeps out root, whom TIOCEXCL does not.
+    if (::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0)
+        return openFailure(errno, device);
+    makeRaw(line);
+    if (::tcsetattr(descriptor.get(), TCSANOW, &line) != 0)
+        return openFailure(errno, device);
+    boost::system::error_code error;
+    m_stream.assign(descriptor.get(), error);
+    if (error)
+        return openFailure(error.value(), device);
+    m_handle = descriptor.release();
+    ::ioctl(m_handle, TIOCEXCL);
+    return {};
+}
+
+void NativePort::close() noexcept {
+    if (!m_stream.is_open())
+        return;
+    // close() would wait for a stopped line up to half a minute. With nothing left to send there is
+    // nothing to drop, and a flush could still catch bytes on their way through a pseudo-terminal.
+    if (unsentBytes() > 0)
+        ::tcflush(m_handle, TCOFLUSH);
+    // The mark would stay on the device as long as somebody else has it open, too.
+    ::ioctl(m_handle, TIOCNXCL);
+    boost::system::error_code ignored;
+    m_stream.close(ignored);
+}
+
+void NativePort::discardReceived() noexcept {
+    ::tcflush(m_handle, TCIFLUSH);
+}
+
+bool NativePort::setXonXoff(bool on) noexcept {
+    termios line = {};
+    if (::tcgetattr(m_handle, &line) != 0)
+        return false;
+    constexpr auto kBoth = static_cast<tcflag_t>(IXON | IXOFF);
+    line.c_iflag = on ? line.c_iflag | kBoth : line.c_iflag & ~kBoth;
+    return ::tcsetattr(m_handle, TCSANOW, &line) == 0;
+}
+
+bool NativePort::setDtr(bool on) noexcept {
+    const int dtr = TIOCM_DTR;
+    return ::ioctl(m_handle, on ? TIOCMBIS : TIOCMBIC, &dtr) == 0;
+}
+
+std::size_t NativePort::unsentBytes() const noexcept {
+    int queued = 0;
+    if (::ioctl(m_handle, TIOCOUTQ, &queued) != 0)
+        return 0;
+    if (queued > 0)
+        return static_cast<std::size_t>(queued);
+#ifdef TIOCSERGETLSR
+    // The last bytes sit in the chip, which the driver's count leaves out.
+    unsigned int state = 0;
+    if (::ioctl(m_handle, TIOCSERGETLSR, &state) == 0 && (state & TIOCSER_TEMT) == 0)
+        return 1;
+#endif
+    return 0;
+}
+
+} // namespace zrk

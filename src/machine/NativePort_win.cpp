@@ -1,0 +1,95 @@
+#include "machine/NativePort.h"
+
+#include <windows.h>
+
+namespace zrk {
+namespace {
+
+OpenResult openFailure(const boost::system::error_code& error) {
+    switch (error.value()) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_BAD_PATHNAME:
+    case ERROR_INVALID_NAME:
+        return {OpenFault::NoSuchDevice};
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+        // A port that another program has open answers with "access denied".
+        return {OpenFault::InUse};
+    case ERROR_INVALID_PARAMETER:
+    case ERROR_INVALID_FUNCTION:
+    case ERROR_INVALID_HANDLE:
+        return {OpenFault::NotASerialPort};
+    default:
+        return {OpenFault::Other, error.message()};
+    }
+}
+
+/// Reads the line's settings, lets `change` edit them and writes them back; false when the device refuses.
+template <typename Change>
+bool changeSettings(HANDLE handle, Change change) noexcept {
+    DCB line = {};
+    line.DCBlength = sizeof line;
+    if (!::GetCommState(handle, &line))
+        return false;
+    change(line);
+    return ::SetCommState(handle, &line) != 0;
+}
+
+} // namespace
+
+OpenResult NativePort::open(const std::string& device) {
+    boost::system::error_code error;
+    m_stream.open(device, error);
+    if (error)
+        return openFailure(error);
+    m_handle = m_stream.native_handle();
+    // The stream switches both lines off, which holds a board in reset that has DTR wired to it. A device
+    // without these lines refuses, and does without.
+    (void)::EscapeCommFunction(m_handle, SETDTR);
+    (void)::EscapeCommFunction(m_handle, SETRTS);
+    (void)changeSettings(m_handle, [](DCB& line) {
+        line.fDtrControl = DTR_CONTROL_ENABLE;
+        line.fRtsControl = RTS_CONTROL_ENABLE;
+    });
+    return {};
+}
+
+void NativePort::close() noexcept {
+    if (!m_stream.is_open())
+        return;
+    ::PurgeComm(m_handle, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);
+    boost::system::error_code ignored;
+    m_stream.close(ignored);
+}
+
+void NativePort::discardReceived() noexcept {
+    ::PurgeComm(m_handle, PURGE_RXCLEAR);
+}
+
+bool NativePort::setXonXoff(bool on) noexcept {
+    // The stream's own flow control option would switch DTR and RTS as well.
+    return changeSettings(m_handle, [on](DCB& line) {
+        line.fOutX = on ? TRUE : FALSE;
+        line.fInX = on ? TRUE : FALSE;
+        line.fTXContinueOnXoff = TRUE;
+        line.XonChar = 0x11;
+        line.XoffChar = 0x13;
+    });
+}
+
+bool NativePort::setDtr(bool on) noexcept {
+    if (!::EscapeCommFunction(m_handle, on ? SETDTR : CLRDTR))
+        return false;
+    // Every later change of the settings sets the line anew, to what stands in them.
+    return changeSettings(
+        m_handle, [on](DCB& line) { line.fDtrControl = on ? DTR_CONTROL_ENABLE : DTR_CONTROL_DISABLE; });
+}
+
+std::size_t NativePort::unsentBytes() const noexcept {
+    DWORD errors = 0;
+    COMSTAT state = {};
+    return ::ClearCommError(m_handle, &errors, &state) ? state.cbOutQue : 0;
+}
+
+} // namespace zrk

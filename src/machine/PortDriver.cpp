@@ -1,0 +1,289 @@
+#include "machine/PortDriver.h"
+
+#include "machine/PortMessages.h"
+#include "platform/EventLoop.h"
+#include "platform/RuntimeFailure.h"
+
+#include <boost/asio/post.hpp>
+
+#include <algorithm>
+
+namespace zrk {
+
+namespace asio = boost::asio;
+
+namespace {
+
+// Waking somebody for a byte or two costs more than the bytes; half the queue lasts the line for long enough.
+constexpr std::size_t kWorthwhileRoom = SerialPort::kTransmitQueueSize / 2;
+
+} // namespace
+
+PortDriver::PortDriver(EventLoop& loop, QString port, Limits limits)
+    : m_loop(loop), m_portName(std::move(port)), m_limits(limits) {}
+
+PortDriver::~PortDriver() {
+    m_io.stop();
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void PortDriver::open(const QString& device, const LineSettings& settings, Handshaking handshaking) {
+    const OpenResult result = m_native.open(device.toLocal8Bit().toStdString());
+    if (result.fault != OpenFault::None)
+        throw RuntimeFailure(FailureKind::PortNotOpened, port_messages::cannotOpen(m_portName, result));
+    applySettings(settings);
+    setHandshaking(handshaking);
+    m_native.discardReceived();
+    asio::post(m_io, [this] { startReading(); });
+    m_thread = std::jthread([this] { m_io.run(); });
+}
+
+void PortDriver::applySettings(const LineSettings& settings) {
+    using Options = asio::serial_port_base;
+    const auto parity = settings.parity == 'E'   ? Options::parity::even
+                        : settings.parity == 'O' ? Options::parity::odd
+                                                 : Options::parity::none;
+    const auto stopBits = settings.stopBits == 2 ? Options::stop_bits::two : Options::stop_bits::one;
+    bool accepted = settings.dataBits >= 5 && settings.dataBits <= 8 && settings.baudRate > 0;
+    const auto apply = [&](const auto& option) {
+        ErrorCode error;
+        accepted = accepted && !m_native.stream().set_option(option, error);
+    };
+    apply(Options::baud_rate(static_cast<unsigned>(settings.baudRate)));
+    apply(Options::character_size(accepted ? static_cast<unsigned>(settings.dataBits) : 8));
+    apply(Options::parity(parity));
+    apply(Options::stop_bits(stopBits));
+    if (!accepted)
+        throw RuntimeFailure(FailureKind::PortNotOpened,
+                             port_messages::settingsRefused(m_portName, settings));
+}
+
+bool PortDriver::isLost() const {
+    const Lock lock(m_mutex);
+    return m_failure.has_value();
+}
+
+qsizetype PortDriver::bytesWaiting() const {
+    const Lock lock(m_mutex);
+    if (m_received.isEmpty())
+        throwIfFailed();
+    return m_received.size();
+}
+
+QByteArray PortDriver::read(qsizetype most) {
+    Lock lock(m_mutex);
+    if (m_received.isEmpty())
+        throwIfFailed();
+    QByteArray bytes;
+    if (most >= m_received.size()) {
+        bytes = std::exchange(m_received, {});
+    } else {
+        bytes = m_received.left(std::max<qsizetype>(most, 0));
+        m_received.remove(0, bytes.size());
+    }
+    if (m_readingPaused && !m_failure && m_received.size() <= m_limits.received / 2) {
+        m_readingPaused = false;
+        lock.unlock();
+        asio::post(m_io, [this] { startReading(); });
+    }
+    return bytes;
+}
+
+void PortDriver::skip(char byte) {
+    const Lock lock(m_mutex);
+    const auto other =
+        std::find_if(m_received.cbegin(), m_received.cend(), [byte](char c) { return c != byte; });
+    m_received.remove(0, other - m_received.cbegin());
+}
+
+void PortDriver::write(QByteArrayView bytes) {
+    std::span<const char> rest(bytes.data(), static_cast<std::size_t>(bytes.size()));
+    Lock lock(m_mutex);
+    throwIfFailed();
+    while (!rest.empty()) {
+        rest = rest.subspan(m_queue.append(rest));
+        // The thread finds by itself what is appended while it sends; waking it for every byte
+        // would cost more than the bytes.
+        if (!m_sending) {
+            m_sending = true;
+            m_lastProgress = Clock::now();
+            lock.unlock();
+            asio::post(m_io, [this] { startSending(); });
+            lock.lock();
+        }
+        if (!rest.empty())
+            m_changed.wait(lock, [this] { return m_failure || m_queue.room() > 0; });
+        throwIfFailed();
+    }
+}
+
+qsizetype PortDriver::transmitRoom() {
+    const Lock lock(m_mutex);
+    throwIfFailed();
+    m_roomAwaited = m_queue.room() < kWorthwhileRoom;
+    return static_cast<qsizetype>(m_queue.room());
+}
+
+qsizetype PortDriver::unsentBytes() const {
+    const Lock lock(m_mutex);
+    return m_failure ? 0 : static_cast<qsizetype>(m_queue.size() + m_native.unsentBytes());
+}
+
+void PortDriver::setHandshaking(Handshaking handshaking) {
+    const bool on = handshaking == Handshaking::XonXoff;
+    {
+        const Lock lock(m_mutex);
+        m_mayStop = on;
+        m_lastProgress = Clock::now();
+        if (m_failure)
+            return;
+    }
+    if (!m_native.setXonXoff(on))
+        fail(port_messages::gone(m_portName, QStringLiteral("its flow control cannot be set")));
+    // Some systems set DTR anew together with the flow control.
+    if (m_dtr)
+        (void)m_native.setDtr(*m_dtr);
+}
+
+bool PortDriver::setDtr(bool on) {
+    if (isLost() || !m_native.setDtr(on))
+        return false;
+    m_dtr = on;
+    return true;
+}
+
+bool PortDriver::drain(std::chrono::milliseconds limit) {
+    // The driver tells nobody when its buffer has gone out, so it is looked at; a few bytes' time
+    // on a line of 115200 baud lies between two looks.
+    constexpr auto kLook = std::chrono::milliseconds(1);
+    const auto deadline = Clock::now() + limit;
+    Lock lock(m_mutex);
+    m_changed.wait_until(lock, deadline, [this] { return m_failure || m_queue.isEmpty(); });
+    while (!m_failure) {
+        if (m_queue.isEmpty() && m_native.unsentBytes() == 0)
+            return true;
+        if (Clock::now() >= deadline)
+            return false;
+        m_changed.wait_for(lock, kLook);
+    }
+    return false;
+}
+
+void PortDriver::throwIfFailed() const {
+    if (m_failure)
+        throw RuntimeFailure(FailureKind::PortLost, *m_failure);
+}
+
+void PortDriver::reportGone(const ErrorCode& error) {
+    const QString reason = error == asio::error::eof ? QStringLiteral("the line was hung up")
+                                                     : QString::fromLocal8Bit(error.message());
+    fail(port_messages::gone(m_portName, reason));
+}
+
+// The first failure is the one that stays. Nothing is started on the device after it.
+void PortDriver::fail(QString description) {
+    {
+        const Lock lock(m_mutex);
+        if (m_failure)
+            return;
+        m_failure = std::move(description);
+    }
+    asio::post(m_io, [this] {
+        ErrorCode ignored;
+        m_native.stream().cancel(ignored);
+        m_stallTimer.cancel();
+    });
+    m_changed.notify_all();
+    m_loop.wake();
+}
+
+void PortDriver::startReading() {
+    m_native.stream().async_read_some(
+        asio::buffer(m_chunk), [this](const ErrorCode& error, std::size_t count) { onRead(error, count); });
+}
+
+// A pulled adapter may end an operation as if it had been cancelled; but nothing here is cancelled
+// before a failure, and after the first failure fail() ignores the others.
+void PortDriver::onRead(const ErrorCode& error, std::size_t count) {
+    bool again = !error;
+    {
+        const Lock lock(m_mutex);
+        m_received.append(m_chunk.data(), static_cast<qsizetype>(count));
+        m_readingPaused = again && m_received.size() >= m_limits.received;
+        again = again && !m_readingPaused && !m_failure;
+    }
+    if (error)
+        return reportGone(error);
+    m_loop.wake();
+    if (again)
+        startReading();
+}
+
+void PortDriver::startSending() {
+    Lock lock(m_mutex);
+    if (m_failure)
+        return;
+    const auto bytes = m_queue.front();
+    const auto due = m_lastProgress + m_limits.stall;
+    lock.unlock();
+    if (!m_watchingForStall)
+        watchForStall(due);
+    sendFront(bytes);
+}
+
+void PortDriver::sendFront(std::span<const char> bytes) {
+    m_native.stream().async_write_some(
+        asio::buffer(bytes.data(), bytes.size()),
+        [this](const ErrorCode& error, std::size_t count) { onSent(error, count); });
+}
+
+void PortDriver::onSent(const ErrorCode& error, std::size_t count) {
+    if (error)
+        return reportGone(error);
+    Lock lock(m_mutex);
+    if (m_failure)
+        return;
+    m_queue.sent(count);
+    if (count > 0)
+        m_lastProgress = Clock::now();
+    const auto next = m_queue.front();
+    m_sending = !next.empty();
+    const bool wake = m_roomAwaited && m_queue.room() >= kWorthwhileRoom;
+    if (wake)
+        m_roomAwaited = false;
+    lock.unlock();
+    m_changed.notify_all();
+    if (wake)
+        m_loop.wake();
+    if (!next.empty())
+        sendFront(next);
+}
+
+// One timer runs on over many bytes, since starting it anew for each would cost too much.
+void PortDriver::watchForStall(Clock::time_point due) {
+    m_watchingForStall = true;
+    m_stallTimer.expires_at(due);
+    m_stallTimer.async_wait([this](const ErrorCode& error) {
+        m_watchingForStall = false;
+        if (!error)
+            onStallTimer();
+    });
+}
+
+void PortDriver::onStallTimer() {
+    Lock lock(m_mutex);
+    if (!m_sending || m_failure)
+        return;
+    const auto now = Clock::now();
+    if (m_mayStop)
+        m_lastProgress = now;
+    const auto due = m_lastProgress + m_limits.stall;
+    lock.unlock();
+    if (now < due)
+        watchForStall(due);
+    else
+        fail(port_messages::stalled(m_portName, m_limits.stall));
+}
+
+} // namespace zrk

@@ -1,0 +1,99 @@
+#include "machine/PortMessages.h"
+
+#include "machine/NativePort.h"
+#include "machine/PortNames.h"
+#include "platform/SerialPort.h"
+
+namespace zrk::port_messages {
+namespace {
+
+QString permissionDenied(const QString& group) {
+    if (group.isEmpty())
+        return QStringLiteral("permission denied. Ask the administrator for access to the device.");
+    return QStringLiteral("permission denied. The device belongs to the group %1; "
+                          "add yourself to it and log in again.")
+        .arg(group);
+}
+
+// The system begins its texts with a capital; here they stand within a sentence.
+QString withinSentence(QString text) {
+    if (!text.isEmpty())
+        text[0] = text[0].toLower();
+    while (text.endsWith(QLatin1Char('.')) || text.endsWith(QLatin1Char('\n')) ||
+           text.endsWith(QLatin1Char('\r')))
+        text.chop(1);
+    return text;
+}
+
+QString whyAndWhatToDo(const OpenResult& result) {
+    switch (result.fault) {
+    case OpenFault::NoSuchDevice:
+        return QStringLiteral("no such device. Plug the adapter in, or choose another port.");
+    case OpenFault::InUse:
+        return QStringLiteral("the device is in use. Close the program that uses it and try again.");
+    case OpenFault::PermissionDenied:
+        return permissionDenied(QString::fromLocal8Bit(result.group));
+    case OpenFault::NotASerialPort:
+        return QStringLiteral("it is not a serial port. Choose a device such as %1.")
+            .arg(PortNames::candidates(PortNames::kLowest).constFirst());
+    case OpenFault::None:
+    case OpenFault::Other:
+        break;
+    }
+    return QStringLiteral("%1. Check the adapter, or choose another port.")
+        .arg(withinSentence(QString::fromLocal8Bit(result.reason)));
+}
+
+} // namespace
+
+QString portName(int number, const QString& device) {
+    return QStringLiteral("COM%1 (%2)").arg(QString::number(number), device);
+}
+
+QString noSuchNumber(int number) {
+    return QStringLiteral("Cannot open COM%1: port numbers go from %2 to %3. Choose one of these.")
+        .arg(number)
+        .arg(PortNames::kLowest)
+        .arg(PortNames::kHighest);
+}
+
+QString noDevice(int number) {
+    return QStringLiteral("Cannot open COM%1: there is none of %2. "
+                          "Plug the adapter in, or set %3 to the device.")
+        .arg(QString::number(number), PortNames::candidates(number).join(QStringLiteral(", ")),
+             PortNames::variable(number));
+}
+
+QString cannotOpen(const QString& port, const OpenResult& result) {
+    return QStringLiteral("Cannot open %1: %2").arg(port, whyAndWhatToDo(result));
+}
+
+QString settingsRefused(const QString& port, const LineSettings& settings) {
+    return QStringLiteral("Cannot open %1: the device cannot do %2,%3,%4,%5. Use another adapter.")
+        .arg(port)
+        .arg(settings.baudRate)
+        .arg(QLatin1Char(settings.parity))
+        .arg(settings.dataBits)
+        .arg(settings.stopBits);
+}
+
+QString alreadyOpen(const QString& port) {
+    return QStringLiteral("Cannot open a second port: %1 is still open. Close it first.").arg(port);
+}
+
+QString notOpen() {
+    return QStringLiteral("The serial port is not open. Open it and start again.");
+}
+
+QString gone(const QString& port, const QString& reason) {
+    return QStringLiteral("%1 is gone: %2. Plug the adapter in again and start over.")
+        .arg(port, withinSentence(reason));
+}
+
+QString stalled(const QString& port, std::chrono::milliseconds limit) {
+    return QStringLiteral("%1 takes no more data: nothing has gone out for %2 s. "
+                          "Check the cable and the board.")
+        .arg(port, QString::number(std::chrono::duration<double>(limit).count()));
+}
+
+} // namespace zrk::port_messages

@@ -1,0 +1,96 @@
+#include "machine/PortNames.h"
+
+#include "platform/RuntimeFailure.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace zrk {
+namespace {
+
+bool isPortNumber(int number) {
+    return number >= PortNames::kLowest && number <= PortNames::kHighest;
+}
+
+} // namespace
+
+PortNames::Machine PortNames::Machine::real() {
+    Machine machine;
+    machine.environment = [](const QString& variable) {
+        return qEnvironmentVariable(variable.toLatin1().constData());
+    };
+#ifdef Q_OS_WIN
+    // A COM name is no file; whether there is a port behind it shows when it is opened.
+    machine.exists = [](const QString&) { return true; };
+#else
+    machine.exists = [](const QString& device) { return QFileInfo::exists(device); };
+#endif
+    return machine;
+}
+
+PortNames::PortNames(Overrides overrides, Machine machine)
+    : m_overrides(std::move(overrides)), m_machine(std::move(machine)) {}
+
+QString PortNames::device(int number) const {
+    if (!isPortNumber(number))
+        return {};
+    if (const auto found = m_overrides.find(number); found != m_overrides.end())
+        return found->second;
+    if (QString named = m_machine.environment(variable(number)); !named.isEmpty())
+        return named;
+    const QStringList devices = candidates(number);
+    const auto found = std::find_if(devices.begin(), devices.end(), m_machine.exists);
+    return found == devices.end() ? QString() : *found;
+}
+
+QString PortNames::deviceNamed(const QString& name) const {
+    static const QRegularExpression kPort(QStringLiteral("^COM([1-8]):?$"),
+                                          QRegularExpression::CaseInsensitiveOption);
+    const auto match = kPort.match(name);
+    return match.hasMatch() ? device(match.captured(1).toInt()) : name;
+}
+
+QString PortNames::optionDevice(const QString& name) const {
+    QString device = deviceNamed(name);
+    if (device.isEmpty())
+        throw RuntimeFailure(FailureKind::InvalidArgument,
+                             QStringLiteral("--port %1: that port has no device on this machine.").arg(name));
+    return device;
+}
+
+QStringList PortNames::candidates(int number) {
+#ifdef Q_OS_WIN
+    return {QStringLiteral("\\\\.\\COM%1").arg(number)};
+#else
+    const QString index = QString::number(number - 1);
+    return {QStringLiteral("/dev/ttyUSB") + index, QStringLiteral("/dev/ttyACM") + index,
+            QStringLiteral("/dev/ttyS") + index};
+#endif
+}
+
+QString PortNames::variable(int number) {
+    return QStringLiteral("ZRK_COM%1").arg(number);
+}
+
+std::pair<int, QString> PortNames::parseOverride(const QString& text) {
+    const auto refuse = [&text](const QString& why) {
+        throw RuntimeFailure(FailureKind::InvalidArgument,
+                             QStringLiteral("--com %1: %2, as in --com 1=%3.")
+                                 .arg(text, why, candidates(kLowest).constFirst()));
+    };
+    const qsizetype equals = text.indexOf(QLatin1Char('='));
+    if (equals < 0)
+        refuse(QStringLiteral("a port number, \"=\" and a device are expected"));
+    bool isNumber = false;
+    const int number = text.left(equals).toInt(&isNumber);
+    if (!isNumber || !isPortNumber(number))
+        refuse(QStringLiteral("the port number must be 1 to 8"));
+    QString device = text.mid(equals + 1);
+    if (device.isEmpty())
+        refuse(QStringLiteral("the device is missing"));
+    return {number, std::move(device)};
+}
+
+} // namespace zrk

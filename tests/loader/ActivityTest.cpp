@@ -1,0 +1,62 @@
+#include "loader/TransferRate.h"
+#include "support/Exchanges.h"
+
+namespace {
+
+using namespace zrktest;
+
+TEST(Activity, TransferRateInWords) {
+    EXPECT_EQ(zrk::lineTimeText(126'976), "about 12 s");
+    EXPECT_EQ(zrk::lineTimeText(11'520), "about 1 s");
+    EXPECT_EQ(zrk::lineTimeText(67'108'864), "about 1 h 37 min");
+    EXPECT_EQ(zrk::durationText(125s), "2 min 5 s");
+
+    zrk::TransferRate rate;
+    TimePoint now{};
+    rate.begin(100'000, now);
+    EXPECT_EQ(rate.text(now), "starting");
+    rate.update(15'000, now += 500ms); // into the driver's buffer, at no line's rate
+    EXPECT_EQ(rate.text(now), "starting");
+    rate.update(20'000, now += 500ms);
+    rate.update(30'000, now += 1s);
+    EXPECT_EQ(rate.text(now), "10.0 KB/s, 7 s left");
+    EXPECT_EQ(rate.text(now += 3s), "stalled for 3 s");
+    rate.update(40'000, now);
+    EXPECT_EQ(rate.text(now), "5.0 KB/s, 12 s left");
+    rate.update(70'000, now += 6s); // what was long ago no longer counts
+    EXPECT_EQ(rate.text(now), "5.0 KB/s, 6 s left");
+    rate.update(100'000, now += 1s);
+    EXPECT_EQ(rate.text(now), "all handed over");
+}
+
+TEST(Activity, TheFirstPanelSaysWhatGoesOn) {
+    ScriptedBench b;
+    const auto panel = [&b] {
+        b.loop.runFor(250ms);
+        return b.loader.controls.staStatus.FirstPanel.value();
+    };
+    EXPECT_EQ(panel(), "COM1 (/dev/line1): closed");
+    b.loader.controls.cmbComPort.ListIndex = 1;
+    EXPECT_EQ(panel(), "COM2 (/dev/line2): closed");
+    b.loader.port.OpenComPort();
+    EXPECT_EQ(panel(), "COM2 (/dev/line2): open");
+    b.loader.terminal.cmdTerminal_Click();
+    EXPECT_EQ(panel(), "COM2 (/dev/line2): open, terminal");
+
+    fillBringUp(b.bench);
+    b.bench.fill(1, QByteArray(50'000, 'x'), "0x80008004");
+    b.port.paced = true;
+    b.port.steps = bringUpSteps();
+    b.port.steps[1].delay = 1s;
+    b.port.steps[4].when = "p" + hex("04 80 00 80 50 C3 00 00");
+    b.port.steps[5].when = QByteArray(50'000, 'x');
+    QStringList seen;
+    for (const auto& when : {500ms, 3000ms})
+        b.loop.after(when, [&] { seen += b.loader.controls.staStatus.FirstPanel; });
+    b.loader.bringUp.cmdStartPrimary_Click();
+    ASSERT_EQ(seen.size(), 2);
+    EXPECT_EQ(seen[0], "Talking to the board");
+    EXPECT_TRUE(seen[1].startsWith("Sending: 1") && seen[1].endsWith(" s left")) << seen[1].toStdString();
+}
+
+} // namespace

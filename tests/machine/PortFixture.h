@@ -1,0 +1,113 @@
+#pragma once
+
+#include "Pty.h"
+#include "machine/AsioSerialPort.h"
+#include "machine/QtEventLoop.h"
+#include "platform/RuntimeFailure.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <optional>
+#include <string>
+
+namespace zrk::test {
+
+constexpr LineSettings kLine{115200, 'N', 8, 1};
+
+/// The failure that an action ends with, as "<kind>: <description>" of the kinds a port has;
+/// "none" when it ends well.
+template <class Action>
+std::string failureOf(Action&& action) {
+    try {
+        action();
+    } catch (const RuntimeFailure& failure) {
+        const char* kind = failure.kind() == FailureKind::PortNotOpened ? "not opened: "
+                           : failure.kind() == FailureKind::PortNotOpen ? "not open: "
+                           : failure.kind() == FailureKind::PortLost    ? "lost: "
+                                                                        : "another kind: ";
+        return kind + failure.description().toStdString();
+    }
+    return "none";
+}
+
+inline std::string callsOf(AsioSerialPort& port, const std::string& expected) {
+    std::string wrong;
+    const auto look = [&](const char* call, const std::string& failure) {
+        if (failure != expected)
+            wrong += std::string(call) + " gave " + failure + "\n";
+    };
+    look("bytesWaiting", failureOf([&] { (void)port.bytesWaiting(); }));
+    look("read", failureOf([&] { (void)port.read(1); }));
+    look("write", failureOf([&] { port.write("x"); }));
+    look("transmitRoom", failureOf([&] { (void)port.transmitRoom(); }));
+    return wrong;
+}
+
+/// All 256 values, again and again.
+inline QByteArray pattern(qsizetype size) {
+    QByteArray bytes(size, '\0');
+    for (qsizetype i = 0; i < size; ++i)
+        bytes[i] = static_cast<char>((i + i / 256) & 0xFF);
+    return bytes;
+}
+
+/// The real event loop, with a count of how often it was woken.
+class CountingLoop final : public EventLoop {
+  public:
+    void yield() override { m_loop.yield(); }
+    void wait() override { m_loop.wait(); }
+    void wake() override {
+        ++m_wakes;
+        m_loop.wake();
+    }
+    void post(std::function<void()> task) override { m_loop.post(std::move(task)); }
+    [[nodiscard]] TimePoint now() const override { return m_loop.now(); }
+    [[nodiscard]] std::unique_ptr<Timer> createTimer(std::function<void()> tick) override {
+        return m_loop.createTimer(std::move(tick));
+    }
+
+    [[nodiscard]] int wakes() const { return m_wakes; }
+
+  private:
+    QtEventLoop m_loop;
+    std::atomic<int> m_wakes{0};
+};
+
+class PortFixture : public ::testing::Test {
+  protected:
+    /// Waits in the event loop, which only a wake-up ends, until the condition holds.
+    template <class Condition>
+    bool waitUntil(Condition&& condition) {
+        bool late = false;
+        const auto limit = loop.createTimer([&late] { late = true; });
+        limit->start(std::chrono::seconds(10));
+        while (!condition()) {
+            if (late)
+                return false;
+            loop.wait();
+        }
+        return true;
+    }
+
+    /// Reads until that many bytes are there.
+    QByteArray readAll(AsioSerialPort& from, qsizetype count) {
+        QByteArray bytes;
+        waitUntil([&] { return (bytes += from.read(count - bytes.size())).size() >= count; });
+        return bytes;
+    }
+
+    /// COM1 is `line`; a stall of the given length breaks it.
+    void openPort(std::chrono::milliseconds stall = std::chrono::seconds(10), qsizetype receive = 1 << 20) {
+        port.emplace(loop, PortNames({{1, line.device()}}), AsioSerialPort::Options{stall, receive});
+        port->open(1, kLine);
+    }
+
+    [[nodiscard]] std::string name() const { return "COM1 (" + line.device().toStdString() + ")"; }
+
+    CountingLoop loop;
+    Pty line;
+    std::optional<AsioSerialPort> port;
+};
+
+} // namespace zrk::test
