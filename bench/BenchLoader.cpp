@@ -26,9 +26,9 @@ class BenchLoader::Silent final : public zrk::MessageBoxes,
 };
 
 BenchLoader::BenchLoader(const QString& device, qsizetype secondarySize, qsizetype flashSize)
-    : m_silent(std::make_unique<Silent>()), m_port(m_loop, zrk::PortNames({{1, device}})),
+    : m_silent(std::make_unique<Silent>()), m_ports(m_loop, zrk::PortNames({{1, device}})),
       m_loader(std::make_unique<zrk::Loader>(
-          zrk::LoaderSurroundings{m_loop, m_port, *m_silent, *m_silent, *m_silent}, m_folder.path())) {
+          zrk::LoaderSurroundings{m_loop, m_ports, *m_silent, *m_silent, *m_silent}, m_folder.path())) {
     QProcess::execute(siblingProgram(QStringLiteral("zrk-board")),
                       {QStringLiteral("--make-images"), m_folder.path()});
     m_loader->startUp.prepare({});

@@ -2,7 +2,7 @@
 
 #include "boot/WaitDialogView.h"
 #include "loader/Loader.h"
-#include "machine/AsioSerialPort.h"
+#include "machine/MachinePorts.h"
 #include "machine/QtEventLoop.h"
 #include "platform/FileDialog.h"
 #include "platform/MessageBoxes.h"
@@ -52,7 +52,7 @@ class BenchLoader {
     QTemporaryDir m_folder;
     zrk::QtEventLoop m_loop;
     std::unique_ptr<Silent> m_silent;
-    zrk::AsioSerialPort m_port;
+    zrk::MachinePorts m_ports;
     std::unique_ptr<zrk::Loader> m_loader;
 };
 

@@ -8,7 +8,7 @@
 #include "app/WindowFileDialog.h"
 #include "app/WindowMessageBoxes.h"
 #include "loader/Loader.h"
-#include "machine/AsioSerialPort.h"
+#include "machine/MachinePorts.h"
 #include "machine/DetachedStarter.h"
 #include "machine/QtEventLoop.h"
 #include "platform/Registry.h"
@@ -36,7 +36,7 @@ class App {
     QString m_iniPath;
     bool m_bringsUp;
     QtEventLoop m_loop;
-    AsioSerialPort m_port;
+    MachinePorts m_ports;
     WindowMessageBoxes m_boxes;
     WindowFileDialog m_fileDialog;
     std::unique_ptr<Registry> m_registry;

@@ -16,8 +16,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds kDrainLimit = 3s;
-
 QString imageFolder(const CliOptions& options, const ProgramFacts& facts) {
     if (options.iniPath.isEmpty())
         return facts.folder;
@@ -33,8 +31,8 @@ bool has(const std::vector<Step>& steps, Step step) {
 Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop)
     : m_options(options), m_facts(facts), m_question(loop), m_messages(m_question),
       m_waitNotice(loop, options.waitLimit), m_interrupt(loop, [this](bool ended) { interrupted(ended); }),
-      m_port(loop, PortNames(options.ports)),
-      m_loader({loop, m_port, m_messages, m_fileDialog, m_waitNotice}, imageFolder(options, facts)),
+      m_ports(loop, PortNames(options.ports)),
+      m_loader({loop, m_ports, m_messages, m_fileDialog, m_waitNotice}, imageFolder(options, facts)),
       m_progress(m_loader, m_messages, loop) {}
 
 ExitStatus Session::run() {
@@ -50,7 +48,7 @@ ExitStatus Session::run() {
         if (status != ExitStatus::Done)
             return status;
     }
-    if (m_port.isOpen() && !m_port.drain(kDrainLimit)) {
+    if (!m_loader.transport.letOut()) {
         tell(QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
         return ExitStatus::PortLost;
     }

@@ -6,7 +6,7 @@
 #include "cli/Terminal.h"
 #include "cli/WaitNotice.h"
 #include "loader/Loader.h"
-#include "machine/AsioSerialPort.h"
+#include "machine/MachinePorts.h"
 #include "machine/InterruptSignal.h"
 #include "machine/TerminalQuestion.h"
 #include "platform/ProgramFacts.h"
@@ -42,7 +42,7 @@ class Session {
     NoFileDialog m_fileDialog;
     WaitNotice m_waitNotice;
     InterruptSignal m_interrupt; // before the port, whose thread must not take the signals
-    AsioSerialPort m_port;
+    MachinePorts m_ports;
     Loader m_loader;
     ProgressLines m_progress;
 };

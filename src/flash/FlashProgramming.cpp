@@ -85,7 +85,7 @@ bool FlashProgramming::sendData() {
     m_frames.sendDataEnd();
     // The abort closes the port, which drops what is still queued; a frame that was begun is ended first.
     if (m_link.state.CancelRequested)
-        m_link.transport.letOut();
+        (void)m_link.transport.letOut();
     return awaitAck(QStringLiteral("The board programs the flash"));
 }
 

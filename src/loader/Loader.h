@@ -20,13 +20,13 @@ namespace zrk {
 class EventLoop;
 class FileDialog;
 class MessageBoxes;
-class SerialPort;
+class SerialPorts;
 class WaitDialogView;
 
 /// What a loader needs from the program around it; all of it must outlive the loader.
 struct LoaderSurroundings {
     EventLoop& loop;
-    SerialPort& port;
+    SerialPorts& ports;
     MessageBoxes& boxes;
     FileDialog& fileDialog;
     WaitDialogView& waitDialog;

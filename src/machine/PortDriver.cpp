@@ -20,7 +20,7 @@ constexpr std::size_t kWorthwhileRoom = SerialPort::kTransmitQueueSize / 2;
 } // namespace
 
 PortDriver::PortDriver(EventLoop& loop, QString port, Limits limits)
-    : m_loop(loop), m_portName(std::move(port)), m_limits(limits) {}
+    : m_loop(loop), m_portName(std::move(port)), m_limits(limits), m_pace(limits.lineRate) {}
 
 PortDriver::~PortDriver() {
     m_io.stop();
@@ -33,7 +33,7 @@ void PortDriver::open(const QString& device, const LineSettings& settings, Hands
     if (result.fault != OpenFault::None)
         throw RuntimeFailure(FailureKind::PortNotOpened, port_messages::cannotOpen(m_portName, result));
     applySettings(settings);
-    setHandshaking(handshaking);
+    applyHandshaking(handshaking);
     m_native.discardReceived();
     asio::post(m_io, [this] { startReading(); });
     m_thread = std::jthread([this] { m_io.run(); });
@@ -59,12 +59,12 @@ void PortDriver::applySettings(const LineSettings& settings) {
                              port_messages::settingsRefused(m_portName, settings));
 }
 
-bool PortDriver::isLost() const {
+bool PortDriver::isLost() const noexcept {
     const Lock lock(m_mutex);
     return m_failure.has_value();
 }
 
-qsizetype PortDriver::bytesWaiting() const {
+qsizetype PortDriver::bytesWaiting() {
     const Lock lock(m_mutex);
     if (m_received.isEmpty())
         throwIfFailed();
@@ -125,12 +125,22 @@ qsizetype PortDriver::transmitRoom() {
     return static_cast<qsizetype>(m_queue.room());
 }
 
-qsizetype PortDriver::unsentBytes() const {
+qsizetype PortDriver::unsentBytes() const noexcept {
     const Lock lock(m_mutex);
-    return m_failure ? 0 : static_cast<qsizetype>(m_queue.size() + m_native.unsentBytes());
+    if (m_failure)
+        return 0;
+    // A driver that has let go of its bytes says nothing of what lies between it and the line.
+    const std::size_t handedOn = std::max(m_native.unsentBytes(), m_pace.onLine(Clock::now()));
+    return static_cast<qsizetype>(m_queue.size() + handedOn);
 }
 
 void PortDriver::setHandshaking(Handshaking handshaking) {
+    applyHandshaking(handshaking);
+    const Lock lock(m_mutex);
+    throwIfFailed();
+}
+
+void PortDriver::applyHandshaking(Handshaking handshaking) {
     const bool on = handshaking == Handshaking::XonXoff;
     {
         const Lock lock(m_mutex);
@@ -151,23 +161,6 @@ bool PortDriver::setDtr(bool on) {
         return false;
     m_dtr = on;
     return true;
-}
-
-bool PortDriver::drain(std::chrono::milliseconds limit) {
-    // The driver tells nobody when its buffer has gone out, so it is looked at; a few bytes' time
-    // on a line of 115200 baud lies between two looks.
-    constexpr auto kLook = std::chrono::milliseconds(1);
-    const auto deadline = Clock::now() + limit;
-    Lock lock(m_mutex);
-    m_changed.wait_until(lock, deadline, [this] { return m_failure || m_queue.isEmpty(); });
-    while (!m_failure) {
-        if (m_queue.isEmpty() && m_native.unsentBytes() == 0)
-            return true;
-        if (Clock::now() >= deadline)
-            return false;
-        m_changed.wait_for(lock, kLook);
-    }
-    return false;
 }
 
 void PortDriver::throwIfFailed() const {
@@ -193,6 +186,7 @@ void PortDriver::fail(QString description) {
         ErrorCode ignored;
         m_native.stream().cancel(ignored);
         m_stallTimer.cancel();
+        m_paceTimer.cancel();
     });
     m_changed.notify_all();
     m_loop.wake();
@@ -233,9 +227,26 @@ void PortDriver::startSending() {
 }
 
 void PortDriver::sendFront(std::span<const char> bytes) {
+    const auto now = Clock::now();
+    const std::size_t allowed = std::min(bytes.size(), m_pace.allowance(now));
+    // Some milliseconds' worth at a time, unless there is no more.
+    if (allowed < bytes.size() && m_pace.nextAllowance(now) > now)
+        return waitForPace(m_pace.nextAllowance(now));
     m_native.stream().async_write_some(
-        asio::buffer(bytes.data(), bytes.size()),
+        asio::buffer(bytes.data(), allowed),
         [this](const ErrorCode& error, std::size_t count) { onSent(error, count); });
+}
+
+void PortDriver::waitForPace(LinePace::TimePoint due) {
+    m_paceTimer.expires_at(due);
+    m_paceTimer.async_wait([this](const ErrorCode& error) {
+        if (error)
+            return;
+        Lock lock(m_mutex);
+        const auto bytes = m_queue.front();
+        lock.unlock();
+        sendFront(bytes);
+    });
 }
 
 void PortDriver::onSent(const ErrorCode& error, std::size_t count) {
@@ -245,8 +256,10 @@ void PortDriver::onSent(const ErrorCode& error, std::size_t count) {
     if (m_failure)
         return;
     m_queue.sent(count);
+    const auto now = Clock::now();
+    m_pace.sent(count, now);
     if (count > 0)
-        m_lastProgress = Clock::now();
+        m_lastProgress = now;
     const auto next = m_queue.front();
     m_sending = !next.empty();
     const bool wake = m_roomAwaited && m_queue.room() >= kWorthwhileRoom;

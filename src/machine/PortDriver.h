@@ -1,5 +1,6 @@
 #pragma once
 
+#include "machine/LinePace.h"
 #include "machine/NativePort.h"
 #include "machine/TransmitQueue.h"
 #include "platform/SerialPort.h"
@@ -21,44 +22,44 @@ namespace zrk {
 
 class EventLoop;
 
-/// One opening of one device: a thread that moves bytes between the device and two buffers, and
-/// the calls of the thread that owns the port. The failures it throws are described at SerialPort.
+/// An open port of the machine: a thread that moves bytes between the device and two buffers, at the line's
+/// pace, and the calls of the thread that owns the port.
 ///
 /// The event loop is woken when bytes have arrived, when the device breaks, and when the transmit
 /// queue, after a look that found less than half of it free, is half free again.
-class PortDriver {
+class PortDriver final : public SerialPort {
   public:
     struct Limits {
         std::chrono::milliseconds stall{}; ///< the longest that the line may take nothing at all
         qsizetype received = 0;            ///< unread bytes above which the device is left waiting
+        std::uint32_t lineRate = 0;        ///< bytes a second; 0 for a port that is no line
     };
 
-    /// Opens the device. `port` is the name in messages.
+    /// `port` is the name in messages.
     PortDriver(EventLoop& loop, QString port, Limits limits);
-    ~PortDriver();
+    ~PortDriver() override;
     PortDriver(const PortDriver&) = delete;
     PortDriver& operator=(const PortDriver&) = delete;
 
     /// Throws RuntimeFailure (PortNotOpened). Called once, before all else.
     void open(const QString& device, const LineSettings& settings, Handshaking handshaking);
 
-    [[nodiscard]] const QString& portName() const { return m_portName; }
-    [[nodiscard]] bool isLost() const;
-    [[nodiscard]] qsizetype bytesWaiting() const;
-    [[nodiscard]] QByteArray read(qsizetype most);
-    void skip(char byte);
-    void write(QByteArrayView bytes);
-    [[nodiscard]] qsizetype transmitRoom();
-    [[nodiscard]] qsizetype unsentBytes() const;
-    void setHandshaking(Handshaking handshaking);
-    bool setDtr(bool on);
-    [[nodiscard]] bool drain(std::chrono::milliseconds limit);
+    [[nodiscard]] bool isLost() const noexcept override;
+    [[nodiscard]] qsizetype bytesWaiting() override;
+    [[nodiscard]] QByteArray read(qsizetype most) override;
+    void skip(char byte) override;
+    void write(QByteArrayView bytes) override;
+    [[nodiscard]] qsizetype transmitRoom() override;
+    [[nodiscard]] qsizetype unsentBytes() const noexcept override;
+    void setHandshaking(Handshaking handshaking) override;
+    bool setDtr(bool on) override;
 
   private:
     using Clock = std::chrono::steady_clock;
     using ErrorCode = boost::system::error_code;
     using Lock = std::unique_lock<std::mutex>;
 
+    void applyHandshaking(Handshaking handshaking);
     void applySettings(const LineSettings& settings);
     void throwIfFailed() const;
     void reportGone(const ErrorCode& error);
@@ -69,6 +70,7 @@ class PortDriver {
     void onRead(const ErrorCode& error, std::size_t count);
     void startSending();
     void sendFront(std::span<const char> bytes);
+    void waitForPace(LinePace::TimePoint due);
     void onSent(const ErrorCode& error, std::size_t count);
     void watchForStall(Clock::time_point due);
     void onStallTimer();
@@ -84,6 +86,7 @@ class PortDriver {
 
     // Driver thread only.
     boost::asio::steady_timer m_stallTimer{m_io};
+    boost::asio::steady_timer m_paceTimer{m_io};
     bool m_watchingForStall = false;
     std::array<char, 4096> m_chunk{};
 
@@ -93,6 +96,7 @@ class PortDriver {
     bool m_readingPaused = false;
     TransmitQueue m_queue{SerialPort::kTransmitQueueSize};
     bool m_sending = false;
+    LinePace m_pace;
     bool m_roomAwaited = false;
     bool m_mayStop = false; ///< the board may stop the line with XOFF for as long as it likes
     Clock::time_point m_lastProgress;

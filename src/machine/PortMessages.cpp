@@ -77,14 +77,6 @@ QString settingsRefused(const QString& port, const LineSettings& settings) {
         .arg(settings.stopBits);
 }
 
-QString alreadyOpen(const QString& port) {
-    return QStringLiteral("Cannot open a second port: %1 is still open. Close it first.").arg(port);
-}
-
-QString notOpen() {
-    return QStringLiteral("The serial port is not open. Open it and start again.");
-}
-
 QString gone(const QString& port, const QString& reason) {
     return QStringLiteral("%1 is gone: %2. Plug the adapter in again and start over.")
         .arg(port, withinSentence(reason));

@@ -19,8 +19,6 @@ namespace port_messages {
 [[nodiscard]] QString noDevice(int number);
 [[nodiscard]] QString cannotOpen(const QString& port, const OpenResult& result);
 [[nodiscard]] QString settingsRefused(const QString& port, const LineSettings& settings);
-[[nodiscard]] QString alreadyOpen(const QString& port);
-[[nodiscard]] QString notOpen();
 [[nodiscard]] QString gone(const QString& port, const QString& reason);
 [[nodiscard]] QString stalled(const QString& port, std::chrono::milliseconds limit);
 

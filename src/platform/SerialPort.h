@@ -4,6 +4,8 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <memory>
+
 namespace zrk {
 
 struct LineSettings {
@@ -15,12 +17,12 @@ struct LineSettings {
 
 enum class Handshaking { None = 0, XonXoff = 1 };
 
-/// One serial port, opened by number. No call yields to the event loop, and none but write() blocks.
+/// An open serial port, which is closed when it is destroyed: without waiting, and what the line has not
+/// taken by then is dropped. No call yields to the event loop, and none but write() blocks.
 ///
 /// A device that goes away is noticed by the port itself: from then on isLost() is true, and the
-/// next bytesWaiting() that finds nothing left to read, read(), write() or transmitRoom() throws
-/// RuntimeFailure (PortLost). The port stays open until close().
-/// On a closed port those calls throw RuntimeFailure (PortNotOpen).
+/// next bytesWaiting() that finds nothing left to read, read(), write(), transmitRoom() or setHandshaking()
+/// throws RuntimeFailure (PortLost).
 class SerialPort {
   public:
     /// The most that write() keeps in the program; what it is given beyond that waits for the line.
@@ -28,20 +30,8 @@ class SerialPort {
 
     virtual ~SerialPort() = default;
 
-    /// Opens port `number` (1 to 8) for exclusive use; bytes that arrived before are never read.
-    /// Throws RuntimeFailure (PortNotOpened) that says which device, why, and what to do.
-    virtual void open(int number, const LineSettings& settings) = 0;
-
-    /// Closes the port; queued bytes that the line has not taken are dropped. Harmless when closed.
-    virtual void close() noexcept = 0;
-
-    [[nodiscard]] virtual bool isOpen() const noexcept = 0;
-
-    /// True once the device behind an open port has gone away. Never throws.
+    /// True once the device has gone away. Never throws.
     [[nodiscard]] virtual bool isLost() const noexcept = 0;
-
-    /// The device that `number` stands for, for display ("" when there is none).
-    [[nodiscard]] virtual QString deviceName(int number) const = 0;
 
     /// Received bytes not yet read.
     [[nodiscard]] virtual qsizetype bytesWaiting() = 0;
@@ -60,16 +50,28 @@ class SerialPort {
     /// Bytes that write() takes without blocking, 0 to kTransmitQueueSize.
     [[nodiscard]] virtual qsizetype transmitRoom() = 0;
 
-    /// Bytes that were written and have not left yet, in the program or in the device's driver, as far as
-    /// that can tell; 0 when closed or lost. Never throws.
+    /// Bytes that were written and have not left yet: in the program, in the device's driver as far as that
+    /// can tell, or on a line that cannot have carried them by now. 0 when lost. Never throws.
     [[nodiscard]] virtual qsizetype unsentBytes() const noexcept = 0;
 
-    /// Flow control; remembered while the port is closed and applied at the next open. Throws
-    /// RuntimeFailure (PortLost) on a lost device.
     virtual void setHandshaking(Handshaking handshaking) = 0;
 
     /// Switches the DTR line. False when the port has no such line, which is no failure.
     virtual bool setDtr(bool on) = 0;
+};
+
+/// The serial ports of the machine.
+class SerialPorts {
+  public:
+    virtual ~SerialPorts() = default;
+
+    /// Opens port `number` (1 to 8) for exclusive use; bytes that arrived before are never read.
+    /// Throws RuntimeFailure (PortNotOpened) that says which device, why, and what to do.
+    [[nodiscard]] virtual std::unique_ptr<SerialPort> open(int number, const LineSettings& settings,
+                                                           Handshaking handshaking) = 0;
+
+    /// The device that `number` stands for, for display ("" when there is none).
+    [[nodiscard]] virtual QString deviceName(int number) const = 0;
 };
 
 } // namespace zrk

@@ -11,32 +11,30 @@ bool fitsOneByteCodes(const QString& text) {
     return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= 0xFF; });
 }
 
-ComPort::ComPort(SerialPort& port, Controls& controls) : m_port(port), m_controls(controls) {}
-
 void ComPort::OpenComPort() {
-    if (m_port.isOpen())
+    if (m_open)
         return;
     m_commPort = m_controls.cmbComPort.selectedItemData();
-    m_port.open(m_commPort, LineSettings{});
+    m_open = m_ports.open(m_commPort, LineSettings{}, m_handshaking);
     m_controls.lblState.Caption = QStringLiteral("Open...");
     m_controls.cmbComPort.Enabled = false;
 }
 
 void ComPort::CloseComPort() noexcept {
-    if (!m_port.isOpen())
+    if (!m_open)
         return;
-    m_port.close();
+    m_open.reset();
     m_controls.lblState.Caption = QStringLiteral("Closed...");
     m_controls.cmbComPort.Enabled = true;
 }
 
 QString ComPort::Input() {
     const qsizetype most = m_inputMode == InputMode::Binary ? 1 : std::numeric_limits<qsizetype>::max();
-    return QString::fromLatin1(m_port.read(most));
+    return QString::fromLatin1(opened().read(most));
 }
 
 void ComPort::discardReceived() {
-    (void)m_port.read(std::numeric_limits<qsizetype>::max());
+    (void)opened().read(std::numeric_limits<qsizetype>::max());
 }
 
 void ComPort::Output(const QString& text) {
@@ -46,7 +44,20 @@ void ComPort::Output(const QString& text) {
                                             "only characters with the codes 0 to 255 can be sent.")
                                  .arg(text));
     if (!text.isEmpty())
-        m_port.write(text.toLatin1());
+        opened().write(text.toLatin1());
+}
+
+void ComPort::setHandshaking(Handshaking handshaking) {
+    m_handshaking = handshaking;
+    if (m_open)
+        m_open->setHandshaking(handshaking);
+}
+
+SerialPort& ComPort::opened() const {
+    if (!m_open)
+        throw RuntimeFailure(FailureKind::PortNotOpen,
+                             QStringLiteral("The serial port is not open. Open it and start again."));
+    return *m_open;
 }
 
 } // namespace zrk

@@ -7,13 +7,14 @@
 
 namespace zrk {
 
-/// `MSComm1` and its place in the window: the one serial connection, opened with the number that is
-/// selected in cmbComPort. Failures are RuntimeFailure as SerialPort has them. Nothing here yields.
+/// `MSComm1` and its place in the window: the one owner of the serial connection, opened with the number that
+/// is selected in cmbComPort. Failures are RuntimeFailure as SerialPort has them; what needs an open port
+/// fails on a closed one with PortNotOpen. Nothing here yields.
 class ComPort {
   public:
     enum class InputMode { Text = 0, Binary = 1 };
 
-    ComPort(SerialPort& port, Controls& controls);
+    ComPort(SerialPorts& ports, Controls& controls) : m_ports(ports), m_controls(controls) {}
 
     /// Opens the selected port at 115200,N,8,1; does nothing when the port is open.
     void OpenComPort();
@@ -21,46 +22,51 @@ class ComPort {
     /// Closes the port; does nothing when it is closed.
     void CloseComPort() noexcept;
 
-    [[nodiscard]] bool isOpen() const noexcept { return m_port.isOpen(); }
-    [[nodiscard]] bool isLost() const noexcept { return m_port.isLost(); }
+    [[nodiscard]] bool isOpen() const noexcept { return m_open != nullptr; }
+    [[nodiscard]] bool isLost() const noexcept { return m_open && m_open->isLost(); }
 
     /// The number last selected for opening, 1 to 8.
     [[nodiscard]] int CommPort() const { return m_commPort; }
 
     /// Received bytes that have not been read.
-    [[nodiscard]] qsizetype InBufferCount() { return m_port.bytesWaiting(); }
+    [[nodiscard]] qsizetype InBufferCount() { return opened().bytesWaiting(); }
 
     /// Binary: exactly one byte, or none. Text: everything waiting. A byte is the character of its code.
     [[nodiscard]] QString Input();
 
     /// Drops the received bytes that wait in front as long as each is `byte`, or all that have been received.
-    void skip(char byte) { m_port.skip(byte); }
+    void skip(char byte) { opened().skip(byte); }
     void discardReceived();
 
     /// Sends every character as one byte, its code. A character above 255 fails with InvalidArgument
     /// before anything is sent.
     void Output(const QString& text);
-    void Output(char byte) { m_port.write(QByteArrayView(&byte, 1)); }
-
-    /// Bytes that were sent and have not left yet.
-    [[nodiscard]] qsizetype unsentBytes() const noexcept { return m_port.unsentBytes(); }
+    void Output(char byte) { opened().write(QByteArrayView(&byte, 1)); }
 
     /// Bytes that Output takes without waiting for the line.
-    [[nodiscard]] qsizetype transmitRoom() { return m_port.transmitRoom(); }
+    [[nodiscard]] qsizetype transmitRoom() { return opened().transmitRoom(); }
 
-    void setHandshaking(Handshaking handshaking) { m_port.setHandshaking(handshaking); }
+    /// Bytes that were sent and have not left yet; 0 on a closed port.
+    [[nodiscard]] qsizetype unsentBytes() const noexcept { return m_open ? m_open->unsentBytes() : 0; }
+
+    /// Holds from now on, over closing and opening.
+    void setHandshaking(Handshaking handshaking);
     void setInputMode(InputMode mode) { m_inputMode = mode; }
 
-    /// False when the port has no DTR line.
-    bool setDtrEnable(bool on) { return m_port.setDtr(on); }
+    /// False when the port is closed or has no DTR line.
+    bool setDtrEnable(bool on) { return m_open && m_open->setDtr(on); }
 
     /// The device behind the number, for display.
-    [[nodiscard]] QString deviceName(int number) const { return m_port.deviceName(number); }
+    [[nodiscard]] QString deviceName(int number) const { return m_ports.deviceName(number); }
 
   private:
-    SerialPort& m_port;
+    [[nodiscard]] SerialPort& opened() const;
+
+    SerialPorts& m_ports;
     Controls& m_controls;
+    std::unique_ptr<SerialPort> m_open; ///< null while the port is closed
     int m_commPort = 1;
+    Handshaking m_handshaking = Handshaking::None;
     InputMode m_inputMode = InputMode::Binary;
 };
 

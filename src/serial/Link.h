@@ -14,8 +14,8 @@ namespace zrk {
 /// The desk with its line to the board: the port, what is said about it, and who may use it. Protocols are
 /// built on this.
 struct Link : Desk {
-    Link(EventLoop& eventLoop, SerialPort& serialPort, MessageBoxes& messageBoxes, FileDialog& dialog)
-        : Desk(eventLoop, messageBoxes, dialog), port(serialPort, controls),
+    Link(EventLoop& eventLoop, SerialPorts& ports, MessageBoxes& messageBoxes, FileDialog& dialog)
+        : Desk(eventLoop, messageBoxes, dialog), port(ports, controls),
           console(controls.txtStatus, eventLoop), transport(*this, port, console),
           terminal(*this, port, console), keys(*this, port), portControl(*this, port, console, terminal),
           operation(*this, port, console, transport) {}

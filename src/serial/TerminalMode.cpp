@@ -21,9 +21,7 @@ constexpr QChar kCarriageReturn(u'\r');
 
 TerminalMode::TerminalMode(Desk& desk, ComPort& port, StatusConsole& console)
     : m_desk(desk), m_port(port), m_console(console),
-      m_timCommReceive(desk.loop.createTimer([this] { timCommReceive_Timer(); })) {
-    m_port.setHandshaking(Handshaking::None);
-}
+      m_timCommReceive(desk.loop.createTimer([this] { timCommReceive_Timer(); })) {}
 
 void TerminalMode::SetTerminalMode(bool& Enable) {
     const bool handlerInstalled = !m_desk.state.DebugMode;

@@ -67,7 +67,7 @@ bool Transport::hasRoom() {
     return m_desk.state.DebugMode || m_port.transmitRoom() > kRoomForClosingBytes;
 }
 
-void Transport::letOut() {
+bool Transport::letOut() {
     const auto end = m_desk.loop.now() + kLetOutLimit;
     const auto timer = m_desk.loop.createTimer([] {});
     timer->start(kLetOutLook);
@@ -80,6 +80,7 @@ void Transport::letOut() {
             lastProgress = m_desk.loop.now();
         unsent = now;
     }
+    return unsent == 0 && !m_port.isLost();
 }
 
 void Transport::timTimeOut_Timer() {

@@ -51,8 +51,8 @@ class Transport {
     void waitForRoom() { m_desk.loop.wait(); }
 
     /// Waits, yielding, until all that was sent has left the port: two seconds at most, and no longer than
-    /// the line goes on taking bytes.
-    void letOut();
+    /// the line goes on taking bytes. True when all has left, or the port is closed.
+    bool letOut();
 
     /// The reply time-out has expired: asks the running wait to stop and tells the user.
     void timTimeOut_Timer();

@@ -33,7 +33,7 @@ TEST(BringUp, GoodRunToTheLetterAndToTheByte) {
                                          ".. 5 .. found!\nSending 'A'", ".. x<13>95 .. found!\nSending 'A'"));
         EXPECT_EQ(r.port.written,
                   "AU3" + kPrimaryHeader + kPrimaryCode + "p" + kSecondaryHeader + kSecondaryCode);
-        EXPECT_EQ(r.port.callNames(), QStringList({"handshaking 0", "open 1 115200,N,8,1"}));
+        EXPECT_EQ(r.port.callNames(), QStringList("open 1 115200,N,8,1 handshaking 0"));
         EXPECT_EQ(r.bench.buttons(), "1111");
         EXPECT_EQ(r.outcome(), Outcome::Done);
         EXPECT_FALSE(r.loader.state.OperationActive || r.loader.state.TerminalMode);
@@ -171,7 +171,7 @@ TEST(BringUp, WhichBoxesAreTicked) {
         r.start();
         EXPECT_EQ(r.bench.console(), on + "\n--- Switching to programmed mode ---\n" + on);
         EXPECT_EQ(r.port.callNames(),
-                  QStringList({"close", "handshaking 0", "open 1 115200,N,8,1", "handshaking 1"}));
+                  QStringList({"close", "open 1 115200,N,8,1 handshaking 0", "handshaking 1"}));
         EXPECT_EQ(r.port.written, "");
         EXPECT_EQ(r.bench.buttons(), "1001");
     }
@@ -265,8 +265,7 @@ TEST(BringUp, HandlersReachedFromItsWaitsLeaveItAlone) {
         r.start();
         EXPECT_EQ(r.outcome(), Outcome::Done);
         EXPECT_EQ(r.bench.console(), bringUpTexts().join(QString()));
-        EXPECT_EQ(r.port.callNames(),
-                  QStringList({"handshaking 0", "open 1 115200,N,8,1", "dtr 0", "dtr 1"}));
+        EXPECT_EQ(r.port.callNames(), QStringList({"open 1 115200,N,8,1 handshaking 0", "dtr 0", "dtr 1"}));
         EXPECT_TRUE(r.bench.fileDialog.requests.isEmpty());
     }
 }

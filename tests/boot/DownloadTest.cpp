@@ -110,8 +110,10 @@ TEST(Download, AClosedPortIsAFailure) {
     DownloadBench r;
     r.loader.port.CloseComPort();
     r.start();
-    EXPECT_EQ(r.bench.boxes.shown, QStringList("[Error] ! Error communicating with COM1\n"
-                                               "or other download problem\nError: The port is not open."));
+    EXPECT_EQ(r.bench.boxes.shown,
+              QStringList(
+                  "[Error] ! Error communicating with COM1\n"
+                  "or other download problem\nError: The serial port is not open. Open it and start again."));
     EXPECT_EQ(r.bench.console(), "-- Sending command .. u .." + kAborted);
     EXPECT_EQ(r.bench.buttons(), "1001");
 }

@@ -21,8 +21,8 @@ TEST(FlashProgramming, GoodRunToTheLetterAndToTheByte) {
                       before + FlashBench::textsUpTo(9).replace("(ERASING FLASH) .. ",
                                                                 erase ? "(ERASING FLASH) .. " : ""));
             EXPECT_EQ(b.port.written, b.sentUpTo(8));
-            EXPECT_EQ(b.port.callNames().mid(3),
-                      QStringList({"close", "handshaking 0", "open 1 115200,N,8,1", "close"}));
+            EXPECT_EQ(b.port.callNames().mid(1),
+                      QStringList({"close", "open 1 115200,N,8,1 handshaking 0", "close"}));
             EXPECT_EQ(b.outcome(), Outcome::Done);
             EXPECT_EQ(b.bench.buttons(), "1111");
             EXPECT_FALSE(b.loader.state.FlashStateUnknown);

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "Pty.h"
-#include "machine/AsioSerialPort.h"
+#include "machine/MachinePorts.h"
 #include "machine/QtEventLoop.h"
 #include "platform/RuntimeFailure.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <optional>
+#include <memory>
 #include <string>
 
 namespace zrk::test {
@@ -31,7 +31,7 @@ std::string failureOf(Action&& action) {
     return "none";
 }
 
-inline std::string callsOf(AsioSerialPort& port, const std::string& expected) {
+inline std::string callsOf(SerialPort& port, const std::string& expected) {
     std::string wrong;
     const auto look = [&](const char* call, const std::string& failure) {
         if (failure != expected)
@@ -91,23 +91,36 @@ class PortFixture : public ::testing::Test {
     }
 
     /// Reads until that many bytes are there.
-    QByteArray readAll(AsioSerialPort& from, qsizetype count) {
+    QByteArray readAll(SerialPort& from, qsizetype count) {
         QByteArray bytes;
         waitUntil([&] { return (bytes += from.read(count - bytes.size())).size() >= count; });
         return bytes;
     }
 
-    /// COM1 is `line`; a stall of the given length breaks it.
+    /// True once all that was written has left, within the limit.
+    bool drains(std::chrono::milliseconds limit) {
+        const auto end = loop.now() + limit;
+        const auto look = loop.createTimer([] {});
+        look->start(std::chrono::milliseconds(1));
+        while (port->unsentBytes() > 0 && loop.now() < end)
+            loop.wait();
+        return port->unsentBytes() == 0 && !port->isLost();
+    }
+
+    /// COM1 is `line`, whatever its speed; a stall of the given length breaks it.
+    [[nodiscard]] std::unique_ptr<SerialPort> opened(const MachinePorts::Options& options,
+                                                     Handshaking handshaking = Handshaking::None) {
+        return MachinePorts(loop, PortNames({{1, line.device()}}), options).open(1, kLine, handshaking);
+    }
     void openPort(std::chrono::milliseconds stall = std::chrono::seconds(10), qsizetype receive = 1 << 20) {
-        port.emplace(loop, PortNames({{1, line.device()}}), AsioSerialPort::Options{stall, receive});
-        port->open(1, kLine);
+        port = opened({stall, receive, 0});
     }
 
     [[nodiscard]] std::string name() const { return "COM1 (" + line.device().toStdString() + ")"; }
 
     CountingLoop loop;
     Pty line;
-    std::optional<AsioSerialPort> port;
+    std::unique_ptr<SerialPort> port;
 };
 
 } // namespace zrk::test

@@ -7,9 +7,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class AsioSerialPortFlow : public PortFixture {};
+class PortFlow : public PortFixture {};
 
-TEST_F(AsioSerialPortFlow, AllValuesPassBothWaysInBulkAndOneByOne) {
+TEST_F(PortFlow, AllValuesPassBothWaysInBulkAndOneByOne) {
     openPort();
     const QByteArray bytes = pattern(2048);
     for (const qsizetype piece : {bytes.size(), qsizetype{1}}) {
@@ -29,45 +29,43 @@ TEST_F(AsioSerialPortFlow, AllValuesPassBothWaysInBulkAndOneByOne) {
     EXPECT_EQ(port->read(1), "");
 }
 
-TEST_F(AsioSerialPortFlow, XonXoffStopsTheLineForAsLongAsTheBoardLikes) {
+TEST_F(PortFlow, XonXoffStopsTheLineForAsLongAsTheBoardLikes) {
     openPort(50ms);
     port->setHandshaking(Handshaking::XonXoff);
     line.send("a\x13"
               "b");
     EXPECT_EQ(readAll(*port, 2), "ab") << "XOFF is not data";
     port->write("held");
-    EXPECT_FALSE(port->drain(300ms));
+    EXPECT_FALSE(drains(300ms));
     EXPECT_FALSE(port->isLost()) << "a line that the board stopped has not stalled";
     EXPECT_FALSE(line.hasReceived());
     EXPECT_EQ(port->transmitRoom(), 508);
 
     line.send("\x11");
     EXPECT_EQ(line.receive(4), "held");
-    EXPECT_TRUE(port->drain(10s));
+    EXPECT_TRUE(drains(10s));
 }
 
-TEST_F(AsioSerialPortFlow, ChangingTheHandshakingLosesNothing) {
+TEST_F(PortFlow, ChangingTheHandshakingLosesNothing) {
     openPort();
     port->setHandshaking(Handshaking::XonXoff);
     line.send("in\x13");
     line.send(".");
     ASSERT_TRUE(waitUntil([&] { return port->bytesWaiting() == 3; }));
     port->write("out");
-    EXPECT_FALSE(port->drain(20ms));
+    EXPECT_FALSE(drains(20ms));
 
     port->setHandshaking(Handshaking::None);
     EXPECT_EQ(line.receive(3), "out") << "without flow control nothing may stay stopped";
     line.send("\x11\x13");
     EXPECT_EQ(readAll(*port, 5), "in.\x11\x13");
 
-    port->close();
-    port->setHandshaking(Handshaking::XonXoff);
-    port->open(1, kLine);
-    EXPECT_EQ(line.settings().c_iflag & (IXON | IXOFF), static_cast<tcflag_t>(IXON | IXOFF))
-        << "what is set while the port is closed holds from the next open";
+    port.reset();
+    port = opened({}, Handshaking::XonXoff);
+    EXPECT_EQ(line.settings().c_iflag & (IXON | IXOFF), static_cast<tcflag_t>(IXON | IXOFF));
 }
 
-TEST_F(AsioSerialPortFlow, QueueTakesExactlyItsBoundAndTellsWhenThereIsRoom) {
+TEST_F(PortFlow, QueueTakesExactlyItsBoundAndTellsWhenThereIsRoom) {
     openPort();
     line.stopLine();
     const QByteArray bytes = pattern(512);
@@ -84,16 +82,16 @@ TEST_F(AsioSerialPortFlow, QueueTakesExactlyItsBoundAndTellsWhenThereIsRoom) {
     EXPECT_EQ(line.receive(512), bytes);
 }
 
-TEST_F(AsioSerialPortFlow, SendingWakesNobodyWhoDidNotAskForRoom) {
+TEST_F(PortFlow, SendingWakesNobodyWhoDidNotAskForRoom) {
     openPort();
     for (int i = 0; i < 1000; ++i)
         port->write("x");
     EXPECT_EQ(line.receive(1000), QByteArray(1000, 'x'));
-    port->close();
+    port.reset();
     EXPECT_EQ(loop.wakes(), 0);
 }
 
-TEST_F(AsioSerialPortFlow, WriteBeyondTheBoundReturnsWhenTheLineHasTakenEnough) {
+TEST_F(PortFlow, WriteBeyondTheBoundReturnsWhenTheLineHasTakenEnough) {
     openPort();
     line.stopLine();
     const QByteArray bytes = pattern(102'400);
@@ -110,7 +108,7 @@ TEST_F(AsioSerialPortFlow, WriteBeyondTheBoundReturnsWhenTheLineHasTakenEnough) 
 }
 
 // The limit is on a standstill, not on the whole: an image takes longer than it at full speed.
-TEST_F(AsioSerialPortFlow, SlowLineIsNoStall) {
+TEST_F(PortFlow, SlowLineIsNoStall) {
     constexpr auto kStall = 1500ms;
     openPort(kStall);
     const QByteArray bytes = pattern(102'400);
@@ -125,13 +123,13 @@ TEST_F(AsioSerialPortFlow, SlowLineIsNoStall) {
         });
         EXPECT_EQ(failureOf([&] { port->write(bytes); }), "none");
         EXPECT_GT(loop.now() - begin, kStall) << "too fast to show anything";
-        EXPECT_TRUE(port->drain(10s));
+        EXPECT_TRUE(drains(10s));
     }
     EXPECT_EQ(received, bytes);
     EXPECT_FALSE(port->isLost());
 }
 
-TEST_F(AsioSerialPortFlow, UnreadBytesHoldTheBoardBackAndNoneIsLost) {
+TEST_F(PortFlow, UnreadBytesHoldTheBoardBackAndNoneIsLost) {
     openPort(10s, 8192);
     const QByteArray bytes = pattern(200'000);
     QByteArray got;
@@ -149,46 +147,43 @@ TEST_F(AsioSerialPortFlow, UnreadBytesHoldTheBoardBackAndNoneIsLost) {
     EXPECT_EQ(got, bytes);
 }
 
-TEST_F(AsioSerialPortFlow, DrainIsTrueOnlyWhenAllHasLeft) {
+TEST_F(PortFlow, DrainIsTrueOnlyWhenAllHasLeft) {
     openPort();
-    EXPECT_TRUE(port->drain(0ms));
+    EXPECT_TRUE(drains(0ms));
     line.stopLine();
     port->write("d");
-    EXPECT_FALSE(port->drain(20ms));
+    EXPECT_FALSE(drains(20ms));
     line.restartLine();
-    EXPECT_TRUE(port->drain(10s));
-    port->close();
-    EXPECT_EQ(line.receive(1), "d") << "closing after a drain must not take it back";
-    EXPECT_TRUE(port->drain(0ms));
+    EXPECT_TRUE(drains(10s));
+    port.reset();
+    EXPECT_EQ(line.receive(1), "d") << "closing after that must not take it back";
 }
 
-TEST_F(AsioSerialPortFlow, PtyHasNoDtrWhichIsNoFailure) {
+TEST_F(PortFlow, PtyHasNoDtrWhichIsNoFailure) {
     openPort();
     EXPECT_FALSE(port->setDtr(false));
     EXPECT_FALSE(port->setDtr(true));
     EXPECT_FALSE(port->isLost());
 }
 
-TEST_F(AsioSerialPortFlow, TwoPortsLiveSideBySide) {
+TEST_F(PortFlow, TwoPortsLiveSideBySide) {
     Pty lines[2];
-    const PortNames names({{1, lines[0].device()}, {2, lines[1].device()}});
-    AsioSerialPort first(loop, names);
-    AsioSerialPort second(loop, names);
-    first.open(1, kLine);
-    second.open(2, kLine);
-    first.write("to one");
-    second.write("to two");
+    MachinePorts ports(loop, PortNames({{1, lines[0].device()}, {2, lines[1].device()}}));
+    const auto first = ports.open(1, kLine, Handshaking::None);
+    const auto second = ports.open(2, kLine, Handshaking::None);
+    first->write("to one");
+    second->write("to two");
     lines[1].send("from two");
     lines[0].send("from one");
     EXPECT_EQ(lines[0].receive(6), "to one");
     EXPECT_EQ(lines[1].receive(6), "to two");
-    EXPECT_EQ(readAll(first, 8), "from one");
-    EXPECT_EQ(readAll(second, 8), "from two");
+    EXPECT_EQ(readAll(*first, 8), "from one");
+    EXPECT_EQ(readAll(*second, 8), "from two");
 
     lines[0].hangUp();
-    EXPECT_TRUE(waitUntil([&] { return first.isLost(); }));
-    EXPECT_FALSE(second.isLost());
-    second.write("still");
+    EXPECT_TRUE(waitUntil([&] { return first->isLost(); }));
+    EXPECT_FALSE(second->isLost());
+    second->write("still");
     EXPECT_EQ(lines[1].receive(5), "still");
 }
 

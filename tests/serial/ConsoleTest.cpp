@@ -104,8 +104,8 @@ TEST_F(Console, DebugSendWritesItsTextAndTellsAFailure) {
     loader.controls.txtOut.Text = "x";
     loader.keys.cmdOutput_Click();
     ASSERT_EQ(bench.boxes.shown.size(), 2);
-    EXPECT_EQ(bench.boxes.shown[1],
-              "[Error] ! Error communicating with COM1\nor other I/O problem\nError: The port is not open.");
+    EXPECT_EQ(bench.boxes.shown[1], "[Error] ! Error communicating with COM1\nor other I/O problem\nError: "
+                                    "The serial port is not open. Open it and start again.");
 }
 
 } // namespace

@@ -20,7 +20,7 @@ TEST_F(PortControlTest, CancelWhenIdle) {
     loader.terminal.cmdTerminal_Click();
     c.cmbComPort.ListIndex = 2;
     loader.port.OpenComPort(); // open already: the old number stays
-    EXPECT_EQ(port.callNames().last(), "open 8 115200,N,8,1");
+    EXPECT_EQ(port.callNames().last(), "open 8 115200,N,8,1 handshaking 1");
     EXPECT_EQ(loader.port.CommPort(), 8);
     loader.portControl.cmdCancel_Click();
     EXPECT_EQ(bench.console(), "\n--- Closing port ---\n\n--- Enabling terminal mode ---\n"

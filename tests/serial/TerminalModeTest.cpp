@@ -15,7 +15,6 @@ TEST_F(Terminal, TheButtonTogglesAndLeavesThePortOpen) {
     int focused = 0;
     c.txtStatus.onFocusRequested([&] { ++focused; });
     EXPECT_EQ(c.cmdTerminal.Caption.value(), "Enable &Terminal mode");
-    EXPECT_EQ(port.callNames(), QStringList("handshaking 0"));
     loader.terminal.switchTo(false); // already so
     EXPECT_EQ(bench.console(), "");
     EXPECT_EQ(focused, 1);
@@ -26,7 +25,7 @@ TEST_F(Terminal, TheButtonTogglesAndLeavesThePortOpen) {
     EXPECT_TRUE(c.mnuExecScript.Enabled && loader.state.TerminalMode);
     EXPECT_EQ(c.lblState.Caption.value(), "Open...");
     EXPECT_FALSE(c.cmbComPort.Enabled);
-    EXPECT_EQ(port.callNames(), QStringList({"handshaking 0", "handshaking 1", "open 1 115200,N,8,1"}));
+    EXPECT_EQ(port.callNames(), QStringList("open 1 115200,N,8,1 handshaking 1"));
     port.receive("one block");
     loop.runFor(199ms);
     EXPECT_EQ(bench.console(), kOn);
@@ -83,6 +82,7 @@ TEST_F(Terminal, TheFailureHandlerForcesProgrammedModeOnce) {
     bench.expectAtRest();
 
     loader.state.DebugMode = true;
+    loader.port.OpenComPort();
     EXPECT_THROW(loader.terminal.switchTo(true), zrk::RuntimeFailure);
     EXPECT_EQ(bench.boxes.shown.size(), 2);
 }

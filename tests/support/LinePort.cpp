@@ -18,24 +18,68 @@ constexpr qsizetype kDriverBuffer = 4096;
 
 } // namespace
 
-void LinePort::open(int number, const zrk::LineSettings& settings) {
-    calls.push_back({m_loop.elapsed(), QStringLiteral("open %1 %2,%3,%4,%5")
+/// What the loader holds while the port is open.
+class LinePort::Opened final : public zrk::SerialPort {
+  public:
+    explicit Opened(LinePort& line) : m_line(line) {}
+    ~Opened() override { m_line.close(); }
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+
+    [[nodiscard]] bool isLost() const noexcept override { return m_line.m_lost; }
+    [[nodiscard]] qsizetype bytesWaiting() override { return m_line.bytesWaiting(); }
+    [[nodiscard]] QByteArray read(qsizetype most) override {
+        (void)m_line.bytesWaiting();
+        QByteArray taken = m_line.m_received.left(most);
+        m_line.m_received.remove(0, taken.size());
+        return taken;
+    }
+    void skip(char byte) override {
+        while (m_line.m_received.startsWith(byte))
+            m_line.m_received.remove(0, 1);
+    }
+    void write(QByteArrayView bytes) override { m_line.write(bytes); }
+    [[nodiscard]] qsizetype transmitRoom() override {
+        m_line.requireDevice();
+        return m_line.room();
+    }
+    [[nodiscard]] qsizetype unsentBytes() const noexcept override {
+        return m_line.m_lost ? 0 : static_cast<qsizetype>(m_line.m_line.size());
+    }
+    void setHandshaking(zrk::Handshaking handshaking) override {
+        m_line.calls.push_back(
+            {m_line.m_loop.elapsed(), QStringLiteral("handshaking %1").arg(static_cast<int>(handshaking))});
+        if (m_line.failsHandshaking)
+            fail(zrk::FailureKind::PortLost, "The driver refused.");
+    }
+    bool setDtr(bool on) override {
+        m_line.calls.push_back({m_line.m_loop.elapsed(), QStringLiteral("dtr %1").arg(on ? 1 : 0)});
+        return true;
+    }
+
+  private:
+    LinePort& m_line;
+};
+
+std::unique_ptr<zrk::SerialPort> LinePort::open(int number, const zrk::LineSettings& settings,
+                                                zrk::Handshaking handshaking) {
+    calls.push_back({m_loop.elapsed(), QStringLiteral("open %1 %2,%3,%4,%5 handshaking %6")
                                            .arg(number)
                                            .arg(settings.baudRate)
                                            .arg(QLatin1Char(settings.parity))
                                            .arg(settings.dataBits)
-                                           .arg(settings.stopBits)});
+                                           .arg(settings.stopBits)
+                                           .arg(static_cast<int>(handshaking))});
     if (failsToOpen)
         fail(zrk::FailureKind::PortNotOpened, "The device is not there.");
     m_open = true;
     m_lost = false;
     m_received.clear();
     opened();
+    return std::make_unique<Opened>(*this);
 }
 
-void LinePort::close() noexcept {
-    if (!m_open)
-        return;
+void LinePort::close() {
     calls.push_back({m_loop.elapsed(), QStringLiteral("close")});
     m_open = false;
     m_lost = false;
@@ -49,50 +93,31 @@ QString LinePort::deviceName(int number) const {
     return QStringLiteral("/dev/line%1").arg(number);
 }
 
-void LinePort::requireOpen() const {
-    if (!m_open)
-        fail(zrk::FailureKind::PortNotOpen, "The port is not open.");
-}
-
 void LinePort::requireDevice() const {
-    requireOpen();
     if (m_lost)
         fail(zrk::FailureKind::PortLost, "The device is gone.");
 }
 
-qsizetype LinePort::bytesWaiting() {
-    requireOpen();
+qsizetype LinePort::bytesWaiting() const {
     if (m_received.isEmpty())
         requireDevice();
     return m_received.size();
 }
 
-QByteArray LinePort::read(qsizetype most) {
-    (void)bytesWaiting();
-    QByteArray taken = m_received.left(most);
-    m_received.remove(0, taken.size());
-    return taken;
-}
-
-void LinePort::skip(char byte) {
-    while (m_received.startsWith(byte))
-        m_received.remove(0, 1);
-}
-
-qsizetype LinePort::transmitRoom() {
-    requireDevice();
+qsizetype LinePort::room() const {
     return std::min(kQueue, kQueue + kDriverBuffer - static_cast<qsizetype>(m_line.size()));
 }
 
 void LinePort::write(QByteArrayView bytes) {
     requireDevice();
     for (const char byte : bytes) {
-        while (!m_lost && transmitRoom() == 0) {
+        while (!m_lost && room() == 0) {
             if (stalled)
                 fail(zrk::FailureKind::PortLost, "The line takes no data.");
             m_loop.skipTo(m_line.front().through);
             settle();
         }
+        requireDevice();
         written += byte;
         writtenAt.push_back(m_loop.now());
         if (paced)
@@ -139,17 +164,6 @@ void LinePort::receive(const QByteArray& bytes) {
 void LinePort::hangUp() {
     m_lost = m_open;
     m_loop.wake();
-}
-
-void LinePort::setHandshaking(zrk::Handshaking handshaking) {
-    calls.push_back({m_loop.elapsed(), QStringLiteral("handshaking %1").arg(static_cast<int>(handshaking))});
-    if (failsHandshaking)
-        fail(zrk::FailureKind::PortLost, "The driver refused.");
-}
-
-bool LinePort::setDtr(bool on) {
-    calls.push_back({m_loop.elapsed(), QStringLiteral("dtr %1").arg(on ? 1 : 0)});
-    return true;
 }
 
 QStringList LinePort::callNames() const {

@@ -9,29 +9,19 @@
 
 namespace zrktest {
 
-/// A serial port on virtual time, with a line behind it. Who is at its other end is up to the subclass.
+/// The machine's one serial port on virtual time, with a line behind it. Who is at its other end is up to the
+/// subclass.
 ///
 /// A paced line takes 11,520 bytes a second from a queue of 512 bytes and a driver's buffer of 4 KiB; an
 /// unpaced one takes everything at once. Bytes for the loader arrive at the time they are given.
-class LinePort : public zrk::SerialPort {
+class LinePort : public zrk::SerialPorts {
   public:
     explicit LinePort(VirtualEventLoop& loop) : m_loop(loop) {}
 
-    void open(int number, const zrk::LineSettings& settings) override;
-    void close() noexcept override;
-    [[nodiscard]] bool isOpen() const noexcept override { return m_open; }
-    [[nodiscard]] bool isLost() const noexcept override { return m_lost; }
+    [[nodiscard]] std::unique_ptr<zrk::SerialPort> open(int number, const zrk::LineSettings& settings,
+                                                        zrk::Handshaking handshaking) override;
     [[nodiscard]] QString deviceName(int number) const override;
-    [[nodiscard]] qsizetype bytesWaiting() override;
-    [[nodiscard]] QByteArray read(qsizetype most) override;
-    void skip(char byte) override;
-    void write(QByteArrayView bytes) override;
-    [[nodiscard]] qsizetype transmitRoom() override;
-    [[nodiscard]] qsizetype unsentBytes() const noexcept override {
-        return m_lost ? 0 : static_cast<qsizetype>(m_line.size());
-    }
-    void setHandshaking(zrk::Handshaking handshaking) override;
-    bool setDtr(bool on) override;
+    [[nodiscard]] bool isOpen() const { return m_open; }
 
     // The line and what happens to it.
     bool paced = false;
@@ -47,7 +37,7 @@ class LinePort : public zrk::SerialPort {
     // What the loader did.
     struct Call {
         Duration when;
-        QString what; ///< "open 1 115200,N,8,1", "close", "handshaking 1", "dtr 0"
+        QString what; ///< "open 1 115200,N,8,1 handshaking 0", "close", "handshaking 1", "dtr 0"
     };
     std::vector<Call> calls;
     QByteArray written;                 ///< all bytes handed over, in order
@@ -68,7 +58,12 @@ class LinePort : public zrk::SerialPort {
         char byte = 0;
     };
 
-    void requireOpen() const;
+    class Opened;
+
+    void close();
+    [[nodiscard]] qsizetype bytesWaiting() const;
+    [[nodiscard]] qsizetype room() const;
+    void write(QByteArrayView bytes);
     void requireDevice() const;
     void enqueue(char byte);
     void settle();

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "machine/PortNames.h"
+#include "platform/SerialPort.h"
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+
+namespace zrk {
+
+class EventLoop;
+
+/// The machine's serial ports. Each open port has a thread of its own that serves the device and
+/// wakes the event loop; all calls belong to the thread of that event loop.
+class MachinePorts final : public SerialPorts {
+  public:
+    struct Options {
+        /// After this long without a byte going out, a line that is not under XON/XOFF is broken.
+        std::chrono::milliseconds stallLimit{std::chrono::seconds(10)};
+        /// With this many received bytes unread, no more are taken from the driver.
+        qsizetype receiveLimit = qsizetype{1} << 20;
+        /// Bytes a second that the line carries, 0 for a port that is no line; without it what the line
+        /// settings make of it.
+        std::optional<std::uint32_t> lineRate{};
+    };
+
+    MachinePorts(EventLoop& loop, PortNames names);
+    MachinePorts(EventLoop& loop, PortNames names, Options options);
+
+    [[nodiscard]] std::unique_ptr<SerialPort> open(int number, const LineSettings& settings,
+                                                   Handshaking handshaking) override;
+    [[nodiscard]] QString deviceName(int number) const override { return m_names.device(number); }
+
+  private:
+    EventLoop& m_loop;
+    PortNames m_names;
+    Options m_options;
+};
+
+} // namespace zrk

@@ -1,0 +1,72 @@
+#include "machine/LinePace.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace zrk {
+namespace {
+
+using namespace std::chrono_literals;
+using TimePoint = LinePace::TimePoint;
+
+constexpr std::uint32_t kRate = 11'520;
+constexpr std::size_t kLead = 4'032; // 0.35 s of the line
+
+/// Hands on all that is allowed.
+std::size_t handOn(LinePace& pace, TimePoint now) {
+    const std::size_t count = pace.allowance(now);
+    pace.sent(count, now);
+    return count;
+}
+
+TEST(LinePace, IsNeverMoreThanItsLeadAheadAndNeverBehind) {
+    LinePace pace(kRate);
+    TimePoint now{1h};
+    const TimePoint begin = now;
+    std::size_t sent = handOn(pace, now);
+    EXPECT_EQ(sent, kLead);
+    while (sent < 2'000'000) {
+        ASSERT_EQ(pace.allowance(now), 0U);
+        now = pace.nextAllowance(now);
+        sent += handOn(pace, now);
+        const double line = std::chrono::duration<double>(now - begin).count() * kRate;
+        ASSERT_LE(static_cast<double>(sent), line + kLead + 1);
+        ASSERT_GE(static_cast<double>(sent), line + kLead - 2);
+    }
+}
+
+TEST(LinePace, AHiccupUpToTheLeadIsCaughtUpAndALongerOneSavesNothingUp) {
+    LinePace pace(kRate);
+    TimePoint now{1h};
+    (void)handOn(pace, now);
+    EXPECT_EQ(handOn(pace, now += 250ms), 2'880U);
+    EXPECT_EQ(pace.onLine(now), kLead);
+    EXPECT_EQ(handOn(pace, now += 10min), kLead) << "after idleness no more than the lead";
+    EXPECT_EQ(pace.allowance(now), 0U);
+}
+
+TEST(LinePace, TellsWhatIsStillOnTheLine) {
+    LinePace pace(kRate);
+    const TimePoint now{1h};
+    pace.sent(1'152, now);
+    EXPECT_EQ(pace.onLine(now), 1'152U);
+    EXPECT_EQ(pace.onLine(now + 50ms), 576U);
+    EXPECT_EQ(pace.onLine(now + 99'999us), 1U) << "a byte that is not through counts";
+    EXPECT_EQ(pace.onLine(now + 100ms), 0U);
+}
+
+TEST(LinePace, WakesRarelyAndKeepsVerySlowLinesGoing) {
+    LinePace pace(kRate);
+    TimePoint now{1h};
+    (void)handOn(pace, now);
+    EXPECT_GE(pace.nextAllowance(now) - now, 4ms);
+    LinePace slow(1);
+    EXPECT_EQ(handOn(slow, now), 1U);
+    now = slow.nextAllowance(now);
+    EXPECT_EQ(handOn(slow, now), 1U);
+    EXPECT_EQ(LinePace(0).allowance(now), std::numeric_limits<std::size_t>::max()) << "no line, no pace";
+}
+
+} // namespace
+} // namespace zrk
