@@ -25,8 +25,10 @@ class BenchLoader::Silent final : public zrk::MessageBoxes,
     QString said; ///< what a person would have been told
 };
 
-BenchLoader::BenchLoader(const QString& device, qsizetype secondarySize, qsizetype flashSize)
-    : m_silent(std::make_unique<Silent>()), m_ports(m_loop, zrk::PortNames({{1, device}})),
+BenchLoader::BenchLoader(const QString& device, qsizetype secondarySize, qsizetype flashSize,
+                         std::optional<std::uint32_t> lineRate)
+    : m_silent(std::make_unique<Silent>()),
+      m_ports(m_loop, zrk::PortNames({{1, device}}), {std::chrono::seconds(10), 1 << 20, lineRate}),
       m_loader(std::make_unique<zrk::Loader>(
           zrk::LoaderSurroundings{m_loop, m_ports, *m_silent, *m_silent, *m_silent}, m_folder.path())) {
     QProcess::execute(siblingProgram(QStringLiteral("zrk-board")),

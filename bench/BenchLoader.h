@@ -34,7 +34,8 @@ class BenchLoader {
   public:
     /// Makes image files of these sizes for the primary boot (from the board's samples), the secondary
     /// executable, and the flash.
-    BenchLoader(const QString& device, qsizetype secondarySize, qsizetype flashSize);
+    BenchLoader(const QString& device, qsizetype secondarySize, qsizetype flashSize,
+                std::optional<std::uint32_t> lineRate = {});
     ~BenchLoader();
 
     /// Brings the board up; the times are those of the secondary executable's transfer.

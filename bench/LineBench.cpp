@@ -37,7 +37,7 @@ void benchPacedLine() {
 
 void benchUnpaced() {
     const BenchBoard board({QStringLiteral("--unpaced")});
-    BenchLoader loader(board.device(), kUnpacedSize, 1);
+    BenchLoader loader(board.device(), kUnpacedSize, 1, 0);
     const TransferTimes times = loader.bringUp();
     const double megabytes = static_cast<double>(kUnpacedSize) / 1e6;
     std::printf("unpaced: %.0f bytes/s, processor %.3f s/MB\n", megabytes * 1e6 / times.lineSeconds(),

@@ -80,9 +80,22 @@ TEST_F(PortFailure, StallIsNoticedWhenNobodyWrites) {
     EXPECT_EQ(line.receive(8), "goes out");
     line.stopLine();
     port->write("x");
-    EXPECT_EQ(failureOf([&] { (void)port->transmitRoom(); }), "none");
     ASSERT_TRUE(waitUntil([&] { return port->isLost(); }));
     EXPECT_EQ(failureOf([&] { (void)port->transmitRoom(); }), stalled("0.1"));
+}
+
+TEST_F(PortFailure, TheStallLimitBeginsWithTheSending) {
+    constexpr auto kStall = 150ms;
+    openPort(kStall);
+    bool idledLongEnough = false;
+    const auto idle = loop.createTimer([&] { idledLongEnough = true; });
+    idle->start(2 * kStall);
+    ASSERT_TRUE(waitUntil([&] { return idledLongEnough; }));
+    line.stopLine();
+    const auto begin = loop.now();
+    port->write("x");
+    ASSERT_TRUE(waitUntil([&] { return port->isLost(); }));
+    EXPECT_GE(loop.now() - begin, kStall);
 }
 
 TEST_F(PortFailure, StoppedLineCountsAgainWithoutXonXoff) {
