@@ -73,6 +73,12 @@ const std::vector<Option>& generalOptions() {
         {"unpaced", nullptr, "no line: bytes pass at once", [](ProgramOptions& o, Text) { o.lineRate = 0; }},
         {"power-on-delay", "SECONDS", "from power-on to the first BootID (0.5)",
          [](ProgramOptions& o, Text v) { o.board.powerOnDelay = time(v); }},
+        {"bootid-interval", "SECONDS", "from BootID to BootID (0.5)",
+         [](ProgramOptions& o, Text v) {
+             o.board.bootIdInterval = time(v);
+             if (o.board.bootIdInterval == Duration::zero())
+                 throw std::invalid_argument("expected a time above 0");
+         }},
         {"start-delay", "SECONDS", "from the start of a program to its first byte (0.1)",
          [](ProgramOptions& o, Text v) { o.board.startDelay = time(v); }},
         {"power-cycles", "N", "exit when the N-th run has ended (see below)",

@@ -8,8 +8,8 @@
 #include "app/WindowFileDialog.h"
 #include "app/WindowMessageBoxes.h"
 #include "loader/Loader.h"
-#include "machine/MachinePorts.h"
 #include "machine/DetachedStarter.h"
+#include "machine/MachinePorts.h"
 #include "machine/QtEventLoop.h"
 #include "platform/Registry.h"
 

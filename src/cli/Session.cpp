@@ -1,7 +1,7 @@
 #include "cli/Session.h"
 
-#include "config/HexConversions.h"
-#include "config/IniFile.h"
+#include "cli/Plan.h"
+#include "config/AddressEntry.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -40,7 +40,12 @@ ExitStatus Session::run() {
     m_loader.controls.cmbComPort.ListIndex = m_options.portNumber - 1;
     m_loader.controls.chkErase.Value = m_options.erase ? 1 : 0;
     presetSlots();
+    Plan plan(m_loader, m_options.steps);
+    plan.checkAddresses();
     checkConfiguration();
+    const QStringList announced = plan.announcement();
+    for (const QString& line : announced)
+        tell(line);
     copyToStandardOutput(m_loader.controls.txtStatus, [this] { m_progress.clearLine(); });
     for (const Step step : m_options.steps) {
         const bool interrupted = m_loader.state.StopReason == Outcome::Cancelled;
@@ -67,6 +72,9 @@ void Session::presetSlots() {
                     .arg(m_options.iniPath));
     }
     m_loader.iniLoader.mnuLoadIni_Click();
+    const QStringList remarks = m_loader.iniLoader.remarks();
+    for (const QString& remark : remarks)
+        tell(iniPath + QStringLiteral(": ") + remark);
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const QString& value = m_options.slotValues[static_cast<std::size_t>(slot)];
         if (!value.isEmpty())
@@ -84,12 +92,9 @@ void Session::presetSlot(int slot, const QString& value) {
                              .arg(slotOption(slot), file));
     const QString address =
         comma < 0 ? QStringLiteral("0") : value.mid(comma + 1).section(QLatin1Char(','), 0, 0).trimmed();
-    try {
-        (void)strictHexForm(NormalizeHex(address));
-    } catch (const RuntimeFailure& failure) {
-        throw UsageError(QStringLiteral("%1: the address cannot be read. %2")
-                             .arg(slotOption(slot), failure.description()));
-    }
+    const QString fault = addressFault(slot, address);
+    if (!fault.isEmpty())
+        throw UsageError(QStringLiteral("%1: %2").arg(slotOption(slot), fault));
     m_loader.iniLoader.applyFile(slot, QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath()), address);
 }
 
@@ -176,11 +181,6 @@ ExitStatus Session::check() {
 }
 
 ExitStatus Session::flash() {
-    const QString sizeText = m_loader.controls.lblCodeSize[kFlashImage].Caption;
-    const std::int64_t size = m_loader.controls.sizeInBytes(kFlashImage).value_or(0);
-    tell(QStringLiteral("Flash image: %1 bytes (%2), %3 on the line at 115200 baud.")
-             .arg(size)
-             .arg(sizeText, lineTimeText(size)));
     m_loader.flash.cmdPrgFlash_Click();
     if (m_loader.state.FlashStateUnknown)
         tell(kFlashStateUnknownText);

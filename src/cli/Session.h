@@ -6,8 +6,8 @@
 #include "cli/Terminal.h"
 #include "cli/WaitNotice.h"
 #include "loader/Loader.h"
-#include "machine/MachinePorts.h"
 #include "machine/InterruptSignal.h"
+#include "machine/MachinePorts.h"
 #include "machine/TerminalQuestion.h"
 #include "platform/ProgramFacts.h"
 

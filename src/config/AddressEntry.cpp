@@ -17,12 +17,26 @@ QString enteredForm(const QString& text, qsizetype digits) {
     }
 }
 
+qsizetype digitsOf(int slot) {
+    return addressDigits(factsOf(slot).memory);
+}
+
 } // namespace
 
+QString addressFault(int slot, const QString& text) {
+    try {
+        if (strictHexForm(NormalizeHex(text)).size() > digitsOf(slot))
+            return QStringLiteral("%1 does not fit into the IRAM, whose addresses go from 0x0000 to 0xFFFF.")
+                .arg(text);
+    } catch (const RuntimeFailure& failure) {
+        return QStringLiteral("the address cannot be read. ") + failure.description();
+    }
+    return {};
+}
+
 void AddressEntry::txtStartAddress_Validate(int slot) {
-    const qsizetype digits = addressDigits(factsOf(slot).memory);
     auto& text = m_controls.txtStartAddress[static_cast<std::size_t>(slot)].Text;
-    text = enteredForm(text, digits);
+    text = enteredForm(text, digitsOf(slot));
 }
 
 int AddressEntry::txtStartAddress_KeyPress(int slot, int character) {

@@ -16,9 +16,10 @@ QString readText(const QString& path) {
         return {};
     const QByteArray bytes = file.readAll();
     // Stateless: a character that the end of the file cuts off is an error, not a wait for more.
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = utf8(bytes);
-    if (utf8.hasError())
+    const auto marked = QStringConverter::encodingForData(bytes);
+    QStringDecoder decoder(marked.value_or(QStringConverter::Utf8), QStringConverter::Flag::Stateless);
+    QString text = decoder(bytes);
+    if (!marked && decoder.hasError())
         text = QString::fromLatin1(bytes);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
@@ -29,14 +30,6 @@ bool isComment(const QString& line) {
     return line.startsWith(QLatin1Char(';')) || line.startsWith(QLatin1Char('#'));
 }
 
-/// "[name]" gives name; anything else a null text.
-QString sectionName(const QString& line) {
-    if (!line.startsWith(QLatin1Char('[')))
-        return {};
-    const qsizetype end = line.indexOf(QLatin1Char(']'));
-    return end < 0 ? QString() : line.mid(1, end - 1).trimmed();
-}
-
 QString withoutQuotes(const QString& value) {
     if (value.size() < 2 || value.front() != value.back())
         return value;
@@ -44,24 +37,56 @@ QString withoutQuotes(const QString& value) {
     return quoted ? value.mid(1, value.size() - 2) : value;
 }
 
+/// A line that means something, and the value of a key.
+struct Entry {
+    IniName name;
+    QString value;
+};
+
+QList<Entry> entriesOf(const QString& text) {
+    QList<Entry> entries;
+    QString section;
+    int number = 0;
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString& rawLine : lines) {
+        ++number;
+        const QString line = rawLine.trimmed();
+        const qsizetype equals = line.indexOf(QLatin1Char('='));
+        if (line.startsWith(QLatin1Char('['))) {
+            const qsizetype end = line.indexOf(QLatin1Char(']'));
+            section = end < 0 ? line : line.mid(1, end - 1).trimmed(); // without its end it is no known one
+            entries.append({{number, section, std::nullopt}, QString()});
+        } else if (!isComment(line) && equals >= 0) {
+            entries.append({{number, section, line.left(equals).trimmed()},
+                            withoutQuotes(line.mid(equals + 1).trimmed())});
+        }
+    }
+    return entries;
+}
+
 } // namespace
+
+IniNames readIniNames(const QString& iniPath) {
+    const QString text = readText(iniPath);
+    IniNames found;
+    found.isText = !text.contains(QChar(u'\0'));
+    const QList<Entry> entries = entriesOf(text);
+    for (const Entry& entry : entries)
+        found.names.append(entry.name);
+    return found;
+}
 
 QString GetIniValue(const QString& iniPath, const QString& section, const QString& key) {
     bool inSection = false;
-    const QStringList lines = readText(iniPath).split(QLatin1Char('\n'));
-    for (const QString& rawLine : lines) {
-        const QString line = rawLine.trimmed();
-        if (line.startsWith(QLatin1Char('['))) {
+    const QList<Entry> entries = entriesOf(readText(iniPath));
+    for (const Entry& entry : entries) {
+        if (!entry.name.key) {
             if (inSection)
                 return {};
-            inSection = sectionName(line).compare(section, Qt::CaseInsensitive) == 0;
-            continue;
+            inSection = entry.name.section.compare(section, Qt::CaseInsensitive) == 0;
+        } else if (inSection && entry.name.key->compare(key, Qt::CaseInsensitive) == 0) {
+            return entry.value.left(kMaxValueLength);
         }
-        const qsizetype equals = line.indexOf(QLatin1Char('='));
-        if (!inSection || isComment(line) || equals < 0)
-            continue;
-        if (line.left(equals).trimmed().compare(key, Qt::CaseInsensitive) == 0)
-            return withoutQuotes(line.mid(equals + 1).trimmed()).left(kMaxValueLength);
     }
     return {};
 }

@@ -5,9 +5,41 @@
 #include "config/IniFile.h"
 #include "config/Paths.h"
 
-#include <QStringList>
-
 namespace zrk {
+namespace {
+
+bool isSame(const QString& name, const char* known) {
+    return name.compare(QLatin1String(known), Qt::CaseInsensitive) == 0;
+}
+
+/// The keys that count in a section; none where the section is unknown.
+QStringList keysOf(const QString& section) {
+    QStringList keys;
+    for (const SlotFacts& known : kSlots) {
+        if (isSame(section, known.section))
+            keys += QString::fromLatin1(known.key);
+    }
+    return keys;
+}
+
+/// What is wrong with a name in the file, or "".
+QString remarkOn(const IniName& name) {
+    const QStringList keys = keysOf(name.section);
+    if (!name.key)
+        return keys.isEmpty() ? QStringLiteral("unknown section [%1]; known are [BINFILES] and [IMGFILES].")
+                                    .arg(name.section)
+                              : QString();
+    if (name.section.isEmpty())
+        return QStringLiteral("the key %1 stands in front of every section.").arg(*name.key);
+    // The keys of an unknown section have been told with it.
+    if (keys.isEmpty() || keys.contains(*name.key, Qt::CaseInsensitive))
+        return {};
+    return QStringLiteral("unknown key %1 in [%2]; known are %3.")
+        .arg(*name.key, name.section, keys.join(QStringLiteral(", ")));
+}
+
+} // namespace
+
 IniLoader::IniLoader(Desk& desk, ImageSlots& slots, AddressEntry& addresses)
     : m_desk(desk), m_slots(slots), m_addresses(addresses) {}
 
@@ -16,8 +48,37 @@ void IniLoader::mnuLoadIni_Click() {
     for (std::size_t i = 0; i < values.size(); ++i)
         values[i] = GetIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlots[i].section),
                                 QString::fromLatin1(kSlots[i].key));
+    m_addressFaults.fill({});
     for (int slot = 0; slot < kSlotCount; ++slot)
         applyValue(slot, values[static_cast<std::size_t>(slot)]);
+    checkNames();
+    const QStringList all = remarks();
+    m_desk.state.Remark = all.isEmpty() ? QString()
+                                        : m_slots.paths().FileNameOf(m_desk.state.IniPath) +
+                                              QStringLiteral(": ") + all.join(QLatin1Char(' '));
+}
+
+void IniLoader::checkNames() {
+    m_nameRemarks.clear();
+    const IniNames found = readIniNames(m_desk.state.IniPath);
+    if (!found.isText) {
+        m_nameRemarks += QStringLiteral("This is no text that can be read; save it as UTF-8.");
+        return;
+    }
+    for (const IniName& name : found.names) {
+        const QString remark = remarkOn(name);
+        if (!remark.isEmpty())
+            m_nameRemarks += QStringLiteral("Line %1: ").arg(name.line) + remark;
+    }
+}
+
+QStringList IniLoader::remarks() const {
+    QStringList all = m_nameRemarks;
+    for (std::size_t i = 0; i < m_addressFaults.size(); ++i) {
+        if (!m_addressFaults[i].isEmpty())
+            all += QString::fromLatin1(kSlots[i].key) + QStringLiteral(": ") + m_addressFaults[i];
+    }
+    return all;
 }
 
 void IniLoader::applyValue(int slot, const QString& value) {
@@ -33,6 +94,7 @@ void IniLoader::applyFile(int slot, const QString& path, const QString& address)
         clearSlot(slot, path);
         return;
     }
+    m_addressFaults[static_cast<std::size_t>(slot)] = addressFault(slot, address);
     m_desk.controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
     m_addresses.txtStartAddress_Validate(slot);
     m_slots.fill(slot, path);

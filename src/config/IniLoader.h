@@ -2,6 +2,10 @@
 
 #include "controls/Desk.h"
 
+#include <QStringList>
+
+#include <array>
+
 namespace zrk {
 
 class AddressEntry;
@@ -19,6 +23,15 @@ class IniLoader {
     /// The file is edited by hand: only says so.
     void mnuWriteIni_Click();
 
+    /// What in the file had no effect or another one than it seems to have, since it was read last: names
+    /// that nobody knows, and addresses that cannot be used. Full sentences, each naming the place.
+    [[nodiscard]] QStringList remarks() const;
+
+    /// Why the address that the slot was last filled with cannot be used, or "".
+    [[nodiscard]] const QString& addressFaultOf(int slot) const {
+        return m_addressFaults.at(static_cast<std::size_t>(slot));
+    }
+
     /// Fills one slot from a value "file[,address]"; "" leaves it untouched.
     void applyValue(int slot, const QString& value);
 
@@ -27,11 +40,14 @@ class IniLoader {
     void applyFile(int slot, const QString& path, const QString& address);
 
   private:
+    void checkNames();
     void clearSlot(int slot, const QString& path);
 
     Desk& m_desk;
     ImageSlots& m_slots;
     AddressEntry& m_addresses;
+    QStringList m_nameRemarks;
+    std::array<QString, kSlotCount> m_addressFaults;
 };
 
 } // namespace zrk

@@ -18,6 +18,8 @@ void Activity::refresh() {
         m_nextFileCheck = m_link.loop.now() + 1s;
     }
     followTransfer();
+    if (m_link.state.OperationActive)
+        m_link.state.Remark.clear();
     QString text = m_link.state.OperationActive ? operationText() : idleText();
     if (!m_link.state.OperationActive && m_link.state.FlashStateUnknown)
         text = kFlashStateUnknownText;
@@ -49,6 +51,8 @@ QString Activity::operationText() const {
 }
 
 QString Activity::idleText() const {
+    if (!m_link.state.Remark.isEmpty())
+        return m_link.state.Remark;
     const bool open = m_link.port.isOpen();
     if (m_link.controls.cmbComPort.ListIndex < 0)
         return {};

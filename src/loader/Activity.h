@@ -11,8 +11,9 @@ class ImageSlots;
 inline const QString kFlashStateUnknownText =
     QStringLiteral("The flash contents are in an unknown state: program the flash again.");
 
-/// Keeps the first panel of the status bar: port, device and state in words; while an operation runs,
-/// what it does, how fast, and how long it still takes. Also looks after the files of the slots.
+/// Keeps the first panel of the status bar: port, device and state in words, or a remark that is to be
+/// seen; while an operation runs, what it does, how fast, and how long it still takes. Also looks after the
+/// files of the slots.
 class Activity {
   public:
     Activity(Link& link, ImageSlots& imageSlots);

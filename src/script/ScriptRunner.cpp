@@ -6,19 +6,33 @@
 
 #include <QFile>
 #include <QScopedValueRollback>
+#include <QStringDecoder>
 
 #include <limits>
 
 namespace zrk {
 namespace {
 
-/// The lines of the file, ended by CR, LF or CR LF; a byte is the character of its code, as on the line.
+/// A byte is the character of its code, as on the line. An editor's byte order mark is none of the script;
+/// that of UTF-16 says how its characters are read.
+QString textOf(const QByteArray& bytes) {
+    constexpr qsizetype kUtf8MarkLength = 3;
+    const auto marked = QStringConverter::encodingForData(bytes);
+    if (!marked)
+        return QString::fromLatin1(bytes);
+    if (*marked == QStringConverter::Utf8)
+        return QString::fromLatin1(bytes.mid(kUtf8MarkLength));
+    QStringDecoder decoder(*marked, QStringConverter::Flag::Stateless);
+    return decoder(bytes);
+}
+
+/// The lines of the file, ended by CR, LF or CR LF.
 QStringList readLines(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw RuntimeFailure(FailureKind::File,
                              QStringLiteral("Cannot open the script %1: %2.").arg(path, file.errorString()));
-    QString text = QString::fromLatin1(file.readAll());
+    QString text = textOf(file.readAll());
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     if (text.isEmpty())
@@ -46,6 +60,9 @@ void ScriptRunner::mnuExecScript_Click() {
 }
 
 void ScriptRunner::runScript(const QString& path) {
+    if (m_link.operation.isRunning())
+        return;
+    m_link.state.Remark.clear();
     std::int16_t counter = 0;
     const auto body = [&] {
         m_link.controls.mnuExecScript.Enabled = false;
@@ -54,8 +71,12 @@ void ScriptRunner::runScript(const QString& path) {
         finish(counter);
         return m_link.state.CancelRequested ? Operation::End::Stopped : Operation::End::Done;
     };
-    // Every failure is an end of the run; the count tells how far it came.
+    // Every failure is an end of the run, without a box; the count tells how far it came.
     m_link.operation.run({body, [&] { finish(counter); }, Operation::Report::Nothing});
+    if (!m_link.operation.failure().isEmpty())
+        m_link.state.Remark =
+            (counter > 0 ? QStringLiteral("The script ended at line %1: ").arg(counter) : QString()) +
+            m_link.operation.failure();
 }
 
 void ScriptRunner::finish(int counter) {
@@ -105,6 +126,11 @@ void ScriptRunner::send(const QString& text) {
 }
 
 void ScriptRunner::waitFor(const QString& text, int number) {
+    if (!fitsOneByteCodes(text))
+        throw RuntimeFailure(FailureKind::InvalidArgument,
+                             QStringLiteral("\"%1\" holds a character that never comes over the line, which "
+                                            "carries the codes 0 to 255.")
+                                 .arg(text));
     m_link.state.AwaitedText = text;
     const QString shown = QString(text).replace(QLatin1Char('\r'), QLatin1String("/n"));
     const PendingWait note =

@@ -15,7 +15,8 @@ class ScriptRunner {
     ScriptRunner(Link& link, const Paths& paths);
 
     /// Lets the user choose a script and runs it to its end inside the call, yielding in its waits.
-    /// Every failure ends the run; the second status panel tells how many lines were read.
+    /// Every failure ends the run; the second status panel tells how many lines were read, the
+    /// first, afterwards, why it ended.
     void mnuExecScript_Click();
 
     /// Runs the script at `path`, as above.

@@ -18,6 +18,7 @@ void Operation::run(const Plan& plan) {
     const Report report =
         plan.report != Report::Nothing && m_desk.state.DebugMode ? Report::InConsole : plan.report;
     m_desk.state.StopReason = Outcome::Done;
+    m_failure.clear();
     try {
         const End end = plan.body();
         m_outcome = endedBy(end);
@@ -74,6 +75,7 @@ Outcome Operation::failedBy(FailureKind kind) const {
 
 void Operation::fail(const RuntimeFailure& failure, Report report) {
     m_outcome = failedBy(failure.kind());
+    m_failure = failure.description();
     // A wait that ended in a failure must not run out while its message is being read.
     m_transport.ArmReplyTimer(false);
     switch (report) {

@@ -61,6 +61,9 @@ class Operation {
     /// How the last one ended.
     [[nodiscard]] Outcome outcome() const { return m_outcome; }
 
+    /// The description of the failure that ended the last one; "" when none did.
+    [[nodiscard]] const QString& failure() const { return m_failure; }
+
   private:
     [[nodiscard]] Outcome endedBy(End end) const;
     [[nodiscard]] Outcome failedBy(FailureKind kind) const;
@@ -71,6 +74,7 @@ class Operation {
     StatusConsole& m_console;
     Transport& m_transport;
     Outcome m_outcome = Outcome::Done;
+    QString m_failure;
     bool m_running = false;
 };
 

@@ -1,7 +1,9 @@
 #include "cli/Processes.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -44,8 +46,8 @@ TEST(Cli, BringsUpABoardAndStartsIt) {
     const SampleImages images;
     const QString iram = images.file(QStringLiteral("iram.dump"));
     const QString sdram = images.file(QStringLiteral("sdram.dump"));
-    BoardProcess board({QStringLiteral("--unpaced"), QStringLiteral("--dump-iram"), iram,
-                        QStringLiteral("--dump-sdram"), sdram});
+    BoardProcess board(words("--unpaced --verbose --bootid-interval 5 --dump-iram") +
+                       QStringList{iram, QStringLiteral("--dump-sdram"), sdram});
     CliRun run({QStringLiteral("--port"), board.device(), QStringLiteral("--ini"), images.ini(),
                 QStringLiteral("load"), QStringLiteral("start")});
     EXPECT_EQ(run.status(), 0) << run.error().toStdString();
@@ -54,6 +56,7 @@ TEST(Cli, BringsUpABoardAndStartsIt) {
         << run.error().toStdString();
     EXPECT_FALSE(run.error().contains('\r')) << "no control characters where no terminal is";
 
+    EXPECT_TRUE(board.waitForLog("secondary program: started"));
     board.stop();
     const QByteArray primary = contents(images.file(QStringLiteral("primary.bin")));
     const QByteArray secondary = contents(images.file(QStringLiteral("secondary.bin")));
@@ -84,12 +87,14 @@ TEST(Cli, ExitStatusTellsTheCause) {
          "The flash contents are in an unknown state"},
         {"--version-length 40000", "flash", 5, "Reading VERSION INFORMATION frame .. ", "40000"},
         {"--erase-time 0.1", "flash --erase", 0, "frame .. (ERASING FLASH) .. get ACK .. done!\n",
-         "Flash image: 65536 bytes (0x10000), about 6 s"},
+         "Flash image: 65536 bytes (0x10000), about 6 s on the line at 115200 baud, "},
         {"", "check load start", 0, "0x80000000)\n1      0x00000004  0xA000      Secondary Executable\n", ""},
     };
     for (const Ending& ending : endings) {
         SCOPED_TRACE(std::string(ending.board) + " / " + ending.steps);
-        const BoardProcess board(words(ending.board) + QStringList{QStringLiteral("--unpaced")});
+        // A BootID that is repeated while a busy machine keeps the loader waiting would answer for the next
+        // one.
+        const BoardProcess board(words(ending.board) + words("--unpaced --bootid-interval 5"));
         CliRun run(
             QStringList{QStringLiteral("--port"), board.device(), QStringLiteral("--ini"), images.ini()} +
             words(ending.steps));
@@ -117,6 +122,7 @@ TEST(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
         {"--primary= load", 2, "--primary needs a file name, but it is empty"},
         {"--primary /nonexistent load", 2, "--primary /nonexistent: there is no such file"},
         {"--primary " + primary + ",0xZZ load", 2, "--primary: the address cannot be read"},
+        {"--pg-sibl " + primary + ",0x12345 check", 2, "--pg-sibl: 0x12345 does not fit into the IRAM"},
         {"load", 2, "name one with --primary FILE"},
         {"--primary " + primary + " load start", 2, "name one with --secondary FILE"},
         {"--flash " + primary + " flash", 2, "name one with --pg-sibl FILE"},
@@ -129,6 +135,69 @@ TEST(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
         CliRun run(words(line.arguments.constData()));
         EXPECT_EQ(run.status(), line.status);
         EXPECT_TRUE(run.error().contains(line.error)) << run.error().toStdString();
+    }
+}
+
+/// An INI file of which only some lines are right; the port that the steps need is not there, so a run that
+/// begins to send ends with 3.
+TEST(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
+    const SampleImages images;
+    const QString ini = images.file(QStringLiteral("own.INI"));
+    const struct {
+        const char* values = nullptr; // lines of the file
+        const char* steps = nullptr;
+        int status = 0;
+        const char* remark = nullptr; // on standard error, behind the file's name
+        QStringList announced = {};   // "~" is the folder of the images
+    } runs[] = {
+        {"[BINFILES]|PRIMARY=primary.bin,0x100|SECONDARY=secondary.bin,0x80000004|FLASH=flash.bin,0X100000|"
+         "[IMGFILES]|KERNEL=secondary.bin,none",
+         "load",
+         3,
+         "FLASH: the address cannot be read. Type mismatch: \"0X100000\"",
+         {"Port: COM1 (/nonexistent)",
+          "Primary Boot: 12288 bytes (0x3000), about 2 s on the line at 115200 baud, ~/primary.bin to IRAM "
+          "address 0x0100",
+          "Secondary Executable: 40960 bytes (0xA000), about 4 s on the line at 115200 baud, ~/secondary.bin "
+          "to "
+          "SDRAM address 0x80000004"}},
+        {"[BINFILES]|PRIMARY=primary.bin|PG_SIBL=pg_sibl.bin|FLASH=flash.bin,0x100000|PRIMRY=x",
+         "--erase flash",
+         3,
+         "Line 5: unknown key PRIMRY in [BINFILES]; known are PRIMARY, SECONDARY, FLASH, PG_SIBL.",
+         {"Port: COM1 (/nonexistent)",
+          "pg_sibl: 8192 bytes (0x2000), about 1 s on the line at 115200 baud, ~/pg_sibl.bin to IRAM address "
+          "0x0000",
+          "Flash image: 65536 bytes (0x10000), about 6 s on the line at 115200 baud, ~/flash.bin to NAND "
+          "flash "
+          "address 0x00100000, after an erase of the whole flash"}},
+        {"[BINFILES]|PG_SIBL=pg_sibl.bin|FLASH=flash.bin,0X100000", "flash", 2, "FLASH: the address", {}},
+        {"[BINFILES]|PG_SIBL=pg_sibl.bin,0x10000|FLASH=flash.bin",
+         "flash",
+         2,
+         "PG_SIBL: 0x10000 does not fit",
+         {}},
+        {"[BINFILES]|PRIMARY=primary.bin,0x12345",
+         "load",
+         2,
+         "PRIMARY: 0x12345 does not fit into the IRAM",
+         {}},
+        {"[IMGFILES]|KERNEL=secondary.bin,none", "check", 2, "KERNEL: the address cannot be read", {}},
+    };
+    for (const auto& oneRun : runs) {
+        SCOPED_TRACE(oneRun.values);
+        QFile file(ini);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray(oneRun.values).replace('|', '\n'));
+        file.close();
+        CliRun run(words("--port /nonexistent --ini") + QStringList{ini} + words(oneRun.steps));
+        EXPECT_EQ(run.status(), oneRun.status);
+        const QString error = QString::fromLocal8Bit(run.error()).replace(QFileInfo(ini).path(), "~");
+        EXPECT_TRUE(error.contains(QStringLiteral("~/own.INI: ") + oneRun.remark)) << error.toStdString();
+        const QStringList announced =
+            error.split(QLatin1Char('\n')).filter(QRegularExpression(QStringLiteral("^Port|on the line")));
+        EXPECT_EQ(announced.join(QLatin1Char('\n')).toStdString(),
+                  oneRun.announced.join(QLatin1Char('\n')).toStdString());
     }
 }
 

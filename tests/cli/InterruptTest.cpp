@@ -1,33 +1,13 @@
 #include "cli/Processes.h"
+#include "machine/Pty.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <fcntl.h>
-#include <unistd.h>
+#include <csignal>
 
 namespace {
 
-/// A terminal of the test's own, which a person would sit at.
-class Person {
-  public:
-    Person() : m_master(posix_openpt(O_RDWR | O_NOCTTY)) {
-        EXPECT_GE(m_master, 0);
-        EXPECT_EQ(grantpt(m_master), 0);
-        EXPECT_EQ(unlockpt(m_master), 0);
-    }
-    ~Person() { close(m_master); }
-    Person(const Person&) = delete;
-    Person& operator=(const Person&) = delete;
-
-    [[nodiscard]] QString terminal() const { return QString::fromLocal8Bit(ptsname(m_master)); }
-    void types(const QByteArray& line) const {
-        EXPECT_EQ(write(m_master, line.constData(), static_cast<std::size_t>(line.size())), line.size());
-    }
-
-  private:
-    int m_master;
-};
+using zrk::test::Pty;
 
 constexpr const char* kQuestion = "If you cancel now, you have to restart all over!\nAre you sure?";
 
@@ -36,44 +16,100 @@ QStringList loadStep(const BoardProcess& board, const SampleImages& images) {
             QStringLiteral("load")};
 }
 
-TEST(CliInterrupt, EndsTheWaitForTheBoard) {
+/// What a terminal has received, as its screen shows it.
+class Screen {
+  public:
+    explicit Screen(Pty& pty) : m_pty(pty) {}
+
+    void readUntil(const QByteArray& text) {
+        while (!m_received.contains(text))
+            m_received += m_pty.receive(1);
+    }
+
+    [[nodiscard]] QStringList lines() {
+        while (m_pty.hasReceived())
+            m_received += m_pty.receive(1);
+        QStringList lines;
+        const QList<QByteArray> received = m_received.split('\n');
+        for (const QByteArray& raw : received) {
+            QByteArray line;
+            for (const QByteArray& written : raw.split('\r'))
+                line = written + line.mid(written.size());
+            lines += QString::fromUtf8(line).trimmed();
+        }
+        return lines;
+    }
+
+  private:
+    Pty& m_pty;
+    QByteArray m_received;
+};
+
+TEST(CliInterrupt, EndsTheWaitForTheBoardAndLeavesNoProgressBehind) {
     const SampleImages images;
     const BoardProcess board({QStringLiteral("--fault"), QStringLiteral("bootid=none")});
-    CliRun run(loadStep(board, images));
-    ASSERT_TRUE(run.waitForOutput("Waiting for BootID .. "));
-    run.interrupt();
+    Pty person;
+    Screen screen(person);
+    CliRun run(loadStep(board, images), {person.device(), person.device(), person.device()});
+    screen.readUntil("Waiting for BootID .. ");
+    screen.readUntil("power-on: ");
+    run.send(SIGINT);
     EXPECT_EQ(run.status(), 130);
-    EXPECT_TRUE(run.output().contains("cancelled!\n\n--- Cancel download, closing port ---\n"))
-        << run.output().toStdString();
+    const QStringList lines = screen.lines();
+    EXPECT_TRUE(lines.contains("Waiting for BootID .. cancelled!") &&
+                lines.contains("--- Cancel download, closing port ---"))
+        << lines.join('\n').toStdString();
 }
 
-TEST(CliInterrupt, CountsAsYesWhereNobodyCanBeAsked) {
-    const SampleImages images;
-    const BoardProcess board({});
-    CliRun run(loadStep(board, images));
-    ASSERT_TRUE(run.waitForOutput("Sending code .. "));
-    run.interrupt();
-    EXPECT_EQ(run.status(), 130);
-    EXPECT_TRUE(run.error().contains(kQuestion)) << run.error().toStdString();
-}
-
-TEST(CliInterrupt, AsksOnTheTerminal) {
+TEST(CliInterrupt, AsksOnTheTerminalWhatCannotBeAskedElsewhere) {
     const SampleImages images;
     const struct {
-        const char* answer;
+        int signal;
         int status;
-    } cases[] = {{"n\n", 0}, {"yes\n", 130}};
+        const char* answer; // none: no terminal
+        const char* shown;
+    } cases[] = {{SIGINT, 0, "n\n", "[y/n]"},
+                 {SIGINT, 130, "yes\n", "[y/n]"},
+                 {SIGINT, 130, nullptr, "Yes (nobody to ask)"},
+                 {SIGTERM, 130, "n\n", "Yes (nobody to ask)"}};
     for (const auto& oneCase : cases) {
-        SCOPED_TRACE(oneCase.answer);
-        const BoardProcess board({});
-        const Person person;
-        CliRun run(loadStep(board, images), person.terminal());
+        SCOPED_TRACE(oneCase.shown);
+        // Slow, so that even a busy machine finds the transfer running; not where it has to come to its end.
+        const QString baud = oneCase.status == 0 ? QStringLiteral("115200") : QStringLiteral("9600");
+        const BoardProcess board({QStringLiteral("--baud"), baud});
+        Pty person;
+        CliRun run(loadStep(board, images),
+                   {oneCase.answer == nullptr ? QString() : person.device(), {}, {}});
         ASSERT_TRUE(run.waitForOutput("Sending code .. "));
-        run.interrupt();
+        run.send(oneCase.signal);
         ASSERT_TRUE(run.waitForError(kQuestion));
-        person.types(oneCase.answer);
+        if (oneCase.answer != nullptr)
+            person.send(oneCase.answer);
         EXPECT_EQ(run.status(), oneCase.status) << run.error().toStdString();
+        EXPECT_TRUE(run.error().contains(oneCase.shown)) << run.error().toStdString();
     }
+}
+
+TEST(CliInterrupt, OutsideAnOperationSendsNothingMore) {
+    Pty line;
+    Pty person;
+    person.stopLine(); // the list of the first step does not get out, so that step is not over
+    CliRun run({QStringLiteral("--port"), line.device(), QStringLiteral("check"), QStringLiteral("start")},
+               {{}, person.device(), {}});
+    ASSERT_TRUE(run.waitForError("Port: COM1"));
+    run.send(SIGINT);
+    person.restartLine();
+    EXPECT_EQ(run.status(), 130) << run.error().toStdString();
+    EXPECT_FALSE(line.hasReceived());
+}
+
+TEST(Cli, IsNotDoneBeforeTheLastByteHasLeft) {
+    Pty line;
+    line.stopLine();
+    CliRun run({QStringLiteral("--port"), line.device(), QStringLiteral("start")});
+    EXPECT_EQ(run.status(), 6);
+    EXPECT_TRUE(run.error().contains("The last bytes did not leave the port")) << run.error().toStdString();
+    EXPECT_FALSE(line.hasReceived());
 }
 
 } // namespace

@@ -24,7 +24,6 @@ SampleImages::SampleImages() {
 }
 
 BoardProcess::BoardProcess(const QStringList& options) {
-    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(program("zrk-board"), options);
     while (!m_process.canReadLine() && m_process.waitForReadyRead(kLimit)) {
     }
@@ -42,12 +41,26 @@ void BoardProcess::stop() {
         m_process.kill();
 }
 
-CliRun::CliRun(const QStringList& arguments, const QString& inputDevice) {
-    m_process.setStandardInputFile(inputDevice.isEmpty() ? QProcess::nullDevice() : inputDevice);
+bool BoardProcess::waitForLog(const QByteArray& text) {
+    m_process.setReadChannel(QProcess::StandardError);
+    do {
+        m_log += m_process.readAllStandardError();
+    } while (!m_log.contains(text) && m_process.waitForReadyRead(kLimit));
+    return m_log.contains(text);
+}
+
+CliRun::CliRun(const QStringList& arguments, const Terminals& terminals) {
+    m_process.setStandardInputFile(terminals.input.isEmpty() ? QProcess::nullDevice() : terminals.input);
+    if (!terminals.output.isEmpty())
+        m_process.setStandardOutputFile(terminals.output);
+    if (!terminals.error.isEmpty())
+        m_process.setStandardErrorFile(terminals.error);
     m_process.start(program("zrk-loader-cli"), arguments);
 }
 
 void CliRun::collect() {
+    if (!m_process.isReadable())
+        return; // both streams are terminals
     m_output += m_process.readAllStandardOutput();
     m_error += m_process.readAllStandardError();
 }
@@ -73,8 +86,8 @@ bool CliRun::waitForError(const QByteArray& text) {
     return waitFor(text, m_error);
 }
 
-void CliRun::interrupt() {
-    kill(static_cast<pid_t>(m_process.processId()), SIGINT);
+void CliRun::send(int signal) {
+    kill(static_cast<pid_t>(m_process.processId()), signal);
 }
 
 int CliRun::status() {

@@ -29,21 +29,32 @@ class BoardProcess {
     /// Asks the board to end, so that it writes its dumps, and waits for that.
     void stop();
 
+    /// Reads what --verbose tells until the text has come. False when it does not.
+    [[nodiscard]] bool waitForLog(const QByteArray& text);
+
   private:
     QProcess m_process;
     QString m_device;
+    QByteArray m_log;
 };
 
-/// A run of zrk-loader-cli. Its input is not a terminal unless a device is given.
+/// Terminals that a run gets for its standard streams; without one the input is none, the rest is collected.
+struct Terminals {
+    QString input;
+    QString output;
+    QString error;
+};
+
+/// A run of zrk-loader-cli.
 class CliRun {
   public:
-    explicit CliRun(const QStringList& arguments, const QString& inputDevice = {});
+    explicit CliRun(const QStringList& arguments, const Terminals& terminals = {});
 
     /// Reads until the text has come on standard output or error. False when the run ends before.
     [[nodiscard]] bool waitForOutput(const QByteArray& text);
     [[nodiscard]] bool waitForError(const QByteArray& text);
 
-    void interrupt();
+    void send(int signal);
 
     /// Waits for the end; the exit status, or -1 when it does not end in time.
     [[nodiscard]] int status();

@@ -1,6 +1,8 @@
 #include "config/IniFile.h"
 #include "support/Bench.h"
 
+#include <QStringEncoder>
+
 namespace {
 
 using namespace zrktest;
@@ -67,6 +69,41 @@ TEST_F(Ini, FoundMissingAndUnnamedFiles) {
                                             loader.state.IniPath + " yourselfes");
 }
 
+TEST_F(Ini, ToldInTheStatusBarUntilAnOperationBegins) {
+    (void)bench.file("p.bin", "p");
+    const auto told = [this] {
+        loop.runFor(250ms);
+        return loader.controls.staStatus.FirstPanel.value();
+    };
+    const QString idle = told();
+    for (const auto& [text, remark] : std::initializer_list<std::pair<QByteArray, const char*>>{
+             {"; fine\n[binfiles]\nprimary=p.bin,0xFFFF\nFlash=none.bin,never read\n[IMGFILES]\n", ""},
+             {"kernel=k\n[IMGFILES]\nPRIMARY=p.bin",
+              "Line 1: the key kernel stands in front of every section. "
+              "Line 3: unknown key PRIMARY in [IMGFILES]; known are UBOOT, ROOTFS, KERNEL."},
+             {"[BINFILE]\nPRIMARY=p.bin\n",
+              "Line 1: unknown section [BINFILE]; known are [BINFILES] and [IMGFILES]."},
+             {"[BINFILES\n", "Line 1: unknown section [[BINFILES]; known are [BINFILES] and [IMGFILES]."},
+             {QByteArray("[\0B\0", 4), "This is no text that can be read; save it as UTF-8."},
+             {"[BINFILES]\nPG_SIBL=p.bin,0x10000",
+              "PG_SIBL: 0x10000 does not fit into the IRAM, whose addresses go from 0x0000 to 0xFFFF."},
+             {"[BINFILES]\nPG_SIBL=p.bin,-1",
+              "PG_SIBL: -1 does not fit into the IRAM, whose addresses go from 0x0000 to 0xFFFF."},
+             {"[BINFILES]\nPG_SIBL=gone.bin,0x10000", ""}}) {
+        load(text);
+        EXPECT_EQ(told(), *remark == '\0' ? idle : "loader.INI: " + QString(remark)) << text.toStdString();
+    }
+    EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    EXPECT_EQ(bench.console(), "");
+
+    load("[BINFILE]");
+    EXPECT_NE(told(), idle);
+    loader.state.OperationActive = true;
+    (void)told();
+    loader.state.OperationActive = false;
+    EXPECT_EQ(told(), idle);
+}
+
 TEST_F(Ini, Values) {
     const QByteArray long254(254, 'v');
     const QByteArray text =
@@ -91,7 +128,11 @@ TEST_F(Ini, Values) {
     EXPECT_EQ(zrk::GetIniValue(path, "missing", "key"), "");
     EXPECT_EQ(zrk::GetIniValue(bench.file("latin", "[S]\nName=caf\xE9"), "S", "Name"),
               QString::fromUtf8("caf\xC3\xA9"));
-    EXPECT_EQ(zrk::GetIniValue(bench.file("bom", "\xEF\xBB\xBF[S]\nKey=v"), "S", "Key"), "v");
+    const QString marked = QStringLiteral("\uFEFF[S]\r\nKey=caf\u00E9\r\n");
+    for (const auto encoding : {QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE})
+        EXPECT_EQ(zrk::GetIniValue(bench.file("marked", QStringEncoder(encoding)(marked)), "S", "Key"),
+                  QString::fromUtf8("caf\xC3\xA9"))
+            << encoding;
     EXPECT_EQ(zrk::GetIniValue(bench.folder.path(), "S", "Key"), "");
 }
 

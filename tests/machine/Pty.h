@@ -8,7 +8,7 @@
 namespace zrk::test {
 
 /// A pseudo-terminal: its device is opened by the code under test, its other end is the board.
-/// Everything that waits gives up after ten seconds with a std::runtime_error.
+/// Everything that waits gives up after a minute with a std::runtime_error.
 class Pty {
   public:
     Pty();

@@ -51,6 +51,9 @@ TEST_F(Script, LinesAndWhatTheySend) {
              {"<", "", 1},
              {"# a\r\n >x\r\nx>y\r\n\r\n;", "", 5},
              {QByteArray(">\0\xE4\xFF", 4), QByteArray("\0\xE4\xFF", 3), 1},
+             {"\xEF\xBB\xBF>a\n>\xC3\xA4", "a\xC3\xA4", 2},
+             {QByteArray("\xFF\xFE>\0a\0\n\0>\0\xE4\0", 12), "a\xE4", 2},
+             {QByteArray("\xFE\xFF\0>\0\xE4\0\r\0#\x20\xAC", 12), "\xE4", 2},
          }) {
         SCOPED_TRACE(row.text.toStdString());
         port.written.clear();
@@ -148,9 +151,24 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     EXPECT_EQ(port.written, "now");
     expectEnded(32'767);
 
+    const auto told = [this] {
+        loop.runFor(250ms);
+        return loader.controls.staStatus.FirstPanel.value();
+    };
+    for (const char kind : {'<', '>'}) { // a character that is not one byte on the line
+        run(QByteArray("\xFE\xFF\0#\0\n\0", 7) + kind + QByteArray("\x20\xAC"));
+        expectEnded(2, zrk::Outcome::Internal);
+        EXPECT_TRUE(
+            told().startsWith(QString::fromUtf8("The script ended at line 2: \"\xE2\x82\xAC\" holds")))
+            << told().toStdString();
+    }
+
     bench.fileDialog.choice = bench.folder.filePath("gone.scr");
     loader.script.mnuExecScript_Click();
     expectEnded(0, zrk::Outcome::File);
+    EXPECT_TRUE(told().startsWith("Cannot open the script")) << told().toStdString();
+    run("#");
+    EXPECT_EQ(told(), "COM1 (/dev/line1): open, terminal");
 
     bench.fileDialog.choice.clear(); // cancelled: nothing changes
     loader.controls.staStatus.SecondPanel = "as it was";
