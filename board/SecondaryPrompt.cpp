@@ -12,6 +12,7 @@ enum Key : std::uint8_t {
     kCtrlC = 0x03,
     kBell = 0x07,
     kBackspace = 0x08,
+    kLineFeed = 0x0A,
     kReturn = 0x0D,
     kXon = 0x11,
     kXoff = 0x13,
@@ -42,6 +43,8 @@ void SecondaryPrompt::tick() {
 }
 
 void SecondaryPrompt::receive(std::uint8_t byte) {
+    if (std::exchange(m_afterReturn, byte == kReturn) && byte == kLineFeed)
+        return;
     switch (byte) {
     case kXoff:
     case kXon:
@@ -59,6 +62,7 @@ void SecondaryPrompt::receive(std::uint8_t byte) {
 void SecondaryPrompt::edit(std::uint8_t byte) {
     switch (byte) {
     case kReturn:
+    case kLineFeed:
         runLine();
         break;
     case kBackspace:

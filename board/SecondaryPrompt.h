@@ -8,8 +8,9 @@
 
 namespace zrkboard {
 
-// The secondary program: a prompt that echoes what is typed and runs a line at its CR. Backspace and Delete
-// rub out one character, Ctrl-C drops the line or stops `chatter`, XOFF and XON stop and restart the output.
+// The secondary program: a prompt that echoes what is typed and runs a line at its CR, LF or both. Backspace
+// and Delete rub out one character, Ctrl-C drops the line or stops `chatter`, XOFF and XON stop and restart
+// the output.
 class SecondaryPrompt : public Partner {
   public:
     SecondaryPrompt(Chip& chip, const LoadedImages& loaded);
@@ -30,6 +31,7 @@ class SecondaryPrompt : public Partner {
     PromptCommands m_commands;
     Chatter m_chatter;
     std::string m_line;
+    bool m_afterReturn = false; // an LF that comes now belongs to the CR before it
 };
 
 } // namespace zrkboard

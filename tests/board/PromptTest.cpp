@@ -27,8 +27,9 @@ TEST(Prompt, EchoesAndEditsTheLine) {
     Prompt board;
     EXPECT_EQ(board.send("vers"), "vers");
     EXPECT_EQ(board.send("ia\x08\x7F"), "ia\b \b\b \b");
-    EXPECT_EQ(board.send("ion\t\n\x1B"), "ion") << "control characters are neither echoed nor kept";
+    EXPECT_EQ(board.send("ion\t\x1B"), "ion") << "control characters are neither echoed nor kept";
     EXPECT_EQ(board.send("\r"), "\r\nZRK secondary program (simulated board) 1.0\r\nzrk> ");
+    EXPECT_EQ(board.send("\n\r\n\n"), "\r\nzrk> \r\nzrk> ") << "CR LF is one line end";
     EXPECT_EQ(board.send("\x08"), "") << "nothing to rub out";
     EXPECT_EQ(board.send("nonsense\x03"), "nonsense^C\r\nzrk> ");
     EXPECT_EQ(board.send("\r"), "\r\nzrk> ");
