@@ -13,10 +13,12 @@ namespace zrkboard {
 
 namespace {
 
-// The driver's buffer of 4 KiB. The loader is stopped somewhat earlier, for what it writes before it feels
-// that, and restarted while there is still enough to keep the line busy.
-constexpr std::size_t kHighMark = 3072;
-constexpr std::size_t kLowMark = 2048;
+// The driver's buffer of 4 KiB. The loader may write while that is less than half full, which leaves room for
+// what it writes before it feels the stop and is enough to keep the line busy. On a busy machine it can write
+// the pseudo-terminal full before this program has its turn: what the buffer has no room for is left in
+// there, so that the loader is never further ahead of the line than both hold.
+constexpr std::size_t kDriverBuffer = 4096;
+constexpr std::size_t kHalfFull = kDriverBuffer / 2;
 
 // While bytes stream in they are handed on in batches; waking up for each one would cost a core.
 constexpr auto kStreamingInterval = std::chrono::milliseconds(2);
@@ -95,6 +97,8 @@ void BoardProgram::waitForSomething() {
     if (m_adapter) {
         fds[1].fd = m_adapter->use.fd();
         fds[2].fd = m_adapter->terminal.masterFd();
+        if (m_toBoard.size() >= kDriverBuffer)
+            fds[2].events = 0;
         if (!m_delivered.empty())
             fds[2].events |= POLLOUT;
     }
@@ -156,17 +160,16 @@ void BoardProgram::noticeLoader(TimePoint now) {
 }
 
 void BoardProgram::moveToBoard(TimePoint now) {
-    const auto written = m_adapter->terminal.read();
+    const std::size_t room = kDriverBuffer - std::min(kDriverBuffer, m_toBoard.size());
+    const auto written = m_adapter->terminal.read(room);
+    m_adapter->moreToRead = written.size() == room;
     if (!written.empty()) {
         m_powerUser.loaderSpoke();
         m_toBoard.push(written, now);
     }
     m_board.receive(m_toBoard.take(now), now);
     m_board.advance(now);
-    if (m_toBoard.size() >= kHighMark)
-        m_adapter->terminal.stopLoader(true);
-    else if (m_toBoard.size() < kLowMark)
-        m_adapter->terminal.stopLoader(false);
+    m_adapter->terminal.stopLoader(m_adapter->moreToRead || m_toBoard.size() >= kHalfFull);
 }
 
 void BoardProgram::moveToLoader(TimePoint now) {
@@ -193,7 +196,8 @@ void BoardProgram::operatePower(TimePoint now) {
     // A reset has begun the next run by itself.
     if (m_options.powerCycles != 0 && m_board.powerOns() > m_options.powerCycles)
         m_done = true;
-    const bool lineBusy = !m_toBoard.empty() || !m_toLoader.empty() || !m_delivered.empty();
+    const bool lineBusy =
+        m_adapter->moreToRead || !m_toBoard.empty() || !m_toLoader.empty() || !m_delivered.empty();
     if (m_powerUser.wantsPowerCycle({m_board.state(), lineBusy, m_adapter->terminal.inTerminalMode()}, now))
         endRun("power cycled for the next attempt", now);
 }

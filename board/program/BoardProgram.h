@@ -34,6 +34,7 @@ class BoardProgram {
         PseudoTerminal terminal;
         UseWatch use{terminal.devicePath()};
         std::unique_ptr<DeviceLink> link;
+        bool moreToRead = false; // behind what the driver's buffer had room for
     };
 
     void plugIn();

@@ -53,15 +53,17 @@ PseudoTerminal::PseudoTerminal() : m_master(openMaster()), m_devicePath(slavePat
     makeRaw(m_slave.get());
 }
 
-std::vector<std::uint8_t> PseudoTerminal::read() {
-    std::vector<std::uint8_t> all;
-    std::array<std::uint8_t, 4096> piece{};
-    while (true) {
-        const ssize_t count = ::read(m_master.get(), piece.data(), piece.size());
+std::vector<std::uint8_t> PseudoTerminal::read(std::size_t most) {
+    std::vector<std::uint8_t> all(most);
+    std::size_t size = 0;
+    while (size < most) {
+        const ssize_t count = ::read(m_master.get(), all.data() + size, most - size);
         if (count <= 0)
-            return all;
-        all.insert(all.end(), piece.begin(), piece.begin() + count);
+            break;
+        size += static_cast<std::size_t>(count);
     }
+    all.resize(size);
+    return all;
 }
 
 std::size_t PseudoTerminal::write(std::span<const std::uint8_t> bytes) {

@@ -21,13 +21,13 @@ class PseudoTerminal {
     // For poll(); non-blocking.
     [[nodiscard]] int masterFd() const { return m_master.get(); }
 
-    // All that the loader has written and that is here now.
-    [[nodiscard]] std::vector<std::uint8_t> read();
+    // What the loader has written, no more than `most` bytes; the rest stays where it is.
+    [[nodiscard]] std::vector<std::uint8_t> read(std::size_t most);
     // How many bytes the loader's side had room for.
     [[nodiscard]] std::size_t write(std::span<const std::uint8_t> bytes);
 
-    // Stops or restarts the loader's writing; a pseudo-terminal alone takes some 64 KiB before a writer
-    // waits.
+    // Stops or restarts the loader's writing. A pseudo-terminal that nobody reads takes 20 KiB before a
+    // writer waits; one that is read takes as much again each time.
     void stopLoader(bool stopped);
 
     // The loader has switched on XON/XOFF, so someone looks at a terminal.

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -23,16 +22,16 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 namespace fs = std::filesystem;
 
-bool waitFor(int fd, short events, Clock::time_point until) {
+// False when it does not come; a busy machine may keep it for long.
+bool waitFor(int fd, short events) {
     pollfd entry{fd, events, 0};
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(until - Clock::now());
-    return ::poll(&entry, 1, static_cast<int>(std::max<std::int64_t>(0, left.count()))) > 0;
+    return ::poll(&entry, 1, 20'000) > 0;
 }
 
-// Reads until the text ends as wanted, or two seconds have brought nothing more.
+// Reads until the text ends as wanted, or nothing more comes.
 std::string readUntil(int fd, const std::string& end) {
     std::string heard;
-    while (!heard.ends_with(end) && waitFor(fd, POLLIN, Clock::now() + 2s)) {
+    while (!heard.ends_with(end) && waitFor(fd, POLLIN)) {
         char byte = 0;
         if (::read(fd, &byte, 1) != 1)
             break;
@@ -73,7 +72,7 @@ class Program {
     // The next device path that it prints.
     std::string device() const {
         const std::string line = readUntil(m_out, "\n");
-        return line.substr(0, line.size() - 1);
+        return line.substr(0, line.find('\n'));
     }
 
     void signal(int number) const { ::kill(m_pid, number); }
@@ -119,13 +118,13 @@ class Port {
     Port(const Port&) = delete;
     Port& operator=(const Port&) = delete;
 
-    // One byte per write, as loaders do, waiting where there is no room. Whole blocks would get tens of KiB
-    // into the pseudo-terminal before the program wakes up.
+    // As much as there is room for at a time.
     bool send(const std::string& bytes) const {
         for (std::size_t sent = 0; sent < bytes.size();) {
-            if (::write(fd, bytes.data() + sent, 1) == 1)
-                ++sent;
-            else if (errno != EAGAIN || !waitFor(fd, POLLOUT, Clock::now() + 5s))
+            const ssize_t count = ::write(fd, bytes.data() + sent, bytes.size() - sent);
+            if (count > 0)
+                sent += static_cast<std::size_t>(count);
+            else if (errno != EAGAIN || !waitFor(fd, POLLOUT))
                 return false;
         }
         return true;
@@ -171,16 +170,17 @@ TEST(BoardOnPty, PacesTheLineAndKeepsTheMemory) {
         port.startPrimary();
         port.send(std::string("p\x04\0\0\x80\x40\x9C\0\0", 9));
         EXPECT_EQ(port.hear("o"), "o");
+        // Only too fast is a fault: a busy machine may take any time. What the line has not carried yet is in
+        // the driver's 4 KiB and the 20 KiB of the pseudo-terminal.
         const auto began = Clock::now();
+        const auto ahead = [began](std::size_t handedOver) {
+            const std::chrono::duration<double> time = Clock::now() - began;
+            return static_cast<double>(handedOver) - time.count() * 11'520;
+        };
         ASSERT_TRUE(port.send(image));
-        const std::chrono::duration<double> handedOver = Clock::now() - began;
+        EXPECT_LE(ahead(image.size()), 24 * 1024);
         EXPECT_EQ(port.hear("t"), "t");
-        const std::chrono::duration<double> confirmed = Clock::now() - began;
-        const double line = 40'000 / 11'520.0;
-        EXPECT_GT(confirmed.count(), line);
-        EXPECT_LT(confirmed.count(), 2 * line) << "a busy machine may take longer";
-        EXPECT_LT(confirmed.count() - handedOver.count(), 0.75 * line)
-            << "the buffer is a driver's, not a bottomless one";
+        EXPECT_LE(ahead(image.size()), 0);
     }
     EXPECT_EQ(program.end(), 0);
     EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
@@ -198,7 +198,7 @@ TEST(BoardOnPty, AHangUpReachesTheLoaderAndANewDeviceComes) {
     const Port port(device);
     EXPECT_TRUE(port.hear("5").ends_with("5"));
     port.send("AU3" + std::string("\0\0\0\0\x1A\0\0\0", 8) + "ZRK SIMULATED");
-    while (waitFor(port.fd, POLLIN, Clock::now() + 2s)) {
+    while (waitFor(port.fd, POLLIN)) {
         char rest = 0;
         if (::read(port.fd, &rest, 1) <= 0)
             break;
@@ -223,23 +223,21 @@ TEST(BoardOnPty, IsReadyForTheNextAttemptWithoutBeingToldSo) {
         brokenOff.send("AU");
         EXPECT_EQ(brokenOff.hear("5"), "5");
     }
-    {
-        const Port again(device);
-        again.startPrimary();
-    }
-    {
-        const Port later(device);
-        later.send("p" + std::string("\x04\0\0\x80\x01\0\0\0", 8));
-        EXPECT_EQ(later.hear("o"), "o") << "a primary boot that waits is left running";
-        later.send("z");
-        EXPECT_EQ(later.hear("t"), "t");
-    }
-    {
-        const Port anew(device);
-        anew.startPrimary(); // nobody spoke to the waiting primary boot, so its power was cycled
-    }
+    Port(device).startPrimary();
+    Port(device).startPrimary(); // nobody speaks to the waiting primary boot, so its power is cycled
     program.signal(SIGUSR1);
     EXPECT_EQ(program.join(), 0) << "three runs";
+}
+
+TEST(BoardOnPty, LeavesAWaitingPrimaryBootRunning) {
+    Program program({"--power-on-delay", "0", "--patience", "0"});
+    const std::string device = program.device();
+    Port(device).startPrimary();
+    const Port later(device);
+    later.send("p" + std::string("\x04\0\0\x80\x01\0\0\0", 8));
+    EXPECT_EQ(later.hear("o"), "o");
+    later.send("z");
+    EXPECT_EQ(later.hear("t"), "t");
 }
 
 TEST(BoardOnPty, IdlesWithAndWithoutALoader) {
