@@ -7,7 +7,9 @@
 #include <array>
 #include <cstdio>
 #include <ctime>
+#include <filesystem>
 #include <poll.h>
+#include <stdexcept>
 
 namespace zrkboard {
 
@@ -26,7 +28,23 @@ constexpr auto kStreamingInterval = std::chrono::milliseconds(2);
 // What an adapter keeps for a loader that does not read.
 constexpr std::size_t kMostDelivered = 64ULL * 1024;
 
+// Found out now and not after an hour's work. One file for two memories would lose one of them.
+void checkFiles(const ProgramOptions& options) {
+    std::vector<std::filesystem::path> taken;
+    for (const auto& file : {options.nandFile, options.sdramDump, options.iramDump}) {
+        if (!file)
+            continue;
+        if (file != options.nandFile)
+            checkDumpFile(*file);
+        const auto path = std::filesystem::weakly_canonical(*file);
+        if (std::find(taken.begin(), taken.end(), path) != taken.end())
+            throw std::runtime_error(*file + " is named for two memories; give each a file of its own");
+        taken.push_back(path);
+    }
+}
+
 Nand makeNand(const ProgramOptions& options) {
+    checkFiles(options);
     if (!options.nandFile)
         return Nand();
     return Nand(std::make_unique<FileMemory>(*options.nandFile, kNandSize, 0xFF));

@@ -67,7 +67,9 @@ Misbehaviour& misbehaviour(ProgramOptions& options) {
 
 const std::vector<Option>& generalOptions() {
     static const std::vector<Option> all{
-        {"link", "PATH", "make a symbolic link to the device, gone at exit",
+        {"link", "PATH",
+         "make a symbolic link to the device, gone at exit; not one\n"
+         "that a running board has",
          [](ProgramOptions& o, Text v) { o.link = path(v); }},
         {"baud", "N", "speed of the line, N/10 bytes a second (115200)", setBaud},
         {"unpaced", nullptr, "no line: bytes pass at once", [](ProgramOptions& o, Text) { o.lineRate = 0; }},
@@ -87,7 +89,7 @@ const std::vector<Option>& generalOptions() {
          "cycle the power when a loader that has opened the port says\n"
          "nothing for so long (2; 0 = never; see below)",
          [](ProgramOptions& o, Text v) { o.patience = time(v); }},
-        {"nand", "FILE", "keep the NAND there (64 MiB, made and erased if missing)",
+        {"nand", "FILE", "keep the NAND there (64 MiB; made and erased if missing or empty)",
          [](ProgramOptions& o, Text v) { o.nandFile = path(v); }},
         {"erase-time", "SECONDS", "how long a full erase takes (2)",
          [](ProgramOptions& o, Text v) { o.board.eraseTime = time(v); }},
@@ -97,7 +99,9 @@ const std::vector<Option>& generalOptions() {
          [](ProgramOptions& o, Text v) { o.sdramDump = path(v); }},
         {"dump-iram", "FILE", "write the IRAM there at exit",
          [](ProgramOptions& o, Text v) { o.iramDump = path(v); }},
-        {"make-images", "DIR", "write sample images and an INI file for them, and exit",
+        {"make-images", "DIR",
+         "write sample images and an INI file for them, and exit;\n"
+         "files that are there with another content are kept",
          [](ProgramOptions& o, Text v) { o.imagesFolder = path(v); }},
         {"verbose", nullptr, "say on stderr what the board sees",
          [](ProgramOptions& o, Text) { o.verbose = true; }},

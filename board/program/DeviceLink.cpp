@@ -1,6 +1,12 @@
 #include "board/program/DeviceLink.h"
 
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <functional>
 #include <stdexcept>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <utility>
 
 namespace zrkboard {
@@ -9,15 +15,37 @@ namespace fs = std::filesystem;
 
 DeviceLink::DeviceLink(fs::path link, std::string devicePath)
     : m_link(std::move(link)), m_devicePath(std::move(devicePath)) {
-    const std::string context = "cannot make the link " + m_link.string() + ": ";
+    claim();
     std::error_code error;
     const auto status = fs::symlink_status(m_link, error);
     if (fs::exists(status) && !fs::is_symlink(status))
-        throw std::runtime_error(context + "there is a file of that name, and it is no link");
+        fail("there is a file of that name, and it is no link");
     fs::remove(m_link, error);
     fs::create_symlink(m_devicePath, m_link, error);
     if (error)
-        throw std::runtime_error(context + error.message());
+        fail(error.message());
+}
+
+// The device that an old link leads to tells nothing: its number may be somebody's terminal by now. So each
+// board binds a socket named after its link, which the system frees when the board is gone.
+void DeviceLink::claim() {
+    std::error_code error;
+    const fs::path link = fs::weakly_canonical(fs::absolute(m_link).parent_path(), error) / m_link.filename();
+    const std::string name = "zrk-board-link-" + std::to_string(std::hash<std::string>()(link.string()));
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    name.copy(address.sun_path + 1, sizeof address.sun_path - 1); // behind a 0: in no folder
+    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
+    m_claim = FileDescriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (m_claim.isOpen() && ::bind(m_claim.get(), reinterpret_cast<const sockaddr*>(&address), length) == 0)
+        return;
+    if (errno == EADDRINUSE)
+        fail("a board that still runs has it; end that one or name another link");
+    fail(std::strerror(errno));
+}
+
+void DeviceLink::fail(const std::string& why) const {
+    throw std::runtime_error("cannot make the link " + m_link.string() + ": " + why);
 }
 
 DeviceLink::~DeviceLink() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "board/program/FileDescriptor.h"
+
 #include <filesystem>
 #include <string>
 
@@ -8,15 +10,20 @@ namespace zrkboard {
 // A symbolic link to the device under a name that stays the same; gone with this object.
 class DeviceLink {
   public:
-    // Replaces a link of an earlier run but no file of another kind. Throws std::runtime_error.
+    // Replaces a link of an earlier run, but neither the link of a board that still runs nor a file of
+    // another kind. Throws std::runtime_error.
     DeviceLink(std::filesystem::path link, std::string devicePath);
     ~DeviceLink();
     DeviceLink(const DeviceLink&) = delete;
     DeviceLink& operator=(const DeviceLink&) = delete;
 
   private:
+    void claim();
+    [[noreturn]] void fail(const std::string& why) const;
+
     std::filesystem::path m_link;
     std::string m_devicePath;
+    FileDescriptor m_claim; // gone with the process at the latest, however that ends
 };
 
 } // namespace zrkboard

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zrkboard {
 
@@ -26,16 +27,25 @@ FileMemory::FileMemory(std::string path, std::uint64_t size, std::uint8_t fillin
     if (::fstat(m_file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         fail(m_path, "it is no regular file");
     const auto length = static_cast<std::uint64_t>(status.st_size);
-    if (length > size)
-        fail(m_path, "it is longer than " + std::to_string(size) + " bytes");
-    fillFrom(length, filling);
+    if (length != 0 && length != size)
+        fail(m_path, "it has " + std::to_string(length) + " bytes, and such a file has " +
+                         std::to_string(size) + "; name one that is missing or empty to get a new memory");
+    if (length == 0)
+        makeFilled(filling);
+}
+
+void FileMemory::makeFilled(std::uint8_t filling) {
+    try {
+        fill(filling);
+    } catch (const std::runtime_error&) {
+        // A part of one would be refused the next time.
+        (void)::ftruncate(m_file.get(), 0);
+        throw;
+    }
 }
 
 void FileMemory::fill(std::uint8_t value) {
-    fillFrom(0, value);
-}
-
-void FileMemory::fillFrom(std::uint64_t offset, std::uint8_t value) {
+    std::uint64_t offset = 0;
     const std::vector<std::uint8_t> block(1024ULL * 1024, value);
     while (offset < size()) {
         const std::uint64_t part = std::min<std::uint64_t>(block.size(), size() - offset);

@@ -10,8 +10,8 @@ namespace zrkboard {
 // A memory that is a file and stays when the program ends. Byte n of the file is at address n.
 class FileMemory : public Memory {
   public:
-    // A missing file is created, a short one extended, with `filling`. Throws std::runtime_error when it
-    // cannot be opened or is longer than the memory.
+    // A missing or empty file becomes a memory full of `filling`. Throws std::runtime_error when it cannot be
+    // opened or has any other size than the memory: what it is then, is not ours to change.
     FileMemory(std::string path, std::uint64_t size, std::uint8_t filling);
 
     void fill(std::uint8_t value) override;
@@ -21,7 +21,7 @@ class FileMemory : public Memory {
     void writeAt(std::uint64_t offset, std::span<const std::uint8_t> bytes) override;
 
   private:
-    void fillFrom(std::uint64_t offset, std::uint8_t value);
+    void makeFilled(std::uint8_t filling);
 
     std::string m_path;
     FileDescriptor m_file;

@@ -1,11 +1,32 @@
 #include "board/program/MemoryDump.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace zrkboard {
+
+namespace fs = std::filesystem;
+
+void checkDumpFile(const std::string& path) {
+    const auto fail = [&path](const std::string& why) {
+        throw std::runtime_error("cannot write a memory dump to " + path + ": " + why);
+    };
+    std::error_code error;
+    const auto status = fs::status(path, error);
+    if (fs::exists(status) && !fs::is_regular_file(status))
+        fail("it is no regular file");
+    const fs::path parent = fs::path(path).parent_path();
+    const fs::path folder = parent.empty() ? "." : parent;
+    const bool writable =
+        fs::exists(status) ? ::access(path.c_str(), W_OK) == 0 : ::access(folder.c_str(), W_OK | X_OK) == 0;
+    if (!writable)
+        fail(std::strerror(errno));
+}
 
 void dumpMemory(const Memory& memory, const std::string& path) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
@@ -21,7 +42,7 @@ void dumpMemory(const Memory& memory, const std::string& path) {
     file.close();
     std::error_code error;
     if (file)
-        std::filesystem::resize_file(path, memory.size(), error);
+        fs::resize_file(path, memory.size(), error);
     if (!file || error)
         throw std::runtime_error("cannot write the memory dump " + path);
 }

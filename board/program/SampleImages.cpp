@@ -3,19 +3,23 @@
 #include "board/Markers.h"
 
 #include <fstream>
+#include <iterator>
+#include <map>
 #include <random>
 #include <stdexcept>
 
 namespace zrkboard {
+
+namespace fs = std::filesystem;
 
 namespace {
 
 constexpr std::size_t kKiB = 1024;
 constexpr const char* kIniFile = "zrk-loader.INI";
 
-void writeFile(const std::filesystem::path& path, const char* data, std::size_t size) {
+void writeFile(const fs::path& path, const std::string& content) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(data, static_cast<std::streamsize>(size));
+    file.write(content.data(), static_cast<std::streamsize>(content.size()));
     file.close();
     if (!file)
         throw std::runtime_error("cannot write " + path.string());
@@ -32,6 +36,21 @@ std::string iniText() {
         text += image.key + "=" + image.file + "," + image.address + "\n";
     }
     return text;
+}
+
+// By name.
+std::map<std::string, std::string> sampleFiles() {
+    std::map<std::string, std::string> files{{kIniFile, iniText()}};
+    for (const SampleImage& image : sampleImages()) {
+        const auto content = sampleContent(image);
+        files.emplace(image.file, std::string(content.begin(), content.end()));
+    }
+    return files;
+}
+
+bool holds(const fs::path& path, const std::string& content) {
+    std::ifstream file(path, std::ios::binary);
+    return file && std::string(std::istreambuf_iterator<char>(file), {}) == content;
 }
 
 } // namespace
@@ -60,17 +79,32 @@ std::vector<std::uint8_t> sampleContent(const SampleImage& image) {
     return content;
 }
 
-void writeSampleImages(const std::filesystem::path& folder) {
+void writeSampleImages(const fs::path& folder) {
     std::error_code error;
-    std::filesystem::create_directories(folder, error);
+    fs::create_directories(folder, error);
     if (error)
         throw std::runtime_error("cannot make the folder " + folder.string() + ": " + error.message());
-    for (const SampleImage& image : sampleImages()) {
-        const auto content = sampleContent(image);
-        writeFile(folder / image.file, reinterpret_cast<const char*>(content.data()), content.size());
+    std::map<fs::path, std::string> missing;
+    for (const auto& [name, content] : sampleFiles()) {
+        const fs::path path = folder / name;
+        if (!fs::exists(fs::symlink_status(path)))
+            missing.emplace(path, content);
+        else if (!holds(path, content))
+            throw std::runtime_error(path.string() +
+                                     " is there with another content and stays as it is, and nothing was "
+                                     "written; move it away or name another folder");
     }
-    const std::string ini = iniText();
-    writeFile(folder / kIniFile, ini.data(), ini.size());
+    std::vector<fs::path> written;
+    try {
+        for (const auto& [path, content] : missing) {
+            written.push_back(path);
+            writeFile(path, content);
+        }
+    } catch (const std::runtime_error&) {
+        for (const fs::path& path : written)
+            fs::remove(path, error);
+        throw;
+    }
 }
 
 } // namespace zrkboard

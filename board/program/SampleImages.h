@@ -23,7 +23,8 @@ struct SampleImage {
 [[nodiscard]] std::vector<std::uint8_t> sampleContent(const SampleImage& image);
 
 // Writes all of them and zrk-loader.INI into the folder, which is made if it is missing. Throws
-// std::runtime_error.
+// std::runtime_error, and leaves the folder as it was, when one of them is there with another content or
+// cannot be written.
 void writeSampleImages(const std::filesystem::path& folder);
 
 } // namespace zrkboard

@@ -240,6 +240,32 @@ TEST(BoardOnPty, LeavesAWaitingPrimaryBootRunning) {
     EXPECT_EQ(later.hear("t"), "t");
 }
 
+TEST(BoardOnPty, FindsOutAtTheStartWhatItMayNotUse) {
+    const TemporaryFolder folder;
+    const std::string link = folder.path / "port";
+    const std::string other = folder.path / "other";
+    std::ofstream(other) << "no NAND";
+    Program first({"--link", link});
+    const std::string device = first.device();
+    for (const std::vector<std::string>& refused : std::vector<std::vector<std::string>>{
+             {"--link", folder.path / "." / "port"},
+             {"--nand", other},
+             {"--dump-sdram", folder.path},
+             {"--dump-iram", folder.path / "no" / "dump"},
+             {"--dump-iram", other, "--dump-sdram", folder.path / "." / "other"}}) {
+        Program second(refused);
+        EXPECT_EQ(second.device(), "") << "announced in spite of " << refused[0] << ' ' << refused[1];
+        EXPECT_EQ(second.join(), 1);
+    }
+    EXPECT_EQ(fs::read_symlink(link), device);
+    EXPECT_EQ(fs::file_size(other), 7U);
+
+    first.signal(SIGKILL);
+    first.join();
+    Program third({"--link", link});
+    EXPECT_EQ(fs::read_symlink(link), third.device()) << "a link that a dead board has left is replaced";
+}
+
 TEST(BoardOnPty, IdlesWithAndWithoutALoader) {
     Program program({"--power-on-delay", "0"});
     const std::string device = program.device();

@@ -118,7 +118,27 @@ TEST(SampleImages, FitTheBoardAndDoNotOverlap) {
     EXPECT_EQ(flashing.send(Bench::header(0, pgSibl.size()) + pgSibl + "F", 1s), "F");
 }
 
-TEST(FileMemory, IsMadeErasedAndKeptAndExtended) {
+TEST(SampleImages, OverwriteNothingThatIsNotTheirs) {
+    const TemporaryFolder folder;
+    const fs::path ini = folder.path / "zrk-loader.INI";
+    std::ofstream(ini) << "mine";
+    try {
+        zrkboard::writeSampleImages(folder.path);
+        FAIL();
+    } catch (const std::runtime_error& error) {
+        EXPECT_NE(std::string(error.what()).find(ini.string()), std::string::npos) << error.what();
+    }
+    EXPECT_EQ(contentOf(ini), "mine");
+    EXPECT_FALSE(fs::exists(folder.path / "flash.bin")) << "nothing is half-written";
+
+    fs::remove(ini);
+    zrkboard::writeSampleImages(folder.path);
+    fs::remove(folder.path / "flash.bin");
+    zrkboard::writeSampleImages(folder.path);
+    EXPECT_EQ(fs::file_size(folder.path / "flash.bin"), 65536U) << "what is missing is added";
+}
+
+TEST(FileMemory, IsMadeErasedAndKept) {
     const TemporaryFolder folder;
     const std::string path = folder.path / "nand.bin";
     const std::vector<std::uint8_t> data{1, 2, 3};
@@ -127,16 +147,19 @@ TEST(FileMemory, IsMadeErasedAndKeptAndExtended) {
         memory.write(100, data);
         EXPECT_THROW(memory.write(4095, data), std::out_of_range);
     }
-    std::string content = std::string(4096, '\xFF').replace(100, 3, "\x01\x02\x03");
+    const std::string content = std::string(4096, '\xFF').replace(100, 3, "\x01\x02\x03");
     EXPECT_EQ(contentOf(path), content);
-
-    fs::resize_file(path, 101);
+    for (const std::uint64_t otherSize : {1024, 4095, 8192}) {
+        EXPECT_THROW(zrkboard::FileMemory(path, otherSize, 0xFF), std::runtime_error);
+        EXPECT_EQ(contentOf(path), content);
+    }
     zrkboard::FileMemory memory(path, 4096, 0xFF);
-    EXPECT_EQ(memory.read(99, 4), (std::vector<std::uint8_t>{0xFF, 1, 0xFF, 0xFF}));
+    EXPECT_EQ(memory.read(99, 4), (std::vector<std::uint8_t>{0xFF, 1, 2, 3}));
     memory.fill(0xFF);
     EXPECT_EQ(contentOf(path), std::string(4096, '\xFF'));
 
-    EXPECT_THROW(zrkboard::FileMemory(path, 1024, 0xFF), std::runtime_error) << "longer than the memory";
+    fs::resize_file(path, 0);
+    EXPECT_EQ(zrkboard::FileMemory(path, 8, 0xFF).read(7, 1).front(), 0xFF) << "an empty file is a new one";
     EXPECT_THROW(zrkboard::FileMemory(folder.path, 1024, 0xFF), std::runtime_error) << "a folder";
 }
 
