@@ -4,9 +4,9 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <stdexcept>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace zrkboard {
 
@@ -39,7 +39,8 @@ void FileMemory::makeFilled(std::uint8_t filling) {
         fill(filling);
     } catch (const std::runtime_error&) {
         // A part of one would be refused the next time.
-        (void)::ftruncate(m_file.get(), 0);
+        std::error_code error;
+        std::filesystem::resize_file(m_path, 0, error);
         throw;
     }
 }

@@ -8,7 +8,7 @@
 namespace zrkboard {
 
 // A memory that is a file and stays when the program ends. Byte n of the file is at address n.
-class FileMemory : public Memory {
+class FileMemory final : public Memory {
   public:
     // A missing or empty file becomes a memory full of `filling`. Throws std::runtime_error when it cannot be
     // opened or has any other size than the memory: what it is then, is not ours to change.
@@ -16,11 +16,10 @@ class FileMemory : public Memory {
 
     void fill(std::uint8_t value) override;
 
-  protected:
+  private:
     void readAt(std::uint64_t offset, std::span<std::uint8_t> bytes) const override;
     void writeAt(std::uint64_t offset, std::span<const std::uint8_t> bytes) override;
 
-  private:
     void makeFilled(std::uint8_t filling);
 
     std::string m_path;
