@@ -47,19 +47,6 @@ TEST(BootRom, UnlocksAndTakesAnImageIntoIram) {
     EXPECT_EQ(bench.wait(1ms), "X");
 }
 
-TEST(BootRom, TheSameInOnePieceOrByteByByte) {
-    Bench bench;
-    const std::string all = "AU3" + Bench::header(0, bench.kPrimary.size()) + bench.kPrimary;
-    bench.wait(500ms);
-    EXPECT_EQ(bench.send(all, 1s), "5RX");
-    Bench slow;
-    slow.wait(500ms);
-    std::string answers;
-    for (const char byte : all)
-        answers += slow.send(std::string(1, byte), 10ms);
-    EXPECT_EQ(answers + slow.wait(1s), "5RX");
-}
-
 TEST(BootRom, FallsSilentForGoodWhenSomethingIsWrong) {
     struct Case {
         const char* what;
