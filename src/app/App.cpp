@@ -21,9 +21,10 @@ QString imageFolder(const QString& iniPath) {
 
 App::App(const AppOptions& options)
     : m_iniPath(QDir::toNativeSeparators(options.iniPath)), m_bringsUp(options.bringUp),
-      m_ports(m_loop, PortNames(options.ports)), m_boxes([this] { return topWindow(); }),
-      m_fileDialog([this] { return &m_window; }), m_registry(createRegistry()),
-      m_systemInfo(*m_registry, m_starter, m_boxes), m_waitDialog([this] { return &m_window; }),
+      m_ports(m_loop, PortNames(options.ports), {.lineRate = options.lineRate}),
+      m_boxes([this] { return topWindow(); }), m_fileDialog([this] { return &m_window; }),
+      m_registry(createRegistry()), m_systemInfo(*m_registry, m_starter, m_boxes),
+      m_waitDialog([this] { return &m_window; }),
       m_loader({m_loop, m_ports, m_boxes, m_fileDialog, m_waitDialog}, imageFolder(options.iniPath)),
       m_window(m_loader, m_boxes, [this] { showAbout(); }) {}
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "machine/PortNames.h"
+#include "machine/ProgramOptions.h"
 
 #include <QString>
 #include <QStringList>
@@ -10,9 +10,7 @@
 namespace zrk {
 
 /// What the window program is told on its command line.
-struct AppOptions {
-    PortNames::Overrides ports;
-    QString iniPath;      ///< absolute; empty: the file beside the program
+struct AppOptions : ProgramOptions {
     bool bringUp = false; ///< bring the board up at once, as if its two buttons had been clicked
 };
 

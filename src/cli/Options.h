@@ -1,35 +1,24 @@
 #pragma once
 
+#include "cli/Steps.h"
 #include "controls/Controls.h"
-#include "machine/PortNames.h"
+#include "machine/ProgramOptions.h"
 
 #include <QStringList>
 
 #include <array>
 #include <chrono>
 #include <optional>
-#include <stdexcept>
-#include <vector>
 
 namespace zrk {
 
-enum class Step { Load, Start, Check, Flash };
-
 /// What was asked for on the command line.
 struct CliOptions {
-    std::vector<Step> steps;
-    PortNames::Overrides ports;
-    int portNumber = 1;
-    QString iniPath;                            ///< empty: the default beside the program
+    StepList steps;
+    ProgramOptions program;
     std::array<QString, kSlotCount> slotValues; ///< "FILE[,ADDRESS]", empty where not given
     std::optional<std::chrono::milliseconds> waitLimit;
     bool erase = false;
-};
-
-/// A command line that cannot be carried out; what() says what is wrong with it.
-class UsageError : public std::runtime_error {
-  public:
-    explicit UsageError(const QString& text) : std::runtime_error(text.toStdString()) {}
 };
 
 /// The long option that fills a slot, for example "--primary".

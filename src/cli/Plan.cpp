@@ -1,9 +1,13 @@
 #include "cli/Plan.h"
 
+#include "cli/Options.h"
+#include "cli/UsageError.h"
 #include "loader/Loader.h"
 #include "loader/TransferRate.h"
 
 #include <algorithm>
+#include <limits>
+#include <string_view>
 
 namespace zrk {
 namespace {
@@ -22,6 +26,17 @@ QString nameOf(Memory memory) {
 
 } // namespace
 
+void Plan::check() {
+    checkAddresses();
+    checkSizes();
+    for (const StepFacts* step : m_steps)
+        step->require(*this);
+    const auto checks = [](const StepFacts* step) { return step->checksAddresses; };
+    const bool checksLater = std::any_of(m_steps.cbegin(), m_steps.cend(), checks);
+    if (checksLater && !checks(m_steps.front()) && !m_loader.validation.ValidateAddresses())
+        throw UsageError(QStringLiteral("The addresses are wrong; nothing was sent."));
+}
+
 void Plan::checkAddresses() {
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const QString& fault = m_loader.iniLoader.addressFaultOf(slot);
@@ -35,58 +50,78 @@ void Plan::checkAddresses() {
     }
 }
 
+void Plan::checkSizes() const {
+    for (std::size_t i = 0; i < kSlots.size(); ++i) {
+        const std::int64_t size = m_loader.controls.sizeInBytes(i).value_or(0);
+        if (size > std::numeric_limits<std::int32_t>::max())
+            throw UsageError(
+                QStringLiteral("%1 (%2): %3 bytes are more than an image can have.")
+                    .arg(m_loader.controls.txtFilNam[i].Tag.value(), slotOption(static_cast<int>(i)))
+                    .arg(size));
+    }
+}
+
+void Plan::requireFile(int slot) const {
+    if (isSelected(slot))
+        return;
+    const QString& iniPath = m_loader.state.IniPath;
+    if (isNamed(slot))
+        throw UsageError(QStringLiteral("%1, which %2 names. Give the file with %3 or mend the INI file.")
+                             .arg(m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text.value(),
+                                  iniPath, slotOption(slot)));
+    throw UsageError(QStringLiteral("No image given: name one with %1 FILE[,ADDRESS]; %2.")
+                         .arg(slotOption(slot), FileExists(iniPath, true)
+                                                    ? iniPath + QStringLiteral(" names none")
+                                                    : QStringLiteral("there is no INI file ") + iniPath));
+}
+
 QStringList Plan::announcement() const {
-    if (std::all_of(m_steps.cbegin(), m_steps.cend(), [](Step step) { return step == Step::Check; }))
+    if (std::none_of(m_steps.cbegin(), m_steps.cend(), [](const StepFacts* step) { return step->usesPort; }))
         return {};
     const int number = m_loader.controls.cmbComPort.selectedItemData();
     const QString device = m_loader.port.deviceName(number);
     QStringList lines{QStringLiteral("Port: COM%1 (%2)")
                           .arg(number)
                           .arg(device.isEmpty() ? QStringLiteral("no device") : device)};
-    for (const Step step : m_steps) {
-        for (const int slot : imagesOf(step))
-            lines += imageLine(slot);
+    for (const StepFacts* step : m_steps) {
+        for (const Slot slot : step->images) {
+            if (isSelected(slot))
+                lines += imageLine(slot);
+        }
     }
     return lines;
+}
+
+bool Plan::has(const char* step) const {
+    return std::any_of(m_steps.cbegin(), m_steps.cend(),
+                       [step](const StepFacts* one) { return std::string_view(one->name) == step; });
 }
 
 bool Plan::isSelected(int slot) const {
     return m_loader.controls.chkExeURK[static_cast<std::size_t>(slot)].isTicked();
 }
 
-bool Plan::has(Step step) const {
-    return std::find(m_steps.cbegin(), m_steps.cend(), step) != m_steps.cend();
-}
-
-/// The selected slots whose images the step sends, in the order of sending.
-std::vector<int> Plan::imagesOf(Step step) const {
-    std::vector<int> images;
-    if (step == Step::Load)
-        images = {kPrimaryBoot, kSecondaryExecutable};
-    else if (step == Step::Flash)
-        images = {kPgSibl, kFlashImage};
-    std::erase_if(images, [this](int slot) { return !isSelected(slot); });
-    return images;
+bool Plan::isNamed(int slot) const {
+    return !m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text.value().isEmpty();
 }
 
 bool Plan::uses(int slot) const {
-    if (has(Step::Check) && factsOf(slot).memory == Memory::Sdram)
+    if (has("check") && factsOf(slot).memory == Memory::Sdram)
         return true;
-    return std::any_of(m_steps.cbegin(), m_steps.cend(), [this, slot](Step step) {
-        const std::vector<int> images = imagesOf(step);
-        return std::find(images.cbegin(), images.cend(), slot) != images.cend();
+    return std::any_of(m_steps.cbegin(), m_steps.cend(), [slot](const StepFacts* step) {
+        return std::find(step->images.cbegin(), step->images.cend(), slot) != step->images.cend();
     });
 }
 
 QString Plan::imageLine(int slot) const {
     const auto i = static_cast<std::size_t>(slot);
-    const QString size = m_loader.controls.lblCodeSize[i].Caption;
     const std::int64_t bytes = m_loader.controls.sizeInBytes(i).value_or(0);
     const bool erases = slot == kFlashImage && m_loader.controls.chkErase.isTicked();
     return QStringLiteral("%1: %2 bytes (%3), %4 on the line at 115200 baud, %5 to %6 address %7%8")
         .arg(m_loader.controls.slotTitle(i).section(QStringLiteral(" ("), 0, 0))
         .arg(bytes)
-        .arg(size, lineTimeText(bytes), m_loader.controls.txtFilNam[i].Tag.value(), nameOf(kSlots[i].memory),
+        .arg(m_loader.controls.lblCodeSize[i].Caption.value(), lineTimeText(bytes),
+             m_loader.controls.txtFilNam[i].Tag.value(), nameOf(kSlots[i].memory),
              m_loader.controls.txtStartAddress[i].Text.value(),
              erases ? QStringLiteral(", after an erase of the whole flash") : QString());
 }

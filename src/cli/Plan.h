@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/Options.h"
+#include "cli/Steps.h"
 
 #include <QStringList>
 
@@ -11,25 +11,33 @@ struct Loader;
 /// What the steps will do with the slots as they are filled now.
 class Plan {
   public:
-    Plan(Loader& loader, const std::vector<Step>& steps) : m_loader(loader), m_steps(steps) {}
+    Plan(Loader& loader, const StepList& steps) : m_loader(loader), m_steps(steps) {}
 
-    /// Throws UsageError when a step would use a slot whose address the entry rule had to change. A selected
-    /// slot of that kind that no step uses is left out, so that it stops none.
-    void checkAddresses();
+    /// Throws UsageError for whatever can be found wrong before anything is sent. A selected slot whose
+    /// address the entry rule had to change and that no step uses is left out, so that it stops none.
+    void check();
 
     /// What goes over the line: the port and its device, then for each image, in the order of sending, its
     /// file, bytes, line time and address. Empty when the steps need no port.
     [[nodiscard]] QStringList announcement() const;
 
-  private:
+    [[nodiscard]] bool has(const char* step) const;
     [[nodiscard]] bool isSelected(int slot) const;
-    [[nodiscard]] bool has(Step step) const;
-    [[nodiscard]] std::vector<int> imagesOf(Step step) const;
+
+    /// True when an option or the INI file names a file for the slot, be it there or not.
+    [[nodiscard]] bool isNamed(int slot) const;
+
+    /// Throws UsageError, which says how to give one, when the slot has no file.
+    void requireFile(int slot) const;
+
+  private:
+    void checkAddresses();
+    void checkSizes() const;
     [[nodiscard]] bool uses(int slot) const;
     [[nodiscard]] QString imageLine(int slot) const;
 
     Loader& m_loader;
-    const std::vector<Step>& m_steps;
+    const StepList& m_steps;
 };
 
 } // namespace zrk

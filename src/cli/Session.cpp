@@ -1,80 +1,57 @@
 #include "cli/Session.h"
 
 #include "cli/Plan.h"
+#include "cli/UsageError.h"
 #include "config/AddressEntry.h"
 
 #include <QDir>
 #include <QFileInfo>
 
-#include <algorithm>
-#include <cstdio>
-#include <limits>
-
 namespace zrk {
 
-using namespace std::chrono_literals;
-
-namespace {
-
-QString imageFolder(const CliOptions& options, const ProgramFacts& facts) {
-    if (options.iniPath.isEmpty())
-        return facts.folder;
-    return QDir::toNativeSeparators(QFileInfo(options.iniPath).absolutePath());
-}
-
-bool has(const std::vector<Step>& steps, Step step) {
-    return std::find(steps.cbegin(), steps.cend(), step) != steps.cend();
-}
-
-} // namespace
-
-Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop)
-    : m_options(options), m_facts(facts), m_question(loop), m_messages(m_question),
-      m_waitNotice(loop, options.waitLimit), m_interrupt(loop, [this](bool ended) { interrupted(ended); }),
-      m_ports(loop, PortNames(options.ports)),
-      m_loader({loop, m_ports, m_messages, m_fileDialog, m_waitNotice}, imageFolder(options, facts)),
-      m_progress(m_loader, m_messages, loop) {}
+Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output)
+    : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)), m_output(output),
+      m_question(loop), m_messages(output, m_question), m_powerOnNotice(loop, output, options.waitLimit),
+      m_interrupt(loop, [this](bool ended) { interrupted(ended); }),
+      m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
+      m_loader({loop, m_ports, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
+      m_progress(m_loader, output, m_messages) {}
 
 ExitStatus Session::run() {
     m_loader.startUp.prepare(m_facts);
-    m_loader.controls.cmbComPort.ListIndex = m_options.portNumber - 1;
+    m_loader.controls.cmbComPort.ListIndex = m_options.program.portNumber - 1;
     m_loader.controls.chkErase.Value = m_options.erase ? 1 : 0;
     presetSlots();
     Plan plan(m_loader, m_options.steps);
-    plan.checkAddresses();
-    checkConfiguration();
+    plan.check();
     const QStringList announced = plan.announcement();
     for (const QString& line : announced)
-        tell(line);
-    copyToStandardOutput(m_loader.controls.txtStatus, [this] { m_progress.clearLine(); });
-    for (const Step step : m_options.steps) {
+        m_output.tell(line);
+    m_loader.controls.txtStatus.onEdit(
+        [this](qsizetype /*removed*/, const QString& inserted) { m_output.console(inserted); });
+    for (const StepFacts* step : m_options.steps) {
         const bool interrupted = m_loader.state.StopReason == Outcome::Cancelled;
-        const ExitStatus status = interrupted ? ExitStatus::Cancelled : runStep(step);
+        const ExitStatus status = interrupted ? ExitStatus::Cancelled : step->run(m_loader, m_output);
         if (status != ExitStatus::Done)
             return status;
     }
     if (!m_loader.transport.letOut()) {
-        tell(QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
+        m_output.tell(
+            QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
         return ExitStatus::PortLost;
     }
     return ExitStatus::Done;
 }
 
 void Session::presetSlots() {
-    QString& iniPath = m_loader.state.IniPath;
-    if (m_options.iniPath.isEmpty()) {
-        iniPath = m_loader.paths().joined(m_facts.name + QStringLiteral(".INI"));
-    } else {
-        iniPath = QDir::toNativeSeparators(QFileInfo(m_options.iniPath).absoluteFilePath());
-        if (!FileExists(iniPath, true))
-            throw UsageError(
-                QStringLiteral("--ini %1: there is no such file, it cannot be read, or it is empty.")
-                    .arg(m_options.iniPath));
-    }
+    if (!m_options.program.iniPath.isEmpty() && !FileExists(m_ini.path, true))
+        throw UsageError(QStringLiteral("--ini %1: there is no such file, it cannot be read, or it is empty.")
+                             .arg(m_options.program.iniPath));
+    m_loader.state.IniPath = m_ini.path;
     m_loader.iniLoader.mnuLoadIni_Click();
     const QStringList remarks = m_loader.iniLoader.remarks();
     for (const QString& remark : remarks)
-        tell(iniPath + QStringLiteral(": ") + remark);
+        m_output.tell(m_ini.path + QStringLiteral(": ") + remark);
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const QString& value = m_options.slotValues[static_cast<std::size_t>(slot)];
         if (!value.isEmpty())
@@ -96,95 +73,6 @@ void Session::presetSlot(int slot, const QString& value) {
     if (!fault.isEmpty())
         throw UsageError(QStringLiteral("%1: %2").arg(slotOption(slot), fault));
     m_loader.iniLoader.applyFile(slot, QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath()), address);
-}
-
-bool Session::isSelected(int slot) const {
-    return m_loader.controls.chkExeURK[static_cast<std::size_t>(slot)].isTicked();
-}
-
-void Session::requireFile(int slot) {
-    if (isSelected(slot))
-        return;
-    const QString shown = m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text;
-    if (!shown.isEmpty())
-        throw UsageError(QStringLiteral("%1, which %2 names. Give the file with %3 or mend the INI file.")
-                             .arg(shown, m_loader.state.IniPath, slotOption(slot)));
-    const QString& iniPath = m_loader.state.IniPath;
-    throw UsageError(QStringLiteral("No image given: name one with %1 FILE[,ADDRESS]; %2.")
-                         .arg(slotOption(slot), FileExists(iniPath, true)
-                                                    ? iniPath + QStringLiteral(" names none")
-                                                    : QStringLiteral("there is no INI file ") + iniPath));
-}
-
-void Session::requireSizeThatFits(int slot) {
-    const auto i = static_cast<std::size_t>(slot);
-    const std::int64_t size = m_loader.controls.sizeInBytes(i).value_or(0);
-    if (size > std::numeric_limits<std::int32_t>::max())
-        throw UsageError(QStringLiteral("%1 (%2): %3 bytes are more than an image can have.")
-                             .arg(m_loader.controls.txtFilNam[i].Tag.value(), slotOption(slot))
-                             .arg(size));
-}
-
-/// What can be wrong before anything is sent is told before anything is sent.
-void Session::checkConfiguration() {
-    const std::vector<Step>& steps = m_options.steps;
-    for (int slot = 0; slot < kSlotCount; ++slot)
-        requireSizeThatFits(slot);
-    if (has(steps, Step::Load)) {
-        const bool named = !m_loader.controls.txtFilNam[kPrimaryBoot].Text.value().isEmpty();
-        if (named || !isSelected(kSecondaryExecutable))
-            requireFile(kPrimaryBoot);
-        if (!m_loader.controls.txtFilNam[kSecondaryExecutable].Text.value().isEmpty() ||
-            has(steps, Step::Start))
-            requireFile(kSecondaryExecutable);
-    }
-    if (has(steps, Step::Flash)) {
-        requireFile(kPgSibl);
-        requireFile(kFlashImage);
-    }
-    const bool checksLater = has(steps, Step::Load) || has(steps, Step::Check);
-    const bool checksFirst = steps.front() == Step::Load || steps.front() == Step::Check;
-    if (checksLater && !checksFirst && !m_loader.validation.ValidateAddresses())
-        throw UsageError(QStringLiteral("The addresses are wrong; nothing was sent."));
-}
-
-ExitStatus Session::runStep(Step step) {
-    switch (step) {
-    case Step::Load:
-        m_loader.bringUp.cmdStartPrimary_Click();
-        return operationStatus();
-    case Step::Start:
-        m_loader.bringUp.startWithoutTerminal();
-        return operationStatus();
-    case Step::Check:
-        return check();
-    case Step::Flash:
-        return flash();
-    }
-    return ExitStatus::InternalFailure;
-}
-
-ExitStatus Session::operationStatus() const {
-    return exitStatusOf(m_loader.operation.outcome());
-}
-
-ExitStatus Session::check() {
-    const bool valid = m_loader.validation.ValidateAddresses();
-    std::printf("%-7s%-12s%-12s\n", "index", "start", "size");
-    for (const AddressList::Row& row : m_loader.controls.lvwAdrs.rows()) {
-        const QString& name = m_loader.state.SlotNames.at(static_cast<std::size_t>(row.index.toInt()));
-        std::printf("%-7s%-12s%-12s%s\n", qPrintable(row.index), qPrintable(row.start), qPrintable(row.size),
-                    qPrintable(name));
-    }
-    std::fflush(stdout);
-    return valid ? ExitStatus::Done : ExitStatus::Usage;
-}
-
-ExitStatus Session::flash() {
-    m_loader.flash.cmdPrgFlash_Click();
-    if (m_loader.state.FlashStateUnknown)
-        tell(kFlashStateUnknownText);
-    return operationStatus();
 }
 
 void Session::interrupted(bool ended) {

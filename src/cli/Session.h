@@ -2,10 +2,12 @@
 
 #include "cli/ExitStatus.h"
 #include "cli/Options.h"
+#include "cli/Output.h"
+#include "cli/PowerOnNotice.h"
 #include "cli/ProgressLines.h"
-#include "cli/Terminal.h"
-#include "cli/WaitNotice.h"
+#include "cli/TerminalMessages.h"
 #include "loader/Loader.h"
+#include "loader/ThisProgram.h"
 #include "machine/InterruptSignal.h"
 #include "machine/MachinePorts.h"
 #include "machine/TerminalQuestion.h"
@@ -13,10 +15,11 @@
 
 namespace zrk {
 
-/// One run of the command line: a loader without a window, and the steps that it is put through.
+/// One run of the command line: a loader without a window, and the steps that it is put through, on one
+/// thread.
 class Session {
   public:
-    Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop);
+    Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output);
 
     /// Presets the slots, checks what can be checked before anything is sent, and carries out the steps
     /// up to the first that fails. Throws UsageError for a configuration that cannot work.
@@ -25,22 +28,16 @@ class Session {
   private:
     void presetSlots();
     void presetSlot(int slot, const QString& value);
-    void checkConfiguration();
-    void requireFile(int slot);
-    void requireSizeThatFits(int slot);
-    [[nodiscard]] bool isSelected(int slot) const;
-    [[nodiscard]] ExitStatus runStep(Step step);
-    [[nodiscard]] ExitStatus check();
-    [[nodiscard]] ExitStatus flash();
-    [[nodiscard]] ExitStatus operationStatus() const;
     void interrupted(bool ended);
 
     CliOptions m_options;
     ProgramFacts m_facts;
+    IniChoice m_ini;
+    Output& m_output;
     TerminalQuestion m_question;
     TerminalMessages m_messages;
     NoFileDialog m_fileDialog;
-    WaitNotice m_waitNotice;
+    PowerOnNotice m_powerOnNotice;
     InterruptSignal m_interrupt; // before the port, whose thread must not take the signals
     MachinePorts m_ports;
     Loader m_loader;

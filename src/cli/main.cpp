@@ -1,6 +1,6 @@
 #include "cli/Options.h"
 #include "cli/Session.h"
-#include "cli/Terminal.h"
+#include "cli/UsageError.h"
 #include "loader/ThisProgram.h"
 #include "machine/QtEventLoop.h"
 #include "machine/StandardStreams.h"
@@ -13,10 +13,10 @@
 namespace {
 
 /// A rack that keeps the console's text as its record must know when that is incomplete.
-zrk::ExitStatus unlessOutputWasLost(zrk::ExitStatus status) {
-    if (std::ferror(stdout) == 0)
+zrk::ExitStatus unlessOutputWasLost(zrk::ExitStatus status, zrk::Output& output) {
+    if (!output.wasLost())
         return status;
-    zrk::tell(QStringLiteral("Standard output could not be written; its text is incomplete."));
+    output.tell(QStringLiteral("Standard output could not be written; its text is incomplete."));
     return status == zrk::ExitStatus::Done ? zrk::ExitStatus::InternalFailure : status;
 }
 
@@ -29,8 +29,9 @@ int runProgram() {
         if (!options)
             return 0;
         zrk::QtEventLoop loop;
-        zrk::Session session(*options, facts, loop);
-        return static_cast<int>(unlessOutputWasLost(session.run()));
+        zrk::Output output;
+        zrk::Session session(*options, facts, loop, output);
+        return static_cast<int>(unlessOutputWasLost(session.run(), output));
     } catch (const zrk::UsageError& error) {
         std::fprintf(stderr, "zrk-loader-cli: %s\nTry 'zrk-loader-cli --help'.\n", error.what());
         return static_cast<int>(zrk::ExitStatus::Usage);

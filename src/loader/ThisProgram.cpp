@@ -1,5 +1,6 @@
 #include "loader/ThisProgram.h"
 
+#include "config/Paths.h"
 #include "loader/Version.h"
 
 #include <QCoreApplication>
@@ -16,6 +17,13 @@ ProgramFacts programFacts() {
     facts.minor = kVersionMinor;
     facts.revision = kVersionRevision;
     return facts;
+}
+
+IniChoice chooseIni(const QString& option, const ProgramFacts& facts) {
+    if (option.isEmpty())
+        return {Paths(facts.folder).joined(facts.name + QStringLiteral(".INI")), facts.folder};
+    const QFileInfo file(option);
+    return {QDir::toNativeSeparators(file.absoluteFilePath()), QDir::toNativeSeparators(file.absolutePath())};
 }
 
 QString versionText() {

@@ -8,6 +8,15 @@ namespace zrk {
 /// Needs the QCoreApplication.
 [[nodiscard]] ProgramFacts programFacts();
 
+/// Where the configuration file is, and where relative image paths and the file dialogs start.
+struct IniChoice {
+    QString path;
+    QString folder;
+};
+
+/// The file that an option names, which may be relative; with "" the one beside the program.
+[[nodiscard]] IniChoice chooseIni(const QString& option, const ProgramFacts& facts);
+
 /// The version as users write it, for example "0.7.34".
 [[nodiscard]] QString versionText();
 

@@ -16,10 +16,11 @@ TEST(AppOptions, DevicesAndTheIniFileAreTakenFromTheCommandLine) {
     EXPECT_EQ(none.options->iniPath, "");
 
     const zrk::AppCommandLine all =
-        read("zrk-loader --com 3=/dev/ttyUSB7 --com 8=/dev/x --port /dev/pts/4 --ini some/board.INI");
+        read("zrk-loader --com 3=/dev/ttyUSB7 --com 8=/dev/x --port /dev/pts/4 --ini some/board.INI --line-rate 0");
     ASSERT_TRUE(all.options);
     const zrk::PortNames::Overrides expected{{1, "/dev/pts/4"}, {3, "/dev/ttyUSB7"}, {8, "/dev/x"}};
     EXPECT_EQ(all.options->ports, expected);
+    EXPECT_EQ(all.options->lineRate, 0U);
     EXPECT_EQ(all.options->iniPath, QDir::currentPath() + "/some/board.INI");
     // A port that is named by another number.
     const zrk::AppCommandLine named = read("zrk-loader --com 3=/dev/ttyUSB7 --port COM3");

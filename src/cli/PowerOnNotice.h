@@ -8,11 +8,13 @@
 
 namespace zrk {
 
+class Output;
+
 /// The wait dialog where there is no window: prints the instruction and gives up after the limit.
-class WaitNotice final : public WaitDialogView {
+class PowerOnNotice final : public WaitDialogView {
   public:
     /// Without a limit the wait ends on the BootID or on a cancel only.
-    WaitNotice(EventLoop& loop, std::optional<std::chrono::milliseconds> limit);
+    PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit);
 
     void show(WaitDialog& dialog) override;
     void hide() override;
@@ -20,6 +22,7 @@ class WaitNotice final : public WaitDialogView {
   private:
     void giveUp();
 
+    Output& m_output;
     std::optional<std::chrono::milliseconds> m_limit;
     std::unique_ptr<Timer> m_timer;
     WaitDialog* m_dialog = nullptr; ///< the one being shown

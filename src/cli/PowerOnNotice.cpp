@@ -1,30 +1,30 @@
-#include "cli/WaitNotice.h"
+#include "cli/PowerOnNotice.h"
 
 #include "boot/WaitDialog.h"
-#include "cli/Terminal.h"
+#include "cli/Output.h"
 
 namespace zrk {
 
-WaitNotice::WaitNotice(EventLoop& loop, std::optional<std::chrono::milliseconds> limit)
-    : m_limit(limit), m_timer(loop.createTimer([this] { giveUp(); })) {}
+PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit)
+    : m_output(output), m_limit(limit), m_timer(loop.createTimer([this] { giveUp(); })) {}
 
-void WaitNotice::show(WaitDialog& dialog) {
+void PowerOnNotice::show(WaitDialog& dialog) {
     m_dialog = &dialog;
-    tell(dialog.lblMsg.Caption);
+    m_output.tell(dialog.lblMsg.Caption);
     if (m_limit)
         m_timer->start(*m_limit);
 }
 
-void WaitNotice::hide() {
+void PowerOnNotice::hide() {
     m_timer->stop();
     m_dialog = nullptr;
 }
 
-void WaitNotice::giveUp() {
+void PowerOnNotice::giveUp() {
     m_timer->stop();
     if (m_dialog == nullptr)
         return;
-    tell(
+    m_output.tell(
         QStringLiteral("No BootID within %1 s: giving up. Check that the board has power, the service jumper "
                        "is installed and the cable is on this port.")
             .arg(std::chrono::duration<double>(*m_limit).count()));

@@ -1,0 +1,27 @@
+#include "cli/TerminalMessages.h"
+
+#include "cli/Output.h"
+#include "machine/TerminalQuestion.h"
+
+namespace zrk {
+
+Answer TerminalMessages::show(const MessageBox& box) {
+    // The title "Error" says nothing that "Error communicating with COM1" does not.
+    const bool titled = !box.title.isEmpty() && !box.prompt.startsWith(box.title);
+    const QString text = titled ? box.title + QStringLiteral(": ") + box.prompt : box.prompt;
+    if (box.buttons == MessageButtons::Ok) {
+        m_output.tell(text);
+        return Answer::Ok;
+    }
+    if (!m_mayAsk || !m_question.isPossible()) {
+        m_output.tell(text + QStringLiteral(" Yes (nobody to ask)"));
+        return Answer::Yes;
+    }
+    m_output.ask(text);
+    m_asking = true;
+    const bool yes = m_question.askYesNo();
+    m_asking = false;
+    return yes ? Answer::Yes : Answer::No;
+}
+
+} // namespace zrk
