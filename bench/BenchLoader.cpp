@@ -1,6 +1,6 @@
 #include "BenchLoader.h"
 
-#include "BenchBoard.h"
+#include "board/launcher/BoardProcess.h"
 
 #include <QFile>
 #include <QProcess>
@@ -31,7 +31,7 @@ BenchLoader::BenchLoader(const QString& device, qsizetype secondarySize, qsizety
       m_ports(m_loop, zrk::PortNames({{1, device}}), {std::chrono::seconds(10), 1 << 20, lineRate}),
       m_loader(std::make_unique<zrk::Loader>(
           zrk::LoaderSurroundings{m_loop, m_ports, *m_silent, *m_silent, *m_silent}, m_folder.path())) {
-    QProcess::execute(siblingProgram(QStringLiteral("zrk-board")),
+    QProcess::execute(QString::fromStdString(zrkboard::siblingProgram("zrk-board")),
                       {QStringLiteral("--make-images"), m_folder.path()});
     m_loader->startUp.prepare({});
     const auto make = [this](const QString& name, qsizetype size) {

@@ -1,6 +1,6 @@
-#include "BenchBoard.h"
 #include "BenchLoader.h"
 #include "Benches.h"
+#include "board/launcher/BoardProcess.h"
 
 #include <QThread>
 
@@ -20,9 +20,9 @@ constexpr double kIdealSeconds = kImageSize / 11520.0;
 
 /// One board's bring-up on a thread of its own.
 struct Run {
-    Run() : board(QStringList()) {}
+    Run() : board({}) {}
 
-    BenchBoard board;
+    zrkboard::BoardProcess board;
     std::optional<TransferTimes> times;
     std::unique_ptr<QThread> thread;
 };
@@ -38,7 +38,7 @@ void benchBoards(int count) {
     for (const auto& run : runs) {
         run->thread.reset(QThread::create([&run = *run] {
             try {
-                BenchLoader loader(run.board.device(), kImageSize, 1);
+                BenchLoader loader(QString::fromStdString(run.board.device()), kImageSize, 1);
                 run.times = loader.bringUp();
             } catch (const std::exception& error) {
                 std::fprintf(stderr, "zrk-bench: %s\n", error.what());

@@ -1,6 +1,6 @@
-#include "BenchBoard.h"
 #include "BenchLoader.h"
 #include "Benches.h"
+#include "board/launcher/BoardProcess.h"
 
 #include <cstdio>
 
@@ -25,19 +25,19 @@ void printPaced(const char* what, const TransferTimes& times, qsizetype bytesOnL
 
 void benchPacedLine() {
     {
-        const BenchBoard board({});
-        BenchLoader loader(board.device(), kImageSize, kImageSize);
+        const zrkboard::BoardProcess board({});
+        BenchLoader loader(QString::fromStdString(board.device()), kImageSize, kImageSize);
         printPaced("bring-up, paced", loader.bringUp(), kImageSize);
     }
-    const BenchBoard board({});
-    BenchLoader loader(board.device(), kImageSize, kImageSize);
+    const zrkboard::BoardProcess board({});
+    BenchLoader loader(QString::fromStdString(board.device()), kImageSize, kImageSize);
     constexpr qsizetype kFrameBytes = 9;
     printPaced("flash data frame, paced", loader.programFlash(), kImageSize + kFrameBytes);
 }
 
 void benchUnpaced() {
-    const BenchBoard board({QStringLiteral("--unpaced")});
-    BenchLoader loader(board.device(), kUnpacedSize, 1, 0);
+    const zrkboard::BoardProcess board({"--unpaced"});
+    BenchLoader loader(QString::fromStdString(board.device()), kUnpacedSize, 1, 0);
     const TransferTimes times = loader.bringUp();
     const double megabytes = static_cast<double>(kUnpacedSize) / 1e6;
     std::printf("unpaced: %.0f bytes/s, processor %.3f s/MB\n", megabytes * 1e6 / times.lineSeconds(),

@@ -1,7 +1,8 @@
-#include "BenchBoard.h"
 #include "Benches.h"
+#include "board/launcher/BoardProcess.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -38,12 +39,12 @@ double peakMemoryMiB(qint64 pid) {
 /// The command line's "load" on a board, ended when the measurement is over.
 class LoadRun {
   public:
-    LoadRun(const BenchBoard& board, const QString& primary) {
+    LoadRun(const zrkboard::BoardProcess& board, const QString& primary) {
         m_process.setStandardErrorFile(QProcess::nullDevice());
         m_process.setStandardOutputFile(QProcess::nullDevice());
-        m_process.start(siblingProgram(QStringLiteral("zrk-loader-cli")),
-                        {QStringLiteral("--port"), board.device(), QStringLiteral("--primary"), primary,
-                         QStringLiteral("load")});
+        m_process.start(QString::fromStdString(zrkboard::siblingProgram("zrk-loader-cli")),
+                        {QStringLiteral("--port"), QString::fromStdString(board.device()),
+                         QStringLiteral("--primary"), primary, QStringLiteral("load")});
         if (!m_process.waitForStarted())
             throw std::runtime_error("zrk-loader-cli did not start");
     }
@@ -71,7 +72,7 @@ QString makeImage(const QTemporaryDir& folder, qsizetype size) {
 void benchIdleWait() {
     constexpr unsigned kSeconds = 10;
     const QTemporaryDir folder;
-    const BenchBoard board({QStringLiteral("--fault"), QStringLiteral("bootid=none")});
+    const zrkboard::BoardProcess board({"--fault", "bootid=none"});
     const LoadRun run(board, makeImage(folder, 1000));
     QThread::sleep(1);
     const double before = cpuSeconds(run.pid());
@@ -83,7 +84,7 @@ void benchIdleWait() {
 void benchMemory() {
     constexpr qsizetype kSize = qsizetype{64} << 20;
     const QTemporaryDir folder;
-    const BenchBoard board({QStringLiteral("--unpaced")});
+    const zrkboard::BoardProcess board({"--unpaced"});
     const LoadRun run(board, makeImage(folder, kSize));
     QThread::sleep(5);
     std::printf("sending a 64 MiB image: %.1f MiB above the file's size at the peak\n",

@@ -12,7 +12,7 @@ namespace {
 constexpr int kLimit = 60000; // ms; only a fault lasts that long
 
 QString program(const char* name) {
-    return QStringLiteral(ZRK_BIN "/") + QString::fromLatin1(name);
+    return QString::fromStdString(zrkboard::siblingProgram(name));
 }
 
 } // namespace
@@ -23,31 +23,13 @@ SampleImages::SampleImages() {
     EXPECT_EQ(status, 0);
 }
 
-BoardProcess::BoardProcess(const QStringList& options) {
-    m_process.start(program("zrk-board"), options);
-    while (!m_process.canReadLine() && m_process.waitForReadyRead(kLimit)) {
-    }
-    m_device = QString::fromLocal8Bit(m_process.readLine()).trimmed();
-    EXPECT_FALSE(m_device.isEmpty());
-}
-
-BoardProcess::~BoardProcess() {
-    stop();
-}
-
-void BoardProcess::stop() {
-    m_process.terminate();
-    if (!m_process.waitForFinished(kLimit))
-        m_process.kill();
-}
-
-bool BoardProcess::waitForLog(const QByteArray& text) {
-    m_process.setReadChannel(QProcess::StandardError);
-    do {
-        m_log += m_process.readAllStandardError();
-    } while (!m_log.contains(text) && m_process.waitForReadyRead(kLimit));
-    return m_log.contains(text);
-}
+BoardProcess::BoardProcess(const QStringList& options)
+    : zrkboard::BoardProcess([&options] {
+          std::vector<std::string> plain;
+          for (const QString& option : options)
+              plain.push_back(option.toStdString());
+          return plain;
+      }()) {}
 
 CliRun::CliRun(const QStringList& arguments, const Terminals& terminals) {
     m_process.setStandardInputFile(terminals.input.isEmpty() ? QProcess::nullDevice() : terminals.input);

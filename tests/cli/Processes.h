@@ -1,12 +1,12 @@
 #pragma once
 
+#include "board/launcher/BoardProcess.h"
+
 #include <QByteArray>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
-
-#include <memory>
 
 /// A folder with the simulated board's sample images and INI file.
 class SampleImages {
@@ -19,23 +19,10 @@ class SampleImages {
     QTemporaryDir m_folder;
 };
 
-/// A running simulated board; it ends with the object.
-class BoardProcess {
-  public:
+/// A running simulated board.
+struct BoardProcess : zrkboard::BoardProcess {
     explicit BoardProcess(const QStringList& options);
-    ~BoardProcess();
-    [[nodiscard]] const QString& device() const { return m_device; }
-
-    /// Asks the board to end, so that it writes its dumps, and waits for that.
-    void stop();
-
-    /// Reads what --verbose tells until the text has come. False when it does not.
-    [[nodiscard]] bool waitForLog(const QByteArray& text);
-
-  private:
-    QProcess m_process;
-    QString m_device;
-    QByteArray m_log;
+    [[nodiscard]] QString device() const { return QString::fromStdString(zrkboard::BoardProcess::device()); }
 };
 
 /// Terminals that a run gets for its standard streams; without one the input is none, the rest is collected.

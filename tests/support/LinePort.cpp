@@ -4,11 +4,12 @@
 
 #include <QStringList>
 
+#include <array>
+
 namespace zrktest {
 
 namespace {
 
-constexpr Duration kByteTime = std::chrono::nanoseconds(1'000'000'000 / 11'520);
 constexpr qsizetype kQueue = 512;
 constexpr qsizetype kDriverBuffer = 4096;
 
@@ -114,37 +115,31 @@ void LinePort::write(QByteArrayView bytes) {
         while (!m_lost && room() == 0) {
             if (stalled)
                 fail(zrk::FailureKind::PortLost, "The line takes no data.");
-            m_loop.skipTo(m_line.front().through);
+            m_loop.skipTo(*m_line.nextThrough());
             settle();
         }
         requireDevice();
         written += byte;
         writtenAt.push_back(m_loop.now());
-        if (paced)
-            enqueue(byte);
-        else
+        if (paced) {
+            m_line.push(std::array{static_cast<std::uint8_t>(byte)}, m_loop.now());
+            if (!m_next)
+                settle();
+        } else
             deliver(byte, m_loop.now());
     }
-}
-
-void LinePort::enqueue(char byte) {
-    const TimePoint begin = m_line.empty() ? m_loop.now() : std::max(m_loop.now(), m_line.back().through);
-    m_line.push_back({begin + kByteTime, byte});
-    if (!m_next)
-        m_next = m_loop.schedule(m_line.front().through, [this] { settle(); });
 }
 
 void LinePort::settle() {
     if (m_next)
         m_loop.cancel(*m_next);
     m_next.reset();
-    while (!stalled && !m_line.empty() && m_line.front().through <= m_loop.now()) {
-        const Queued first = m_line.front();
-        m_line.pop_front();
-        deliver(first.byte, first.through);
-    }
-    if (!stalled && !m_line.empty())
-        m_next = m_loop.schedule(m_line.front().through, [this] { settle(); });
+    if (stalled)
+        return;
+    for (const std::uint8_t byte : m_line.take(m_loop.now()))
+        deliver(static_cast<char>(byte), m_loop.now());
+    if (const auto next = m_line.nextThrough())
+        m_next = m_loop.schedule(*next, [this] { settle(); });
 }
 
 void LinePort::deliver(char byte, TimePoint when) {

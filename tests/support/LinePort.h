@@ -1,9 +1,9 @@
 #pragma once
 
+#include "board/PacedQueue.h"
 #include "platform/SerialPort.h"
 #include "support/VirtualEventLoop.h"
 
-#include <deque>
 #include <optional>
 #include <vector>
 
@@ -53,11 +53,6 @@ class LinePort : public zrk::SerialPorts {
     VirtualEventLoop& m_loop;
 
   private:
-    struct Queued {
-        TimePoint through;
-        char byte = 0;
-    };
-
     class Opened;
 
     void close();
@@ -65,14 +60,13 @@ class LinePort : public zrk::SerialPorts {
     [[nodiscard]] qsizetype room() const;
     void write(QByteArrayView bytes);
     void requireDevice() const;
-    void enqueue(char byte);
     void settle();
     void deliver(char byte, TimePoint when);
 
     bool m_open = false;
     bool m_lost = false;
     QByteArray m_received;
-    std::deque<Queued> m_line;
+    zrkboard::PacedQueue m_line{11'520};
     std::optional<VirtualEventLoop::Event> m_next;
 };
 
