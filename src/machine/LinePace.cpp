@@ -9,7 +9,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::nanoseconds kWorthAWakeUp = 5ms;
+constexpr std::chrono::nanoseconds kWorthAWakeUp = 20ms;
 constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 
 } // namespace

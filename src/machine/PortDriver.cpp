@@ -243,6 +243,9 @@ void PortDriver::waitForPace(LinePace::TimePoint due) {
         if (error)
             return;
         Lock lock(m_mutex);
+        // A program that was stopped while it waited for the clock finds the stall timer due as well, but
+        // the device has not been asked yet.
+        m_lastProgress = Clock::now();
         const auto bytes = m_queue.front();
         lock.unlock();
         sendFront(bytes);

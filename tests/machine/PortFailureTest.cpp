@@ -1,7 +1,10 @@
 #include "PortFixture.h"
 
+#include <csignal>
 #include <ctime>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 
 namespace zrk::test {
 namespace {
@@ -96,6 +99,24 @@ TEST_F(PortFailure, TheStallLimitBeginsWithTheSending) {
     port->write("x");
     ASSERT_TRUE(waitUntil([&] { return port->isLost(); }));
     EXPECT_GE(loop.now() - begin, kStall);
+}
+
+// Ctrl-Z during a transfer, and "fg": the clock went on, but the device has not been asked.
+TEST_F(PortFailure, StoppedProgramIsNoStall) {
+    port = opened({.stallLimit = 200ms, .lineRate = 1000});
+    const QByteArray bytes = pattern(900);
+    port->write(bytes);
+    const pid_t program = ::getpid();
+    const pid_t user = ::fork();
+    if (user == 0) {
+        ::kill(program, SIGSTOP);
+        ::usleep(500'000);
+        ::kill(program, SIGCONT);
+        ::_exit(0);
+    }
+    EXPECT_EQ(::waitpid(user, nullptr, 0), user);
+    EXPECT_EQ(line.receive(bytes.size()), bytes);
+    EXPECT_FALSE(port->isLost());
 }
 
 TEST_F(PortFailure, StoppedLineCountsAgainWithoutXonXoff) {
