@@ -45,7 +45,7 @@ WaitDialogWindow::WaitDialogWindow(QWidget* parent)
         if (m_dialog != nullptr)
             m_dialog->cmdOut_Click();
     });
-    connect(m_txtOut, &QLineEdit::textEdited, this, [this](const QString& text) {
+    connect(m_txtOut, &QLineEdit::textChanged, this, [this](const QString& text) {
         if (m_dialog != nullptr)
             m_dialog->txtOut.Text = text;
     });

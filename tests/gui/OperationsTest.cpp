@@ -1,5 +1,6 @@
 #include "gui/WindowBench.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QCloseEvent>
 #include <QLabel>
@@ -71,6 +72,9 @@ TEST_F(Operations, TheWaitDialogPulsesDtrAndItsDebugPairReachesTheBoard) {
         QTest::keyClicks(debug, QStringLiteral("4R!"));
         QTest::mouseClick(dialog.findChild<QWidget*>(QStringLiteral("cmdOut")), Qt::LeftButton);
         EXPECT_EQ(port.written, "4R!");
+        QAccessible::queryAccessibleInterface(debug)->setText(QAccessible::Value, QStringLiteral("5"));
+        QTest::mouseClick(dialog.findChild<QWidget*>(QStringLiteral("cmdOut")), Qt::LeftButton);
+        EXPECT_EQ(port.written, "4R!5");
         dialog.close();
     });
     EXPECT_TRUE(loader.state.DebugMode);
