@@ -4,7 +4,6 @@
 #include "app/ConsoleView.h"
 #include "app/LoaderWidgets.h"
 #include "loader/Loader.h"
-#include "platform/MessageBoxes.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QAction>
@@ -16,7 +15,7 @@ namespace {
 /// Connects a user's action with its handler.
 class Wiring {
   public:
-    Wiring(AddressBoxes& addresses, MessageBoxes& boxes) : m_addresses(addresses), m_boxes(boxes) {}
+    Wiring(AddressBoxes& addresses, Desk& desk) : m_addresses(addresses), m_desk(desk) {}
 
     void click(QPushButton* button, std::function<void()> handler) const {
         QObject::connect(button, &QPushButton::clicked, button, guarded(std::move(handler)));
@@ -28,7 +27,7 @@ class Wiring {
 
   private:
     [[nodiscard]] std::function<void()> guarded(std::function<void()> handler) const {
-        return [handler = std::move(handler), &addresses = m_addresses, &boxes = m_boxes] {
+        return [handler = std::move(handler), &addresses = m_addresses, &desk = m_desk] {
             addresses.commit();
             QString failure;
             try {
@@ -39,13 +38,12 @@ class Wiring {
                 failure = QString::fromLocal8Bit(caught.what());
             }
             if (!failure.isEmpty())
-                (void)boxes.show(
-                    {failure, MessageIcon::Exclamation, MessageButtons::Ok, QStringLiteral("Error")});
+                desk.tell(failure, MessageIcon::Exclamation, QStringLiteral("Error"));
         };
     }
 
     AddressBoxes& m_addresses;
-    MessageBoxes& m_boxes;
+    Desk& m_desk;
 };
 
 void wireConsole(ConsoleView* console, Loader& loader) {
@@ -62,9 +60,9 @@ void wireConsole(ConsoleView* console, Loader& loader) {
 
 } // namespace
 
-void wireActions(const LoaderWidgets& widgets, Loader& loader, AddressBoxes& addresses, MessageBoxes& boxes,
+void wireActions(const LoaderWidgets& widgets, Loader& loader, AddressBoxes& addresses,
                  const WindowActions& window) {
-    const Wiring wiring(addresses, boxes);
+    const Wiring wiring(addresses, loader);
     wiring.click(widgets.cmdPrgFlash, [&loader] { loader.flash.cmdPrgFlash_Click(); });
     wiring.click(widgets.cmdStartPrimary, [&loader] { loader.bringUp.cmdStartPrimary_Click(); });
     wiring.click(widgets.cmdStartSecondary, [&loader] { loader.bringUp.cmdStartSecondary_Click(); });

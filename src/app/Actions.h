@@ -7,7 +7,6 @@ class QWidget;
 namespace zrk {
 
 class AddressBoxes;
-class MessageBoxes;
 struct Loader;
 struct LoaderWidgets;
 
@@ -19,7 +18,7 @@ struct WindowActions {
 
 /// Leads every click, key and menu entry to its handler. Before each the address box that is being
 /// edited is entered, and what a handler lets out ends in a message box instead of the event loop.
-void wireActions(const LoaderWidgets& widgets, Loader& loader, AddressBoxes& addresses, MessageBoxes& boxes,
+void wireActions(const LoaderWidgets& widgets, Loader& loader, AddressBoxes& addresses,
                  const WindowActions& window);
 
 } // namespace zrk

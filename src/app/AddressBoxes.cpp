@@ -20,20 +20,30 @@ bool leavesForGood(const QFocusEvent& event) {
 
 AddressBoxes::AddressBoxes(const LoaderWidgets& widgets, AddressEntry& entry, QObject* parent)
     : QObject(parent), m_widgets(widgets), m_entry(entry) {
-    for (const SlotWidgets& row : widgets.slots)
-        row.txtStartAddress->installEventFilter(this);
+    for (std::size_t slot = 0; slot < widgets.slots.size(); ++slot) {
+        QLineEdit* box = widgets.slots[slot].txtStartAddress;
+        box->installEventFilter(this);
+        connect(box, &QLineEdit::textChanged, this, [this, slot] { m_isPending[slot] = true; });
+    }
 }
 
 void AddressBoxes::commit() {
-    const int slot = slotOf(QApplication::focusWidget());
-    if (slot >= 0)
-        m_entry.txtStartAddress_Validate(slot);
+    const int focused = slotOf(QApplication::focusWidget());
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        if (slot == focused || m_isPending[static_cast<std::size_t>(slot)])
+            enter(slot);
+    }
+}
+
+void AddressBoxes::enter(int slot) {
+    m_entry.txtStartAddress_Validate(slot);
+    m_isPending[static_cast<std::size_t>(slot)] = false;
 }
 
 bool AddressBoxes::eventFilter(QObject* watched, QEvent* event) {
     const int slot = slotOf(watched);
     if (slot >= 0 && event->type() == QEvent::FocusOut && leavesForGood(*static_cast<QFocusEvent*>(event)))
-        m_entry.txtStartAddress_Validate(slot);
+        enter(slot);
     if (slot >= 0 && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter)

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "controls/SlotTable.h"
+
 #include <QObject>
+
+#include <array>
 
 namespace zrk {
 
@@ -15,18 +19,21 @@ class AddressBoxes : public QObject {
   public:
     AddressBoxes(const LoaderWidgets& widgets, AddressEntry& entry, QObject* parent);
 
-    /// Runs the rule for the box that has the focus. Access keys and menu entries act without taking the
-    /// focus away, yet must see the entered address.
+    /// Runs the rule for the box that has the focus and for those whose text is still as it was put in.
+    /// Access keys and menu entries act without taking the focus away, and an assistive tool sets a text
+    /// without giving it, yet every action must see the entered address.
     void commit();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void enter(int slot);
     [[nodiscard]] int slotOf(const QObject* box) const;
 
     const LoaderWidgets& m_widgets;
     AddressEntry& m_entry;
+    std::array<bool, kSlotCount> m_isPending{}; ///< by slot: put in and not entered yet
 };
 
 } // namespace zrk

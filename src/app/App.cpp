@@ -1,42 +1,39 @@
 #include "app/App.h"
 
 #include "app/FirstExposure.h"
-#include "loader/ThisProgram.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <QEventLoop>
 #include <QScreen>
 
+#include <utility>
+
 namespace zrk {
-namespace {
-
-/// Where relative image paths and the file dialogs start: the INI file's folder, else the program's.
-QString imageFolder(const QString& iniPath) {
-    if (iniPath.isEmpty())
-        return programFacts().folder;
-    return QDir::toNativeSeparators(QFileInfo(iniPath).absolutePath());
-}
-
-} // namespace
 
 App::App(const AppOptions& options)
-    : m_iniPath(QDir::toNativeSeparators(options.iniPath)), m_bringsUp(options.bringUp),
-      m_ports(m_loop, PortNames(options.ports), {.lineRate = options.lineRate}),
+    : m_ini(chooseIni(options.iniPath, programFacts())), m_portNumber(options.portNumber),
+      m_bringsUp(options.bringUp), m_ports(m_loop, PortNames(options.ports), {.lineRate = options.lineRate}),
       m_boxes([this] { return topWindow(); }), m_fileDialog([this] { return &m_window; }),
-      m_registry(createRegistry()), m_systemInfo(*m_registry, m_starter, m_boxes),
       m_waitDialog([this] { return &m_window; }),
-      m_loader({m_loop, m_ports, m_boxes, m_fileDialog, m_waitDialog}, imageFolder(options.iniPath)),
-      m_window(m_loader, m_boxes, [this] { showAbout(); }) {}
+      m_loader({m_loop, m_ports, m_boxes, m_fileDialog, m_waitDialog}, m_ini.folder),
+      m_registry(createRegistry()), m_systemInfo(*m_registry, m_starter, m_loader),
+      m_window(m_loader, [this] { showAbout(); }) {}
 
 void App::start() {
+    m_loader.startUp.Form_Load(programFacts(), m_ini.path);
+    m_loader.controls.cmbComPort.ListIndex = m_portNumber - 1;
+    showWindow();
+    if (m_bringsUp)
+        bringUp();
+}
+
+void App::showWindow() {
+    if (std::exchange(m_isShown, true))
+        return;
     m_window.show();
-    // A message box that start-up brings is centred on the window, wherever that is.
-    onceOnScreen(m_window, [this] {
-        m_window.fitInto(m_window.screen()->availableGeometry());
-        m_loader.startUp.Form_Load(programFacts(), m_loader.paths(), m_iniPath);
-        if (m_bringsUp)
-            bringUp();
-    });
+    QEventLoop untilOnScreen;
+    onceOnScreen(m_window, [&untilOnScreen] { untilOnScreen.quit(); });
+    untilOnScreen.exec(QEventLoop::ExcludeUserInputEvents);
+    m_window.fitInto(m_window.screen()->availableGeometry());
 }
 
 void App::bringUp() {
@@ -47,6 +44,7 @@ void App::bringUp() {
 }
 
 QWidget* App::topWindow() {
+    showWindow();
     if (QWidget* waiting = m_waitDialog.openWindow())
         return waiting;
     return m_about.isNull() ? static_cast<QWidget*>(&m_window) : m_about.data();

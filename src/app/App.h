@@ -8,6 +8,7 @@
 #include "app/WindowFileDialog.h"
 #include "app/WindowMessageBoxes.h"
 #include "loader/Loader.h"
+#include "loader/ThisProgram.h"
 #include "machine/DetachedStarter.h"
 #include "machine/MachinePorts.h"
 #include "machine/QtEventLoop.h"
@@ -24,27 +25,33 @@ class App {
   public:
     explicit App(const AppOptions& options);
 
-    /// Shows the window; what start-up has to tell follows on top of it.
+    /// Starts up, then shows the window, which is complete from its first frame on. A message box of
+    /// start-up lets the window come up first, to be centred on it. Yields, so the event loop must be
+    /// running.
     void start();
 
   private:
     /// The window that a message box belongs to: the wait dialog or the About box while it is open.
     [[nodiscard]] QWidget* topWindow();
     void showAbout();
+    /// Shows the window, the first time, and returns when it has its place on the screen.
+    void showWindow();
     void bringUp();
 
-    QString m_iniPath;
+    IniChoice m_ini;
+    int m_portNumber;
     bool m_bringsUp;
     QtEventLoop m_loop;
     MachinePorts m_ports;
     WindowMessageBoxes m_boxes;
     WindowFileDialog m_fileDialog;
+    WindowWaitDialog m_waitDialog;
+    Loader m_loader;
     std::unique_ptr<Registry> m_registry;
     DetachedStarter m_starter;
     SystemInfo m_systemInfo;
-    WindowWaitDialog m_waitDialog;
-    Loader m_loader;
     MainWindow m_window;
+    bool m_isShown = false;
     QPointer<QWidget> m_about; ///< while it is open
 };
 

@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSignalBlocker>
 
 namespace zrk {
 
@@ -41,37 +42,56 @@ void Binder::enabled(QProperty<bool>& value, QAction* action, WhileBusy whileBus
 
 void Binder::checkBox(CheckBox& value, QCheckBox* box) {
     caption(value.Caption, box);
-    const auto show = [&value, box] { box->setChecked(value.isTicked()); };
+    const auto show = [&value, box] {
+        const QSignalBlocker notAnInput(box);
+        box->setChecked(value.isTicked());
+    };
     follow(value.Value, show);
     // A rule may take the new value back at once, so the box shows afterwards what has come of it.
-    QObject::connect(box, &QCheckBox::clicked, box, [&value, show](bool checked) {
+    QObject::connect(box, &QCheckBox::toggled, box, [&value, show](bool checked) {
         value.Value = checked ? 1 : 0;
         show();
     });
 }
 
 void Binder::textBox(TextBox& value, QLineEdit* edit) {
-    follow(value.Text, [&value, edit] {
+    const auto show = [&value, edit] {
         if (edit->text() == value.Text.value())
             return; // it comes from the box itself, whose caret stays where it is
+        const QSignalBlocker notAnInput(edit);
         edit->setText(value.Text);
         edit->setCursorPosition(0);
-    });
+    };
+    follow(value.Text, show);
     follow(value.ToolTipText, [&value, edit] { edit->setToolTip(value.ToolTipText); });
-    QObject::connect(edit, &QLineEdit::textEdited, edit,
-                     [&value](const QString& text) { value.Text = text; });
+    QObject::connect(edit, &QLineEdit::textChanged, edit, [&value, edit, show](const QString& text) {
+        if (edit->isReadOnly())
+            show();
+        else
+            value.Text = text;
+    });
 }
 
 void Binder::comboBox(ComboBox& value, PortList* list) {
-    follow(value.List, [&value, list] {
+    const auto select = [&value, list] {
+        const QSignalBlocker notAnInput(list);
+        list->setCurrentIndex(value.ListIndex);
+    };
+    follow(value.List, [&value, list, select] {
+        const QSignalBlocker notAnInput(list);
         list->clear();
         for (const ListEntry& entry : value.List.value())
             list->addItem(entry.text, entry.itemData);
-        list->setCurrentIndex(value.ListIndex);
+        select();
     });
-    follow(value.ListIndex, [&value, list] { list->setCurrentIndex(value.ListIndex); });
+    follow(value.ListIndex, select);
     enabled(value.Enabled, list, WhileBusy::AsItIs);
-    QObject::connect(list, &PortList::activated, list, [&value](int index) { value.ListIndex = index; });
+    QObject::connect(list, &PortList::currentIndexChanged, list, [&value, select](int index) {
+        if (value.Enabled)
+            value.ListIndex = index;
+        else
+            select();
+    });
 }
 
 } // namespace zrk

@@ -24,8 +24,10 @@ struct ComboBox;
 struct TextBox;
 
 /// Ties widgets to control values for as long as it lives: the widget shows the value from the start and
-/// after every change, and what the user enters goes into the value. The values and the widgets must
-/// outlive it; a widget's own signals stop with the widget.
+/// after every change, and what is entered goes into the value, by keyboard and mouse or by an assistive
+/// tool; a widget that takes no input goes back to its value. A widget's signal of a change therefore stands
+/// for an input: it is silent while the value is being shown. The values and the widgets must outlive the
+/// binder; a widget's own signals stop with the widget.
 class Binder {
   public:
     /// `busy` is True while controls bound with greyWhileBusy take no input, whatever their own value.

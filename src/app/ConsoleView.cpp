@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 namespace zrk {
@@ -75,9 +76,15 @@ ConsoleView::ConsoleView(QWidget* parent) : QPlainTextEdit(parent) {
     setTabStopDistance(kTabColumns * QFontMetricsF(font()).horizontalAdvance(QLatin1Char(' ')));
     setAcceptDrops(false);
     setCenterOnScroll(false);
+    // Read-only holds for keys and mouse; an assistive tool writes into the document all the same.
+    connect(document(), &QTextDocument::contentsChanged, this, [this] {
+        if (!m_isFollowing)
+            Q_EMIT overwritten();
+    });
 }
 
 void ConsoleView::follow(const QString& text, qsizetype removed, qsizetype added) {
+    const QScopedValueRollback following(m_isFollowing, true);
     const ConsoleDisplay::Edit edit = m_display.follow(text, removed, added);
     QTextCursor end(document());
     if (edit.removesAll)

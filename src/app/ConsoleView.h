@@ -32,6 +32,8 @@ class ConsoleView : public QPlainTextEdit {
     /// A character for the board, code 0 to 255.
     void typed(int character);
     void pasted(const QString& text);
+    /// Something else wrote into the text shown, which is to be shown anew.
+    void overwritten();
 
   protected:
     bool event(QEvent* event) override;
@@ -48,6 +50,7 @@ class ConsoleView : public QPlainTextEdit {
     [[nodiscard]] bool keysGoToBoard() const { return m_keysGoToBoard && m_keysGoToBoard(); }
 
     ConsoleDisplay m_display;
+    bool m_isFollowing = false;
     std::function<bool()> m_keysGoToBoard;
 };
 

@@ -22,6 +22,7 @@ constexpr int kConsoleLines = 16;
 QLabel* makeHeader(QWidget* parent) {
     auto* header = named(new QLabel(parent), QStringLiteral("lblHeader"));
     QFont font = header->font();
+    font.setFamilies({QStringLiteral("MS Sans Serif"), font.family()});
     font.setBold(true);
     font.setPointSizeF(std::max(kHeaderPoints, 1.2 * font.pointSizeF()));
     header->setFont(font);

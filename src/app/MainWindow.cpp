@@ -46,7 +46,7 @@ class Twips {
 
 } // namespace
 
-MainWindow::MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()> showAbout)
+MainWindow::MainWindow(Loader& loader, std::function<void()> showAbout)
     : m_loader(loader), m_panel(new LoaderPanel(m_widgets, this)), m_binder(loader.state.OperationActive) {
     setObjectName(QStringLiteral("frmLoader"));
     setWindowTitle(applicationTitle());
@@ -58,7 +58,7 @@ MainWindow::MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()
     setTabOrders(m_widgets);
 
     auto* addresses = new AddressBoxes(m_widgets, loader.addresses, this);
-    wireActions(m_widgets, loader, *addresses, boxes, {[this] { close(); }, std::move(showAbout)});
+    wireActions(m_widgets, loader, *addresses, {[this] { close(); }, std::move(showAbout)});
     new SlotDrop(
         m_widgets, [&loader] { return !loader.state.OperationActive; },
         [&loader](int slot, const QString& path) { loader.imageSlots.fill(slot, path); }, this);

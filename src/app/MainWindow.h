@@ -10,7 +10,6 @@
 namespace zrk {
 
 class LoaderPanel;
-class MessageBoxes;
 struct Loader;
 
 /// `frmLoader`: builds the widgets, binds them to the loader's controls and leads what the user does to
@@ -19,8 +18,8 @@ class MainWindow final : public QMainWindow {
     Q_OBJECT
 
   public:
-    /// The loader and the boxes must outlive the window; `showAbout` opens the About box.
-    MainWindow(Loader& loader, MessageBoxes& boxes, std::function<void()> showAbout);
+    /// The loader must outlive the window; `showAbout` opens the About box.
+    MainWindow(Loader& loader, std::function<void()> showAbout);
     ~MainWindow() override;
 
     /// Makes the window, once it is shown, fit into `available` with its frame. Where the controls alone do

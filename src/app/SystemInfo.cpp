@@ -1,7 +1,7 @@
 #include "app/SystemInfo.h"
 
 #include "config/Paths.h"
-#include "platform/MessageBoxes.h"
+#include "controls/Desk.h"
 #include "platform/ProgramStarter.h"
 #include "platform/Registry.h"
 
@@ -21,8 +21,8 @@ void SystemInfo::StartSysInfo() {
     const QString program = programPath();
     if (!program.isEmpty() && m_starter.start(program))
         return;
-    (void)m_boxes.show({QStringLiteral("System Information Is Unavailable At This Time"),
-                        MessageIcon::Information, MessageButtons::Ok, QString()});
+    m_desk.tell(QStringLiteral("System Information Is Unavailable At This Time"), MessageIcon::Information,
+                QString());
 }
 
 QString SystemInfo::programPath() const {

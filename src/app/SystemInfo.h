@@ -6,15 +6,15 @@
 
 namespace zrk {
 
-class MessageBoxes;
 class ProgramStarter;
 class Registry;
+struct Desk;
 
 /// Finds and starts the System Information program of the desktop.
 class SystemInfo {
   public:
-    SystemInfo(const Registry& registry, ProgramStarter& starter, MessageBoxes& boxes)
-        : m_registry(registry), m_starter(starter), m_boxes(boxes) {}
+    SystemInfo(const Registry& registry, ProgramStarter& starter, Desk& desk)
+        : m_registry(registry), m_starter(starter), m_desk(desk) {}
 
     /// Starts it without waiting for it; a message box tells when that is not possible.
     void StartSysInfo();
@@ -30,7 +30,7 @@ class SystemInfo {
 
     const Registry& m_registry;
     ProgramStarter& m_starter;
-    MessageBoxes& m_boxes;
+    Desk& m_desk;
 };
 
 } // namespace zrk

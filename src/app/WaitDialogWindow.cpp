@@ -23,7 +23,6 @@ WaitDialogWindow::WaitDialogWindow(QWidget* parent)
     m_cancelButton->setDefault(true);
     auto* debug = new Disclosure(QStringLiteral("Debug"), this);
     m_cmdOut = named(new QPushButton(debug), QStringLiteral("cmdOut"));
-    m_cmdOut->setAutoDefault(false);
     m_txtOut = named(new QLineEdit(debug), QStringLiteral("txtOut"));
     m_txtOut->setAccessibleName(QStringLiteral("Debug string"));
     debug->addWidget(m_cmdOut);
@@ -45,7 +44,8 @@ WaitDialogWindow::WaitDialogWindow(QWidget* parent)
         if (m_dialog != nullptr)
             m_dialog->cmdOut_Click();
     });
-    connect(m_txtOut, &QLineEdit::textEdited, this, [this](const QString& text) {
+    connect(m_txtOut, &QLineEdit::returnPressed, m_cmdOut, &QPushButton::click);
+    connect(m_txtOut, &QLineEdit::textChanged, this, [this](const QString& text) {
         if (m_dialog != nullptr)
             m_dialog->txtOut.Text = text;
     });
@@ -89,7 +89,10 @@ void WaitDialogWindow::keyPressEvent(QKeyEvent* event) {
     // Keys that a control has seen were told already, on their way to it.
     if (focusWidget() == nullptr)
         keyDown(*event);
-    QDialog::keyPressEvent(event);
+    // What the debug box makes of Enter must not go on to the default button, which cancels.
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter || focusWidget() != m_txtOut)
+        QDialog::keyPressEvent(event);
 }
 
 void WaitDialogWindow::keyDown(const QKeyEvent& event) {

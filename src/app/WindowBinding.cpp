@@ -97,6 +97,9 @@ void bindMenus(Binder& binder, const LoaderWidgets& widgets, Controls& controls)
 
 void bindConsole(ConsoleView* view, ConsoleText& console) {
     view->follow(console.text(), 0, console.text().size());
+    QObject::connect(view, &ConsoleView::overwritten, view, [view, &console] {
+        view->follow(console.text(), console.text().size(), console.text().size());
+    });
     console.onEdit([view, &console](qsizetype removed, const QString& inserted) {
         view->follow(console.text(), removed, inserted.size());
     });

@@ -49,6 +49,7 @@ int main(int argc, char** argv) {
     if (!commandLine.options)
         return print(commandLine);
     zrk::App app(*commandLine.options);
-    app.start();
+    QMetaObject::invokeMethod(
+        &application, [&app] { app.start(); }, Qt::QueuedConnection);
     return QApplication::exec();
 }

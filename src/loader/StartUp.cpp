@@ -29,9 +29,9 @@ void StartUp::prepare(const ProgramFacts& facts) {
     m_link.controls.pgbDownload.Value = 0.0;
 }
 
-void StartUp::Form_Load(const ProgramFacts& facts, const Paths& paths, const QString& iniPath) {
+void StartUp::Form_Load(const ProgramFacts& facts, const QString& iniPath) {
     prepare(facts);
-    m_link.state.IniPath = iniPath.isEmpty() ? paths.joined(facts.name + QStringLiteral(".INI")) : iniPath;
+    m_link.state.IniPath = iniPath;
     if (FileExists(m_link.state.IniPath, true)) {
         m_iniLoader.mnuLoadIni_Click();
         return;

@@ -6,7 +6,6 @@
 namespace zrk {
 
 class IniLoader;
-class Paths;
 
 /// What the program prepares before its window is first shown.
 class StartUp {
@@ -17,9 +16,9 @@ class StartUp {
     /// slot names, header, buttons.
     void prepare(const ProgramFacts& facts);
 
-    /// prepare(), then presets the slots from the INI file: `iniPath`, or when that is empty the one beside
-    /// the program. A message box tells when there is none. Run once.
-    void Form_Load(const ProgramFacts& facts, const Paths& paths, const QString& iniPath = {});
+    /// prepare(), then presets the slots from the INI file at `iniPath`. A message box tells when there is
+    /// none. Run once.
+    void Form_Load(const ProgramFacts& facts, const QString& iniPath);
 
   private:
     void fillPortList();

@@ -14,9 +14,7 @@ class Key {
     Key(std::uint32_t rootKey, const QString& path) {
         const auto root = reinterpret_cast<HKEY>(static_cast<ULONG_PTR>(static_cast<LONG>(rootKey)));
         const QByteArray name = path.toLocal8Bit();
-        // Only administrators get full access; reading is all that is needed.
-        if (RegOpenKeyExA(root, name.constData(), 0, kAllAccess, &m_key) != ERROR_SUCCESS &&
-            RegOpenKeyExA(root, name.constData(), 0, KEY_READ, &m_key) != ERROR_SUCCESS)
+        if (RegOpenKeyExA(root, name.constData(), 0, kAllAccess, &m_key) != ERROR_SUCCESS)
             m_key = nullptr;
     }
     ~Key() {

@@ -18,10 +18,12 @@ using namespace zrktest;
 
 struct FakeRegistry final : zrk::Registry {
     std::map<QString, zrk::RegistryValue> values; ///< by "root key\\value", the root in hexadecimal
+    mutable QStringList asked;
 
     [[nodiscard]] std::optional<zrk::RegistryValue> query(std::uint32_t root, const QString& key,
                                                           const QString& value) const override {
-        const auto found = values.find(QStringLiteral("%1 %2\\%3").arg(root, 0, 16).arg(key, value));
+        asked += QStringLiteral("%1 %2\\%3").arg(root, 0, 16).arg(key, value);
+        const auto found = values.find(asked.last());
         return found == values.end() ? std::nullopt : std::optional(found->second);
     }
 };
@@ -43,14 +45,19 @@ class About : public ::testing::Test {
   protected:
     FakeRegistry registry;
     FakeStarter starter;
+    VirtualEventLoop loop;
     RecordingBoxes boxes;
-    zrk::SystemInfo info{registry, starter, boxes};
+    FakeFileDialog fileDialog;
+    zrk::Desk desk{loop, boxes, fileDialog};
+    zrk::SystemInfo info{registry, starter, desk};
     const QString unavailable = QStringLiteral("[] i System Information Is Unavailable At This Time");
 };
 
 TEST_F(About, SystemInformationIsStartedFromWhereTheRegistrySays) {
     info.StartSysInfo();
     EXPECT_EQ(boxes.shown, QStringList{unavailable}) << "no entry";
+    EXPECT_EQ(desk.state.MessageText, "System Information Is Unavailable At This Time");
+    EXPECT_EQ(registry.asked, QStringList({kPath, kFolder})) << "each once";
     // A folder counts only when the program is in it; on this system the file is one with that odd name.
     QTemporaryDir folder;
     registry.values[kFolder] = {1, folder.path().toLocal8Bit() + '\0'};

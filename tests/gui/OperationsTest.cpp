@@ -1,5 +1,6 @@
 #include "gui/WindowBench.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QCloseEvent>
 #include <QLabel>
@@ -71,6 +72,16 @@ TEST_F(Operations, TheWaitDialogPulsesDtrAndItsDebugPairReachesTheBoard) {
         QTest::keyClicks(debug, QStringLiteral("4R!"));
         QTest::mouseClick(dialog.findChild<QWidget*>(QStringLiteral("cmdOut")), Qt::LeftButton);
         EXPECT_EQ(port.written, "4R!");
+        QAccessible::queryAccessibleInterface(debug)->setText(QAccessible::Value, QStringLiteral("5"));
+        QTest::mouseClick(dialog.findChild<QWidget*>(QStringLiteral("cmdOut")), Qt::LeftButton);
+        EXPECT_EQ(port.written, "4R!5");
+        for (QWidget* focus : {static_cast<QWidget*>(debug), dialog.findChild<QWidget*>("cmdOut")}) {
+            focus->setFocus();
+            QTest::keyClick(focus, Qt::Key_Return);
+            QTest::keyClick(focus, Qt::Key_Enter, Qt::KeypadModifier);
+        }
+        EXPECT_EQ(port.written, "4R!55555");
+        EXPECT_FALSE(loader.state.CancelRequested) << "Enter sends, it does not cancel";
         dialog.close();
     });
     EXPECT_TRUE(loader.state.DebugMode);
@@ -131,6 +142,13 @@ TEST_F(Operations, EveryButtonAndEntryReachesItsHandler) {
     EXPECT_TRUE(boxes.shown[0].contains("Error communicating with COM1"));
     find<QAction>(QStringLiteral("mnuWriteIni"))->trigger();
     EXPECT_TRUE(boxes.shown[1].startsWith("[Not yet implemented]"));
+    // What a handler lets out does not end the program.
+    boxes.user = [](int n) {
+        return n == 3 ? throw zrk::RuntimeFailure(zrk::FailureKind::File, "No such thing.") : zrk::Answer::Ok;
+    };
+    find<QAction>(QStringLiteral("mnuWriteIni"))->trigger();
+    EXPECT_EQ(boxes.shown.mid(3).join('|'), "[Error] ! No such thing.");
+    EXPECT_EQ(loader.state.MessageText, "No such thing.");
     find<QAction>(QStringLiteral("mnuAbout"))->trigger();
     EXPECT_EQ(aboutShown, 1);
 }

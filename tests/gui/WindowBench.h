@@ -40,7 +40,7 @@ struct WindowBench {
     QTemporaryDir folder;
     int aboutShown = 0;
     zrk::Loader loader{{loop, port, boxes, fileDialog, waitDialog}, folder.path()};
-    zrk::MainWindow window{loader, boxes, [this] { ++aboutShown; }};
+    zrk::MainWindow window{loader, [this] { ++aboutShown; }};
 };
 
 class WindowTest : public ::testing::Test, protected WindowBench {};

@@ -94,6 +94,8 @@ TEST_F(Window, HasEveryControlWithItsDesignedCaption) {
         EXPECT_EQ(captionOf(QString::fromLatin1(name)), caption) << name;
     EXPECT_EQ(find<QMenu>(QStringLiteral("mnuFile"))->title(), " &File");
     EXPECT_FALSE(isLive(QStringLiteral("mnuExecScript")));
+    const QFont header = find<QLabel>(QStringLiteral("lblHeader"))->font();
+    EXPECT_TRUE(header.bold() && header.families().first() == QLatin1String("MS Sans Serif"));
 
     const auto* ports = find<QComboBox>(QStringLiteral("cmbComPort"));
     EXPECT_EQ(ports->count(), 8);

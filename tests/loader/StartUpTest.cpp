@@ -1,3 +1,4 @@
+#include "loader/ThisProgram.h"
 #include "support/Bench.h"
 
 namespace {
@@ -12,7 +13,8 @@ class StartUpTest : public ScriptedTest {
                         bench.folder.path());
         started->controls.txtStatus.append("old");
         started->state.CancelRequested = true;
-        started->startUp.Form_Load({bench.folder.path(), "loader", 0, 7, 34}, started->paths());
+        const zrk::ProgramFacts facts{bench.folder.path(), "loader", 0, 7, 34};
+        started->startUp.Form_Load(facts, zrk::chooseIni({}, facts).path);
     }
 
     std::optional<zrk::Loader> started;
