@@ -23,9 +23,13 @@ std::size_t LinePace::allowance(TimePoint now) const {
     return lead > underWay ? lead - underWay : 0;
 }
 
-void LinePace::sent(std::size_t count, TimePoint now) {
-    if (m_rate != 0)
-        m_lineFree = std::max(m_lineFree, now) + timeOf(count);
+void LinePace::sent(std::size_t count, TimePoint asked, TimePoint now) {
+    if (m_rate == 0)
+        return;
+    const std::chrono::nanoseconds underWay = ahead(asked);
+    if (now - asked >= underWay)
+        m_lineFree = now + underWay;
+    m_lineFree += timeOf(count);
 }
 
 LinePace::TimePoint LinePace::nextAllowance(TimePoint now) const {

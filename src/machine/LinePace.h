@@ -13,7 +13,8 @@ class LinePace {
   public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    static constexpr std::chrono::milliseconds kLead{350};
+    /// Together with the transmit queue it keeps the last byte within 0.4 s of its hand-over.
+    static constexpr std::chrono::milliseconds kLead{340};
 
     /// In bytes a second; 0 is no pacing at all.
     explicit LinePace(std::uint32_t bytesPerSecond) : m_rate(bytesPerSecond) {}
@@ -21,8 +22,9 @@ class LinePace {
     /// Bytes that may be handed on now.
     [[nodiscard]] std::size_t allowance(TimePoint now) const;
 
-    /// So many bytes have been handed on.
-    void sent(std::size_t count, TimePoint now);
+    /// The device, asked at one time, has taken so many bytes now. If it let us wait for longer than the line
+    /// had bytes for, the line stood still, and what was on its way then still is.
+    void sent(std::size_t count, TimePoint asked, TimePoint now);
 
     /// When the next bytes are worth a wake-up: some milliseconds' worth of the line may be handed on then.
     [[nodiscard]] TimePoint nextAllowance(TimePoint now) const;

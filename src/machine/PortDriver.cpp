@@ -232,6 +232,7 @@ void PortDriver::sendFront(std::span<const char> bytes) {
     // Some milliseconds' worth at a time, unless there is no more.
     if (allowed < bytes.size() && m_pace.nextAllowance(now) > now)
         return waitForPace(m_pace.nextAllowance(now));
+    m_askedAt = now;
     m_native.stream().async_write_some(
         asio::buffer(bytes.data(), allowed),
         [this](const ErrorCode& error, std::size_t count) { onSent(error, count); });
@@ -260,7 +261,7 @@ void PortDriver::onSent(const ErrorCode& error, std::size_t count) {
         return;
     m_queue.sent(count);
     const auto now = Clock::now();
-    m_pace.sent(count, now);
+    m_pace.sent(count, m_askedAt, now);
     if (count > 0)
         m_lastProgress = now;
     const auto next = m_queue.front();

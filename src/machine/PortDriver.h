@@ -88,6 +88,7 @@ class PortDriver final : public SerialPort {
     boost::asio::steady_timer m_stallTimer{m_io};
     boost::asio::steady_timer m_paceTimer{m_io};
     bool m_watchingForStall = false;
+    Clock::time_point m_askedAt; ///< when the device got the bytes that it is taking
     std::array<char, 4096> m_chunk{};
 
     mutable std::mutex m_mutex;

@@ -11,12 +11,12 @@ using namespace std::chrono_literals;
 using TimePoint = LinePace::TimePoint;
 
 constexpr std::uint32_t kRate = 11'520;
-constexpr std::size_t kLead = 4'032; // 0.35 s of the line
+constexpr std::size_t kLead = 3'916; // 0.34 s of the line
 
 /// Hands on all that is allowed.
 std::size_t handOn(LinePace& pace, TimePoint now) {
     const std::size_t count = pace.allowance(now);
-    pace.sent(count, now);
+    pace.sent(count, now, now);
     return count;
 }
 
@@ -44,12 +44,14 @@ TEST(LinePace, AHiccupUpToTheLeadIsCaughtUpAndALongerOneSavesNothingUp) {
     EXPECT_EQ(pace.onLine(now), kLead);
     EXPECT_EQ(handOn(pace, now += 10min), kLead) << "after idleness no more than the lead";
     EXPECT_EQ(pace.allowance(now), 0U);
+    pace.sent(100, now, now + 10s); // the device took it only after the line had stood still
+    EXPECT_EQ(pace.onLine(now + 10s), kLead + 100);
 }
 
 TEST(LinePace, TellsWhatIsStillOnTheLine) {
     LinePace pace(kRate);
     const TimePoint now{1h};
-    pace.sent(1'152, now);
+    pace.sent(1'152, now, now);
     EXPECT_EQ(pace.onLine(now), 1'152U);
     EXPECT_EQ(pace.onLine(now + 50ms), 576U);
     EXPECT_EQ(pace.onLine(now + 99'999us), 1U) << "a byte that is not through counts";

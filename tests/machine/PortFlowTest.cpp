@@ -112,7 +112,7 @@ TEST_F(PortFlow, AWakeUpForRoomComesOnceForEachTimeItWasMissed) {
 TEST_F(PortFlow, IsNoFasterThanTheLineBeyondItsLead) {
     constexpr std::uint32_t kRate = 100'000;
     constexpr qsizetype kBytes = 100'000;
-    constexpr qsizetype kAhead = 35'000 + 512; // the lead and the queue
+    constexpr qsizetype kAhead = 34'000 + 512; // the lead and the queue
     port = opened({10s, 1 << 20, kRate});
     const auto begin = loop.now();
     QByteArray received;
