@@ -1,7 +1,6 @@
 #include "app/AboutBox.h"
 
-#include "app/AppIcon.h"
-#include "app/AppTitle.h"
+#include "app/Identity.h"
 #include "app/LoaderWidgets.h"
 #include "app/SystemInfo.h"
 #include "loader/ThisProgram.h"

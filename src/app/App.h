@@ -4,7 +4,7 @@
 #include "app/AppOptions.h"
 #include "app/MainWindow.h"
 #include "app/SystemInfo.h"
-#include "app/WaitDialogWindow.h"
+#include "app/WaitForCommForm.h"
 #include "app/WindowFileDialog.h"
 #include "app/WindowMessageBoxes.h"
 #include "loader/Loader.h"

@@ -1,6 +1,6 @@
 #include "app/AppOptions.h"
 
-#include "app/AppTitle.h"
+#include "app/Identity.h"
 #include "loader/ThisProgram.h"
 #include "platform/RuntimeFailure.h"
 

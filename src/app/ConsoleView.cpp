@@ -1,6 +1,6 @@
 #include "app/ConsoleView.h"
 
-#include "app/TerminalKeys.h"
+#include "app/TypedText.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>

@@ -2,10 +2,10 @@
 
 #include "app/Actions.h"
 #include "app/AddressBoxes.h"
-#include "app/AppTitle.h"
 #include "app/ConsoleView.h"
-#include "app/LoaderPanel.h"
-#include "app/PanelView.h"
+#include "app/FormScroller.h"
+#include "app/Identity.h"
+#include "app/LoaderForm.h"
 #include "app/ScreenReader.h"
 #include "app/SlotDrop.h"
 #include "app/SlotFrames.h"
@@ -47,12 +47,12 @@ class Twips {
 } // namespace
 
 MainWindow::MainWindow(Loader& loader, std::function<void()> showAbout)
-    : m_loader(loader), m_panel(new LoaderPanel(m_widgets, this)), m_binder(loader.state.OperationActive) {
+    : m_loader(loader), m_panel(new LoaderForm(m_widgets, this)), m_binder(loader.state.OperationActive) {
     setObjectName(QStringLiteral("frmLoader"));
     setWindowTitle(applicationTitle());
     buildMenus();
     buildStatusBar(m_widgets, *this);
-    setCentralWidget(new PanelView(m_panel, this));
+    setCentralWidget(new FormScroller(m_panel, this));
     bindWindow(m_binder, m_widgets, loader);
     nameForScreenReader(m_binder, m_widgets, loader.controls);
     setTabOrders(m_widgets);

@@ -9,7 +9,7 @@
 
 namespace zrk {
 
-class LoaderPanel;
+class LoaderForm;
 struct Loader;
 
 /// `frmLoader`: builds the widgets, binds them to the loader's controls and leads what the user does to
@@ -36,7 +36,7 @@ class MainWindow final : public QMainWindow {
 
     Loader& m_loader;
     LoaderWidgets m_widgets;
-    LoaderPanel* m_panel;
+    LoaderForm* m_panel;
     Binder m_binder;
     FormResize m_formResize;
     SnapBack m_snapBack{*this};

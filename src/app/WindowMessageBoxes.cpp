@@ -1,6 +1,6 @@
 #include "app/WindowMessageBoxes.h"
 
-#include "app/AppTitle.h"
+#include "app/Identity.h"
 
 #include <QMessageBox>
 

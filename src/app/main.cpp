@@ -1,7 +1,6 @@
 #include "app/App.h"
-#include "app/AppIcon.h"
 #include "app/AppOptions.h"
-#include "app/AppTitle.h"
+#include "app/Identity.h"
 #include "app/LoaderStyle.h"
 #include "machine/StandardStreams.h"
 

@@ -1,7 +1,7 @@
 #include "cli/ProgressLines.h"
 
+#include "cli/MessageLines.h"
 #include "cli/Output.h"
-#include "cli/TerminalMessages.h"
 #include "loader/Loader.h"
 
 namespace zrk {
@@ -16,7 +16,7 @@ constexpr std::chrono::seconds kWaitLineEvery = 10s;
 
 } // namespace
 
-ProgressLines::ProgressLines(Loader& loader, Output& output, const TerminalMessages& messages)
+ProgressLines::ProgressLines(Loader& loader, Output& output, const MessageLines& messages)
     : m_loader(loader), m_output(output), m_messages(messages),
       m_timer(loader.loop.createTimer([this] { tick(); })), m_lastLine(loader.loop.now()) {
     m_timer->start(kRefresh);

@@ -7,14 +7,14 @@
 namespace zrk {
 
 class Output;
-class TerminalMessages;
+class MessageLines;
 struct Loader;
 
 /// Has the progress of transfers and of long waits shown: on a terminal four times a second, elsewhere as a
 /// line now and then.
 class ProgressLines {
   public:
-    ProgressLines(Loader& loader, Output& output, const TerminalMessages& messages);
+    ProgressLines(Loader& loader, Output& output, const MessageLines& messages);
 
   private:
     void tick();
@@ -22,7 +22,7 @@ class ProgressLines {
 
     Loader& m_loader;
     Output& m_output;
-    const TerminalMessages& m_messages;
+    const MessageLines& m_messages;
     std::unique_ptr<Timer> m_timer;
     EventLoop::TimePoint m_lastLine;
 };

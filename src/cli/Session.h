@@ -1,16 +1,16 @@
 #pragma once
 
 #include "cli/ExitStatus.h"
+#include "cli/MessageLines.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
 #include "cli/PowerOnNotice.h"
 #include "cli/ProgressLines.h"
-#include "cli/TerminalMessages.h"
 #include "loader/Loader.h"
 #include "loader/ThisProgram.h"
 #include "machine/InterruptSignal.h"
 #include "machine/MachinePorts.h"
-#include "machine/TerminalQuestion.h"
+#include "machine/YesNoQuestion.h"
 #include "platform/ProgramFacts.h"
 
 namespace zrk {
@@ -34,8 +34,8 @@ class Session {
     ProgramFacts m_facts;
     IniChoice m_ini;
     Output& m_output;
-    TerminalQuestion m_question;
-    TerminalMessages m_messages;
+    YesNoQuestion m_question;
+    MessageLines m_messages;
     NoFileDialog m_fileDialog;
     PowerOnNotice m_powerOnNotice;
     InterruptSignal m_interrupt; // before the port, whose thread must not take the signals

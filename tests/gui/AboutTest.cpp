@@ -1,5 +1,5 @@
 #include "app/AboutBox.h"
-#include "app/AppIcon.h"
+#include "app/Identity.h"
 #include "app/SystemInfo.h"
 #include "platform/ProgramStarter.h"
 #include "platform/Registry.h"

@@ -15,8 +15,8 @@ TEST(AppOptions, DevicesAndTheIniFileAreTakenFromTheCommandLine) {
     EXPECT_TRUE(none.options->ports.empty());
     EXPECT_EQ(none.options->iniPath, "");
 
-    const zrk::AppCommandLine all =
-        read("zrk-loader --com 3=/dev/ttyUSB7 --com 8=/dev/x --port /dev/pts/4 --ini some/board.INI --line-rate 0");
+    const zrk::AppCommandLine all = read("zrk-loader --com 3=/dev/ttyUSB7 --com 8=/dev/x --port /dev/pts/4 "
+                                         "--ini some/board.INI --line-rate 0");
     ASSERT_TRUE(all.options);
     const zrk::PortNames::Overrides expected{{1, "/dev/pts/4"}, {3, "/dev/ttyUSB7"}, {8, "/dev/x"}};
     EXPECT_EQ(all.options->ports, expected);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/MainWindow.h"
-#include "app/WaitDialogWindow.h"
+#include "app/WaitForCommForm.h"
 #include "support/Bench.h"
 
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "app/TerminalKeys.h"
+#include "app/TypedText.h"
 
 #include <QKeyEvent>
 

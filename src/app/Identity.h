@@ -1,8 +1,12 @@
 #pragma once
 
 #include <QIcon>
+#include <QString>
 
 namespace zrk {
+
+/// The application's title: of the window, of the About box, and of message boxes without one.
+[[nodiscard]] QString applicationTitle();
 
 /// The program's icon in all its sizes; the one of 32 pixels has 16 colours.
 [[nodiscard]] QIcon applicationIcon();

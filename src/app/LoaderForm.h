@@ -8,12 +8,12 @@ struct LoaderWidgets;
 
 /// The inside of the main window: the controls at their place at the top left, the console below them.
 /// Placed once; afterwards only the console's size changes, from outside.
-class LoaderPanel : public QWidget {
+class LoaderForm : public QWidget {
     Q_OBJECT
 
   public:
     /// Builds the widgets, still without their captions.
-    LoaderPanel(LoaderWidgets& widgets, QWidget* parent);
+    LoaderForm(LoaderWidgets& widgets, QWidget* parent);
 
     /// Gives everything its designed place, by the sizes that fonts, scale and captions ask for.
     void placeControls(const LoaderWidgets& widgets);

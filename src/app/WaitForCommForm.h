@@ -15,11 +15,11 @@ namespace zrk {
 
 /// `frmWaitForComm`, the wait dialog's window. One window serves every wait; between waits it is hidden
 /// and knows no dialog.
-class WaitDialogWindow final : public QDialog {
+class WaitForCommForm final : public QDialog {
     Q_OBJECT
 
   public:
-    explicit WaitDialogWindow(QWidget* parent);
+    explicit WaitForCommForm(QWidget* parent);
 
     /// Comes up for `dialog`, modal to its parent, and returns at once.
     void openFor(WaitDialog& dialog);
@@ -58,7 +58,7 @@ class WindowWaitDialog final : public WaitDialogView {
 
   private:
     std::function<QWidget*()> m_parent;
-    QPointer<WaitDialogWindow> m_window; ///< belongs to its parent
+    QPointer<WaitForCommForm> m_window; ///< belongs to its parent
 };
 
 } // namespace zrk

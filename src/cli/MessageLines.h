@@ -6,13 +6,13 @@
 namespace zrk {
 
 class Output;
-class TerminalQuestion;
+class YesNoQuestion;
 
 /// Message boxes as lines on standard error. A question is asked on the terminal; where there is none
 /// the answer is Yes.
-class TerminalMessages final : public MessageBoxes {
+class MessageLines final : public MessageBoxes {
   public:
-    TerminalMessages(Output& output, TerminalQuestion& question) : m_output(output), m_question(question) {}
+    MessageLines(Output& output, YesNoQuestion& question) : m_output(output), m_question(question) {}
 
     Answer show(const MessageBox& box) override;
 
@@ -24,7 +24,7 @@ class TerminalMessages final : public MessageBoxes {
 
   private:
     Output& m_output;
-    TerminalQuestion& m_question;
+    YesNoQuestion& m_question;
     bool m_mayAsk = true;
     bool m_asking = false;
 };

@@ -1,4 +1,4 @@
-#include "app/SidePanel.h"
+#include "app/SideFrames.h"
 
 #include "app/Disclosure.h"
 #include "app/LoaderWidgets.h"

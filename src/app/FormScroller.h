@@ -6,11 +6,11 @@ namespace zrk {
 
 /// Shows the inside of the main window whole, or on a screen or in a window that is too narrow for it a
 /// part, which follows the keyboard from control to control.
-class PanelView final : public QScrollArea {
+class FormScroller final : public QScrollArea {
     Q_OBJECT
 
   public:
-    PanelView(QWidget* panel, QWidget* parent);
+    FormScroller(QWidget* panel, QWidget* parent);
 
     [[nodiscard]] QSize sizeHint() const override { return widget()->sizeHint(); }
 

@@ -1,11 +1,11 @@
-#include "cli/TerminalMessages.h"
+#include "cli/MessageLines.h"
 
 #include "cli/Output.h"
-#include "machine/TerminalQuestion.h"
+#include "machine/YesNoQuestion.h"
 
 namespace zrk {
 
-Answer TerminalMessages::show(const MessageBox& box) {
+Answer MessageLines::show(const MessageBox& box) {
     // The title "Error" says nothing that "Error communicating with COM1" does not.
     const bool titled = !box.title.isEmpty() && !box.prompt.startsWith(box.title);
     const QString text = titled ? box.title + QStringLiteral(": ") + box.prompt : box.prompt;

@@ -5,9 +5,9 @@ namespace zrk {
 class EventLoop;
 
 /// A yes-or-no question answered with a line on the terminal that standard input is.
-class TerminalQuestion {
+class YesNoQuestion {
   public:
-    explicit TerminalQuestion(EventLoop& loop) : m_loop(loop) {}
+    explicit YesNoQuestion(EventLoop& loop) : m_loop(loop) {}
 
     /// True when standard input is a terminal.
     [[nodiscard]] bool isPossible() const;

@@ -1,4 +1,4 @@
-#include "machine/TerminalQuestion.h"
+#include "machine/YesNoQuestion.h"
 #include "platform/EventLoop.h"
 
 #include <QByteArray>
@@ -13,11 +13,11 @@
 
 namespace zrk {
 
-bool TerminalQuestion::isPossible() const {
+bool YesNoQuestion::isPossible() const {
     return _isatty(_fileno(stdin)) != 0;
 }
 
-bool TerminalQuestion::askYesNo() {
+bool YesNoQuestion::askYesNo() {
     m_withdrawn = false;
     // A console handle cannot be watched by the event loop, so another thread reads the line. It is left
     // to itself when the question is withdrawn, since nothing ends a blocked console read. It does not read
@@ -40,7 +40,7 @@ bool TerminalQuestion::askYesNo() {
     return answer == "y" || answer == "yes";
 }
 
-void TerminalQuestion::withdraw() {
+void YesNoQuestion::withdraw() {
     m_withdrawn = true;
     m_loop.wake();
 }

@@ -1,8 +1,8 @@
-#include "app/LoaderPanel.h"
+#include "app/LoaderForm.h"
 
 #include "app/ConsoleView.h"
 #include "app/LoaderWidgets.h"
-#include "app/SidePanel.h"
+#include "app/SideFrames.h"
 #include "app/SlotFrames.h"
 
 #include <QGroupBox>
@@ -31,7 +31,7 @@ QLabel* makeHeader(QWidget* parent) {
 
 } // namespace
 
-LoaderPanel::LoaderPanel(LoaderWidgets& widgets, QWidget* parent)
+LoaderForm::LoaderForm(LoaderWidgets& widgets, QWidget* parent)
     : QWidget(parent), m_controls(new QWidget(this)) {
     widgets.lblHeader = makeHeader(m_controls);
     buildSlotFrames(widgets, m_controls);
@@ -55,7 +55,7 @@ LoaderPanel::LoaderPanel(LoaderWidgets& widgets, QWidget* parent)
     widgets.txtStatus = named(new ConsoleView(widgets.fraControl), QStringLiteral("txtStatus"));
 }
 
-void LoaderPanel::placeControls(const LoaderWidgets& widgets) {
+void LoaderForm::placeControls(const LoaderWidgets& widgets) {
     alignSlotColumns(widgets);
     m_controls->ensurePolished();
     m_controls->resize(m_controls->sizeHint());

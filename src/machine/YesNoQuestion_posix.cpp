@@ -1,4 +1,4 @@
-#include "machine/TerminalQuestion.h"
+#include "machine/YesNoQuestion.h"
 #include "platform/EventLoop.h"
 
 #include <QByteArray>
@@ -9,11 +9,11 @@
 
 namespace zrk {
 
-bool TerminalQuestion::isPossible() const {
+bool YesNoQuestion::isPossible() const {
     return isatty(STDIN_FILENO) == 1;
 }
 
-bool TerminalQuestion::askYesNo() {
+bool YesNoQuestion::askYesNo() {
     m_withdrawn = false;
     QByteArray line;
     bool ended = false;
@@ -35,7 +35,7 @@ bool TerminalQuestion::askYesNo() {
     return m_withdrawn || answer == "y" || answer == "yes";
 }
 
-void TerminalQuestion::withdraw() {
+void YesNoQuestion::withdraw() {
     m_withdrawn = true;
     m_loop.wake();
 }

@@ -1,4 +1,4 @@
-#include "app/PanelView.h"
+#include "app/FormScroller.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -7,7 +7,7 @@
 
 namespace zrk {
 
-PanelView::PanelView(QWidget* panel, QWidget* parent) : QScrollArea(parent) {
+FormScroller::FormScroller(QWidget* panel, QWidget* parent) : QScrollArea(parent) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     // Only sideways: the height is the console's affair.
@@ -21,14 +21,14 @@ PanelView::PanelView(QWidget* panel, QWidget* parent) : QScrollArea(parent) {
     });
 }
 
-bool PanelView::focusNextPrevChild(bool next) {
+bool FormScroller::focusNextPrevChild(bool next) {
     const bool moved = QScrollArea::focusNextPrevChild(next);
     showWhole(QApplication::focusWidget());
     return moved;
 }
 
 /// The base class would look for the input cursor only.
-void PanelView::showWhole(const QWidget* control) {
+void FormScroller::showWhole(const QWidget* control) {
     if (control == nullptr || !widget()->isAncestorOf(control))
         return;
     constexpr int kMargin = 8;

@@ -1,4 +1,4 @@
-#include "app/WaitDialogWindow.h"
+#include "app/WaitForCommForm.h"
 
 #include "app/Disclosure.h"
 #include "app/LoaderWidgets.h"
@@ -12,7 +12,7 @@
 
 namespace zrk {
 
-WaitDialogWindow::WaitDialogWindow(QWidget* parent)
+WaitForCommForm::WaitForCommForm(QWidget* parent)
     : QDialog(parent, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint) {
     setObjectName(QStringLiteral("frmWaitForComm"));
     setWindowTitle(QStringLiteral("Waiting for comm"));
@@ -56,7 +56,7 @@ WaitDialogWindow::WaitDialogWindow(QWidget* parent)
     }
 }
 
-void WaitDialogWindow::openFor(WaitDialog& dialog) {
+void WaitForCommForm::openFor(WaitDialog& dialog) {
     m_dialog = &dialog;
     QString message = dialog.lblMsg.Caption;
     m_lblMsg->setText(message.replace(QLatin1String("\r\n"), QLatin1String("\n")));
@@ -67,25 +67,25 @@ void WaitDialogWindow::openFor(WaitDialog& dialog) {
     open();
 }
 
-void WaitDialogWindow::leave() {
+void WaitForCommForm::leave() {
     m_dialog = nullptr;
     hide();
 }
 
-void WaitDialogWindow::reject() {
+void WaitForCommForm::reject() {
     if (m_dialog != nullptr)
         m_dialog->Form_Unload();
     else
         QDialog::reject();
 }
 
-bool WaitDialogWindow::eventFilter(QObject* watched, QEvent* event) {
+bool WaitForCommForm::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::KeyPress)
         keyDown(*static_cast<QKeyEvent*>(event));
     return QDialog::eventFilter(watched, event);
 }
 
-void WaitDialogWindow::keyPressEvent(QKeyEvent* event) {
+void WaitForCommForm::keyPressEvent(QKeyEvent* event) {
     // Keys that a control has seen were told already, on their way to it.
     if (focusWidget() == nullptr)
         keyDown(*event);
@@ -95,7 +95,7 @@ void WaitDialogWindow::keyPressEvent(QKeyEvent* event) {
         QDialog::keyPressEvent(event);
 }
 
-void WaitDialogWindow::keyDown(const QKeyEvent& event) {
+void WaitForCommForm::keyDown(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = event.modifiers();
     if (m_dialog != nullptr)
         m_dialog->Form_KeyDown(event.key(), modifiers.testFlag(Qt::AltModifier),
@@ -105,7 +105,7 @@ void WaitDialogWindow::keyDown(const QKeyEvent& event) {
 
 void WindowWaitDialog::show(WaitDialog& dialog) {
     if (m_window.isNull())
-        m_window = new WaitDialogWindow(m_parent());
+        m_window = new WaitForCommForm(m_parent());
     m_window->openFor(dialog);
 }
 

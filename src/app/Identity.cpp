@@ -1,6 +1,10 @@
-#include "app/AppIcon.h"
+#include "app/Identity.h"
 
 namespace zrk {
+
+QString applicationTitle() {
+    return QStringLiteral("ZRK6924 Loader");
+}
 
 QIcon applicationIcon() {
     QIcon icon;
