@@ -8,8 +8,8 @@ using namespace zrktest;
 using zrk::Outcome;
 
 /// A bring-up of both images, ready to be started.
-struct BringUpBench : ScriptedBench {
-    BringUpBench() {
+struct BringUpRig : ScriptedRig {
+    BringUpRig() {
         fillBringUp(bench);
         port.steps = bringUpSteps();
         bench.setButtons("1111");
@@ -24,7 +24,7 @@ QString textsUpTo(std::size_t step) {
 
 TEST(BringUp, GoodRunToTheLetterAndToTheByte) {
     for (const bool oneByOne : {false, true}) {
-        BringUpBench r;
+        BringUpRig r;
         r.port.oneByOne = oneByOne;
         r.port.steps[0].answer = "x\r9" + r.port.steps[0].answer; // noise comes first
         r.port.steps[3].action = [&] { EXPECT_EQ(r.bench.buttons(), "0001"); };
@@ -48,7 +48,7 @@ TEST(BringUp, EachAnswerGoneWrong) {
     for (std::size_t step = 1; step <= 5; ++step) {
         for (const Trouble trouble : kTroubles) {
             SCOPED_TRACE(testing::Message() << "step " << step << " trouble " << static_cast<int>(trouble));
-            BringUpBench r;
+            BringUpRig r;
             disturb(r, r.port.steps[step], trouble);
             r.start();
             QString end = echoOf(trouble);
@@ -82,7 +82,7 @@ TEST(BringUp, WrongCaseIsAWrongAnswerAndERefuses) {
              {4, "O", "O .. invalid char! Cancelled.\nSending code aborted...!\n"},
              {4, "E", "E .. Error signalled back from primary boot.\nSending code aborted...!\n"},
              {5, "T", "Tinvalid char! Cancelled.\n\n"}}) {
-        BringUpBench r;
+        BringUpRig r;
         r.port.steps[step].answer = answer;
         r.start();
         EXPECT_EQ(r.bench.console(), textsUpTo(step) + end + kAborted);
@@ -104,7 +104,7 @@ TEST(BringUp, WhichWaitsShareOneReplyInterval) {
              {{20, 20, 20, 20, 5100, 20}, 4},
              {{20, 20, 20, 20, 20, 5100}, 5},
          }) {
-        BringUpBench r;
+        BringUpRig r;
         for (std::size_t i = 0; i < row.delays.size(); ++i)
             r.port.steps[i].delay = std::chrono::milliseconds(row.delays[i]);
         r.start();
@@ -118,7 +118,7 @@ TEST(BringUp, HangUpAtEveryByte) {
     const qsizetype all = 3 + 8 + 5 + 1 + 8 + 7;
     for (qsizetype bytes = 1; bytes <= all; ++bytes) {
         SCOPED_TRACE(bytes);
-        BringUpBench r;
+        BringUpRig r;
         r.port.hangUpAfterBytes = bytes;
         r.start();
         EXPECT_EQ(r.outcome(), Outcome::PortLost);
@@ -133,7 +133,7 @@ TEST(BringUp, WhichBoxesAreTicked) {
     const QString on = "\n--- Enabling terminal mode ---\n";
     const QString primary = textsUpTo(3).section("\n\n", 0, 0) + "\n";
     {
-        BringUpBench r; // the primary boot alone: its output is then seen
+        BringUpRig r; // the primary boot alone: its output is then seen
         r.loader.controls.chkExeURK[1].Value = 0;
         r.port.steps[3].answer = "hello";
         r.start();
@@ -145,7 +145,7 @@ TEST(BringUp, WhichBoxesAreTicked) {
         EXPECT_TRUE(r.port.isOpen() && r.loader.state.TerminalMode && !r.loader.state.OperationActive);
     }
     {
-        BringUpBench r; // the adapter is pulled while the terminal is switched on
+        BringUpRig r; // the adapter is pulled while the terminal is switched on
         r.loader.controls.chkExeURK[1].Value = 0;
         r.port.failsHandshaking = true;
         r.start();
@@ -154,7 +154,7 @@ TEST(BringUp, WhichBoxesAreTicked) {
         r.bench.expectAtRest();
     }
     for (const char* answer : {"X", ""}) {
-        BringUpBench r; // the secondary alone: no handshake, one interval for "X"
+        BringUpRig r; // the secondary alone: no handshake, one interval for "X"
         r.loader.controls.chkExeURK[0].Value = 0;
         r.port.steps = {{"", answer}, {"p" + kSecondaryHeader, "o"}, {kSecondaryCode, "t"}};
         r.start();
@@ -163,7 +163,7 @@ TEST(BringUp, WhichBoxesAreTicked) {
         EXPECT_EQ(r.outcome(), *answer ? Outcome::Done : Outcome::TimedOut);
     }
     {
-        BringUpBench r; // neither, from an open port in terminal mode: it is opened again, nothing is sent
+        BringUpRig r; // neither, from an open port in terminal mode: it is opened again, nothing is sent
         r.loader.controls.chkExeURK[0].Value = 0;
         r.loader.controls.chkExeURK[1].Value = 0;
         r.loader.terminal.cmdTerminal_Click();
@@ -178,7 +178,7 @@ TEST(BringUp, WhichBoxesAreTicked) {
 }
 
 TEST(BringUp, RefusedAddressesChangeNothing) {
-    BringUpBench r;
+    BringUpRig r;
     r.loader.terminal.cmdTerminal_Click();
     r.loader.controls.txtStartAddress[1].Text = "0x90000000";
     const QString before = r.bench.console();
@@ -203,7 +203,7 @@ TEST(BringUp, RunTimeFailures) {
         return "[Error] ! Error communicating with COM3\nor other download problem\nError: " + what;
     };
     {
-        BringUpBench r;
+        BringUpRig r;
         r.loader.controls.cmbComPort.ListIndex = 2;
         r.port.failsToOpen = true;
         r.start();
@@ -229,7 +229,7 @@ TEST(BringUp, RunTimeFailures) {
                                                      {"", "0x1234", "Sending size .. ", 7},
                                                      {"0x5", "0X5", "Sending startaddress .. ", 3},
                                                      {"0x5", "0x123456789", "Sending startaddress .. ", 3}}) {
-        BringUpBench r;
+        BringUpRig r;
         r.loader.controls.cmbComPort.ListIndex = 2;
         r.loader.controls.txtStartAddress[0].Text = row.address;
         if (row.size)
@@ -250,7 +250,7 @@ TEST(BringUp, RunTimeFailures) {
 TEST(BringUp, HandlersReachedFromItsWaitsLeaveItAlone) {
     for (std::size_t step = 0; step <= 5; ++step) {
         SCOPED_TRACE(step);
-        BringUpBench r;
+        BringUpRig r;
         r.port.steps[step].action = [&r] {
             r.loader.bringUp.cmdStartPrimary_Click();
             r.loader.bringUp.cmdStartSecondary_Click();
@@ -272,7 +272,7 @@ TEST(BringUp, HandlersReachedFromItsWaitsLeaveItAlone) {
 
 TEST(BringUp, AnnouncementsThatALateLoaderFindsAreOne) {
     for (const auto& [answer, outcome] : {std::pair{"555", Outcome::Done}, {"5?5", Outcome::WrongAnswer}}) {
-        BringUpBench r;
+        BringUpRig r;
         r.port.steps[0].answer = answer;
         r.start();
         EXPECT_EQ(r.outcome(), outcome);
@@ -282,7 +282,7 @@ TEST(BringUp, AnnouncementsThatALateLoaderFindsAreOne) {
 }
 
 TEST(BringUp, AFailedTransfersDisplayIsNotTheNextOperations) {
-    BringUpBench r;
+    BringUpRig r;
     r.port.hangUpAfterBytes = 3 + 8 + 2;
     r.start();
     EXPECT_EQ(r.outcome(), Outcome::PortLost);
@@ -296,7 +296,7 @@ TEST(BringUp, AFailedTransfersDisplayIsNotTheNextOperations) {
 }
 
 TEST(BringUp, AnOldTimeOutDoesNotColourTheNextEnd) {
-    BringUpBench r;
+    BringUpRig r;
     r.port.steps[1].answer.clear();
     r.start();
     EXPECT_EQ(r.outcome(), Outcome::TimedOut);

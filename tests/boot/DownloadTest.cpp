@@ -18,8 +18,8 @@ QString downloaded(const char* letter, const char* name) {
 }
 
 /// All three images selected, and the primary boot listening on the open port.
-struct DownloadBench : ScriptedBench {
-    DownloadBench() {
+struct DownloadRig : ScriptedRig {
+    DownloadRig() {
         bench.fill(2, "uuu", "0x81000000");
         bench.fill(3, "rrrr", "0x83FFFFF0");
         bench.fill(4, "k", "0x80000004");
@@ -36,7 +36,7 @@ TEST(Download, WhichBoxesAreTicked) {
     for (const bool terminal : {false, true}) {
         for (const std::array<int, 3>& ticked :
              std::initializer_list<std::array<int, 3>>{{1, 1, 1}, {1, 0, 1}, {0, 0, 0}}) {
-            DownloadBench r;
+            DownloadRig r;
             std::vector<Step> steps;
             QByteArray sent;
             QString text;
@@ -73,7 +73,7 @@ TEST(Download, EachAnswerGoneWrongEndsItAll) {
     for (std::size_t step = 0; step < 6; ++step) {
         for (const Trouble trouble : kTroubles) {
             SCOPED_TRACE(testing::Message() << "step " << step << " trouble " << static_cast<int>(trouble));
-            DownloadBench r;
+            DownloadRig r;
             std::vector<Step> steps = r.port.steps;
             disturb(r, steps[step], trouble);
             r.port.follow(steps);
@@ -95,7 +95,7 @@ TEST(Download, EachAnswerGoneWrongEndsItAll) {
 }
 
 TEST(Download, RefusalAndSlotsWithoutACommand) {
-    DownloadBench r;
+    DownloadRig r;
     r.port.follow({{kUBootSent, "E"}});
     r.start();
     EXPECT_TRUE(r.bench.console().endsWith(
@@ -107,7 +107,7 @@ TEST(Download, RefusalAndSlotsWithoutACommand) {
 }
 
 TEST(Download, AClosedPortIsAFailure) {
-    DownloadBench r;
+    DownloadRig r;
     r.loader.port.CloseComPort();
     r.start();
     EXPECT_EQ(r.bench.boxes.shown,

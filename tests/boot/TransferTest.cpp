@@ -8,8 +8,8 @@ using zrk::Outcome;
 
 const QString kQuestion = "[] ? yes/no If you cancel now, you have to restart all over!\nAre you sure?";
 
-struct BringUpBench : ScriptedBench {
-    BringUpBench() {
+struct BringUpRig : ScriptedRig {
+    BringUpRig() {
         fillBringUp(bench);
         port.steps = bringUpSteps();
     }
@@ -28,7 +28,7 @@ TEST(Transfer, CancelDuringTheCode) {
     for (const auto& row : {std::pair{Answer::No, true}, {Answer::Yes, true}, {Answer::Yes, false}}) {
         const Answer answer = row.first;
         const bool secondary = row.second;
-        BringUpBench r;
+        BringUpRig r;
         r.loader.controls.chkExeURK[1].Value = secondary ? 1 : 0;
         r.duringCode([&] { r.loader.portControl.cmdCancel_Click(); });
         r.bench.boxes.user = [&](int) {
@@ -63,7 +63,7 @@ TEST(Transfer, CancelDuringTheCode) {
 
 TEST(Transfer, ClosingTheWindowDuringTheCode) {
     for (const Answer answer : {Answer::Yes, Answer::No}) {
-        BringUpBench r;
+        BringUpRig r;
         r.duringCode([&] { EXPECT_EQ(r.loader.portControl.Form_Unload(), 1); });
         r.bench.boxes.user = [&](int) { return answer; };
         r.start();
@@ -87,7 +87,7 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
          std::initializer_list<Row>{{"abc", "0x5", hex("34 12 00 00 05 00 00 00"), "abc", "bytes sent 5 / 5"},
                                     {"abc", "2", hex("34 12 00 00 02 00 00 00"), "ab", "bytes sent 2 / 2"},
                                     {"", "0x0", hex("34 12 00 00 00 00 00 00"), "", "bytes sent 0 / 0"}}) {
-        BringUpBench r;
+        BringUpRig r;
         r.bench.fill(0, row.content, "0x1234");
         r.loader.controls.lblCodeSize[0].Caption = row.size;
         r.port.steps[3].when = row.header + row.code;
@@ -110,7 +110,7 @@ QByteArray longImage() {
 }
 
 TEST(Transfer, AFileThatChangedAfterTheStartIsMarkedBeforeItsBytesAreSent) {
-    BringUpBench r;
+    BringUpRig r;
     r.port.steps[3].action = [&] { (void)r.bench.file("slot1.bin", kSecondaryCode + "grown"); };
     r.port.steps[4].action = [&] {
         EXPECT_TRUE(r.loader.controls.lblFileChanged[1].Caption.value().contains("changed"));
@@ -120,7 +120,7 @@ TEST(Transfer, AFileThatChangedAfterTheStartIsMarkedBeforeItsBytesAreSent) {
 }
 
 TEST(Transfer, LongerThanTheReplyTimeOutAtTheLinesSpeed) {
-    BringUpBench r;
+    BringUpRig r;
     const QByteArray code = longImage();
     r.bench.fill(1, code, "0x80008004");
     r.port.paced = true;
@@ -136,7 +136,7 @@ TEST(Transfer, LongerThanTheReplyTimeOutAtTheLinesSpeed) {
 }
 
 TEST(Transfer, AStalledLineLeavesTheProgramAlive) {
-    BringUpBench r;
+    BringUpRig r;
     r.bench.fill(1, longImage(), "0x80008004");
     r.port.paced = true;
     r.port.steps[4].when = "p" + hex("04 80 00 80 A0 86 01 00");

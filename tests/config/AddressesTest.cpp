@@ -1,4 +1,4 @@
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 namespace {
 

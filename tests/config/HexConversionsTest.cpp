@@ -1,7 +1,7 @@
 #include "config/HexConversions.h"
 
 #include "platform/RuntimeFailure.h"
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 #include <limits>
 #include <optional>

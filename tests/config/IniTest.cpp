@@ -1,5 +1,5 @@
 #include "config/IniFile.h"
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 #include <QStringEncoder>
 

@@ -1,6 +1,6 @@
 #include "config/Paths.h"
 
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 #include <QDir>
 
@@ -43,7 +43,7 @@ TEST(Paths, BothSeparators) {
 }
 
 TEST(Paths, FileExists) {
-    zrktest::ScriptedBench b;
+    zrktest::ScriptedRig b;
     EXPECT_TRUE(zrk::FileExists(b.bench.file("full", "x"), true));
     EXPECT_TRUE(zrk::FileExists(b.bench.file("empty", ""), false));
     EXPECT_FALSE(zrk::FileExists(b.bench.file("empty", ""), true));

@@ -1,4 +1,4 @@
-#include "support/Bench.h"
+#include "support/Rig.h"
 #include "support/BoardPort.h"
 
 namespace {
@@ -22,8 +22,8 @@ QByteArray bytesOf(const std::vector<std::uint8_t>& bytes) {
 }
 
 /// A loader on a line to a board that the user switches on a while after being asked to.
-struct BoardBench {
-    explicit BoardBench(const zrkboard::BoardOptions& options = {}) : port(loop, options) {
+struct BoardRig {
+    explicit BoardRig(const zrkboard::BoardOptions& options = {}) : port(loop, options) {
         bench.waitDialog.whenShown = [this](zrk::WaitDialog&) { loop.after(3s, [this] { port.powerOn(); }); };
     }
 
@@ -36,12 +36,12 @@ struct BoardBench {
 
     VirtualEventLoop loop;
     BoardPort port;
-    Bench bench{loop, port};
+    Rig bench{loop, port};
     zrk::Loader& loader = bench.loader;
 };
 
 TEST(BoardInProcess, FromPowerOnToAScriptAtThePrompt) {
-    BoardBench b;
+    BoardRig b;
     b.bench.fill(0, kPrimary, "0x0000");
     const QByteArray secondary = image(70'000); // more than the line carries within the reply time-out
     const QByteArray uboot = image(3'000);
@@ -76,7 +76,7 @@ TEST(BoardInProcess, FlashWithAndWithoutErase) {
     for (const std::uint32_t address : {0U, 0x01234500U}) {
         for (const bool erase : {true, false}) {
             SCOPED_TRACE(testing::Message() << address << (erase ? " erased" : " over old data"));
-            BoardBench b;
+            BoardRig b;
             b.port.board.nand().program(address + 100, std::vector<std::uint8_t>(200, 0x5A));
             b.bench.fill(6, kPgSibl, "0x0000");
             b.bench.fill(5, flash, QString::number(address));
@@ -95,7 +95,7 @@ TEST(BoardInProcess, FlashWithAndWithoutErase) {
 }
 
 TEST(BoardInProcess, TheDataFrameUsesTheLineFully) {
-    BoardBench b;
+    BoardRig b;
     const QByteArray flash = image(126'976);
     b.bench.fill(6, kPgSibl, "0x0000");
     b.bench.fill(5, flash, "0x00000000");
@@ -113,7 +113,7 @@ TEST(BoardInProcess, ALostByteIsATimeOutAndTheNextPowerCycleWorks) {
     zrkboard::BoardOptions options;
     options.faultyRuns = 1;
     options.misbehaviour.loseCodeByte = 10'000; // within the secondary executable
-    BoardBench b(options);
+    BoardRig b(options);
     b.bench.fill(0, kPrimary, "0x0000");
     b.bench.fill(1, image(2'000), "0x80000004");
     b.loader.bringUp.cmdStartPrimary_Click();

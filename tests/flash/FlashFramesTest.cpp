@@ -1,4 +1,4 @@
-#include "FlashBench.h"
+#include "FlashRig.h"
 
 namespace {
 
@@ -16,18 +16,18 @@ TEST(FlashFrames, AnAckWrongAtAnyByteEndsTheRunWithTheRestUnread) {
     for (std::size_t step = 5; step <= 8; ++step) {
         for (qsizetype position = 0; position < 10; ++position) {
             SCOPED_TRACE(testing::Message() << "step " << step << " position " << position);
-            FlashBench b;
+            FlashRig b;
             disturb(b, b.port.steps[step], Trouble::Wrong, position);
             b.start();
-            EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(static_cast<qsizetype>(step)) + kAborted);
+            EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(static_cast<qsizetype>(step)) + kAborted);
             EXPECT_EQ(b.port.unread(), kAck.mid(position + 1));
             EXPECT_EQ(b.outcome(), Outcome::WrongAnswer);
             b.expectAborted(true);
 
-            FlashBench c; // and cancelled there
+            FlashRig c; // and cancelled there
             disturb(c, c.port.steps[step], Trouble::Cancel, position);
             c.start();
-            EXPECT_EQ(c.bench.console(), FlashBench::textsUpTo(static_cast<qsizetype>(step)) + kAborted);
+            EXPECT_EQ(c.bench.console(), FlashRig::textsUpTo(static_cast<qsizetype>(step)) + kAborted);
             EXPECT_EQ(c.outcome(), Outcome::Cancelled);
         }
     }
@@ -51,12 +51,12 @@ TEST(FlashFrames, LengthsOfVersionInformation) {
                                                      {0x01000010, false, 0},
                                                      {0xFFFFFFFF, false, 0}}) {
         SCOPED_TRACE(row.length);
-        FlashBench b;
+        FlashRig b;
         b.port.steps[4].answer = "\x02" + leastFirst(row.length) + (row.good ? rest.left(row.read) : rest);
         b.start();
         if (row.good) {
             EXPECT_EQ(b.outcome(), Outcome::Done);
-            EXPECT_TRUE(b.bench.console().startsWith(FlashBench::textsUpTo(4) + "<2>>" +
+            EXPECT_TRUE(b.bench.console().startsWith(FlashRig::textsUpTo(4) + "<2>>" +
                                                      QString(static_cast<qsizetype>(row.length) - 9, 'v') +
                                                      "< done!\nSending NAND"));
             continue;
@@ -64,7 +64,7 @@ TEST(FlashFrames, LengthsOfVersionInformation) {
         ASSERT_EQ(b.bench.boxes.shown.size(), 1);
         EXPECT_TRUE(b.bench.boxes.shown[0].startsWith(
             "[Error] ! Error communicating with COM1\nor other download problem\nError: "));
-        EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(4) + "<2>" + kAborted);
+        EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(4) + "<2>" + kAborted);
         EXPECT_EQ(b.port.unread().size(), rest.size() - row.read);
         EXPECT_EQ(b.outcome(), Outcome::WrongAnswer);
         b.expectAborted(false);
@@ -74,14 +74,14 @@ TEST(FlashFrames, LengthsOfVersionInformation) {
 TEST(FlashFrames, CancelWithinVersionInformation) {
     for (qsizetype position = 1; position < kVersion.size(); ++position) {
         SCOPED_TRACE(position);
-        FlashBench b;
+        FlashRig b;
         disturb(b, b.port.steps[4], Trouble::Cancel, position);
         b.start();
         EXPECT_EQ(b.outcome(), Outcome::Cancelled);
         if (position == 1) {
             // Zero bytes make the length 0, which is none.
             EXPECT_EQ(b.bench.boxes.shown.size(), 1);
-            EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(4) + "<2>" + kAborted);
+            EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(4) + "<2>" + kAborted);
             b.expectAborted(false);
             continue;
         }
@@ -90,7 +90,7 @@ TEST(FlashFrames, CancelWithinVersionInformation) {
         for (qsizetype i = std::max<qsizetype>(position - 6, 0); i < text.size(); ++i)
             text[i] = 0;
         EXPECT_TRUE(b.bench.boxes.shown.isEmpty());
-        EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(4) + "<2>>" + readable(QString::fromLatin1(text)) +
+        EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(4) + "<2>>" + readable(QString::fromLatin1(text)) +
                                          "< done!\nSending NAND FLASH HEADER frame .. (ERASING FLASH) .. "
                                          "get ACK .. " +
                                          kAborted);

@@ -1,4 +1,4 @@
-#include "FlashBench.h"
+#include "FlashRig.h"
 
 namespace {
 
@@ -9,7 +9,7 @@ using zrk::Outcome;
 TEST(FlashProgramming, GoodRunToTheLetterAndToTheByte) {
     for (const bool erase : {true, false}) {
         for (const bool oneByOne : {true, false}) {
-            FlashBench b;
+            FlashRig b;
             b.port.oneByOne = oneByOne;
             b.loader.controls.chkErase.Value = erase ? 1 : 0;
             b.port.steps[5].when[20] = erase ? 1 : 0;
@@ -18,7 +18,7 @@ TEST(FlashProgramming, GoodRunToTheLetterAndToTheByte) {
             const QString before = b.bench.console() + "\n--- Switching to programmed mode ---\n";
             b.start();
             EXPECT_EQ(b.bench.console(),
-                      before + FlashBench::textsUpTo(9).replace("(ERASING FLASH) .. ",
+                      before + FlashRig::textsUpTo(9).replace("(ERASING FLASH) .. ",
                                                                 erase ? "(ERASING FLASH) .. " : ""));
             EXPECT_EQ(b.port.written, b.sentUpTo(8));
             EXPECT_EQ(b.port.callNames().mid(1),
@@ -38,11 +38,11 @@ TEST(FlashProgramming, EachAnswerGoneWrong) {
             if (trouble == Trouble::Silent && step > 2)
                 continue; // there is no time limit, as the next test shows
             SCOPED_TRACE(testing::Message() << "step " << step << " trouble " << static_cast<int>(trouble));
-            FlashBench b;
+            FlashRig b;
             disturb(b, b.port.steps[step], trouble);
             b.start();
             const bool echoed = step < 5 && trouble != Trouble::HangUp;
-            EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(static_cast<qsizetype>(step)) +
+            EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(static_cast<qsizetype>(step)) +
                                              (echoed ? echoOf(trouble) + kMismatch : QString()) + kAborted);
             EXPECT_EQ(b.port.written, b.sentUpTo(step)) << "sent on after the trouble";
             EXPECT_EQ(b.bench.boxes.shown, boxesOf(trouble));
@@ -62,12 +62,12 @@ TEST(FlashProgramming, EachAnswerGoneWrong) {
 TEST(FlashProgramming, TheChipMayTakeItsTimeAndCancelStillWorksAtOnce) {
     for (std::size_t step = 3; step <= 8; ++step) {
         SCOPED_TRACE(step);
-        FlashBench b;
+        FlashRig b;
         b.port.steps[step].delay = 20min;
         b.start();
         EXPECT_EQ(b.outcome(), Outcome::Done);
 
-        FlashBench c;
+        FlashRig c;
         Duration clicked{};
         c.port.steps[step].answer.clear();
         c.port.steps[step].delay = 20min;
@@ -85,10 +85,10 @@ TEST(FlashProgramming, TheChipMayTakeItsTimeAndCancelStillWorksAtOnce) {
 }
 
 TEST(FlashProgramming, HangUpAtEveryByte) {
-    const qsizetype beforeHeader = FlashBench().sentUpTo(4).size();
-    for (qsizetype bytes = 1; bytes <= FlashBench().sentUpTo(8).size(); ++bytes) {
+    const qsizetype beforeHeader = FlashRig().sentUpTo(4).size();
+    for (qsizetype bytes = 1; bytes <= FlashRig().sentUpTo(8).size(); ++bytes) {
         SCOPED_TRACE(bytes);
-        FlashBench b;
+        FlashRig b;
         b.port.hangUpAfterBytes = bytes;
         b.start();
         EXPECT_EQ(b.outcome(), Outcome::PortLost);
@@ -99,7 +99,7 @@ TEST(FlashProgramming, HangUpAtEveryByte) {
 
 TEST(FlashProgramming, CancelDuringThePayload) {
     for (const Answer answer : {Answer::No, Answer::Yes}) {
-        FlashBench b;
+        FlashRig b;
         b.port.steps[6].when = kData.mid(8);
         b.port.steps.insert(b.port.steps.begin() + 6,
                             {kData.left(8), "", [&] { b.loader.portControl.cmdCancel_Click(); }, 0ms});
@@ -109,12 +109,12 @@ TEST(FlashProgramming, CancelDuringThePayload) {
                   QStringList("[] ? yes/no If you cancel now, you have to restart all over!\n"
                               "Are you sure?"));
         if (answer == Answer::No) {
-            EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(9));
+            EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(9));
             EXPECT_EQ(b.outcome(), Outcome::Done);
             continue;
         }
         EXPECT_EQ(b.port.written, b.sentUpTo(6) + hex("00 00 03")) << "the frame is completed";
-        EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(6) + kAborted);
+        EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(6) + kAborted);
         EXPECT_EQ(b.loader.controls.staStatus.SecondPanel.value(), "bytes sent 2 / 5");
         EXPECT_EQ(b.outcome(), Outcome::Cancelled);
         b.expectAborted(true);
@@ -124,7 +124,7 @@ TEST(FlashProgramming, CancelDuringThePayload) {
 TEST(FlashProgramming, AfterAConfirmedCancelTheClosingBytesLeaveThePort) {
     for (const bool stalled : {false, true}) {
         SCOPED_TRACE(stalled ? "unless the line takes nothing" : "as long as the line takes them");
-        FlashBench b;
+        FlashRig b;
         b.bench.fill(5, QByteArray(30'000, 'x'), "0x00020000");
         b.loader.controls.chkErase.Value = 0;
         b.port.steps[5].when = hex("00 00 00 00 03"); // of the header, whatever its size says
@@ -148,7 +148,7 @@ TEST(FlashProgramming, AfterAConfirmedCancelTheClosingBytesLeaveThePort) {
 TEST(FlashProgramming, WithoutPgSibl) {
     const QString box = "[Error] ! No pg_sibl binary specified in INI file";
     {
-        FlashBench b; // unticked: told, and gone on with what the slot holds
+        FlashRig b; // unticked: told, and gone on with what the slot holds
         b.loader.controls.chkExeURK[6].Value = 0;
         b.bench.boxes.user = [&](int) {
             EXPECT_EQ(b.bench.console(), "");
@@ -168,14 +168,14 @@ TEST(FlashProgramming, WithoutPgSibl) {
         };
         const qsizetype before = b.bench.console().size();
         b.start();
-        EXPECT_EQ(b.bench.console().mid(before), FlashBench::textsUpTo(9));
+        EXPECT_EQ(b.bench.console().mid(before), FlashRig::textsUpTo(9));
     }
-    FlashBench b; // no file at all: the failure comes while its header is built
+    FlashRig b; // no file at all: the failure comes while its header is built
     b.loader.iniLoader.applyValue(6, "none.bin");
     b.start();
     ASSERT_EQ(b.bench.boxes.shown.size(), 2);
     EXPECT_EQ(b.bench.boxes.shown[0], box);
-    EXPECT_EQ(b.bench.console(), FlashBench::textsUpTo(2) +
+    EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(2) +
                                      "R .. found!\nSending startaddress .. done!\nSending size .. " +
                                      kAborted);
     EXPECT_EQ(b.outcome(), Outcome::Internal);
@@ -199,7 +199,7 @@ TEST(FlashProgramming, TextsOfTheFlashSlot) {
              {"0x20000", "", hex("00 00 02 00"), "", false},
              {"xyz", "0x5", "", "", false}}) {
         SCOPED_TRACE(row.address);
-        FlashBench b;
+        FlashRig b;
         b.loader.controls.txtStartAddress[5].Text = row.address;
         b.loader.controls.lblCodeSize[5].Caption = row.size;
         QByteArray header = hex("02 18 00 00 00 AE") + row.header;

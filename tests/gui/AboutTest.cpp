@@ -1,16 +1,13 @@
 #include "app/AboutBox.h"
-#include "app/Identity.h"
 #include "app/SystemInfo.h"
 #include "platform/ProgramStarter.h"
 #include "platform/Registry.h"
-#include "support/Bench.h"
+#include "support/Rig.h"
 
-#include <QImage>
 #include <QLabel>
 #include <QTest>
 
 #include <map>
-#include <set>
 
 namespace {
 
@@ -113,19 +110,6 @@ TEST_F(About, TheBoxTellsTitleAndVersionAndOffersSystemInformation) {
         QTest::mouseClick(box.findChild<QWidget*>(QStringLiteral("cmdOK")), Qt::LeftButton);
         EXPECT_FALSE(box.isVisible());
     }
-}
-
-TEST(Icon, HasThirtyTwoPixelsAndSixteenColoursAndLargerSizes) {
-    const QImage small = zrk::applicationIcon().pixmap(32).toImage().convertToFormat(QImage::Format_ARGB32);
-    ASSERT_EQ(small.size(), QSize(32, 32));
-    std::set<QRgb> colours;
-    for (int y = 0; y < 32; ++y) {
-        for (int x = 0; x < 32; ++x)
-            colours.insert(qAlpha(small.pixel(x, y)) == 0 ? 0 : small.pixel(x, y));
-    }
-    EXPECT_LE(colours.size(), 16U);
-    EXPECT_GE(colours.size(), 4U);
-    EXPECT_EQ(zrk::applicationIcon().pixmap(256).size(), QSize(256, 256));
 }
 
 } // namespace

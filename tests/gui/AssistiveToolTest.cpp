@@ -1,4 +1,4 @@
-#include "gui/WindowBench.h"
+#include "gui/WindowRig.h"
 
 #include <QAccessible>
 #include <QAction>

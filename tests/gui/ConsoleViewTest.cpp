@@ -1,6 +1,6 @@
 #include "app/ConsoleView.h"
 
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 #include <QApplication>
 #include <QClipboard>

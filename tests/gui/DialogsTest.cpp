@@ -1,6 +1,6 @@
 #include "app/WindowFileDialog.h"
 #include "app/WindowMessageBoxes.h"
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 #include <QFileDialog>
 #include <QMessageBox>

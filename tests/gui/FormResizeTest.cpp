@@ -1,7 +1,7 @@
 #include "app/FormResize.h"
 
 #include "app/ConsoleView.h"
-#include "gui/WindowBench.h"
+#include "gui/WindowRig.h"
 
 #include <QGroupBox>
 #include <QTest>

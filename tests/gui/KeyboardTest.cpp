@@ -1,5 +1,5 @@
 #include "app/ConsoleView.h"
-#include "gui/WindowBench.h"
+#include "gui/WindowRig.h"
 
 #include <QAction>
 #include <QClipboard>

@@ -1,5 +1,5 @@
 #include "app/AppOptions.h"
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 namespace {
 

@@ -30,7 +30,7 @@ TEST(Activity, TransferRateInWords) {
 }
 
 TEST(Activity, TheFirstPanelSaysWhatGoesOn) {
-    ScriptedBench b;
+    ScriptedRig b;
     const auto panel = [&b] {
         b.loop.runFor(250ms);
         return b.loader.controls.staStatus.FirstPanel.value();

@@ -1,5 +1,5 @@
 #include "loader/ThisProgram.h"
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 namespace {
 

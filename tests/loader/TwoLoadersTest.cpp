@@ -1,4 +1,4 @@
-#include "support/Bench.h"
+#include "support/Rig.h"
 #include "support/BoardPort.h"
 
 #include <thread>
@@ -13,7 +13,7 @@ using zrk::Outcome;
 std::vector<Outcome> liveWith(const zrkboard::BoardOptions& options, Duration untilPowerOn) {
     VirtualEventLoop loop;
     BoardPort port(loop, options);
-    Bench bench(loop, port);
+    Rig bench(loop, port);
     bench.fill(0, "ZRK SIMULATED PRIMARY BOOT" + QByteArray(3'000, 'p'), "0x0000");
     bench.fill(1, QByteArray(20'000, 's'), "0x80000004");
     bench.waitDialog.whenShown = [&](zrk::WaitDialog&) { loop.after(untilPowerOn, [&] { port.powerOn(); }); };

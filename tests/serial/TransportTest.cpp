@@ -1,5 +1,5 @@
 #include "platform/RuntimeFailure.h"
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 namespace zrktest {
 
-void fillBringUp(Bench& bench) {
+void fillBringUp(Rig& bench) {
     bench.fill(0, kPrimaryCode, QStringLiteral("0x1234"));
     bench.fill(1, kSecondaryCode, QStringLiteral("0x80008004"));
 }
@@ -28,7 +28,7 @@ QStringList bringUpTexts() {
             "t .. found, \n---- Secondary Executable loaded. ---\n\n"};
 }
 
-void disturb(ScriptedBench& b, Step& step, Trouble trouble, qsizetype position) {
+void disturb(ScriptedRig& b, Step& step, Trouble trouble, qsizetype position) {
     if (trouble == Trouble::Wrong) {
         step.answer[position] = '?';
         return;

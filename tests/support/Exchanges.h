@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 namespace zrktest {
 
@@ -12,7 +12,7 @@ inline const QByteArray kPrimaryCode = hex("00 FF 0A 0D 1A");
 inline const QByteArray kSecondaryHeader = hex("04 80 00 80  07 00 00 00");
 inline const QByteArray kSecondaryCode = hex("35 6F 45 74 00 80 7F");
 
-void fillBringUp(Bench& bench);
+void fillBringUp(Rig& bench);
 
 /// Step 0 follows the open; 1 to 5 are the second "5", "R", "X", "o" and "t".
 [[nodiscard]] std::vector<Step> bringUpSteps();
@@ -29,7 +29,7 @@ inline constexpr std::array kTroubles{Trouble::Wrong, Trouble::Silent, Trouble::
                                       Trouble::HangUp};
 
 /// Makes the step go wrong. A wrong answer has "?" at `position`.
-void disturb(ScriptedBench& b, Step& step, Trouble trouble, qsizetype position = 0);
+void disturb(ScriptedRig& b, Step& step, Trouble trouble, qsizetype position = 0);
 
 /// What the console then shows in place of the answer, what the boxes say and how the operation ends.
 [[nodiscard]] QString echoOf(Trouble trouble);

@@ -1,4 +1,4 @@
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 #include <QFile>
 
@@ -20,19 +20,19 @@ QString readable(const QString& text) {
     return result;
 }
 
-Bench::Bench(VirtualEventLoop& eventLoop, LinePort& linePort)
+Rig::Rig(VirtualEventLoop& eventLoop, LinePort& linePort)
     : loop(eventLoop), port(linePort),
       loader({eventLoop, linePort, boxes, fileDialog, waitDialog}, folder.path()) {
     loader.startUp.prepare({folder.path(), QStringLiteral("loader"), 0, 7, 34});
 }
 
-QString Bench::file(const QString& name, const QByteArray& content) const {
+QString Rig::file(const QString& name, const QByteArray& content) const {
     QFile file(folder.filePath(name));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     return file.fileName();
 }
 
-void Bench::fill(int slot, const QByteArray& content, const QString& address) {
+void Rig::fill(int slot, const QByteArray& content, const QString& address) {
     loader.imageSlots.fill(slot, file(QStringLiteral("slot%1.bin").arg(slot), content));
     loader.controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
 }
@@ -47,20 +47,20 @@ auto startButtons(auto& controls) {
 
 } // namespace
 
-QString Bench::buttons() const {
+QString Rig::buttons() const {
     QString text;
     for (const auto* button : startButtons(loader.controls))
         text += QLatin1Char(button->Enabled ? '1' : '0');
     return text;
 }
 
-void Bench::setButtons(const QString& enabled) {
+void Rig::setButtons(const QString& enabled) {
     const auto buttons = startButtons(loader.controls);
     for (std::size_t i = 0; i < buttons.size(); ++i)
         buttons[i]->Enabled = enabled[static_cast<qsizetype>(i)] == QLatin1Char('1');
 }
 
-void Bench::expectAtRest() {
+void Rig::expectAtRest() {
     EXPECT_FALSE(port.isOpen());
     EXPECT_EQ(loader.controls.lblState.Caption.value(), "Closed...");
     EXPECT_TRUE(loader.controls.cmbComPort.Enabled);

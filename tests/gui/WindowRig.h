@@ -2,15 +2,15 @@
 
 #include "app/MainWindow.h"
 #include "app/WaitForCommForm.h"
-#include "support/Bench.h"
+#include "support/Rig.h"
 
 #include <QApplication>
 
 namespace zrktest {
 
 /// A window over a loader with a scripted port, on virtual time.
-struct WindowBench {
-    WindowBench() {
+struct WindowRig {
+    WindowRig() {
         loader.startUp.prepare({folder.path(), QStringLiteral("loader"), 0, 7, 34});
         window.show();
         QApplication::processEvents();
@@ -43,6 +43,6 @@ struct WindowBench {
     zrk::MainWindow window{loader, [this] { ++aboutShown; }};
 };
 
-class WindowTest : public ::testing::Test, protected WindowBench {};
+class WindowTest : public ::testing::Test, protected WindowRig {};
 
 } // namespace zrktest

@@ -16,8 +16,8 @@ inline const QByteArray kEndOfData = hex("02 0C 00 00 00 A3 A3 00 00 00 00 03");
 inline const QByteArray kComplete = hex("02 0A 00 00 00 B1 B1 00 00 03");
 
 /// Both flash slots filled, full erase ticked, and a board that does everything well.
-struct FlashBench : ScriptedBench {
-    FlashBench() {
+struct FlashRig : ScriptedRig {
+    FlashRig() {
         bench.fill(6, kPgSibl.mid(8), QStringLiteral("0x0000"));
         bench.fill(5, kImage, QStringLiteral("0x00020000"));
         loader.controls.chkErase.Value = 1;

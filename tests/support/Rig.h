@@ -36,8 +36,8 @@ inline QByteArray hex(const char* digits) {
 [[nodiscard]] QString readable(const QString& text);
 
 /// A loader with everything around it, prepared as at start-up, over a port.
-struct Bench {
-    Bench(VirtualEventLoop& eventLoop, LinePort& linePort);
+struct Rig {
+    Rig(VirtualEventLoop& eventLoop, LinePort& linePort);
 
     /// Gives the slot a file with this content, this address, and selects it.
     void fill(int slot, const QByteArray& content, const QString& address);
@@ -65,13 +65,13 @@ struct Bench {
 };
 
 /// One bench over a scripted port, for tests that need many fresh ones.
-struct ScriptedBench {
+struct ScriptedRig {
     VirtualEventLoop loop;
     ScriptedPort port{loop};
-    Bench bench{loop, port};
+    Rig bench{loop, port};
     zrk::Loader& loader = bench.loader;
 };
 
-class ScriptedTest : public ::testing::Test, protected ScriptedBench {};
+class ScriptedTest : public ::testing::Test, protected ScriptedRig {};
 
 } // namespace zrktest
