@@ -31,6 +31,7 @@ struct Run {
 
 void benchBoards(int count) {
     std::vector<std::unique_ptr<Run>> runs;
+    runs.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         runs.push_back(std::make_unique<Run>());
     const std::clock_t cpuBegin = std::clock();

@@ -32,6 +32,7 @@ std::chrono::microseconds time(timeval t) {
 BoardProcess::BoardProcess(std::vector<std::string> options) {
     options.insert(options.begin(), siblingProgram("zrk-board"));
     std::vector<char*> argv;
+    argv.reserve(options.size() + 1);
     for (std::string& option : options)
         argv.push_back(option.data());
     argv.push_back(nullptr);

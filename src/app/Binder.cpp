@@ -87,7 +87,7 @@ void Binder::comboBox(ComboBox& value, PortList* list) {
     follow(value.ListIndex, select);
     enabled(value.Enabled, list, WhileBusy::AsItIs);
     QObject::connect(list, &PortList::currentIndexChanged, list, [&value, select](int index) {
-        if (value.Enabled)
+        if (value.Enabled && index >= 0)
             value.ListIndex = index;
         else
             select();

@@ -7,7 +7,8 @@
 namespace zrk {
 
 /// `cmbComPort`: shows the device behind an entry as its tool tip, looked up whenever it may be seen,
-/// because adapters come and go.
+/// because adapters come and go. An entry that a screen reader or another tool selects in the list is
+/// chosen, as a click on it would be.
 class PortList : public QComboBox {
     Q_OBJECT
 
@@ -23,6 +24,7 @@ class PortList : public QComboBox {
     bool event(QEvent* event) override;
 
   private:
+    void takeSelection();
     void refreshToolTips();
     [[nodiscard]] QString toolTipOf(int index) const;
 

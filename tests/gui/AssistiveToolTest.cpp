@@ -1,5 +1,6 @@
 #include "gui/WindowRig.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
@@ -7,6 +8,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTest>
 
 namespace {
 
@@ -53,11 +55,23 @@ TEST_F(AssistiveTool, WhatItSetsIsWhatTheLoaderHas) {
     EXPECT_EQ(console->toPlainText(), "one\ntwe") << "the console is only read";
 
     auto* ports = find<QComboBox>(QStringLiteral("cmbComPort"));
-    ports->setCurrentIndex(2);
+    const auto select = [ports](int entry) {
+        reached(ports).child(0)->child(entry)->actionInterface()->doAction(
+            QAccessibleActionInterface::toggleAction());
+        QApplication::processEvents();
+    };
+    select(6);
+    EXPECT_EQ(c.cmbComPort.selectedItemData(), 7);
+    ports->showPopup();
+    QTest::keyClick(ports->view(), Qt::Key_Down); // going through the open list is no choice yet
+    QApplication::processEvents();
+    EXPECT_EQ(c.cmbComPort.selectedItemData(), 7);
+    select(2);
+    EXPECT_FALSE(ports->view()->isVisible());
     EXPECT_EQ(c.cmbComPort.selectedItemData(), 3);
     loader.terminal.cmdTerminal_Click();
     EXPECT_EQ(loader.port.CommPort(), 3);
-    ports->setCurrentIndex(4);
+    select(4);
     EXPECT_EQ(ports->currentText(), "COM3:") << "the port that is open";
     EXPECT_EQ(c.cmbComPort.selectedItemData(), 3);
 }
