@@ -9,6 +9,14 @@
 
 namespace zrk {
 
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kLastBytesLimit = 3s;
+
+} // namespace
+
 Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output)
     : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)), m_output(output),
       m_question(loop), m_messages(output, m_question), m_powerOnNotice(loop, output, options.waitLimit),
@@ -35,7 +43,7 @@ ExitStatus Session::run() {
         if (status != ExitStatus::Done)
             return status;
     }
-    if (!m_loader.transport.letOut()) {
+    if (!m_loader.transport.letOut(kLastBytesLimit, kLastBytesLimit)) {
         m_output.tell(
             QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
         return ExitStatus::PortLost;

@@ -7,6 +7,15 @@
 
 namespace zrk {
 
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kLetOutLimit = 2s;
+constexpr std::chrono::milliseconds kLetOutStall = 300ms;
+
+} // namespace
+
 FlashProgramming::FlashProgramming(Link& link, BootRomHandshake& handshake, ImageTransfer& transfer)
     : m_link(link), m_handshake(handshake), m_transfer(transfer), m_frames(link.transport, link.console) {}
 
@@ -85,7 +94,7 @@ bool FlashProgramming::sendData() {
     m_frames.sendDataEnd();
     // The abort closes the port, which drops what is still queued; a frame that was begun is ended first.
     if (m_link.state.CancelRequested)
-        (void)m_link.transport.letOut();
+        (void)m_link.transport.letOut(kLetOutLimit, kLetOutStall);
     return awaitAck(QStringLiteral("The board programs the flash"));
 }
 

@@ -13,8 +13,6 @@ constexpr std::chrono::milliseconds kSentStatusInterval = 250ms;
 constexpr std::chrono::milliseconds kReplyInterval = 5000ms;
 constexpr std::chrono::milliseconds kReplyIntervalDebug = 10000ms;
 constexpr qsizetype kRoomForClosingBytes = 16;
-constexpr std::chrono::milliseconds kLetOutLimit = 2000ms;
-constexpr std::chrono::milliseconds kLetOutStall = 300ms;
 constexpr std::chrono::milliseconds kLetOutLook = 5ms;
 
 } // namespace
@@ -67,13 +65,13 @@ bool Transport::hasRoom() {
     return m_desk.state.DebugMode || m_port.transmitRoom() > kRoomForClosingBytes;
 }
 
-bool Transport::letOut() {
-    const auto end = m_desk.loop.now() + kLetOutLimit;
+bool Transport::letOut(std::chrono::milliseconds limit, std::chrono::milliseconds stall) {
+    const auto end = m_desk.loop.now() + limit;
     const auto timer = m_desk.loop.createTimer([] {});
     timer->start(kLetOutLook);
     auto lastProgress = m_desk.loop.now();
     qsizetype unsent = m_port.unsentBytes();
-    while (unsent > 0 && m_desk.loop.now() < end && m_desk.loop.now() - lastProgress < kLetOutStall) {
+    while (unsent > 0 && m_desk.loop.now() < end && m_desk.loop.now() - lastProgress < stall) {
         m_desk.loop.wait();
         const qsizetype now = m_port.unsentBytes();
         if (now < unsent)

@@ -54,10 +54,3 @@ TEST(PacedQueue, AnIdleLineSavesNothingUp) {
     line.push(kBlock, kStart + 10s);
     EXPECT_EQ(line.take(kStart + 10s + 5ms).size(), 5U);
 }
-
-TEST(PacedQueue, WithoutARateEverythingPassesAtOnce) {
-    PacedQueue line(0);
-    line.push(kBlock, kStart);
-    EXPECT_EQ(line.nextThrough(), kStart);
-    EXPECT_EQ(line.take(kStart).size(), 512U);
-}

@@ -210,26 +210,5 @@ TEST_F(PortFlow, PtyHasNoDtrWhichIsNoFailure) {
     EXPECT_FALSE(port->isLost());
 }
 
-TEST_F(PortFlow, TwoPortsLiveSideBySide) {
-    Pty lines[2];
-    MachinePorts ports(loop, PortNames({{1, lines[0].device()}, {2, lines[1].device()}}));
-    const auto first = ports.open(1, kLine, Handshaking::None);
-    const auto second = ports.open(2, kLine, Handshaking::None);
-    first->write("to one");
-    second->write("to two");
-    lines[1].send("from two");
-    lines[0].send("from one");
-    EXPECT_EQ(lines[0].receive(6), "to one");
-    EXPECT_EQ(lines[1].receive(6), "to two");
-    EXPECT_EQ(readAll(*first, 8), "from one");
-    EXPECT_EQ(readAll(*second, 8), "from two");
-
-    lines[0].hangUp();
-    EXPECT_TRUE(waitUntil([&] { return first->isLost(); }));
-    EXPECT_FALSE(second->isLost());
-    second->write("still");
-    EXPECT_EQ(lines[1].receive(5), "still");
-}
-
 } // namespace
 } // namespace zrk::test
