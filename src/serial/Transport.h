@@ -50,8 +50,8 @@ class Transport {
     /// Blocks until something happens (the line takes bytes, a click, a tick) and runs it.
     void waitForRoom() { m_desk.loop.wait(); }
 
-    /// Waits, yielding, until all that was sent has left the port: no longer than `limit`, and only as long as
-    /// something leaves within every `stall`. True when all has left, or the port is closed.
+    /// Waits, yielding, until all that was sent has left the port: no longer than `limit`, and only as long
+    /// as something leaves within every `stall`. True when all has left, or the port is closed.
     bool letOut(std::chrono::milliseconds limit, std::chrono::milliseconds stall);
 
     /// The reply time-out has expired: asks the running wait to stop and tells the user.

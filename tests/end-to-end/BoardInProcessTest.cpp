@@ -1,5 +1,5 @@
-#include "support/Rig.h"
 #include "support/BoardPort.h"
+#include "support/Rig.h"
 
 namespace {
 

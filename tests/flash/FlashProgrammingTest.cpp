@@ -19,7 +19,7 @@ TEST(FlashProgramming, GoodRunToTheLetterAndToTheByte) {
             b.start();
             EXPECT_EQ(b.bench.console(),
                       before + FlashRig::textsUpTo(9).replace("(ERASING FLASH) .. ",
-                                                                erase ? "(ERASING FLASH) .. " : ""));
+                                                              erase ? "(ERASING FLASH) .. " : ""));
             EXPECT_EQ(b.port.written, b.sentUpTo(8));
             EXPECT_EQ(b.port.callNames().mid(1),
                       QStringList({"close", "open 1 115200,N,8,1 handshaking 0", "close"}));
