@@ -34,7 +34,8 @@ QString ComPort::Input() {
 }
 
 void ComPort::discardReceived() {
-    (void)opened().read(std::numeric_limits<qsizetype>::max());
+    if (m_open)
+        (void)m_open->read(std::numeric_limits<qsizetype>::max());
 }
 
 void ComPort::Output(const QString& text) {

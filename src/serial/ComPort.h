@@ -34,8 +34,10 @@ class ComPort {
     /// Binary: exactly one byte, or none. Text: everything waiting. A byte is the character of its code.
     [[nodiscard]] QString Input();
 
-    /// Drops the received bytes that wait in front as long as each is `byte`, or all that have been received.
+    /// Drops the received bytes that wait in front as long as each is `byte`.
     void skip(char byte) { opened().skip(byte); }
+
+    /// Drops all that has been received; on a closed port there is nothing.
     void discardReceived();
 
     /// Sends every character as one byte, its code. A character above 255 fails with InvalidArgument

@@ -170,6 +170,17 @@ TEST(FlashProgramming, WithoutPgSibl) {
         b.start();
         EXPECT_EQ(b.bench.console().mid(before), FlashRig::textsUpTo(9));
     }
+    {
+        FlashRig b; // the window is closed behind the box: a cancel, and no second box
+        b.loader.controls.chkExeURK[6].Value = 0;
+        b.bench.boxes.user = [&](int) {
+            EXPECT_EQ(b.loader.portControl.Form_Unload(), 1);
+            return Answer::Ok;
+        };
+        b.start();
+        EXPECT_EQ(b.bench.boxes.shown, QStringList(box));
+        EXPECT_EQ(b.outcome(), Outcome::Cancelled);
+    }
     FlashRig b; // no file at all: the failure comes while its header is built
     b.loader.iniLoader.applyValue(6, "none.bin");
     b.start();
