@@ -17,13 +17,11 @@ class Ini : public ScriptedTest {
     /// "ticked|name|path|tool tip|address|size", with the image folder as "~".
     [[nodiscard]] QString slot(std::size_t i) const {
         const zrk::Controls& c = loader.controls;
-        return QStringList{QString::number(c.chkExeURK[i].Value),
-                           c.txtFilNam[i].Text,
-                           c.txtFilNam[i].Tag,
-                           c.txtFilNam[i].ToolTipText,
-                           c.txtStartAddress[i].Text,
-                           c.lblCodeSize[i].Caption}
-            .join('|')
+        const auto& name = c.txtFilNam[i];
+        const QStringList texts{name.Text, name.Tag, name.ToolTipText, c.txtStartAddress[i].Text,
+                                c.lblCodeSize[i].Caption};
+        return QString::number(c.chkExeURK[i].Value)
+            .append('|' + texts.join('|'))
             .replace(bench.folder.path(), "~");
     }
 };
@@ -48,7 +46,6 @@ TEST_F(Ini, FoundMissingAndUnnamedFiles) {
     EXPECT_EQ(slot(5), "0|CAN'T FIND: empty.bin||File Not Found, check .INI file|0x0000|");
     EXPECT_EQ(slot(6), "0|CAN'T FIND: none||File Not Found, check .INI file|0x80000004|");
     EXPECT_EQ(bench.buttons(), "1001");
-    EXPECT_TRUE(bench.boxes.shown.isEmpty());
 
     // Loaded again: what is named is overwritten and what is no longer named stays.
     load("[binfiles]\nprimary = gone.bin\nSecondary=' two .bin'\n[IMGFILES]\nUBOOT=p.bin, no number\n");
@@ -58,10 +55,9 @@ TEST_F(Ini, FoundMissingAndUnnamedFiles) {
     EXPECT_EQ(slot(4), "1|k.bin|~/img/k.bin|Path: ~/img/|0x8000000C|0x1");
     EXPECT_EQ(bench.buttons(), "0001");
 
-    const QString before = slot(1);
     loader.state.IniPath = bench.folder.filePath("no.INI");
     loader.iniLoader.mnuLoadIni_Click();
-    EXPECT_EQ(slot(1), before);
+    EXPECT_EQ(slot(1), "1| two .bin|~/ two .bin|Path: ~/|0x00000000|0x2");
     EXPECT_TRUE(bench.boxes.shown.isEmpty());
 
     loader.iniLoader.mnuWriteIni_Click();
@@ -112,27 +108,18 @@ TEST_F(Ini, Values) {
         "Quoted=\" x \"\nHalf=\"x\nLong=" +
         long254 + "vv\nName=caf\xC3\xA9\n[Sect]\nLate=never seen\n[Last]\rKey=last";
     const QString path = bench.file("values.ini", text);
-    for (const auto& [key, value] : std::initializer_list<std::pair<const char*, QString>>{
-             {"Key", "a b=c, d"},
-             {"KEY", "a b=c, d"},
-             {"Blank", ""},
-             {"Quoted", " x "},
-             {"Half", "\"x"},
-             {"Long", QString::fromLatin1(long254)},
-             {"Name", QString::fromUtf8("caf\xC3\xA9")},
-             {"Late", ""},
-             {"NoEquals", ""},
-         })
-        EXPECT_EQ(zrk::GetIniValue(path, "Sect", key), value) << key;
-    EXPECT_EQ(zrk::GetIniValue(path, "last", "key"), "last");
-    EXPECT_EQ(zrk::GetIniValue(path, "missing", "key"), "");
-    EXPECT_EQ(zrk::GetIniValue(bench.file("latin", "[S]\nName=caf\xE9"), "S", "Name"),
-              QString::fromUtf8("caf\xC3\xA9"));
+    const std::initializer_list<std::tuple<const char*, const char*, QString>> values{
+        {"Sect", "Key", "a b=c, d"},     {"Sect", "KEY", "a b=c, d"}, {"Sect", "Blank", ""},
+        {"Sect", "Quoted", " x "},       {"Sect", "Half", "\"x"},     {"Sect", "Long", long254},
+        {"Sect", "Name", "caf\xC3\xA9"}, {"Sect", "Late", ""},        {"Sect", "NoEquals", ""},
+        {"last", "key", "last"},         {"missing", "key", ""}};
+    for (const auto& [section, key, value] : values)
+        EXPECT_EQ(zrk::GetIniValue(path, section, key), value) << key;
+    EXPECT_EQ(zrk::GetIniValue(bench.file("latin", "[S]\nName=caf\xE9"), "S", "Name"), "caf\xC3\xA9");
     const QString marked = QStringLiteral("\uFEFF[S]\r\nKey=caf\u00E9\r\n");
     for (const auto encoding : {QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE})
         EXPECT_EQ(zrk::GetIniValue(bench.file("marked", QStringEncoder(encoding)(marked)), "S", "Key"),
-                  QString::fromUtf8("caf\xC3\xA9"))
-            << encoding;
+                  marked.mid(10, 4));
     EXPECT_EQ(zrk::GetIniValue(bench.folder.path(), "S", "Key"), "");
 }
 
