@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeFailure.h"
 
+#include <QHash>
 #include <QSet>
 
 #include <gtest/gtest.h>
@@ -9,28 +10,20 @@
 namespace zrk {
 namespace {
 
-PortNames::Machine machineWith(const QSet<QString>& devices, const std::map<QString, QString>& environment) {
-    return {[environment](const QString& variable) {
-                const auto found = environment.find(variable);
-                return found == environment.end() ? QString() : found->second;
-            },
-            [devices](const QString& device) { return devices.contains(device); }};
-}
-
 #ifndef _WIN32
 TEST(PortNames, OverrideThenEnvironmentThenFirstDeviceThatExists) {
-    const PortNames names(
-        {{1, "/tmp/board"}},
-        machineWith({"/dev/ttyUSB0", "/dev/ttyS1", "/dev/ttyACM1", "/dev/ttyS2", "/dev/ttyS7", "/dev/ttyUSB8",
-                     "/dev/ttyUSB3"},
-                    {{"ZRK_COM1", "/dev/other"}, {"ZRK_COM4", "/dev/named"}, {"ZRK_COM3", ""}}));
-    const struct {
-        int number;
-        const char* device;
-    } cases[] = {{1, "/tmp/board"}, {2, "/dev/ttyACM1"}, {3, "/dev/ttyS2"}, {4, "/dev/named"},
-                 {5, ""},           {8, "/dev/ttyS7"},   {0, ""},           {9, ""}};
-    for (const auto& c : cases)
-        EXPECT_EQ(names.device(c.number).toStdString(), c.device) << c.number;
+    const QSet<QString> devices{"/dev/ttyUSB0", "/dev/ttyS1",   "/dev/ttyACM1", "/dev/ttyS2",
+                                "/dev/ttyS7",   "/dev/ttyUSB8", "/dev/ttyUSB3"};
+    const QHash<QString, QString> environment{
+        {"ZRK_COM1", "/dev/other"}, {"ZRK_COM4", "/dev/named"}, {"ZRK_COM3", ""}};
+    const PortNames names({{1, "/tmp/board"}},
+                          {[&](const QString& variable) { return environment.value(variable); },
+                           [&](const QString& device) { return devices.contains(device); }});
+    const std::pair<int, const char*> cases[] = {
+        {1, "/tmp/board"}, {2, "/dev/ttyACM1"}, {3, "/dev/ttyS2"}, {4, "/dev/named"},
+        {5, ""},           {8, "/dev/ttyS7"},   {0, ""},           {9, ""}};
+    for (const auto& [number, device] : cases)
+        EXPECT_EQ(names.device(number).toStdString(), device) << number;
 
     EXPECT_EQ(names.deviceNamed("com2:"), "/dev/ttyACM1");
     EXPECT_EQ(names.deviceNamed("COM5"), "");
@@ -39,10 +32,7 @@ TEST(PortNames, OverrideThenEnvironmentThenFirstDeviceThatExists) {
 }
 
 TEST(PortNames, OverrideIsParsedOrRefusedWithTheReason) {
-    const struct {
-        const char* text;
-        const char* outcome;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"1=/dev/ttyUSB0", "1 /dev/ttyUSB0"},
         {"8=/tmp/a=b", "8 /tmp/a=b"},
         {"/dev/ttyUSB0", "--com /dev/ttyUSB0: a port number, \"=\" and a device are expected, "
@@ -51,16 +41,16 @@ TEST(PortNames, OverrideIsParsedOrRefusedWithTheReason) {
         {"=/dev/x", "--com =/dev/x: the port number must be 1 to 8, as in --com 1=/dev/ttyUSB0."},
         {"2=", "--com 2=: the device is missing, as in --com 1=/dev/ttyUSB0."},
     };
-    for (const auto& c : cases) {
+    for (const auto& [text, expected] : cases) {
         QString outcome;
         try {
-            const auto [number, device] = PortNames::parseOverride(c.text);
+            const auto [number, device] = PortNames::parseOverride(text);
             outcome = QString::number(number) + ' ' + device;
         } catch (const RuntimeFailure& failure) {
             EXPECT_EQ(failure.kind(), FailureKind::InvalidArgument);
             outcome = failure.description();
         }
-        EXPECT_EQ(outcome.toStdString(), c.outcome);
+        EXPECT_EQ(outcome.toStdString(), expected);
     }
 }
 #endif

@@ -41,12 +41,11 @@ Pty::~Pty() {
 }
 
 void Pty::send(const QByteArray& bytes) {
-    for (qsizetype done = 0; done < bytes.size();) {
+    for (QByteArrayView rest = bytes; !rest.isEmpty();) {
         waitFor(m_master, POLLOUT);
-        const auto count =
-            ::write(m_master, bytes.constData() + done, static_cast<std::size_t>(bytes.size() - done));
+        const auto count = ::write(m_master, rest.data(), static_cast<std::size_t>(rest.size()));
         check(count > 0, "pty: write failed");
-        done += count;
+        rest = rest.sliced(count);
     }
 }
 
@@ -73,12 +72,8 @@ void Pty::waitForUnread(int count) const {
     }
 }
 
-void Pty::stopLine() const {
-    check(::tcflow(m_slave, TCOOFF) == 0, "pty: cannot stop");
-}
-
-void Pty::restartLine() const {
-    check(::tcflow(m_slave, TCOON) == 0, "pty: cannot restart");
+void Pty::setFlow(int action) const {
+    check(::tcflow(m_slave, action) == 0, "pty: cannot stop or restart");
 }
 
 void Pty::hangUp() {

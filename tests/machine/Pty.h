@@ -27,8 +27,8 @@ class Pty {
 
     /// Stops and restarts the line from the device to the board: while it is stopped, the driver
     /// takes nothing at all.
-    void stopLine() const;
-    void restartLine() const;
+    void stopLine() const { setFlow(TCOOFF); }
+    void restartLine() const { setFlow(TCOON); }
 
     /// The adapter is pulled.
     void hangUp();
@@ -40,6 +40,8 @@ class Pty {
     [[nodiscard]] int deviceDescriptor() const { return m_slave; }
 
   private:
+    void setFlow(int action) const;
+
     int m_master = -1;
     int m_slave = -1;
     QString m_device;
