@@ -46,10 +46,6 @@ TEST_F(Terminal, TheButtonTogglesAndLeavesThePortOpen) {
     loop.runFor(1s);
     EXPECT_EQ(port.unread(), "ab") << "nothing but an operation reads in programmed mode";
     EXPECT_EQ(loader.port.Input(), "a") << "one byte at a time";
-
-    loader.state.OperationActive = true;
-    loader.terminal.cmdTerminal_Click();
-    EXPECT_FALSE(loader.state.TerminalMode);
 }
 
 TEST_F(Terminal, APortThatDoesNotOpenLeavesItOff) {
@@ -138,10 +134,6 @@ TEST_F(Terminal, StartingTheSecondary) {
     EXPECT_EQ(loader.operation.outcome(), zrk::Outcome::PortLost);
     port.failsHandshaking = false;
     bench.expectAtRest();
-
-    loader.state.OperationActive = true;
-    loader.bringUp.cmdStartSecondary_Click();
-    EXPECT_EQ(port.written, "dddd");
 }
 
 } // namespace
