@@ -73,7 +73,7 @@ TEST_F(Addresses, ValidationsRowsAndMessages) {
         // The smallest and the largest address that fit, and both neighbours of a marker's edge.
         {{{1, "0x80000004", "0x1FFFFFC"}}, "LOW|1 0x00000004 0x1FFFFFC|MIDDLE|END"},
         {{{2, "0x82000000", "0x2000000"}}, "LOW|MIDDLE|2 0x02000000 0x2000000|END"},
-        {{{4, "0x83FFF000", "0x1000"}}, "LOW|MIDDLE|4 0x03FFF000 0x1000|END"},
+        {{{4, "0x83FFFFF0", "0x10"}}, "LOW|MIDDLE|4 0x03FFFFF0 0x10|END"},
         {{{4, "0x83FFF000", "0x1001"}},
          "LOW|MIDDLE|4 0x03FFF000 0x1001|END",
          {overlap("Kernel image", "maximum address")}},

@@ -44,8 +44,8 @@ TEST(LinePace, CatchesUpAHiccupWithinItsLeadAndWakesRarely) {
     EXPECT_EQ(handOn(pace, now += 250ms), 2'880U);
     EXPECT_EQ(pace.onLine(now), kLead);
     EXPECT_EQ(handOn(pace, now += 10min), kLead) << "after idleness no more than the lead";
-    EXPECT_EQ(pace.onLine(now + 340ms - 1us), 1U) << "a byte that is not through counts";
-    EXPECT_EQ(pace.onLine(now + 340ms), 0U);
+    EXPECT_EQ(pace.onLine(now + 339'930us), 1U) << "a byte that is not through counts";
+    EXPECT_EQ(pace.onLine(now + 339'931us), 0U);
     pace.sent(100, now, now + 10s); // the device took it only after the line had stood still
     EXPECT_EQ(pace.onLine(now + 10s), kLead + 100);
 
