@@ -3,61 +3,45 @@
 #include "board/Board.h"
 
 #include <chrono>
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
+inline std::string text(const std::vector<std::uint8_t>& bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
 // A board on a bench with its own clock, and the loader's half of the conversation written out in bytes.
 struct Bench {
+    using Milliseconds = std::chrono::milliseconds;
+
     explicit Bench(zrkboard::BoardOptions options = {}) : board(std::move(options)) {
-        board.setLog([this](zrkboard::TimePoint, const std::string& what) { log.push_back(what); });
+        board.setLog([this](zrkboard::TimePoint, const std::string& what) { log += what + "\n"; });
         board.powerOn(now);
     }
 
     // Sends the bytes, lets the time pass, returns what the board has sent by then.
-    std::string send(const std::string& bytes,
-                     std::chrono::milliseconds time = std::chrono::milliseconds(0)) {
+    std::string send(const std::string& bytes, Milliseconds time = Milliseconds(0)) {
         for (const char byte : bytes)
             board.receive(static_cast<std::uint8_t>(byte), now);
         return wait(time);
     }
 
-    std::string wait(std::chrono::milliseconds time) {
-        now += time;
-        board.advance(now);
-        const auto bytes = board.takeOutput();
-        return {bytes.begin(), bytes.end()};
+    std::string wait(Milliseconds time) {
+        board.advance(now += time);
+        return text(board.takeOutput());
     }
 
-    [[nodiscard]] bool logged(const std::string& text) const {
-        for (const std::string& line : log) {
-            if (line.find(text) != std::string::npos)
-                return true;
-        }
-        return false;
-    }
+    [[nodiscard]] bool logged(const std::string& what) const { return log.find(what) != std::string::npos; }
 
-    // From power-on to "R".
-    void unlock() {
-        wait(std::chrono::milliseconds(500));
-        send("A");
-        send("U3");
+    // From power-on to an image in IRAM; what the board says to the image.
+    std::string load(const std::string& image, Milliseconds time = Milliseconds(100)) {
+        wait(Milliseconds(500));
+        send("AU3");
+        return send(header(0, image.size()) + image, time);
     }
-
-    void startPrimary() {
-        unlock();
-        send(header(0, kPrimary.size()) + kPrimary, std::chrono::milliseconds(100));
-    }
-
-    void startPrompt() {
-        startPrimary();
-        send("p" + header(0x80000004, 8) + "SECOND\x01\xFE");
-        send("d", std::chrono::milliseconds(100));
-    }
-
-    void startFlashProgrammer() {
-        unlock();
-        send(header(0, kPgSibl.size()) + kPgSibl);
-    }
+    void startPrimary() { load(kPrimary); }
 
     static std::string word(std::uint64_t value) {
         std::string bytes;
@@ -73,10 +57,13 @@ struct Bench {
     const std::string kPgSibl = "....ZRK SIMULATED PG_SIBL....";
 
     zrkboard::TimePoint now{};
-    std::vector<std::string> log;
+    std::string log;
     zrkboard::Board board;
 };
 
-inline std::string text(const std::vector<std::uint8_t>& bytes) {
-    return {bytes.begin(), bytes.end()};
-}
+// A folder that is gone with the object.
+struct TemporaryFolder {
+    TemporaryFolder() { path = ::mkdtemp(path.string().append("XXXXXX").data()); }
+    ~TemporaryFolder() { std::filesystem::remove_all(path); }
+    std::filesystem::path path = std::filesystem::temp_directory_path() / "zrk-board-";
+};

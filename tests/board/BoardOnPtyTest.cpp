@@ -1,18 +1,16 @@
+#include "Bench.h"
+
+#include <QProcess>
+
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
 #include <poll.h>
-#include <string>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <termios.h>
 #include <unistd.h>
-#include <vector>
 
 // The program as a loader meets it: a device to open, a paced line, a hang-up.
 
@@ -22,151 +20,91 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 namespace fs = std::filesystem;
 
-// False when it does not come; a busy machine may keep it for long.
-bool waitFor(int fd, short events) {
-    pollfd entry{fd, events, 0};
-    return ::poll(&entry, 1, 20'000) > 0;
-}
-
-// Reads until the text ends as wanted, or nothing more comes.
-std::string readUntil(int fd, const std::string& end) {
-    std::string heard;
-    while (!heard.ends_with(end) && waitFor(fd, POLLIN)) {
-        char byte = 0;
-        if (::read(fd, &byte, 1) != 1)
-            break;
-        heard += byte;
-    }
-    return heard;
-}
+constexpr int kLimit = 20'000; // ms; only a fault lasts that long, however busy the machine
 
 // A running zrk-board.
-class Program {
-  public:
-    explicit Program(std::vector<std::string> arguments) {
-        int pipe[2];
-        EXPECT_EQ(::pipe(pipe), 0);
-        arguments.insert(arguments.begin(), ZRK_BOARD_PROGRAM);
-        m_pid = ::fork();
-        if (m_pid == 0) {
-            ::dup2(pipe[1], STDOUT_FILENO);
-            ::close(pipe[0]);
-            std::vector<char*> argv;
-            argv.reserve(arguments.size() + 1);
-            for (std::string& argument : arguments)
-                argv.push_back(argument.data());
-            argv.push_back(nullptr);
-            ::execv(argv[0], argv.data());
-            ::_exit(127);
-        }
-        ::close(pipe[1]);
-        m_out = pipe[0];
+struct Program : QProcess {
+    explicit Program(const std::vector<std::string>& arguments) {
+        QStringList list;
+        for (const std::string& argument : arguments)
+            list << QString::fromStdString(argument);
+        start(QStringLiteral(ZRK_BOARD_PROGRAM), list);
     }
-    ~Program() {
-        end();
-        ::close(m_out);
-    }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
+    ~Program() override { end(); }
 
     // The next device path that it prints.
-    std::string device() const {
-        const std::string line = readUntil(m_out, "\n");
-        return line.substr(0, line.find('\n'));
+    std::string device() {
+        while (!canReadLine() && waitForReadyRead(kLimit)) {
+        }
+        return readLine().trimmed().toStdString();
     }
 
-    void signal(int number) const { ::kill(m_pid, number); }
-
-    // Asks it to end if it has not; the exit status, and the processor time it took.
+    // Waits for its end; the exit status, or -1.
+    int join() {
+        if (state() != NotRunning && !waitForFinished(kLimit))
+            kill();
+        return exitStatus() == NormalExit ? exitCode() : -1;
+    }
     int end() {
-        if (m_pid < 0)
-            return m_status;
-        signal(SIGTERM);
+        terminate();
         return join();
     }
-    int join() {
-        int status = 0;
-        rusage usage{};
-        ::wait4(m_pid, &status, 0, &usage);
-        m_pid = -1;
-        const auto time = [](timeval t) {
-            return std::chrono::seconds(t.tv_sec) + std::chrono::microseconds(t.tv_usec);
-        };
-        processorTime = time(usage.ru_utime) + time(usage.ru_stime);
-        return m_status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    std::chrono::microseconds processorTime{};
-
-  private:
-    pid_t m_pid = -1;
-    int m_out = -1;
-    int m_status = -1;
 };
 
-// The loader's end of the line.
-class Port {
-  public:
-    explicit Port(const std::string& device) : fd(::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK)) {
+// The loader's end of the line, as the board has set it up.
+struct Port {
+    explicit Port(const std::string& device) : fd(::open(device.c_str(), O_RDWR | O_NOCTTY)) {
         EXPECT_GE(fd, 0) << device;
-        termios settings{};
-        ::tcgetattr(fd, &settings);
-        ::cfmakeraw(&settings);
-        ::tcsetattr(fd, TCSANOW, &settings);
     }
     ~Port() { ::close(fd); }
     Port(const Port&) = delete;
     Port& operator=(const Port&) = delete;
 
-    // As much as there is room for at a time.
-    bool send(const std::string& bytes) const {
-        for (std::size_t sent = 0; sent < bytes.size();) {
-            const ssize_t count = ::write(fd, bytes.data() + sent, bytes.size() - sent);
-            if (count > 0)
-                sent += static_cast<std::size_t>(count);
-            else if (errno != EAGAIN || !waitFor(fd, POLLOUT))
-                return false;
-        }
-        return true;
+    [[nodiscard]] bool ready(short events, int limit) const {
+        pollfd entry{fd, events, 0};
+        return ::poll(&entry, 1, limit) > 0;
     }
 
-    // Sends in blocks of the driver's size until one stops it, then the rest; what was sent when it was
-    // stopped, 0 if it never was. The pseudo-terminal alone would not stop it at that rate.
-    std::size_t sendUntilStopped(const std::string& bytes) const {
+    // Waits until there has been room for all.
+    [[nodiscard]] bool send(const std::string& bytes) const {
+        return ::write(fd, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
+    }
+
+    // Sends in blocks of the driver's size until one stops it, then the rest; false if none did. The
+    // pseudo-terminal alone would not stop it at that rate.
+    [[nodiscard]] bool sendAndBeStopped(const std::string& bytes) const {
         constexpr std::size_t kBlock = 4096;
-        pollfd entry{fd, POLLOUT, 0};
         for (std::size_t sent = kBlock; sent < bytes.size(); sent += kBlock) {
-            send(bytes.substr(sent - kBlock, kBlock));
+            if (!send(bytes.substr(sent - kBlock, kBlock)))
+                return false;
             for (const auto until = Clock::now() + 350ms; Clock::now() < until;) {
-                if (::poll(&entry, 1, 0) == 0)
-                    return send(bytes.substr(sent)) ? sent : 0;
+                if (!ready(POLLOUT, 0))
+                    return send(bytes.substr(sent));
             }
         }
-        return 0;
+        return false;
     }
 
-    std::string hear(const std::string& end) const { return readUntil(fd, end); }
+    // Reads until the text ends as wanted, or nothing more comes.
+    [[nodiscard]] std::string hear(const std::string& end) const {
+        std::string heard;
+        for (char byte = 0; !heard.ends_with(end) && ready(POLLIN, kLimit) && ::read(fd, &byte, 1) == 1;)
+            heard += byte;
+        return heard;
+    }
 
+    void answer(const std::string& bytes, const std::string& expected) const {
+        EXPECT_TRUE(send(bytes));
+        EXPECT_EQ(hear(expected), expected);
+    }
     void startPrimary() const {
         EXPECT_TRUE(hear("5").ends_with("5"));
-        send("A");
-        EXPECT_EQ(hear("5"), "5");
-        send("U3");
-        EXPECT_EQ(hear("R"), "R");
-        send(std::string("\0\0\0\0\x1A\0\0\0", 8) + "ZRK SIMULATED PRIMARY BOOT");
-        EXPECT_EQ(hear("X"), "X");
+        answer("A", "5");
+        answer("U3", "R");
+        answer(Bench::header(0, 26) + "ZRK SIMULATED PRIMARY BOOT", "X");
     }
 
     const int fd;
-};
-
-struct TemporaryFolder {
-    TemporaryFolder() {
-        std::string name = (fs::temp_directory_path() / "zrk-board-XXXXXX").string();
-        path = ::mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { fs::remove_all(path); }
-    fs::path path;
 };
 
 } // namespace
@@ -176,56 +114,45 @@ TEST(BoardOnPty, PacesTheLineAndKeepsTheMemory) {
     const fs::path link = folder.path / "port";
     const fs::path dump = folder.path / "sdram";
     Program program({"--link", link, "--dump-sdram", dump, "--power-on-delay", "0"});
-    EXPECT_EQ(fs::read_symlink(link), program.device());
+    EXPECT_EQ(program.device(), fs::read_symlink(link));
     std::string image(40'000, '\0');
     for (std::size_t i = 0; i < image.size(); ++i)
         image[i] = static_cast<char>(i * 31 + i / 251);
     {
         const Port port(link);
         port.startPrimary();
-        port.send(std::string("p\x04\0\0\x80\x40\x9C\0\0", 9));
-        EXPECT_EQ(port.hear("o"), "o");
+        port.answer("p" + Bench::header(0x80000004, image.size()), "o");
         // Only too fast is a fault: a busy machine may take any time. What the line has not carried yet is in
         // the driver's 4 KiB and the 20 KiB of the pseudo-terminal.
         const auto began = Clock::now();
-        const auto ahead = [began](std::size_t handedOver) {
+        const auto ahead = [&] {
             const std::chrono::duration<double> time = Clock::now() - began;
-            return static_cast<double>(handedOver) - time.count() * 11'520;
+            return static_cast<double>(image.size()) - time.count() * 11'520;
         };
-        EXPECT_GT(port.sendUntilStopped(image), 0U) << "no stop although the driver's buffer is full";
-        EXPECT_LE(ahead(image.size()), 24 * 1024);
+        EXPECT_TRUE(port.sendAndBeStopped(image)) << "no stop although the driver's buffer is full";
+        EXPECT_LE(ahead(), 24 * 1024);
         EXPECT_EQ(port.hear("t"), "t");
-        EXPECT_LE(ahead(image.size()), 0);
+        EXPECT_LE(ahead(), 0);
     }
     EXPECT_EQ(program.end(), 0);
     EXPECT_FALSE(fs::exists(fs::symlink_status(link)));
     EXPECT_EQ(fs::file_size(dump), 64U * 1024 * 1024);
     std::ifstream file(dump, std::ios::binary);
-    file.seekg(4);
-    std::string stored(image.size(), '?');
+    std::string stored(4 + image.size(), '?');
     file.read(stored.data(), static_cast<std::streamsize>(stored.size()));
-    EXPECT_TRUE(stored == image);
+    EXPECT_TRUE(stored.substr(4) == image);
 }
 
 TEST(BoardOnPty, AHangUpReachesTheLoaderAndANewDeviceComes) {
     Program program({"--power-on-delay", "0", "--hang-up-after", "10", "--faulty-runs", "1"});
-    const std::string device = program.device();
-    const Port port(device);
+    const Port port(program.device());
     EXPECT_TRUE(port.hear("5").ends_with("5"));
-    port.send("AU3" + std::string("\0\0\0\0\x1A\0\0\0", 8) + "ZRK SIMULATED");
-    while (waitFor(port.fd, POLLIN)) {
-        char rest = 0;
-        if (::read(port.fd, &rest, 1) <= 0)
-            break;
-    }
-    pollfd entry{port.fd, POLLIN, 0};
-    ASSERT_EQ(::poll(&entry, 1, 0), 1);
-    EXPECT_NE(entry.revents & POLLHUP, 0);
-    EXPECT_EQ(::write(port.fd, "x", 1), -1);
+    EXPECT_TRUE(port.send("AU3" + Bench::header(0, 26) + "ZRK SIMULATED"));
+    (void)port.hear("nothing that comes");
+    EXPECT_FALSE(port.send("x"));
     EXPECT_EQ(errno, EIO);
 
-    const Port replugged(program.device());
-    replugged.startPrimary();
+    Port(program.device()).startPrimary();
     EXPECT_EQ(program.end(), 0);
 }
 
@@ -234,30 +161,23 @@ TEST(BoardOnPty, IsReadyForTheNextAttemptWithoutBeingToldSo) {
     const std::string device = program.device();
     Port(device).startPrimary();
     Port(device).startPrimary(); // nobody speaks to the waiting primary boot, so its power is cycled
-    program.signal(SIGUSR1);
+    ASSERT_GT(program.processId(), 0);
+    ::kill(static_cast<pid_t>(program.processId()), SIGUSR1);
     EXPECT_EQ(program.join(), 0) << "two runs";
 }
 
-TEST(BoardOnPty, NoticesThatTheLoaderHasGone) {
+TEST(BoardOnPty, KeepsAWaitingPrimaryBootAndNoticesThatTheLoaderHasGone) {
     Program program({"--power-on-delay", "0", "--patience", "0", "--power-cycles", "1"});
-    {
-        const Port brokenOff(program.device());
-        EXPECT_TRUE(brokenOff.hear("5").ends_with("5"));
-        brokenOff.send("AU");
-        EXPECT_EQ(brokenOff.hear("5"), "5");
-    }
-    EXPECT_EQ(program.join(), 0) << "its only run is over";
-}
-
-TEST(BoardOnPty, LeavesAWaitingPrimaryBootRunning) {
-    Program program({"--power-on-delay", "0", "--patience", "0"});
     const std::string device = program.device();
     Port(device).startPrimary();
-    const Port later(device);
-    later.send("p" + std::string("\x04\0\0\x80\x01\0\0\0", 8));
-    EXPECT_EQ(later.hear("o"), "o");
-    later.send("z");
-    EXPECT_EQ(later.hear("t"), "t");
+    const std::string header = "p" + Bench::header(0x80000004, 1);
+    {
+        const Port later(device);
+        later.answer(header, "o");
+        later.answer("z", "t");
+        later.answer(header, "o");
+    }
+    EXPECT_EQ(program.join(), 0) << "broken off: its only run is over";
 }
 
 TEST(BoardOnPty, FindsOutAtTheStartWhatItMayNotUse) {
@@ -280,19 +200,22 @@ TEST(BoardOnPty, FindsOutAtTheStartWhatItMayNotUse) {
     EXPECT_EQ(fs::read_symlink(link), device);
     EXPECT_EQ(fs::file_size(other), 7U);
 
-    first.signal(SIGKILL);
-    first.join();
+    first.kill();
+    EXPECT_EQ(first.join(), -1);
     Program third({"--link", link});
-    EXPECT_EQ(fs::read_symlink(link), third.device()) << "a link that a dead board has left is replaced";
+    EXPECT_EQ(third.device(), fs::read_symlink(link)) << "a link that a dead board has left is replaced";
 }
 
 TEST(BoardOnPty, IdlesWithAndWithoutALoader) {
+    const auto processorTime = [] {
+        rusage usage{};
+        ::getrusage(RUSAGE_CHILDREN, &usage);
+        return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1s +
+               (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) * 1us;
+    };
+    const auto before = processorTime();
     Program program({"--power-on-delay", "0"});
-    const std::string device = program.device();
-    {
-        const Port port(device);
-        EXPECT_EQ(port.hear("555"), "555") << "bytes at their time, no more and no less";
-    }
+    EXPECT_EQ(Port(program.device()).hear("555"), "555") << "bytes at their time, no more and no less";
     EXPECT_EQ(program.end(), 0);
-    EXPECT_LT(program.processorTime, 100ms);
+    EXPECT_LT(processorTime() - before, 100ms);
 }

@@ -7,9 +7,10 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
+#include <map>
 
 using namespace std::chrono_literals;
 using zrkboard::State;
@@ -17,15 +18,6 @@ using zrkboard::State;
 namespace {
 
 namespace fs = std::filesystem;
-
-struct TemporaryFolder {
-    TemporaryFolder() {
-        std::string name = (fs::temp_directory_path() / "zrk-board-XXXXXX").string();
-        path = ::mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { fs::remove_all(path); }
-    fs::path path;
-};
 
 std::string contentOf(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -36,12 +28,22 @@ zrkboard::ProgramOptions parse(const std::vector<std::string>& arguments) {
     return zrkboard::parseCommandLine(arguments);
 }
 
+// What the exception says that comes of it; nothing when none comes.
+std::string complaint(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return "";
+}
+
 } // namespace
 
 TEST(CommandLine, FillsTheOptions) {
     const auto options =
         parse({"--baud", "9600", "--power-on-delay=250ms", "--patience", "0", "--power-cycles", "3",
-               "--fault", "accept#2=refuse", "--fault=ack-data=wrong@7:0x00", "--noise", "a\\x005",
+               "--fault", "accept#2=refuse", "--fault=ack-data=wrong@7:0x00", "--noise", "a\\x00z",
                "--hang-up-after", "1000", "--nand", "n.bin", "--verbose"});
     EXPECT_EQ(options.lineRate, 960U);
     EXPECT_EQ(options.board.powerOnDelay, 250ms);
@@ -50,9 +52,7 @@ TEST(CommandLine, FillsTheOptions) {
     ASSERT_EQ(options.board.misbehaviour.faults.size(), 2U);
     EXPECT_EQ(options.board.misbehaviour.faults[0].occurrence, 2U);
     EXPECT_EQ(options.board.misbehaviour.faults[1].position, 7U);
-    EXPECT_EQ(options.board.misbehaviour.noise, std::string("a\0"
-                                                            "5",
-                                                            3));
+    EXPECT_EQ(options.board.misbehaviour.noise, std::string("a\0z", 3));
     EXPECT_EQ(options.board.misbehaviour.hangUpAfterCode, 1000U);
     EXPECT_EQ(options.nandFile, "n.bin");
     EXPECT_TRUE(options.verbose);
@@ -60,82 +60,60 @@ TEST(CommandLine, FillsTheOptions) {
 }
 
 TEST(CommandLine, RejectsWhatItDoesNotUnderstand) {
-    for (const std::vector<std::string>& wrong :
-         std::vector<std::vector<std::string>>{{"--nosuch"},
-                                               {"stray"},
-                                               {"--"},
-                                               {"--baud"},
-                                               {"--baud", "fast"},
-                                               {"--baud", "0"},
-                                               {"--verbose=1"},
-                                               {"--power-on-delay", "-1"},
-                                               {"--power-cycles", "0"},
-                                               {"--fault", "R=silly"},
-                                               {"--noise", "\\q"},
-                                               {"--noise", "\\x4"},
-                                               {"--version-length", "4294967296"}})
-        EXPECT_THROW((void)parse(wrong), std::invalid_argument) << wrong.front();
-}
-
-TEST(CommandLine, SaysWhichValueIsWrongAndWhatIsExpected) {
-    try {
-        (void)parse({"--hang-up-after", "0"});
-        FAIL();
-    } catch (const std::invalid_argument& error) {
-        EXPECT_STREQ(error.what(), "--hang-up-after 0: expected a number from 1 to 4294967295");
-    }
+    EXPECT_EQ(complaint([] {
+                  (void)parse({"--hang-up-after", "0"});
+              }),
+              "--hang-up-after 0: expected a number from 1 to 4294967295");
+    for (const std::string argument :
+         {"--nosuch", "stray", "--", "--baud", "--baud=fast", "--baud=0", "--verbose=1",
+          "--power-on-delay=-1", "--power-cycles=0", "--fault=R=silly", "--noise=\\q", "--noise=\\x4",
+          "--version-length=4294967296"})
+        EXPECT_THROW((void)parse({argument}), std::invalid_argument) << argument;
 }
 
 TEST(SampleImages, FitTheBoardAndDoNotOverlap) {
     const TemporaryFolder folder;
-    zrkboard::writeSampleImages(folder.path / "new" / "images");
     const fs::path images = folder.path / "new" / "images";
+    zrkboard::writeSampleImages(images);
     const std::string ini = contentOf(images / "zrk-loader.INI");
     EXPECT_NE(ini.find("[BINFILES]\nPRIMARY=primary.bin,0x0000\n"), std::string::npos) << ini;
     EXPECT_NE(ini.find("\n[IMGFILES]\nUBOOT=u-boot.ubt,0x80100000\n"), std::string::npos);
 
-    std::vector<std::pair<std::uint64_t, std::uint64_t>> taken{{0x80000000, 0x80000000},
-                                                               {0x82000000, 0x82000000}};
+    std::map<std::uint64_t, std::uint64_t> taken{{0x80000000, 0x80000000}, {0x82000000, 0x82000000}};
     for (const auto& image : zrkboard::sampleImages()) {
         EXPECT_EQ(fs::file_size(images / image.file), image.size);
         const std::uint64_t start = std::stoull(image.address, nullptr, 16);
-        if (start < 0x80000000)
-            continue;
-        const std::uint64_t last = start + image.size - 1;
-        EXPECT_LE(last, 0x83FFFFEFU);
-        for (const auto& [otherStart, otherLast] : taken)
-            EXPECT_TRUE(last < otherStart || start > otherLast) << image.file;
-        taken.emplace_back(start, last);
+        if (start >= 0x80000000 && !taken.emplace(start, start + image.size - 1).second)
+            ADD_FAILURE() << image.file << " starts where another one does";
     }
+    std::uint64_t free = 0x80000000;
+    for (const auto& [start, last] : taken) {
+        EXPECT_GE(start, free);
+        free = last + 1;
+    }
+    EXPECT_LE(free, 0x83FFFFF0U);
 
-    const std::string primary = contentOf(images / "primary.bin");
-    Bench bringUp;
-    bringUp.unlock();
-    EXPECT_EQ(bringUp.send(Bench::header(0, primary.size()) + primary, 1s), "X");
-    const std::string pgSibl = contentOf(images / "pg_sibl.bin");
+    EXPECT_EQ(Bench().load(contentOf(images / "primary.bin"), 1s), "X");
     Bench flashing;
-    flashing.unlock();
-    EXPECT_EQ(flashing.send(Bench::header(0, pgSibl.size()) + pgSibl + "F", 1s), "F");
+    flashing.load(contentOf(images / "pg_sibl.bin"));
+    EXPECT_EQ(flashing.send("F", 1s), "F");
 }
 
 TEST(SampleImages, OverwriteNothingThatIsNotTheirs) {
     const TemporaryFolder folder;
     const fs::path ini = folder.path / "zrk-loader.INI";
+    const fs::path flash = folder.path / "flash.bin";
+    const auto write = [&] { zrkboard::writeSampleImages(folder.path); };
     std::ofstream(ini) << "mine";
-    try {
-        zrkboard::writeSampleImages(folder.path);
-        FAIL();
-    } catch (const std::runtime_error& error) {
-        EXPECT_NE(std::string(error.what()).find(ini.string()), std::string::npos) << error.what();
-    }
+    EXPECT_NE(complaint(write).find(ini.string()), std::string::npos);
     EXPECT_EQ(contentOf(ini), "mine");
-    EXPECT_FALSE(fs::exists(folder.path / "flash.bin")) << "nothing is half-written";
+    EXPECT_FALSE(fs::exists(flash)) << "nothing is half-written";
 
     fs::remove(ini);
-    zrkboard::writeSampleImages(folder.path);
-    fs::remove(folder.path / "flash.bin");
-    zrkboard::writeSampleImages(folder.path);
-    EXPECT_EQ(fs::file_size(folder.path / "flash.bin"), 65536U) << "what is missing is added";
+    write();
+    fs::remove(flash);
+    write();
+    EXPECT_EQ(fs::file_size(flash), 65536U) << "what is missing is added";
 }
 
 TEST(FileMemory, IsMadeErasedAndKept) {
@@ -154,10 +132,9 @@ TEST(FileMemory, IsMadeErasedAndKept) {
         EXPECT_EQ(contentOf(path), content);
     }
     zrkboard::FileMemory memory(path, 4096, 0xFF);
-    EXPECT_EQ(memory.read(99, 4), (std::vector<std::uint8_t>{0xFF, 1, 2, 3}));
+    EXPECT_EQ(text(memory.read(99, 4)), "\xFF\x01\x02\x03");
     memory.fill(0xFF);
     EXPECT_EQ(contentOf(path), std::string(4096, '\xFF'));
-
     fs::resize_file(path, 0);
     EXPECT_EQ(zrkboard::FileMemory(path, 8, 0xFF).read(7, 1).front(), 0xFF) << "an empty file is a new one";
     EXPECT_THROW(zrkboard::FileMemory(folder.path, 1024, 0xFF), std::runtime_error) << "a folder";
@@ -187,20 +164,22 @@ TEST(PowerUser, CyclesThePowerForTheNextAttempt) {
                           Case{State::HungUp, false, false}}) {
         SCOPED_TRACE(static_cast<int>(c.state));
         zrkboard::PowerUser user(2s);
+        const auto wants = [&](zrkboard::Duration after, bool busy = false, bool terminal = false) {
+            return user.wantsPowerCycle({c.state, busy, terminal}, now + after);
+        };
         user.loaderOpened(now);
         user.loaderSpoke();
-        EXPECT_FALSE(user.wantsPowerCycle({c.state, false, false}, now + 1h))
-            << "a conversation is under way";
+        EXPECT_FALSE(wants(1h)) << "a conversation is under way";
         user.loaderClosed();
-        EXPECT_FALSE(user.wantsPowerCycle({c.state, true, false}, now + 1h)) << "bytes are on their way";
-        EXPECT_EQ(user.wantsPowerCycle({c.state, false, false}, now + 1h), c.whenClosed);
+        EXPECT_FALSE(wants(1h, true)) << "bytes are on their way";
+        EXPECT_EQ(wants(1h), c.whenClosed);
 
         user.loaderOpened(now);
         EXPECT_EQ(user.nextLook(now), now + 2s);
-        EXPECT_FALSE(user.wantsPowerCycle({c.state, false, false}, now + 1999ms));
-        EXPECT_EQ(user.wantsPowerCycle({c.state, false, false}, now + 2s), c.whenWaiting);
-        EXPECT_FALSE(user.wantsPowerCycle({c.state, false, true}, now + 2s)) << "a terminal";
-        EXPECT_FALSE(user.wantsPowerCycle({c.state, false, false}, now + 3s)) << "a terminal that was left";
+        EXPECT_FALSE(wants(1999ms));
+        EXPECT_EQ(wants(2s), c.whenWaiting);
+        EXPECT_FALSE(wants(2s, false, true)) << "a terminal";
+        EXPECT_FALSE(wants(3s)) << "a terminal that was left";
     }
     zrkboard::PowerUser patient(0s);
     patient.loaderOpened(now);
