@@ -1,4 +1,4 @@
-#include "Bench.h"
+#include "BoardRig.h"
 
 #include <QProcess>
 
@@ -101,7 +101,7 @@ struct Port {
         EXPECT_TRUE(hear("5").ends_with("5"));
         answer("A", "5");
         answer("U3", "R");
-        answer(Bench::header(0, 26) + "ZRK SIMULATED PRIMARY BOOT", "X");
+        answer(BoardRig::header(0, 26) + "ZRK SIMULATED PRIMARY BOOT", "X");
     }
 
     const int fd;
@@ -114,14 +114,15 @@ TEST(BoardOnPty, PacesTheLineAndKeepsTheMemory) {
     const fs::path link = folder.path / "port";
     const fs::path dump = folder.path / "sdram";
     Program program({"--link", link, "--dump-sdram", dump, "--power-on-delay", "0"});
-    EXPECT_EQ(program.device(), fs::read_symlink(link));
+    const std::string device = program.device();
+    EXPECT_EQ(fs::read_symlink(link), device);
     std::string image(40'000, '\0');
     for (std::size_t i = 0; i < image.size(); ++i)
         image[i] = static_cast<char>(i * 31 + i / 251);
     {
         const Port port(link);
         port.startPrimary();
-        port.answer("p" + Bench::header(0x80000004, image.size()), "o");
+        port.answer("p" + BoardRig::header(0x80000004, image.size()), "o");
         // Only too fast is a fault: a busy machine may take any time. What the line has not carried yet is in
         // the driver's 4 KiB and the 20 KiB of the pseudo-terminal.
         const auto began = Clock::now();
@@ -147,7 +148,7 @@ TEST(BoardOnPty, AHangUpReachesTheLoaderAndANewDeviceComes) {
     Program program({"--power-on-delay", "0", "--hang-up-after", "10", "--faulty-runs", "1"});
     const Port port(program.device());
     EXPECT_TRUE(port.hear("5").ends_with("5"));
-    EXPECT_TRUE(port.send("AU3" + Bench::header(0, 26) + "ZRK SIMULATED"));
+    EXPECT_TRUE(port.send("AU3" + BoardRig::header(0, 26) + "ZRK SIMULATED"));
     (void)port.hear("nothing that comes");
     EXPECT_FALSE(port.send("x"));
     EXPECT_EQ(errno, EIO);
@@ -170,7 +171,7 @@ TEST(BoardOnPty, KeepsAWaitingPrimaryBootAndNoticesThatTheLoaderHasGone) {
     Program program({"--power-on-delay", "0", "--patience", "0", "--power-cycles", "1"});
     const std::string device = program.device();
     Port(device).startPrimary();
-    const std::string header = "p" + Bench::header(0x80000004, 1);
+    const std::string header = "p" + BoardRig::header(0x80000004, 1);
     {
         const Port later(device);
         later.answer(header, "o");
@@ -203,7 +204,8 @@ TEST(BoardOnPty, FindsOutAtTheStartWhatItMayNotUse) {
     first.kill();
     EXPECT_EQ(first.join(), -1);
     Program third({"--link", link});
-    EXPECT_EQ(third.device(), fs::read_symlink(link)) << "a link that a dead board has left is replaced";
+    const std::string fresh = third.device();
+    EXPECT_EQ(fs::read_symlink(link), fresh) << "a link that a dead board has left is replaced";
 }
 
 TEST(BoardOnPty, IdlesWithAndWithoutALoader) {

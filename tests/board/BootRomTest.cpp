@@ -1,4 +1,4 @@
-#include "Bench.h"
+#include "BoardRig.h"
 
 #include <gtest/gtest.h>
 
@@ -8,32 +8,32 @@ using zrkboard::State;
 TEST(BootRom, AnnouncesItselfUntilAnswered) {
     zrkboard::BoardOptions options;
     options.powerOnDelay = 700ms;
-    Bench bench(options);
-    EXPECT_EQ(bench.send("A", 699ms), "") << "deaf before it has announced itself";
-    EXPECT_EQ(bench.wait(1ms), "5");
-    EXPECT_EQ(bench.wait(499ms), "");
-    EXPECT_EQ(bench.send("4a", 1ms), "5") << "anything but A is ignored";
-    bench.board.advance(bench.now += 2s);
-    const auto pieces = bench.board.takeTimedOutput();
+    BoardRig rig(options);
+    EXPECT_EQ(rig.send("A", 699ms), "") << "deaf before it has announced itself";
+    EXPECT_EQ(rig.wait(1ms), "5");
+    EXPECT_EQ(rig.wait(499ms), "");
+    EXPECT_EQ(rig.send("4a", 1ms), "5") << "anything but A is ignored";
+    rig.board.advance(rig.now += 2s);
+    const auto pieces = rig.board.takeTimedOutput();
     ASSERT_EQ(pieces.size(), 4U) << "a long wait catches up";
-    EXPECT_EQ(bench.now - pieces[0].when, 1500ms) << "and says when each byte left";
-    EXPECT_EQ(bench.board.state(), State::Announcing);
-    EXPECT_EQ(bench.send("A", 5s), "5") << "the second BootID, and no more after it";
+    EXPECT_EQ(rig.now - pieces[0].when, 1500ms) << "and says when each byte left";
+    EXPECT_EQ(rig.board.state(), State::Announcing);
+    EXPECT_EQ(rig.send("A", 5s), "5") << "the second BootID, and no more after it";
 }
 
 TEST(BootRom, UnlocksAndTakesAnImageIntoIram) {
     for (const auto& [address, size] : {std::pair{0x1234U, 40U}, std::pair{0U, 0x10000U}}) {
-        Bench bench;
-        bench.wait(500ms);
-        EXPECT_EQ(bench.send("A"), "5");
-        EXPECT_EQ(bench.send("U"), "");
-        EXPECT_EQ(bench.send("3"), "R");
-        const std::string image = std::string(size - bench.kPrimary.size() - 3, 'z') + bench.kPrimary +
-                                  std::string("\0\xFF\x03", 3);
-        EXPECT_EQ(bench.send(Bench::header(address, size) + image, 99ms), "") << "no acknowledgement";
-        EXPECT_EQ(text(bench.board.iram().read(address, size)), image);
-        EXPECT_EQ(bench.board.codeBytes(), size);
-        EXPECT_EQ(bench.wait(1ms), "X");
+        BoardRig rig;
+        rig.wait(500ms);
+        EXPECT_EQ(rig.send("A"), "5");
+        EXPECT_EQ(rig.send("U"), "");
+        EXPECT_EQ(rig.send("3"), "R");
+        const std::string image =
+            std::string(size - rig.kPrimary.size() - 3, 'z') + rig.kPrimary + std::string("\0\xFF\x03", 3);
+        EXPECT_EQ(rig.send(BoardRig::header(address, size) + image, 99ms), "") << "no acknowledgement";
+        EXPECT_EQ(text(rig.board.iram().read(address, size)), image);
+        EXPECT_EQ(rig.board.codeBytes(), size);
+        EXPECT_EQ(rig.wait(1ms), "X");
     }
 }
 
@@ -44,21 +44,21 @@ TEST(BootRom, FallsSilentUntilPowerOnWhenSomethingIsWrong) {
     for (const Case& wrong : {
              Case{"Au3", "expected 0x55 'U', got 0x75 'u'"},
              Case{"AUU", "expected 0x33 '3', got 0x55 'U'"},
-             Case{"AU3" + Bench::header(0xFFFF, 2) + "ab", "does not lie in IRAM"},
-             Case{"AU3" + Bench::header(0x80000004, 2) + "ab", "does not lie in IRAM"},
-             Case{"AU3" + Bench::header(0, 4) + "code", "marker is missing"},
-             Case{"AU3" + Bench::header(0, 0), "marker is missing"},
+             Case{"AU3" + BoardRig::header(0xFFFF, 2) + "ab", "does not lie in IRAM"},
+             Case{"AU3" + BoardRig::header(0x80000004, 2) + "ab", "does not lie in IRAM"},
+             Case{"AU3" + BoardRig::header(0, 4) + "code", "marker is missing"},
+             Case{"AU3" + BoardRig::header(0, 0), "marker is missing"},
          }) {
         SCOPED_TRACE(wrong.bytes);
-        Bench bench;
-        bench.wait(500ms);
-        bench.send(wrong.bytes);
-        EXPECT_TRUE(bench.logged(wrong.logged));
-        EXPECT_EQ(bench.board.state(), State::Silent);
-        EXPECT_EQ(bench.send("AAFdp", 10s), "");
-        bench.board.powerOn(bench.now);
-        EXPECT_EQ(bench.board.codeBytes(), 0U);
-        bench.startPrimary();
-        EXPECT_EQ(bench.board.state(), State::PrimaryWaiting);
+        BoardRig rig;
+        rig.wait(500ms);
+        rig.send(wrong.bytes);
+        EXPECT_TRUE(rig.logged(wrong.logged));
+        EXPECT_EQ(rig.board.state(), State::Silent);
+        EXPECT_EQ(rig.send("AAFdp", 10s), "");
+        rig.board.powerOn(rig.now);
+        EXPECT_EQ(rig.board.codeBytes(), 0U);
+        rig.startPrimary();
+        EXPECT_EQ(rig.board.state(), State::PrimaryWaiting);
     }
 }

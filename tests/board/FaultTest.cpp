@@ -1,4 +1,4 @@
-#include "Bench.h"
+#include "BoardRig.h"
 
 #include <gtest/gtest.h>
 
@@ -16,27 +16,28 @@ zrkboard::BoardOptions withFault(const std::string& fault) {
 }
 
 // Plays a loader that does not mind what it hears and collects the board's answer at each step.
-std::map<std::string, std::string> playAll(zrkboard::BoardOptions options, Bench::Milliseconds pause = 0ms) {
+std::map<std::string, std::string> playAll(zrkboard::BoardOptions options,
+                                           BoardRig::Milliseconds pause = 0ms) {
     options.startDelay = 0ms;
     std::map<std::string, std::string> heard;
-    Bench bench(options);
-    heard["bootid"] = bench.wait(500ms + pause).substr(0, 1);
-    heard["second-bootid"] = bench.send("A", pause);
-    heard["R"] = bench.send("U3", pause);
-    heard["X"] = bench.send(Bench::header(0, bench.kPrimary.size()) + bench.kPrimary, pause);
-    heard["accept"] = bench.send("p" + Bench::header(0x80000004, 1), pause);
-    heard["t"] = bench.send("p", pause);
+    BoardRig rig(options);
+    heard["bootid"] = rig.wait(500ms + pause).substr(0, 1);
+    heard["second-bootid"] = rig.send("A", pause);
+    heard["R"] = rig.send("U3", pause);
+    heard["X"] = rig.send(BoardRig::header(0, rig.kPrimary.size()) + rig.kPrimary, pause);
+    heard["accept"] = rig.send("p" + BoardRig::header(0x80000004, 1), pause);
+    heard["t"] = rig.send("p", pause);
 
-    bench.board.powerOn(bench.now);
-    bench.wait(500ms + pause);
-    bench.send("AU3" + Bench::header(0, bench.kPgSibl.size()) + bench.kPgSibl, pause);
-    heard["F"] = bench.send("F", pause);
-    heard["version"] = bench.send(std::string("S\x02\x0A\0\0\0\xA6\xA6\0\0\x03", 11), pause);
+    rig.board.powerOn(rig.now);
+    rig.wait(500ms + pause);
+    rig.send("AU3" + BoardRig::header(0, rig.kPgSibl.size()) + rig.kPgSibl, pause);
+    heard["F"] = rig.send("F", pause);
+    heard["version"] = rig.send(std::string("S\x02\x0A\0\0\0\xA6\xA6\0\0\x03", 11), pause);
     heard["ack-header"] =
-        bench.send(std::string("\x02\x18\0\0\0\xAE\0\0\0\0\x01\0\0\0\x03\0\0\0\x01\0\0\0\0\x03", 24), pause);
-    heard["ack-data"] = bench.send(std::string("\x02\x0A\0\0\0\xAFz\0\0\x03", 10), pause);
-    heard["ack-end"] = bench.send(std::string("\x02\x0C\0\0\0\xA3\xA3\0\0\0\0\x03", 12), pause);
-    heard["ack-complete"] = bench.send(std::string("\x02\x0A\0\0\0\xB1\xB1\0\0\x03", 10), pause);
+        rig.send(std::string("\x02\x18\0\0\0\xAE\0\0\0\0\x01\0\0\0\x03\0\0\0\x01\0\0\0\0\x03", 24), pause);
+    heard["ack-data"] = rig.send(std::string("\x02\x0A\0\0\0\xAFz\0\0\x03", 10), pause);
+    heard["ack-end"] = rig.send(std::string("\x02\x0C\0\0\0\xA3\xA3\0\0\0\0\x03", 12), pause);
+    heard["ack-complete"] = rig.send(std::string("\x02\x0A\0\0\0\xB1\xB1\0\0\x03", 10), pause);
     return heard;
 }
 
@@ -48,7 +49,7 @@ TEST(Faults, EveryStepCanGoWrongInEveryWay) {
     for (const auto& [step, answer] : good) {
         SCOPED_TRACE(step);
         ASSERT_FALSE(answer.empty());
-        const auto heardWith = [&step = step](const std::string& fault, Bench::Milliseconds pause = 0ms) {
+        const auto heardWith = [&step = step](const std::string& fault, BoardRig::Milliseconds pause = 0ms) {
             return playAll(withFault(step + "=" + fault), pause).at(step);
         };
         EXPECT_EQ(heardWith("wrong"), "?" + answer.substr(1));
@@ -67,20 +68,20 @@ TEST(Faults, WhatTheBoardDoesAfterwards) {
     for (const auto& [fault, state] : {std::pair{"R=refuse", State::Silent},
                                        {"X=refuse", State::Silent},
                                        {"R=none", State::PrimaryWaiting}}) {
-        Bench bench(withFault(fault));
-        bench.startPrimary();
-        EXPECT_EQ(bench.board.state(), state) << fault;
+        BoardRig rig(withFault(fault));
+        rig.startPrimary();
+        EXPECT_EQ(rig.board.state(), state) << fault;
     }
-    Bench secondOnly(withFault("accept#2=refuse"));
+    BoardRig secondOnly(withFault("accept#2=refuse"));
     secondOnly.startPrimary();
-    EXPECT_EQ(secondOnly.send("p" + Bench::header(0x80000004, 1) + "p"), "ot");
-    EXPECT_EQ(secondOnly.send("u" + Bench::header(0x80100000, 1)), "E");
-    EXPECT_EQ(secondOnly.send("k" + Bench::header(0x80800000, 1) + "k"), "ot")
+    EXPECT_EQ(secondOnly.send("p" + BoardRig::header(0x80000004, 1) + "p"), "ot");
+    EXPECT_EQ(secondOnly.send("u" + BoardRig::header(0x80100000, 1)), "E");
+    EXPECT_EQ(secondOnly.send("k" + BoardRig::header(0x80800000, 1) + "k"), "ot")
         << "it waits for commands again";
 
     auto options = withFault("bootid=none");
     options.faultyRuns = 1;
-    Bench nextRun(options);
+    BoardRig nextRun(options);
     EXPECT_EQ(nextRun.wait(10s), "");
     nextRun.board.powerOn(nextRun.now);
     EXPECT_EQ(nextRun.wait(500ms), "5");
@@ -91,22 +92,22 @@ TEST(Faults, NoiseSlowAnswersAndALostByte) {
     options.misbehaviour.noise = "\xFFxy";
     options.misbehaviour.answerDelay = 250ms;
     options.misbehaviour.loseCodeByte = 36; // the secondary program's second
-    Bench bench(options);
-    EXPECT_EQ(bench.wait(1000ms), "\xFFxy55");
-    EXPECT_EQ(bench.send("A", 249ms), "");
-    EXPECT_EQ(bench.wait(1ms), "5");
-    bench.send("U3" + Bench::header(0, bench.kPrimary.size()) + bench.kPrimary, 1s);
-    EXPECT_EQ(bench.send("p" + Bench::header(0x80000004, 3) + "abc", 10s), "o") << "still waiting for one";
-    EXPECT_EQ(bench.send("d", 250ms), "t");
-    EXPECT_EQ(text(bench.board.sdram().read(0x80000004, 3)), "acd");
+    BoardRig rig(options);
+    EXPECT_EQ(rig.wait(1000ms), "\xFFxy55");
+    EXPECT_EQ(rig.send("A", 249ms), "");
+    EXPECT_EQ(rig.wait(1ms), "5");
+    rig.send("U3" + BoardRig::header(0, rig.kPrimary.size()) + rig.kPrimary, 1s);
+    EXPECT_EQ(rig.send("p" + BoardRig::header(0x80000004, 3) + "abc", 10s), "o") << "still waiting for one";
+    EXPECT_EQ(rig.send("d", 250ms), "t");
+    EXPECT_EQ(text(rig.board.sdram().read(0x80000004, 3)), "acd");
 }
 
 TEST(Faults, TheLineHangsUpWhereItIsTold) {
     zrkboard::BoardOptions code;
     code.misbehaviour.hangUpAfterCode = 40; // the primary boot's and 6 of the secondary program's
-    Bench inCode(code);
+    BoardRig inCode(code);
     inCode.startPrimary();
-    inCode.send("p" + Bench::header(0x80000004, 10) + "abcde");
+    inCode.send("p" + BoardRig::header(0x80000004, 10) + "abcde");
     EXPECT_FALSE(inCode.board.hungUp());
     EXPECT_EQ(inCode.send("f"), "");
     EXPECT_TRUE(inCode.board.hungUp());
@@ -115,7 +116,7 @@ TEST(Faults, TheLineHangsUpWhereItIsTold) {
 
     zrkboard::BoardOptions any;
     any.misbehaviour.hangUpAfterReceived = 3;
-    Bench atUnlock(any);
+    BoardRig atUnlock(any);
     atUnlock.wait(500ms);
     EXPECT_EQ(atUnlock.send("AU"), "5");
     EXPECT_EQ(atUnlock.send("3", 1s), "") << "the answer to the last byte does not get out";
@@ -123,7 +124,7 @@ TEST(Faults, TheLineHangsUpWhereItIsTold) {
 
     zrkboard::BoardOptions timed;
     timed.misbehaviour.hangUpAt = 1200ms;
-    Bench idle(timed);
+    BoardRig idle(timed);
     EXPECT_EQ(idle.wait(1199ms), "55");
     EXPECT_EQ(idle.wait(1ms), "");
     EXPECT_TRUE(idle.board.hungUp());

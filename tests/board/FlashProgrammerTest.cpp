@@ -1,4 +1,4 @@
-#include "Bench.h"
+#include "BoardRig.h"
 
 #include <gtest/gtest.h>
 
@@ -17,16 +17,16 @@ const std::string kComplete = bytes({0x02, 0x0A, 0, 0, 0, 0xB1, 0xB1, 0, 0, 0x03
 const std::string kAck = bytes({0x02, 0x0A, 0, 0, 0, 0x06, 0x06, 0x17, 0, 0x03});
 
 std::string headerFrame(std::uint64_t address, std::uint64_t size, int erase) {
-    return bytes({0x02, 0x18, 0, 0, 0, 0xAE}) + Bench::word(address) + Bench::word(size) +
+    return bytes({0x02, 0x18, 0, 0, 0, 0xAE}) + BoardRig::word(address) + BoardRig::word(size) +
            bytes({0x03, 0, 0, 0, 0x01, 0, erase, 0, 0, 0x03});
 }
 
 std::string dataFrame(const std::string& image) {
-    return "\x02" + Bench::word(image.size() + 9) + "\xAF" + image + bytes({0, 0, 0x03});
+    return "\x02" + BoardRig::word(image.size() + 9) + "\xAF" + image + bytes({0, 0, 0x03});
 }
 
-struct Flash : Bench {
-    explicit Flash(zrkboard::BoardOptions options = {}) : Bench(std::move(options)) { load(kPgSibl); }
+struct Flash : BoardRig {
+    explicit Flash(zrkboard::BoardOptions options = {}) : BoardRig(std::move(options)) { load(kPgSibl); }
 
     void wake() {
         EXPECT_EQ(send("F", 100ms), "F");
@@ -133,7 +133,7 @@ TEST(FlashProgrammer, ClaimsAnyVersionLength) {
         Flash board(options);
         board.send("FS", 1s);
         const std::string frame = board.send(kVersionRequest);
-        EXPECT_EQ(frame.substr(1, 4), Bench::word(claimed)) << claimed;
+        EXPECT_EQ(frame.substr(1, 4), BoardRig::word(claimed)) << claimed;
         EXPECT_EQ(frame.size(), sent) << claimed;
         EXPECT_EQ(frame.back(), '\x03');
     }

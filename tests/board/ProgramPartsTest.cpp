@@ -1,4 +1,4 @@
-#include "Bench.h"
+#include "BoardRig.h"
 #include "board/program/CommandLine.h"
 #include "board/program/FileMemory.h"
 #include "board/program/MemoryDump.h"
@@ -93,8 +93,8 @@ TEST(SampleImages, FitTheBoardAndDoNotOverlap) {
     }
     EXPECT_LE(free, 0x83FFFFF0U);
 
-    EXPECT_EQ(Bench().load(contentOf(images / "primary.bin"), 1s), "X");
-    Bench flashing;
+    EXPECT_EQ(BoardRig().load(contentOf(images / "primary.bin"), 1s), "X");
+    BoardRig flashing;
     flashing.load(contentOf(images / "pg_sibl.bin"));
     EXPECT_EQ(flashing.send("F", 1s), "F");
 }

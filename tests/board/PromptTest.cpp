@@ -1,4 +1,4 @@
-#include "Bench.h"
+#include "BoardRig.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@ using namespace std::chrono_literals;
 namespace {
 
 // A board at its prompt.
-struct Prompt : Bench {
+struct Prompt : BoardRig {
     Prompt() {
         startPrimary();
         send("p" + header(0x80000004, 8) + "SECOND\x01\xFE" + "d", 100ms);
@@ -73,8 +73,8 @@ TEST(Prompt, BootsWhatWasLoaded) {
     EXPECT_NE(board.run("boot").find("there is no kernel"), std::string::npos);
     board.board.powerOn(board.now);
     board.startPrimary();
-    board.send("k" + Bench::header(0x80800000, 6) + "kernel");
-    board.send("p" + Bench::header(0x80000004, 1) + "pd", 1s);
+    board.send("k" + BoardRig::header(0x80800000, 6) + "kernel");
+    board.send("p" + BoardRig::header(0x80000004, 1) + "pd", 1s);
     const std::string log = board.send("boot\r", 2s);
     EXPECT_NE(log.find("0x80800000  kernel, 6 bytes\r\n"), std::string::npos) << log;
     EXPECT_NE(log.find("Starting kernel at 0x80800000"), std::string::npos);

@@ -12,11 +12,11 @@ inline std::string text(const std::vector<std::uint8_t>& bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
-// A board on a bench with its own clock, and the loader's half of the conversation written out in bytes.
-struct Bench {
+// A board with its own clock, and the loader's half of the conversation written out in bytes.
+struct BoardRig {
     using Milliseconds = std::chrono::milliseconds;
 
-    explicit Bench(zrkboard::BoardOptions options = {}) : board(std::move(options)) {
+    explicit BoardRig(zrkboard::BoardOptions options = {}) : board(std::move(options)) {
         board.setLog([this](zrkboard::TimePoint, const std::string& what) { log += what + "\n"; });
         board.powerOn(now);
     }
