@@ -41,6 +41,7 @@ bool ImageCommands::SendImageCommand(int slot) {
                                    m_link.state.SlotNames[static_cast<std::size_t>(slot)] +
                                    QStringLiteral(" loaded. ---/n"));
     } else {
+        m_link.transport.noteUnexpected('t', m_link.state.LastChar);
         m_link.console.PrintStatus(QStringLiteral("invalid char! Cancelled./n"));
     }
     m_link.console.PrintStatus(QStringLiteral("/n"));

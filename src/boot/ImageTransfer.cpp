@@ -76,6 +76,8 @@ bool ImageTransfer::awaitAcceptance() {
     const bool refused = m_link.state.LastChar == QLatin1String("E");
     if (refused)
         m_link.state.noteStop(Outcome::Refused);
+    else
+        m_link.transport.noteUnexpected('o', m_link.state.LastChar);
     m_link.console.PrintStatus(refused ? QStringLiteral(" .. Error signalled back from primary boot./n")
                                        : QStringLiteral(" .. invalid char! Cancelled./n"));
     return false;
@@ -86,6 +88,7 @@ void ImageTransfer::sendCode(int slot) {
     const QByteArray content = readImage(m_link.controls.txtFilNam[i].Tag);
     m_link.state.BytesTotal = HexToLong(m_link.controls.lblCodeSize[i].Caption);
     m_link.state.BytesSent = 0;
+    m_link.state.SendingSlot = slot;
     m_link.transport.enableSentStatus(true);
     std::int32_t position = 0;
     bool stopped = false;
@@ -96,6 +99,7 @@ void ImageTransfer::sendCode(int slot) {
         stopped = !passAfterByte();
     }
     m_link.state.BytesSent = position;
+    m_link.state.BytesSentInAll += position;
     m_link.transport.timSentStatus_Timer();
     m_link.transport.enableSentStatus(false);
 }

@@ -1,6 +1,15 @@
 #include "controls/Outcome.h"
 
+#include <array>
+
 namespace zrk {
+
+QString outcomeName(Outcome outcome) {
+    static constexpr std::array kNames{
+        "done",    "rejected",  "cancelled",       "timed out", "limit reached", "wrong answer",
+        "refused", "port lost", "port not opened", "file",      "internal"};
+    return QString::fromLatin1(kNames.at(static_cast<std::size_t>(outcome)));
+}
 
 Outcome outcomeOf(FailureKind kind) {
     switch (kind) {

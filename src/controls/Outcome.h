@@ -19,6 +19,9 @@ enum class Outcome {
     Internal, ///< any other run-time failure, such as a text that is no number
 };
 
+/// The outcome as machines and people read it: "done", "wrong answer", "port lost".
+[[nodiscard]] QString outcomeName(Outcome outcome);
+
 /// The outcome that a failure of this kind is.
 [[nodiscard]] Outcome outcomeOf(FailureKind kind);
 

@@ -17,16 +17,20 @@ struct SharedState {
     bool CancelRequested = false;           ///< the running wait or operation is to stop when it next looks
     QProperty<bool> OperationActive{false}; ///< a long operation is running
     Outcome StopReason = Outcome::Done;     ///< the first reason why the running operation is to stop
-    bool DebugMode = false;                 ///< the protocols' own transmissions are muted; never cleared
+    QString StopText;       ///< which limit ran out and what was waited for, when StopReason is LimitReached
+    bool DebugMode = false; ///< the protocols' own transmissions are muted; never cleared
     bool TerminalMode = false;
     QString LastChar;    ///< the character most recently read by a protocol step
     QString MessageText; ///< prompt of the message box being raised; last address error
     QString IniPath;     ///< full path of the configuration file
     QString Remark;      ///< for the first status panel while nothing runs, until an operation begins
     std::array<QString, 8> SlotNames;
-    std::int32_t BytesSent = 0;  ///< code bytes handed over by the current image transfer
-    std::int32_t BytesTotal = 0; ///< code bytes of the current image transfer
-    QString WaitingFor;          ///< what an operation without a time limit waits for; empty: nothing
+    std::int32_t BytesSent = 0;      ///< code bytes handed over by the current image transfer
+    std::int32_t BytesTotal = 0;     ///< code bytes of the current image transfer
+    std::int64_t BytesSentInAll = 0; ///< code bytes handed over since the loader was made
+    int SendingSlot = 0;             ///< the slot of that transfer
+    QString WrongAnswer;             ///< what the board sent where something else was expected, in words
+    QString WaitingFor;              ///< what an operation without a time limit waits for; empty: nothing
     std::chrono::steady_clock::time_point WaitingSince;
     QString AwaitedText;         ///< text that a running script waits for; empty: none
     bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait
@@ -47,6 +51,7 @@ struct SharedState {
     /// Nothing asks for a stop any more.
     void withdrawStop() {
         CancelRequested = false;
+        StopText.clear();
         StopReason = Outcome::Done;
     }
 };

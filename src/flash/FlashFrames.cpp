@@ -42,8 +42,11 @@ bool FlashFrames::GetAck() {
     static constexpr std::array<std::uint8_t, 10> kAck{0x02, 0x0A, 0, 0, 0, 0x06, 0x06, 0x17, 0, 0x03};
     m_console.PrintStatus(QStringLiteral("get ACK .. "));
     for (const std::uint8_t expected : kAck) {
-        if (codeOf(m_transport.ReadChar()) != expected)
+        const QString got = m_transport.ReadChar();
+        if (codeOf(got) != expected) {
+            m_transport.noteUnexpected(expected, got);
             return false;
+        }
     }
     m_console.PrintStatus(QStringLiteral("done!/n"));
     return true;

@@ -14,6 +14,29 @@ namespace {
 constexpr std::chrono::milliseconds kLetOutLimit = 2s;
 constexpr std::chrono::milliseconds kLetOutStall = 300ms;
 
+/// Notes what answer is waited for, and ends the operation when the user's limit for it runs out.
+class AnswerWait {
+  public:
+    AnswerWait(Link& link, const QString& what, std::optional<std::chrono::milliseconds> limit)
+        : m_note(link.transport.noteWait(what)) {
+        if (!limit)
+            return;
+        m_timer = link.loop.createTimer([&link, what, time = *limit] {
+            if (link.state.CancelRequested)
+                return;
+            link.state.requestStop(Outcome::LimitReached);
+            link.state.StopText = QStringLiteral("No answer within %1 s. %2.")
+                                      .arg(std::chrono::duration<double>(time).count())
+                                      .arg(what);
+        });
+        m_timer->start(*limit);
+    }
+
+  private:
+    PendingWait m_note;
+    std::unique_ptr<Timer> m_timer;
+};
+
 } // namespace
 
 FlashProgramming::FlashProgramming(Link& link, BootRomHandshake& handshake, ImageTransfer& transfer)
@@ -53,7 +76,7 @@ bool FlashProgramming::wake() {
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
     m_link.console.PrintStatus(QStringLiteral("Expect 'F' .. "));
     {
-        const PendingWait note = m_link.transport.noteWait(QStringLiteral("The board starts pg_sibl"));
+        const AnswerWait wait(m_link, QStringLiteral("The board starts pg_sibl"), m_answerLimit);
         if (!m_link.transport.ExpectChar(QStringLiteral("F")))
             return false;
     }
@@ -69,7 +92,7 @@ bool FlashProgramming::requestVersion() {
     m_frames.SendCommandFrame(FlashFrames::kVersionRequest);
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
     m_link.console.PrintStatus(QStringLiteral("Reading VERSION INFORMATION frame .. "));
-    const PendingWait note = m_link.transport.noteWait(QStringLiteral("The board tells pg_sibl's version"));
+    const AnswerWait wait(m_link, QStringLiteral("The board tells pg_sibl's version"), m_answerLimit);
     return m_frames.readVersionInformation();
 }
 
@@ -111,7 +134,7 @@ bool FlashProgramming::sendComplete() {
 }
 
 bool FlashProgramming::awaitAck(const QString& what) {
-    const PendingWait note = m_link.transport.noteWait(what);
+    const AnswerWait wait(m_link, what, m_answerLimit);
     return m_frames.GetAck();
 }
 

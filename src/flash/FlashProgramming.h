@@ -3,6 +3,9 @@
 #include "flash/FlashFrames.h"
 #include "serial/Link.h"
 
+#include <chrono>
+#include <optional>
+
 namespace zrk {
 
 class BootRomHandshake;
@@ -14,8 +17,11 @@ class FlashProgramming {
     FlashProgramming(Link& link, BootRomHandshake& handshake, ImageTransfer& transfer);
 
     /// The whole run. Runs to its end inside the call, yielding; throws nothing. There is no time limit
-    /// while the chip erases or programs; a cancel ends every wait.
+    /// while the chip erases or programs, unless one is set; a cancel ends every wait.
     void cmdPrgFlash_Click();
+
+    /// From now on a run ends with LimitReached when an answer takes so long.
+    void limitAnswers(std::optional<std::chrono::milliseconds> limit) { m_answerLimit = limit; }
 
   private:
     [[nodiscard]] Operation::End program();
@@ -32,6 +38,7 @@ class FlashProgramming {
     BootRomHandshake& m_handshake;
     ImageTransfer& m_transfer;
     FlashFrames m_frames;
+    std::optional<std::chrono::milliseconds> m_answerLimit;
     bool m_headerStarted = false;
 };
 

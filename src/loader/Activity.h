@@ -21,6 +21,9 @@ class Activity {
     /// Brings the panel up to date; runs by itself four times a second.
     void refresh();
 
+    /// The transfer that runs, or ran last.
+    [[nodiscard]] const TransferRate& rate() const { return m_rate; }
+
   private:
     void followTransfer();
     [[nodiscard]] QString operationText() const;

@@ -12,6 +12,7 @@
 #include "flash/FlashProgramming.h"
 #include "loader/Activity.h"
 #include "loader/StartUp.h"
+#include "script/BoardListener.h"
 #include "script/ScriptRunner.h"
 #include "serial/Link.h"
 
@@ -57,6 +58,7 @@ struct Loader : Link {
     BringUp bringUp;
     FlashProgramming flash;
     ScriptRunner script;
+    BoardListener listener;
 
     StartUp startUp;
     Activity activity;

@@ -35,23 +35,41 @@ void TransferRate::update(std::int64_t sent, TimePoint now) {
         m_window.pop_front();
 }
 
-QString TransferRate::text(TimePoint now) const {
-    if (m_sent >= m_total)
-        return QStringLiteral("all handed over");
-    const auto silent = std::chrono::duration_cast<std::chrono::seconds>(now - m_lastProgress);
-    if (silent >= kStallLimit)
-        return QStringLiteral("stalled for %1").arg(durationText(silent));
-    if (m_window.empty())
-        return QStringLiteral("starting");
+std::chrono::seconds TransferRate::silence(TimePoint now) const {
+    return std::chrono::duration_cast<std::chrono::seconds>(now - m_lastProgress);
+}
+
+std::optional<double> TransferRate::rate(TimePoint now) const {
+    if (m_sent >= m_total || silence(now) >= kStallLimit || m_window.empty())
+        return {};
     const double elapsed = std::chrono::duration<double>(now - m_window.front().when).count();
     const std::int64_t sent = m_sent - m_window.front().sent;
     if (elapsed < 0.5 || sent <= 0)
+        return {};
+    return static_cast<double>(sent) / elapsed;
+}
+
+QString TransferRate::rateText(TimePoint now) const {
+    const auto perSecond = rate(now);
+    return perSecond ? QStringLiteral("%1 KB/s").arg(*perSecond / 1000.0, 0, 'f', 1) : QString();
+}
+
+QString TransferRate::leftText(TimePoint now) const {
+    if (m_sent >= m_total)
+        return QStringLiteral("all handed over");
+    if (silence(now) >= kStallLimit)
+        return QStringLiteral("stalled for %1").arg(durationText(silence(now)));
+    const auto perSecond = rate(now);
+    if (!perSecond)
         return QStringLiteral("starting");
-    const double rate = static_cast<double>(sent) / elapsed;
-    const auto left = static_cast<std::int64_t>(std::ceil(static_cast<double>(m_total - m_sent) / rate));
-    return QStringLiteral("%1 KB/s, %2 left")
-        .arg(rate / 1000.0, 0, 'f', 1)
-        .arg(durationText(std::chrono::seconds(left)));
+    const auto left =
+        static_cast<std::int64_t>(std::ceil(static_cast<double>(m_total - m_sent) / *perSecond));
+    return durationText(std::chrono::seconds(left)) + QStringLiteral(" left");
+}
+
+QString TransferRate::text(TimePoint now) const {
+    const QString perSecond = rateText(now);
+    return perSecond.isEmpty() ? leftText(now) : perSecond + QStringLiteral(", ") + leftText(now);
 }
 
 QString lineTimeText(std::int64_t bytes) {

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <deque>
+#include <optional>
 
 namespace zrk {
 
@@ -22,7 +23,17 @@ class TransferRate {
     /// For example "11.5 KB/s, 9 s left"; "stalled for 4 s" when nothing has gone out for 3 s or more.
     [[nodiscard]] QString text(TimePoint now) const;
 
+    /// The same without the rate: "9 s left", "stalled for 4 s".
+    [[nodiscard]] QString leftText(TimePoint now) const;
+
+    /// Bytes a second over the last seconds; nothing at the beginning, at the end and while stalled.
+    [[nodiscard]] std::optional<double> rate(TimePoint now) const;
+    /// "11.5 KB/s"; "" when there is no rate.
+    [[nodiscard]] QString rateText(TimePoint now) const;
+
   private:
+    [[nodiscard]] std::chrono::seconds silence(TimePoint now) const;
+
     struct Sample {
         TimePoint when;
         std::int64_t sent = 0;

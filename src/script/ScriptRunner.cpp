@@ -3,6 +3,7 @@
 #include "config/Paths.h"
 #include "controls/PendingWait.h"
 #include "platform/FileDialog.h"
+#include "script/BoardListener.h"
 
 #include <QFile>
 #include <QScopedValueRollback>
@@ -11,7 +12,12 @@
 #include <limits>
 
 namespace zrk {
+
+using namespace std::chrono_literals;
+
 namespace {
+
+constexpr std::chrono::milliseconds kLook = 100ms;
 
 /// A byte is the character of its code, as on the line. An editor's byte order mark is none of the script;
 /// that of UTF-16 says how its characters are read.
@@ -59,9 +65,11 @@ void ScriptRunner::mnuExecScript_Click() {
         runScript(path);
 }
 
-void ScriptRunner::runScript(const QString& path) {
+void ScriptRunner::runScript(const QString& path, std::optional<std::chrono::milliseconds> waitLimit) {
     if (m_link.operation.isRunning())
         return;
+    m_waitLimit = waitLimit;
+    m_consoleAtStart = m_link.controls.txtStatus.text().size();
     m_link.state.Remark.clear();
     std::int16_t counter = 0;
     const auto body = [&] {
@@ -135,13 +143,28 @@ void ScriptRunner::waitFor(const QString& text, int number) {
     const QString shown = QString(text).replace(QLatin1Char('\r'), QLatin1String("/n"));
     const PendingWait note =
         m_link.transport.noteWait(QStringLiteral("Script line %1 waits for \"%2\"").arg(number).arg(shown));
+    const auto look = m_link.loop.createTimer([] {});
+    look->start(kLook);
     m_link.loop.yield();
     while (!m_link.state.AwaitedText.isEmpty() && !m_link.state.CancelRequested) {
         // A lost device never sends the awaited text; what it sent before is taken by the receive poll.
         if (m_link.port.isLost() || !m_link.port.isOpen())
             (void)m_link.port.InBufferCount();
+        requireTime(shown);
         m_link.loop.wait();
     }
+}
+
+void ScriptRunner::requireTime(const QString& shown) const {
+    if (!m_waitLimit || m_link.loop.now() - m_link.state.WaitingSince < *m_waitLimit)
+        return;
+    m_link.state.noteStop(Outcome::LimitReached);
+    const QString received = m_link.controls.txtStatus.text().mid(m_consoleAtStart);
+    throw RuntimeFailure(FailureKind::WrongAnswer,
+                         QStringLiteral("\"%1\" did not come within %2 s. Received last: %3")
+                             .arg(shown)
+                             .arg(std::chrono::duration<double>(*m_waitLimit).count())
+                             .arg(quotedEnd(received.toLatin1())));
 }
 
 } // namespace zrk

@@ -4,6 +4,9 @@
 
 #include <QStringList>
 
+#include <chrono>
+#include <optional>
+
 namespace zrk {
 
 class Paths;
@@ -19,8 +22,9 @@ class ScriptRunner {
     /// first, afterwards, why it ended.
     void mnuExecScript_Click();
 
-    /// Runs the script at `path`, as above.
-    void runScript(const QString& path);
+    /// Runs the script at `path`, as above. With a limit a wait that lasts so long ends the run, with
+    /// LimitReached; the failure then says what the board sent last.
+    void runScript(const QString& path, std::optional<std::chrono::milliseconds> waitLimit = {});
 
   private:
     void runLines(const QStringList& lines, std::int16_t& counter);
@@ -28,9 +32,12 @@ class ScriptRunner {
     void execute(const QString& line, int number);
     void send(const QString& text);
     void waitFor(const QString& text, int number);
+    void requireTime(const QString& shown) const;
 
     Link& m_link;
     const Paths& m_paths;
+    std::optional<std::chrono::milliseconds> m_waitLimit;
+    qsizetype m_consoleAtStart = 0; ///< where the console's text of this run begins
 };
 
 } // namespace zrk

@@ -6,6 +6,12 @@
 #include <limits>
 
 namespace zrk {
+namespace {
+
+constexpr qsizetype kAll = std::numeric_limits<qsizetype>::max();
+constexpr qsizetype kRemembered = 512;
+
+} // namespace
 
 bool fitsOneByteCodes(const QString& text) {
     return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() <= 0xFF; });
@@ -16,6 +22,7 @@ void ComPort::OpenComPort() {
         return;
     m_commPort = m_controls.cmbComPort.selectedItemData();
     m_open = m_ports.open(m_commPort, LineSettings{}, m_handshaking);
+    m_lastReceived.clear();
     m_controls.lblState.Caption = QStringLiteral("Open...");
     m_controls.cmbComPort.Enabled = false;
 }
@@ -24,18 +31,53 @@ void ComPort::CloseComPort() noexcept {
     if (!m_open)
         return;
     m_open.reset();
+    m_putBack.clear();
     m_controls.lblState.Caption = QStringLiteral("Closed...");
     m_controls.cmbComPort.Enabled = true;
 }
 
+qsizetype ComPort::InBufferCount() {
+    // A lost device is not told before all that it sent has been read.
+    return m_putBack.isEmpty() ? opened().bytesWaiting() : m_putBack.size();
+}
+
+QByteArray ComPort::takeFromDevice(qsizetype most) {
+    const QByteArray taken = opened().read(most);
+    m_lastReceived += taken;
+    if (m_lastReceived.size() > 2 * kRemembered) // so that not every byte moves all the others
+        m_lastReceived = m_lastReceived.right(kRemembered);
+    return taken;
+}
+
+QByteArray ComPort::take(qsizetype most) {
+    if (m_putBack.isEmpty())
+        return takeFromDevice(most);
+    QByteArray taken = m_putBack.left(most);
+    m_putBack.remove(0, taken.size());
+    if (most > taken.size() && opened().bytesWaiting() > 0)
+        taken += takeFromDevice(most - taken.size());
+    return taken;
+}
+
 QString ComPort::Input() {
-    const qsizetype most = m_inputMode == InputMode::Binary ? 1 : std::numeric_limits<qsizetype>::max();
-    return QString::fromLatin1(opened().read(most));
+    return QString::fromLatin1(take(m_inputMode == InputMode::Binary ? 1 : kAll));
+}
+
+QByteArray ComPort::receive() {
+    return InBufferCount() > 0 ? take(kAll) : QByteArray();
+}
+
+void ComPort::skip(char byte) {
+    while (m_putBack.startsWith(byte))
+        m_putBack.remove(0, 1);
+    if (m_putBack.isEmpty())
+        opened().skip(byte);
 }
 
 void ComPort::discardReceived() {
+    m_putBack.clear();
     if (m_open)
-        (void)m_open->read(std::numeric_limits<qsizetype>::max());
+        (void)m_open->read(kAll);
 }
 
 void ComPort::Output(const QString& text) {

@@ -29,13 +29,23 @@ class ComPort {
     [[nodiscard]] int CommPort() const { return m_commPort; }
 
     /// Received bytes that have not been read.
-    [[nodiscard]] qsizetype InBufferCount() { return opened().bytesWaiting(); }
+    [[nodiscard]] qsizetype InBufferCount();
 
     /// Binary: exactly one byte, or none. Text: everything waiting. A byte is the character of its code.
     [[nodiscard]] QString Input();
 
+    /// Everything waiting, in either mode.
+    [[nodiscard]] QByteArray receive();
+
+    /// The last bytes that the device sent since the port was opened, some 500 to 1000, for whoever has to
+    /// explain a failure; kept after the port is closed.
+    [[nodiscard]] const QByteArray& lastReceived() const { return m_lastReceived; }
+
+    /// Gives back what was read last, to be read again first; gone when the port is closed.
+    void putBack(const QByteArray& bytes) { m_putBack.prepend(bytes); }
+
     /// Drops the received bytes that wait in front as long as each is `byte`.
-    void skip(char byte) { opened().skip(byte); }
+    void skip(char byte);
 
     /// Drops all that has been received; on a closed port there is nothing.
     void discardReceived();
@@ -63,10 +73,14 @@ class ComPort {
 
   private:
     [[nodiscard]] SerialPort& opened() const;
+    [[nodiscard]] QByteArray take(qsizetype most);
+    [[nodiscard]] QByteArray takeFromDevice(qsizetype most);
 
     SerialPorts& m_ports;
     Controls& m_controls;
     std::unique_ptr<SerialPort> m_open; ///< null while the port is closed
+    QByteArray m_putBack;               ///< received, read and given back
+    QByteArray m_lastReceived;
     int m_commPort = 1;
     Handshaking m_handshaking = Handshaking::None;
     InputMode m_inputMode = InputMode::Binary;

@@ -36,6 +36,7 @@ void Operation::begin() {
     m_desk.state.OperationActive = true;
     m_desk.state.withdrawStop();
     m_desk.state.FlashStateUnknown = false;
+    m_desk.state.WrongAnswer.clear();
     // A port that failed under a transfer left its progress display running.
     m_transport.enableSentStatus(false);
 }

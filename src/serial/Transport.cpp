@@ -15,6 +15,17 @@ constexpr std::chrono::milliseconds kReplyIntervalDebug = 10000ms;
 constexpr qsizetype kRoomForClosingBytes = 16;
 constexpr std::chrono::milliseconds kLetOutLook = 5ms;
 
+/// "'R' (0x52)", or "0x00" for what cannot be seen.
+QString byteText(std::uint8_t byte) {
+    const QString code =
+        QStringLiteral("0x") + QStringLiteral("%1").arg(byte, 2, 16, QLatin1Char('0')).toUpper();
+    constexpr std::uint8_t kFirstVisible = 0x21;
+    constexpr std::uint8_t kLastVisible = 0x7E;
+    if (byte < kFirstVisible || byte > kLastVisible)
+        return code;
+    return QStringLiteral("'%1' (%2)").arg(QLatin1Char(static_cast<char>(byte))).arg(code);
+}
+
 } // namespace
 
 Transport::Transport(Desk& desk, ComPort& port, StatusConsole& console)
@@ -48,8 +59,16 @@ bool Transport::ExpectChar(const QString& expected) {
     m_console.PrintStatus(m_desk.state.LastChar);
     if (expected == m_desk.state.LastChar)
         return true;
+    noteUnexpected(static_cast<std::uint8_t>(expected.at(0).unicode()), m_desk.state.LastChar);
     m_console.PrintStatus(QStringLiteral("invalid character received! Cancelling./n"));
     return false;
+}
+
+void Transport::noteUnexpected(std::uint8_t expected, const QString& got) {
+    if (!m_desk.state.CancelRequested)
+        m_desk.state.WrongAnswer =
+            QStringLiteral("Expected %1, got %2.")
+                .arg(byteText(expected), byteText(static_cast<std::uint8_t>(got.at(0).unicode())));
 }
 
 void Transport::ArmReplyTimer(bool enable) {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "controls/Outcome.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace zrk {
+
+/// What most likely is the matter when an operation has ended like this with the board having sent these
+/// bytes last, and what to do; "" when nothing is to be said. `port` is named in it.
+[[nodiscard]] QString boardHint(Outcome outcome, const QByteArray& received, const QString& port);
+
+} // namespace zrk

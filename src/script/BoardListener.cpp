@@ -1,0 +1,151 @@
+#include "script/BoardListener.h"
+
+namespace zrk {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kLook = 100ms;
+constexpr qsizetype kRemembered = 200;
+constexpr char kBootId = '5';
+
+QString inSeconds(std::chrono::milliseconds time) {
+    return QStringLiteral("%1 s").arg(std::chrono::duration<double>(time).count());
+}
+
+QString visible(char byte) {
+    if (byte == '\r')
+        return QStringLiteral("\\r");
+    if (byte == '\n')
+        return QStringLiteral("\\n");
+    const auto code = static_cast<unsigned char>(byte);
+    constexpr unsigned char kFirstPrintable = 0x20;
+    constexpr unsigned char kDelete = 0x7F;
+    constexpr unsigned char kFirstPrintableAbove = 0xA0;
+    if (code < kFirstPrintable || (code >= kDelete && code < kFirstPrintableAbove))
+        return QStringLiteral("\\x") + QStringLiteral("%1").arg(code, 2, 16, QLatin1Char('0')).toUpper();
+    return QString(QLatin1Char(byte));
+}
+
+} // namespace
+
+QString quotedEnd(const QByteArray& text) {
+    if (text.isEmpty())
+        return QStringLiteral("nothing");
+    QString shown;
+    for (const char byte : text.right(kRemembered))
+        shown += visible(byte);
+    return QLatin1Char('"') + shown + QLatin1Char('"');
+}
+
+void BoardListener::expect(const QByteArray& text, Limit limit,
+                           const std::function<void(const QByteArray&)>& heard) {
+    run([&] { return listen(text, limit, heard); });
+}
+
+void BoardListener::openPort(Limit limit) {
+    run([&] {
+        const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for the port"));
+        const auto begin = m_link.loop.now();
+        const auto look = m_link.loop.createTimer([] {});
+        look->start(kLook);
+        while (!m_link.state.CancelRequested) {
+            try {
+                m_link.port.OpenComPort();
+                return Operation::End::Done;
+            } catch (const RuntimeFailure&) {
+                if (!limit || m_link.loop.now() - begin >= *limit)
+                    throw;
+            }
+            m_link.loop.wait();
+        }
+        return Operation::End::Stopped;
+    });
+}
+
+void BoardListener::awaitProgram(std::chrono::milliseconds limit) {
+    run([&] { return watchStart(limit); });
+}
+
+void BoardListener::run(const std::function<Operation::End()>& listening) {
+    const auto body = [&] {
+        m_link.operation.begin();
+        const Operation::End end = listening();
+        m_link.operation.finish();
+        return end;
+    };
+    m_link.operation.run({body, [this] { m_link.operation.finish(); }, Operation::Report::Nothing});
+}
+
+Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
+                                     const std::function<void(const QByteArray&)>& heard) {
+    m_link.terminal.switchTo(false);
+    m_link.port.OpenComPort();
+    const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for ") + quotedEnd(text));
+    const auto begin = m_link.loop.now();
+    const auto look = m_link.loop.createTimer([] {});
+    look->start(kLook);
+    QByteArray received; // as much of it as may still be the beginning of the text, and what messages show
+    while (!m_link.state.CancelRequested) {
+        const QByteArray piece = m_link.port.receive();
+        // A text that lies across the border begins at most its length before it.
+        const qsizetype from = qMax<qsizetype>(received.size() - text.size() + 1, 0);
+        const qsizetype before = received.size();
+        received += piece;
+        const qsizetype found = received.indexOf(text, from);
+        if (found >= 0) {
+            const qsizetype used = found + text.size() - before;
+            m_link.port.putBack(piece.mid(used));
+            heard(piece.left(used));
+            return Operation::End::Done;
+        }
+        if (!piece.isEmpty())
+            heard(piece);
+        received = received.right(qMax(kRemembered, text.size()));
+        if (limit && m_link.loop.now() - begin >= *limit)
+            fail(Outcome::LimitReached, QStringLiteral("%1 did not come within %2. Received last: %3")
+                                            .arg(quotedEnd(text), inSeconds(*limit), quotedEnd(received)));
+        if (piece.isEmpty())
+            m_link.loop.wait();
+        else
+            m_link.loop.yield();
+    }
+    return Operation::End::Stopped;
+}
+
+Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {
+    const PendingWait note = m_link.transport.noteWait(QStringLiteral("The board starts the program"));
+    const auto begin = m_link.loop.now();
+    const auto look = m_link.loop.createTimer([] {});
+    look->start(kLook);
+    QByteArray received;
+    while (!m_link.state.CancelRequested) {
+        const QByteArray piece = m_link.port.receive();
+        m_link.port.putBack(piece);
+        received = piece;
+        // A program's own text may begin with a "5" as well; the boot ROM says nothing else.
+        if (received.count(kBootId) < received.size())
+            return Operation::End::Done;
+        if (received.size() > 1 || m_link.loop.now() - begin >= limit) {
+            if (received.isEmpty())
+                fail(Outcome::LimitReached,
+                     QStringLiteral("The board has said nothing within %1 of the start. Was the secondary "
+                                    "executable loaded, and is its address right?")
+                         .arg(inSeconds(limit)));
+            fail(Outcome::WrongAnswer,
+                 QStringLiteral(
+                     "The board announces its BootID (\"5\") instead of starting the program: it is "
+                     "in its boot ROM. Load the program again, then start it."));
+        }
+        m_link.loop.wait();
+    }
+    return Operation::End::Stopped;
+}
+
+void BoardListener::fail(Outcome why, const QString& text) {
+    m_link.state.noteStop(why);
+    throw RuntimeFailure(FailureKind::WrongAnswer, text);
+}
+
+} // namespace zrk
