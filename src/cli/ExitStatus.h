@@ -13,6 +13,7 @@ enum class ExitStatus {
     NoAnswer = 4,
     WrongAnswer = 5,
     PortLost = 6,
+    NotSeen = 7, ///< a text that was waited for did not come
     Cancelled = 130,
 };
 

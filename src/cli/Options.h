@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Printer.h"
 #include "cli/Steps.h"
 #include "controls/Controls.h"
 #include "machine/ProgramOptions.h"
@@ -12,13 +13,31 @@
 
 namespace zrk {
 
+/// How long what may take; nothing for "as long as it takes".
+struct Limits {
+    using Limit = std::optional<std::chrono::milliseconds>;
+
+    Limit run;
+    Limit wait;     ///< for the board's power-on
+    Limit waitPort; ///< for a port that can be opened
+    Limit flash;    ///< between two answers of the flash-programming image
+    Limit expect;
+    Limit script; ///< each wait of a script
+    std::chrono::milliseconds start{5000};
+};
+
 /// What was asked for on the command line.
 struct CliOptions {
     StepList steps;
     ProgramOptions program;
+    QStringList ports; ///< the devices of several boards; empty for one, which `program` names
     std::array<QString, kSlotCount> slotValues; ///< "FILE[,ADDRESS]", empty where not given
-    std::optional<std::chrono::milliseconds> waitLimit;
+    Limits limits;
+    PrintStyle style;
+    QString onWait;    ///< a program and its arguments, started when a board's power-on is awaited
+    QString logFolder; ///< for a transcript of each board
     bool erase = false;
+    bool dryRun = false;
 };
 
 /// The long option that fills a slot, for example "--primary".

@@ -1,13 +1,11 @@
 #include "cli/Output.h"
 
-#include "machine/StandardStreams.h"
-
-#include <cstdio>
+#include <QJsonDocument>
 
 namespace zrk {
 namespace {
 
-constexpr qsizetype kColumns = 79;
+constexpr qsizetype kLeastForProgress = 24;
 
 QByteArray systemLines(const QString& text) {
     QString lines = text;
@@ -15,56 +13,179 @@ QByteArray systemLines(const QString& text) {
     return lines.toLocal8Bit();
 }
 
-void write(std::FILE* stream, const QByteArray& bytes) {
-    (void)std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
+/// A board must not steer the user's terminal.
+QString withVisibleControls(const QString& text) {
+    QString shown;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        const bool lineEnd =
+            c == u'\n' || (c == u'\r' && i + 1 < text.size() && text[i + 1] == QLatin1Char('\n'));
+        if (lineEnd || c == u'\t' || (c >= 0x20 && c < 0x7F) || c >= 0xA0)
+            shown += text[i];
+        else if (c < 0x20 || c == 0x7F)
+            shown += QLatin1Char('^') + QChar(static_cast<char16_t>(c ^ 0x40));
+        else
+            shown += QStringLiteral("\\x") + QString::number(c, 16).toUpper();
+    }
+    return shown;
+}
+
+QJsonObject fieldsOf(const Ending& ending) {
+    return {{QStringLiteral("status"), ending.status},
+            {QStringLiteral("reason"), ending.reason},
+            {QStringLiteral("step"), ending.step},
+            {QStringLiteral("seconds"), ending.seconds},
+            {QStringLiteral("bytes"), ending.bytes}};
 }
 
 } // namespace
 
-Output::Output()
-    : m_overwrites(standardErrorIsTerminal()), m_shared(m_overwrites && standardOutputIsTerminal()) {}
+Output::~Output() {
+    clearProgress();
+    if (!m_place.name.isEmpty() && !m_unfinished.isEmpty())
+        m_printer.out(named(m_unfinished));
+}
+
+QByteArray Output::named(const QByteArray& line) const {
+    return m_place.name.isEmpty() ? line + '\n' : m_place.name.toLocal8Bit() + ": " + line + '\n';
+}
+
+void Output::record(const QString& text) {
+    if (!m_transcript)
+        return;
+    m_transcript->write(text);
+    const QString failure = m_transcript->takeFailure();
+    if (!failure.isEmpty())
+        tell(failure);
+}
+
+/// What is left of a line waits until the line is whole if other boards print as well.
+void Output::put(QByteArray bytes) {
+    m_unfinished += bytes;
+    const qsizetype end = m_unfinished.lastIndexOf('\n');
+    if (!m_place.name.isEmpty()) {
+        bytes.clear();
+        if (end >= 0) {
+            for (const QByteArray& line : m_unfinished.left(end).split('\n'))
+                bytes += named(line);
+        }
+    }
+    m_unfinished = m_unfinished.mid(end + 1);
+    if (!bytes.isEmpty()) {
+        clearProgress();
+        m_printer.out(bytes);
+    }
+}
 
 void Output::console(const QString& text) {
-    clearProgress();
+    record(text);
+    if (isJson())
+        return event("console", {{QStringLiteral("text"), text}});
     // The NUL that a cancelled wait echoes would make a log file count as binary.
-    QByteArray bytes = systemLines(text);
-    bytes.replace(QByteArray(1, '\0'), QByteArray());
-    write(stdout, bytes);
-    m_unfinished += QString::fromLocal8Bit(bytes);
-    m_unfinished = m_unfinished.mid(m_unfinished.lastIndexOf(QLatin1Char('\n')) + 1);
+    QString shown = text;
+    shown.remove(QChar(u'\0'));
+    put(systemLines(m_printer.outputIsTerminal() ? withVisibleControls(shown) : shown));
+}
+
+void Output::board(const QByteArray& bytes) {
+    const QString text = QString::fromLatin1(bytes);
+    record(text);
+    if (isJson())
+        return event("board", {{QStringLiteral("text"), text}});
+    put(m_printer.outputIsTerminal() ? withVisibleControls(QString::fromLocal8Bit(bytes)).toLocal8Bit()
+                                     : bytes);
+}
+
+void Output::raw(const QByteArray& bytes) {
+    record(QString::fromLatin1(bytes));
+    clearProgress();
+    m_printer.out(bytes);
 }
 
 void Output::tell(const QString& text) {
     clearProgress();
-    write(stderr, systemLines(text) + '\n');
+    if (isJson())
+        event("message", {{QStringLiteral("text"), text}});
+    QByteArray lines;
+    for (const QByteArray& line : systemLines(text).split('\n'))
+        lines += named(line);
+    m_printer.err(lines);
+    if (m_transcript)
+        m_transcript->write(QStringLiteral("* ") + text + QLatin1Char('\n'));
+}
+
+void Output::notice(const QString& text) {
+    if (!m_printer.style().quiet)
+        tell(text);
+}
+
+void Output::detail(const QString& text) {
+    if (m_printer.style().verbose)
+        tell(text);
 }
 
 void Output::ask(const QString& text) {
     clearProgress();
-    write(stderr, '\n' + systemLines(text) + " [y/n] ");
+    if (isJson())
+        event("prompt", {{QStringLiteral("text"), text}});
+    m_printer.err('\n' + systemLines(text) + " [y/n] ");
 }
 
 void Output::progress(const QString& text) {
-    if (!m_overwrites)
-        return tell(text);
-    // What is shown in front comes back when the line is cleared, which is before the console goes on.
-    m_behind = m_shared ? m_unfinished : QString();
-    const QString line =
-        ((m_behind.isEmpty() ? QString() : m_behind + QStringLiteral(" ")) + text).left(kColumns);
-    write(stderr, '\r' + line.leftJustified(qMax(m_shownLength, line.size())).toLocal8Bit());
-    m_shownLength = line.size();
+    if (!m_printer.showsProgress())
+        return;
+    if (!overwrites())
+        return m_printer.err(named(text.toLocal8Bit()));
+    const bool shared = m_printer.outputIsTerminal() && m_place.name.isEmpty();
+    const QString behind = shared ? QString::fromLocal8Bit(m_unfinished) : QString();
+    const QString line = m_place.name.isEmpty() ? text : m_place.name + QStringLiteral(": ") + text;
+    const bool fits = behind.size() + 1 + line.size() <= m_printer.columns();
+    m_progressShown = true;
+    m_printer.setProgress(m_place.row, !behind.isEmpty() && fits ? behind + QLatin1Char(' ') + line : line,
+                          behind);
+}
+
+qsizetype Output::progressColumns() const {
+    const qsizetype name = m_place.name.isEmpty() ? 0 : m_place.name.size() + 2;
+    const qsizetype all = m_printer.columns() - name;
+    const bool shared = m_printer.outputIsTerminal() && m_place.name.isEmpty();
+    const qsizetype beside = shared ? all - m_unfinished.size() - 1 : all;
+    return beside >= kLeastForProgress ? beside : all;
 }
 
 void Output::clearProgress() {
-    if (m_shownLength == 0)
+    if (!m_progressShown)
         return;
-    write(stderr, '\r' + QByteArray(m_shownLength, ' ') + '\r' + m_behind.toLocal8Bit());
-    m_shownLength = 0;
+    m_progressShown = false;
+    m_printer.setProgress(m_place.row, {});
 }
 
-bool Output::wasLost() const {
-    return std::ferror(stdout) != 0;
+void Output::event(const char* name, QJsonObject fields) {
+    if (!isJson())
+        return;
+    // The order of the fields is the reader's: what it is and whose, then the rest.
+    QByteArray line = QByteArray("{\"event\":\"") + name + '"';
+    if (!m_place.name.isEmpty())
+        fields.insert(QStringLiteral("port"), m_place.port);
+    const QByteArray rest = QJsonDocument(fields).toJson(QJsonDocument::Compact);
+    line += fields.isEmpty() ? QByteArray("}") : "," + rest.mid(1);
+    m_printer.out(line + '\n');
+}
+
+void Output::stepBegins(const QString& step) {
+    event("step", {{QStringLiteral("step"), step}, {QStringLiteral("state"), QStringLiteral("begin")}});
+}
+
+void Output::stepEnds(const Ending& ending) {
+    QJsonObject fields = fieldsOf(ending);
+    fields.insert(QStringLiteral("state"), QStringLiteral("end"));
+    event("step", fields);
+}
+
+void Output::result(const Ending& ending) {
+    QJsonObject fields = fieldsOf(ending);
+    fields.insert(QStringLiteral("port"), m_place.port);
+    event("result", fields);
 }
 
 } // namespace zrk

@@ -1,44 +1,91 @@
 #pragma once
 
+#include "cli/Printer.h"
+#include "cli/Transcript.h"
+
+#include <QJsonObject>
 #include <QString>
+
+#include <optional>
 
 namespace zrk {
 
-/// The one place where a session prints: the console's text on standard output, all else on standard error.
-/// On a terminal the last line may show the progress, which is taken away before anything else is printed.
+/// What a step or a run came to.
+struct Ending {
+    int status = 0;
+    QString reason;
+    QString step;
+    double seconds = 0.0;
+    qint64 bytes = 0; ///< image bytes sent
+};
+
+/// The one place where a session prints: the console's text and the board's on standard output, all else on
+/// standard error, or all of it as JSON. With several boards every line begins with the board's name, and
+/// lines never mix.
 class Output {
   public:
-    Output();
-    ~Output() { clearProgress(); }
+    /// One of several sessions: its row among them, its name in front of lines, and its port.
+    struct Place {
+        std::size_t row = 0;
+        QString name; ///< "" for the only one
+        QString port;
+    };
+
+    Output(Printer& printer, Place place) : m_printer(printer), m_place(std::move(place)) {}
+    ~Output();
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
+
+    [[nodiscard]] const Place& place() const { return m_place; }
+    [[nodiscard]] Printer& printer() const { return m_printer; }
+
+    /// Keeps a transcript of all that is printed from now on.
+    void keepTranscript(const QString& path) { m_transcript.emplace(path); }
 
     /// A piece of the console's text, or of a list; CR LF becomes the system's line end.
     void console(const QString& text);
 
-    /// A line on standard error; CR LF in it becomes the system's line end.
+    /// Bytes of the board, as they are; on a terminal its control characters are made visible.
+    void board(const QByteArray& bytes);
+
+    /// Bytes of the board for a user who has asked for a raw terminal.
+    void raw(const QByteArray& bytes);
+
+    /// A line on standard error; CR LF in it becomes the system's line end. A notice is left out when the run
+    /// is quiet, a detail unless it is verbose.
     void tell(const QString& text);
+    void notice(const QString& text);
+    void detail(const QString& text);
 
     /// A question that is answered on the same line of the terminal.
     void ask(const QString& text);
 
     /// Shows this progress over the last one, behind the unfinished line of the console if that is on the
-    /// same terminal; where progress cannot be overwritten it is a line of its own.
+    /// same terminal and leaves room; where progress cannot be overwritten it is a line of its own.
     void progress(const QString& text);
     void clearProgress();
+    /// Columns for the next progress.
+    [[nodiscard]] qsizetype progressColumns() const;
+    [[nodiscard]] bool overwrites() const { return m_printer.overwrites(); }
 
-    /// True when standard error is a terminal, where a line may be written over.
-    [[nodiscard]] bool overwrites() const { return m_overwrites; }
+    /// Where answers are read by a machine: an object with this event, and the session's port among several.
+    void event(const char* name, QJsonObject fields = {});
 
-    /// True when standard output could not be written, so that its text is incomplete.
-    [[nodiscard]] bool wasLost() const;
+    void stepBegins(const QString& step);
+    void stepEnds(const Ending& ending);
+    void result(const Ending& ending);
 
   private:
-    bool m_overwrites;
-    bool m_shared;        ///< and standard output goes to it as well
-    QString m_unfinished; ///< the console's text behind its last line end
-    QString m_behind;     ///< the part of it that the shown progress begins with
-    qsizetype m_shownLength = 0;
+    void put(QByteArray bytes);
+    void record(const QString& text);
+    [[nodiscard]] QByteArray named(const QByteArray& line) const;
+    [[nodiscard]] bool isJson() const { return m_printer.style().json; }
+
+    Printer& m_printer;
+    Place m_place;
+    std::optional<Transcript> m_transcript;
+    QByteArray m_unfinished; ///< the text behind its last line end; of several boards, what is held back
+    bool m_progressShown = false;
 };
 
 } // namespace zrk

@@ -29,9 +29,9 @@ QString nameOf(Memory memory) {
 void Plan::check() {
     checkAddresses();
     checkSizes();
-    for (const StepFacts* step : m_steps)
-        step->require(*this);
-    const auto checks = [](const StepFacts* step) { return step->checksAddresses; };
+    for (const StepCall& step : m_steps)
+        step.facts->require(*this, step.argument);
+    const auto checks = [](const StepCall& step) { return step.facts->checksAddresses; };
     const bool checksLater = std::any_of(m_steps.cbegin(), m_steps.cend(), checks);
     if (checksLater && !checks(m_steps.front()) && !m_loader.validation.ValidateAddresses())
         throw UsageError(QStringLiteral("The addresses are wrong; nothing was sent."));
@@ -76,15 +76,15 @@ void Plan::requireFile(int slot) const {
 }
 
 QStringList Plan::announcement() const {
-    if (std::none_of(m_steps.cbegin(), m_steps.cend(), [](const StepFacts* step) { return step->usesPort; }))
+    if (!usesPort())
         return {};
     const int number = m_loader.controls.cmbComPort.selectedItemData();
     const QString device = m_loader.port.deviceName(number);
     QStringList lines{QStringLiteral("Port: COM%1 (%2)")
                           .arg(number)
                           .arg(device.isEmpty() ? QStringLiteral("no device") : device)};
-    for (const StepFacts* step : m_steps) {
-        for (const Slot slot : step->images) {
+    for (const StepCall& step : m_steps) {
+        for (const Slot slot : step.facts->images) {
             if (isSelected(slot))
                 lines += imageLine(slot);
         }
@@ -92,9 +92,29 @@ QStringList Plan::announcement() const {
     return lines;
 }
 
+QStringList Plan::warnings() const {
+    QStringList lines;
+    const QStringList remarks = m_loader.iniLoader.remarks();
+    for (const QString& remark : remarks)
+        lines += m_loader.state.IniPath + QStringLiteral(": ") + remark;
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        if (isNamed(slot) && !isSelected(slot) && !uses(slot) &&
+            m_loader.iniLoader.addressFaultOf(slot).isEmpty())
+            lines += QStringLiteral("%1, which %2 names; no step needs it.")
+                         .arg(m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text.value(),
+                              m_loader.state.IniPath);
+    }
+    return lines;
+}
+
+bool Plan::usesPort() const {
+    return std::any_of(m_steps.cbegin(), m_steps.cend(),
+                       [](const StepCall& step) { return step.facts->usesPort; });
+}
+
 bool Plan::has(const char* step) const {
     return std::any_of(m_steps.cbegin(), m_steps.cend(),
-                       [step](const StepFacts* one) { return std::string_view(one->name) == step; });
+                       [step](const StepCall& one) { return std::string_view(one.facts->name) == step; });
 }
 
 bool Plan::isSelected(int slot) const {
@@ -108,8 +128,9 @@ bool Plan::isNamed(int slot) const {
 bool Plan::uses(int slot) const {
     if (has("check") && factsOf(slot).memory == Memory::Sdram)
         return true;
-    return std::any_of(m_steps.cbegin(), m_steps.cend(), [slot](const StepFacts* step) {
-        return std::find(step->images.cbegin(), step->images.cend(), slot) != step->images.cend();
+    return std::any_of(m_steps.cbegin(), m_steps.cend(), [slot](const StepCall& step) {
+        const auto& images = step.facts->images;
+        return std::find(images.cbegin(), images.cend(), slot) != images.cend();
     });
 }
 

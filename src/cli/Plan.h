@@ -21,6 +21,12 @@ class Plan {
     /// file, bytes, line time and address. Empty when the steps need no port.
     [[nodiscard]] QStringList announcement() const;
 
+    /// What is strange but stops no step: lines of the INI file that say nothing, and files named there that
+    /// are not there.
+    [[nodiscard]] QStringList warnings() const;
+
+    [[nodiscard]] bool usesPort() const;
+
     [[nodiscard]] bool has(const char* step) const;
     [[nodiscard]] bool isSelected(int slot) const;
 

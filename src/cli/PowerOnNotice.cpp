@@ -3,16 +3,54 @@
 #include "boot/WaitDialog.h"
 #include "cli/Output.h"
 
+#include <QProcessEnvironment>
+
 namespace zrk {
 
-PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit)
-    : m_output(output), m_limit(limit), m_timer(loop.createTimer([this] { giveUp(); })) {}
+PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit,
+                             const QString& command)
+    : m_output(output), m_limit(limit), m_command(QProcess::splitCommand(command)),
+      m_timer(loop.createTimer([this] { giveUp(); })) {
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.setStandardInputFile(QProcess::nullDevice());
+    QObject::connect(&m_process, &QProcess::errorOccurred, &m_process, [this](QProcess::ProcessError) {
+        m_output.tell(QStringLiteral("--on-wait %1: %2.").arg(m_command.value(0), m_process.errorString()));
+    });
+    QObject::connect(&m_process, &QProcess::finished, &m_process, [this](int status, QProcess::ExitStatus) {
+        const QString said = QString::fromLocal8Bit(m_process.readAll()).trimmed();
+        if (status != 0)
+            m_output.tell(QStringLiteral("--on-wait %1 ended with status %2. %3")
+                              .arg(m_command.value(0))
+                              .arg(status)
+                              .arg(said));
+        else if (!said.isEmpty())
+            m_output.detail(said);
+    });
+}
+
+/// A power switch that is under way is not left half-way.
+PowerOnNotice::~PowerOnNotice() {
+    m_process.disconnect();
+    constexpr int kLimit = 5000;
+    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(kLimit))
+        m_process.kill();
+}
 
 void PowerOnNotice::show(WaitDialog& dialog) {
     m_dialog = &dialog;
-    m_output.tell(dialog.lblMsg.Caption);
+    m_output.notice(dialog.lblMsg.Caption);
     if (m_limit)
         m_timer->start(*m_limit);
+    startCommand();
+}
+
+void PowerOnNotice::startCommand() {
+    if (m_command.isEmpty() || m_process.state() != QProcess::NotRunning)
+        return;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("ZRK_PORT"), m_output.place().port);
+    m_process.setProcessEnvironment(environment);
+    m_process.start(m_command.value(0), m_command.mid(1));
 }
 
 void PowerOnNotice::hide() {

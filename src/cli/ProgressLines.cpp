@@ -10,44 +10,87 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds kRefresh = 250ms;
-constexpr std::chrono::seconds kTransferLineEvery = 2s;
+constexpr std::chrono::milliseconds kRefresh = 100ms;
+constexpr std::chrono::milliseconds kEventEvery = 250ms;
 constexpr std::chrono::seconds kWaitLineEvery = 10s;
 
 } // namespace
 
+QString fitted(const QStringList& parts, qsizetype columns) {
+    QString line = parts.value(0).left(columns);
+    for (const QString& part : parts.mid(1)) {
+        if (part.isEmpty())
+            continue;
+        if (line.size() + 2 + part.size() > columns)
+            break;
+        line += QStringLiteral(", ") + part;
+    }
+    return line;
+}
+
 ProgressLines::ProgressLines(Loader& loader, Output& output, const MessageLines& messages)
     : m_loader(loader), m_output(output), m_messages(messages),
-      m_timer(loader.loop.createTimer([this] { tick(); })), m_lastLine(loader.loop.now()) {
+      m_timer(loader.loop.createTimer([this] { tick(); })), m_lastWaitLine(loader.loop.now()) {
     m_timer->start(kRefresh);
 }
 
 void ProgressLines::tick() {
     if (m_messages.isAsking())
         return;
-    const QString text = progressText();
-    if (text.isEmpty())
-        return m_output.clearProgress();
-    const auto now = m_loader.loop.now();
-    const auto pause = m_loader.transport.isTransferring() ? kTransferLineEvery : kWaitLineEvery;
-    if (!m_output.overwrites() && now - m_lastLine < pause)
-        return;
-    m_lastLine = now;
-    m_output.progress(text);
+    const bool transferring = m_loader.state.OperationActive && m_loader.transport.isTransferring();
+    if (transferring && m_loader.state.BytesTotal > 0)
+        return showTransfer();
+    m_lastTenth = 0;
+    if (m_loader.state.OperationActive && !m_loader.state.WaitingFor.isEmpty())
+        return showWait();
+    m_output.clearProgress();
+    m_lastWaitLine = m_loader.loop.now();
 }
 
-QString ProgressLines::progressText() const {
-    if (!m_loader.state.OperationActive)
-        return {};
-    const StatusBar& panels = m_loader.controls.staStatus;
-    if (m_loader.transport.isTransferring() && panels.SecondPanel.value().isEmpty())
-        return {};
-    if (m_loader.transport.isTransferring())
-        return QStringLiteral("%1 (%2 %), %3")
-            .arg(panels.SecondPanel.value())
-            .arg(m_loader.controls.pgbDownload.Value.value(), 0, 'f', 0)
-            .arg(panels.FirstPanel.value());
-    return m_loader.state.WaitingFor.isEmpty() ? QString() : panels.FirstPanel.value();
+void ProgressLines::showTransfer() {
+    const auto now = m_loader.loop.now();
+    m_loader.activity.refresh(); // which may not have heard of this transfer yet
+    const TransferRate& rate = m_loader.activity.rate();
+    const SharedState& state = m_loader.state;
+    const double percent = 100.0 * state.BytesSent / state.BytesTotal;
+    const auto title = m_loader.controls.slotTitle(static_cast<std::size_t>(state.SendingSlot));
+    if (now - m_lastEvent >= kEventEvery) {
+        m_lastEvent = now;
+        QJsonObject fields{{QStringLiteral("image"), title},
+                           {QStringLiteral("sent"), state.BytesSent},
+                           {QStringLiteral("total"), state.BytesTotal}};
+        if (const auto perSecond = rate.rate(now))
+            fields.insert(QStringLiteral("rate"), *perSecond);
+        m_output.event("progress", fields);
+    }
+    const int tenth = static_cast<int>(percent / 10.0);
+    if (!m_output.overwrites() && tenth == std::exchange(m_lastTenth, tenth))
+        return;
+    m_output.progress(fitted(
+        {QStringLiteral("%1 %, %2").arg(percent, 0, 'f', 0).arg(rate.leftText(now)), rate.rateText(now),
+         QStringLiteral("%1 / %2 bytes").arg(state.BytesSent).arg(state.BytesTotal), title},
+        m_output.overwrites() ? m_output.progressColumns() : 1000));
+}
+
+void ProgressLines::showWait() {
+    const auto now = m_loader.loop.now();
+    const auto waited = std::chrono::duration_cast<std::chrono::seconds>(now - m_loader.state.WaitingSince);
+    if (now - m_lastEvent >= 1s) {
+        m_lastEvent = now;
+        m_output.event("wait", {{QStringLiteral("for"), m_loader.state.WaitingFor},
+                                {QStringLiteral("seconds"), static_cast<qint64>(waited.count())}});
+    }
+    const QString line = QStringLiteral("%1: %2").arg(m_loader.state.WaitingFor, durationText(waited));
+    if (m_output.overwrites()) {
+        const qsizetype columns = m_output.progressColumns();
+        return m_output.progress(line.size() <= columns
+                                     ? line
+                                     : fitted({durationText(waited), m_loader.state.WaitingFor}, columns));
+    }
+    if (now - m_lastWaitLine < kWaitLineEvery)
+        return;
+    m_lastWaitLine = now;
+    m_output.progress(line);
 }
 
 } // namespace zrk

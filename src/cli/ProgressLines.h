@@ -2,7 +2,7 @@
 
 #include "platform/EventLoop.h"
 
-#include <QString>
+#include <QStringList>
 
 namespace zrk {
 
@@ -10,21 +10,27 @@ class Output;
 class MessageLines;
 struct Loader;
 
-/// Has the progress of transfers and of long waits shown: on a terminal four times a second, elsewhere as a
-/// line now and then.
+/// Has the progress of transfers and of long waits shown: on a terminal ten times a second, elsewhere a line
+/// for each tenth of a transfer and for every ten seconds of a wait.
 class ProgressLines {
   public:
     ProgressLines(Loader& loader, Output& output, const MessageLines& messages);
 
   private:
     void tick();
-    [[nodiscard]] QString progressText() const;
+    void showTransfer();
+    void showWait();
 
     Loader& m_loader;
     Output& m_output;
     const MessageLines& m_messages;
     std::unique_ptr<Timer> m_timer;
-    EventLoop::TimePoint m_lastLine;
+    EventLoop::TimePoint m_lastWaitLine;
+    EventLoop::TimePoint m_lastEvent;
+    int m_lastTenth = 0;
 };
+
+/// As many of the parts, separated by commas, as fit; the first one is cut if even that does not.
+[[nodiscard]] QString fitted(const QStringList& parts, qsizetype columns);
 
 } // namespace zrk

@@ -1,8 +1,9 @@
 #include "cli/Session.h"
 
-#include "cli/Plan.h"
 #include "cli/UsageError.h"
 #include "config/AddressEntry.h"
+#include "loader/BoardHint.h"
+#include "machine/PortCheck.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,37 +19,152 @@ constexpr std::chrono::milliseconds kLastBytesLimit = 3s;
 } // namespace
 
 Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output)
-    : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)), m_output(output),
-      m_question(loop), m_messages(output, m_question), m_powerOnNotice(loop, output, options.waitLimit),
-      m_interrupt(loop, [this](bool ended) { interrupted(ended); }),
+    : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)), m_loop(loop),
+      m_output(output), m_question(loop), m_messages(output, m_question),
+      m_powerOnNotice(loop, output, options.limits.wait, options.onWait),
       m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
       m_loader({loop, m_ports, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
-      m_progress(m_loader, output, m_messages) {}
+      m_progress(m_loader, output, m_messages), m_plan(m_loader, m_options.steps),
+      m_runTimer(loop.createTimer([this] { runOut(); })) {}
 
-ExitStatus Session::run() {
+void Session::prepare(Remarks remarks) {
     m_loader.startUp.prepare(m_facts);
     m_loader.controls.cmbComPort.ListIndex = m_options.program.portNumber - 1;
     m_loader.controls.chkErase.Value = m_options.erase ? 1 : 0;
+    m_loader.flash.limitAnswers(m_options.limits.flash);
     presetSlots();
-    Plan plan(m_loader, m_options.steps);
-    plan.check();
-    const QStringList announced = plan.announcement();
-    for (const QString& line : announced)
-        m_output.tell(line);
+    if (remarks == Remarks::Tell) {
+        const QStringList warnings = m_plan.warnings();
+        for (const QString& line : warnings)
+            m_output.notice(line);
+    }
+    m_plan.check();
+}
+
+Ending Session::run() {
+    const auto begin = m_loop.now();
+    announce();
+    if (m_options.dryRun)
+        return ending(dryRun(), begin);
     m_loader.controls.txtStatus.onEdit(
         [this](qsizetype /*removed*/, const QString& inserted) { m_output.console(inserted); });
-    for (const StepFacts* step : m_options.steps) {
-        const bool interrupted = m_loader.state.StopReason == Outcome::Cancelled;
-        const ExitStatus status = interrupted ? ExitStatus::Cancelled : step->run(m_loader, m_output);
+    if (m_options.limits.run)
+        m_runTimer->start(*m_options.limits.run);
+    ExitStatus status = m_plan.usesPort() ? awaitPort() : ExitStatus::Done;
+    if (status == ExitStatus::Done)
+        status = runSteps();
+    return ending(status, begin);
+}
+
+void Session::announce() {
+    const QStringList lines = m_options.dryRun ? QStringList() : m_plan.announcement();
+    for (const QString& line : lines)
+        m_output.notice(line);
+}
+
+/// What a run would find out before it sends, and nothing else.
+ExitStatus Session::dryRun() {
+    QStringList lines = m_plan.announcement();
+    ExitStatus status = ExitStatus::Done;
+    if (m_plan.usesPort()) {
+        const QString problem = portProblem(PortNames(m_options.program.ports), m_options.program.portNumber);
+        lines +=
+            QStringLiteral("Port: ") + (problem.isEmpty() ? QStringLiteral("there and permitted") : problem);
+        if (!problem.isEmpty())
+            status = ExitStatus::PortNotOpened;
+    }
+    const bool valid = m_loader.validation.ValidateAddresses();
+    lines +=
+        valid ? QStringLiteral("Addresses: in range, no images overlap") : QStringLiteral("Addresses: wrong");
+    if (!valid)
+        status = ExitStatus::Usage;
+    lines += QStringLiteral("Nothing was sent.");
+    m_output.console(lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n"));
+    return status;
+}
+
+ExitStatus Session::awaitPort() {
+    if (!m_options.limits.waitPort)
+        return ExitStatus::Done;
+    m_loader.listener.openPort(m_options.limits.waitPort);
+    const Outcome outcome = m_loader.operation.outcome();
+    if (outcome != Outcome::PortNotOpened)
+        return exitStatusOf(outcome);
+    m_output.tell(QStringLiteral("--wait-port %1 ran out: %2")
+                      .arg(std::chrono::duration<double>(*m_options.limits.waitPort).count())
+                      .arg(m_loader.operation.failure()));
+    return ExitStatus::NoAnswer;
+}
+
+ExitStatus Session::runSteps() {
+    for (std::size_t i = 0; i < m_options.steps.size(); ++i) {
+        const ExitStatus status = runStep(i);
         if (status != ExitStatus::Done)
             return status;
     }
-    if (!m_loader.transport.letOut(kLastBytesLimit, kLastBytesLimit)) {
-        m_output.tell(
-            QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
-        return ExitStatus::PortLost;
-    }
-    return ExitStatus::Done;
+    return letOutLastBytes();
+}
+
+ExitStatus Session::runStep(std::size_t index) {
+    const StepCall& call = m_options.steps[index];
+    if (m_loader.state.StopReason == Outcome::Cancelled)
+        return ExitStatus::Cancelled;
+    if (m_limitReached)
+        return ExitStatus::NoAnswer;
+    m_step = QString::fromLatin1(call.facts->name);
+    m_output.stepBegins(m_step);
+    const auto begin = m_loop.now();
+    const StepFacts* next = index + 1 < m_options.steps.size() ? m_options.steps[index + 1].facts : nullptr;
+    const ExitStatus status =
+        call.facts->run({m_loader, m_output, m_options, call.argument, next, m_limitReached});
+    explain(status);
+    m_output.stepEnds(ending(status, begin));
+    return status;
+}
+
+/// What the board did, and what most likely is the matter, for those who cannot look at the wire.
+void Session::explain(ExitStatus status) {
+    if (status == ExitStatus::Done || status == ExitStatus::Usage)
+        return;
+    const SharedState& state = m_loader.state;
+    const Outcome outcome = m_loader.operation.outcome();
+    if (outcome == Outcome::LimitReached && !state.StopText.isEmpty())
+        m_output.tell(state.StopText);
+    if (outcome == Outcome::WrongAnswer && !state.WrongAnswer.isEmpty())
+        m_output.tell(state.WrongAnswer);
+    const int number = m_loader.port.CommPort();
+    const QString hint =
+        boardHint(outcome, m_loader.port.lastReceived(),
+                  QStringLiteral("COM%1 (%2)").arg(number).arg(m_loader.port.deviceName(number)));
+    if (!hint.isEmpty())
+        m_output.tell(hint);
+}
+
+ExitStatus Session::letOutLastBytes() {
+    if (m_loader.transport.letOut(kLastBytesLimit, kLastBytesLimit))
+        return ExitStatus::Done;
+    m_output.tell(QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
+    return ExitStatus::PortLost;
+}
+
+Ending Session::ending(ExitStatus status, EventLoop::TimePoint since) const {
+    const QString reason = status == ExitStatus::Done    ? outcomeName(Outcome::Done)
+                           : status == ExitStatus::Usage ? QStringLiteral("usage")
+                                                         : outcomeName(m_loader.operation.outcome());
+    return {static_cast<int>(status), reason, m_step,
+            std::chrono::duration<double>(m_loop.now() - since).count(), m_loader.state.BytesSentInAll};
+}
+
+void Session::runOut() {
+    m_runTimer->stop();
+    m_limitReached = true;
+    const QString doing = m_loader.controls.staStatus.FirstPanel;
+    m_messages.stopAsking();
+    m_question.withdraw();
+    m_loader.state.requestStop(Outcome::LimitReached);
+    m_loader.state.StopText = QStringLiteral("The run took longer than --timeout %1. It was at: %2")
+                                  .arg(std::chrono::duration<double>(*m_options.limits.run).count())
+                                  .arg(doing);
 }
 
 void Session::presetSlots() {
@@ -57,9 +173,6 @@ void Session::presetSlots() {
                              .arg(m_options.program.iniPath));
     m_loader.state.IniPath = m_ini.path;
     m_loader.iniLoader.mnuLoadIni_Click();
-    const QStringList remarks = m_loader.iniLoader.remarks();
-    for (const QString& remark : remarks)
-        m_output.tell(m_ini.path + QStringLiteral(": ") + remark);
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const QString& value = m_options.slotValues[static_cast<std::size_t>(slot)];
         if (!value.isEmpty())
@@ -83,7 +196,7 @@ void Session::presetSlot(int slot, const QString& value) {
     m_loader.iniLoader.applyFile(slot, QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath()), address);
 }
 
-void Session::interrupted(bool ended) {
+void Session::interrupt(bool ended) {
     if (ended)
         m_messages.stopAsking();
     m_loader.state.noteStop(Outcome::Cancelled);

@@ -4,44 +4,64 @@
 #include "cli/MessageLines.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
+#include "cli/Plan.h"
 #include "cli/PowerOnNotice.h"
 #include "cli/ProgressLines.h"
 #include "loader/Loader.h"
 #include "loader/ThisProgram.h"
-#include "machine/InterruptSignal.h"
 #include "machine/MachinePorts.h"
 #include "machine/YesNoQuestion.h"
 #include "platform/ProgramFacts.h"
 
 namespace zrk {
 
-/// One run of the command line: a loader without a window, and the steps that it is put through, on one
-/// thread.
+/// One board's run of the command line: a loader without a window, and the steps that it is put through, on
+/// one thread.
 class Session {
   public:
     Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output);
 
-    /// Presets the slots, checks what can be checked before anything is sent, and carries out the steps
-    /// up to the first that fails. Throws UsageError for a configuration that cannot work.
-    [[nodiscard]] ExitStatus run();
+    enum class Remarks { Tell, AreKnown };
+
+    /// Presets the slots, says what is strange about the configuration, and checks what can be checked before
+    /// anything is sent. Throws UsageError for a configuration that cannot work.
+    void prepare(Remarks remarks = Remarks::Tell);
+
+    /// Says what will be done and, after prepare(), carries out the steps up to the first that fails.
+    [[nodiscard]] Ending run();
+
+    /// The user wants an end; with `ended` nobody is there any more to be asked about it.
+    void interrupt(bool ended);
 
   private:
     void presetSlots();
     void presetSlot(int slot, const QString& value);
-    void interrupted(bool ended);
+    void announce();
+    [[nodiscard]] ExitStatus dryRun();
+    [[nodiscard]] ExitStatus awaitPort();
+    [[nodiscard]] ExitStatus runSteps();
+    [[nodiscard]] ExitStatus runStep(std::size_t index);
+    [[nodiscard]] ExitStatus letOutLastBytes();
+    void explain(ExitStatus status);
+    void runOut();
+    [[nodiscard]] Ending ending(ExitStatus status, EventLoop::TimePoint since) const;
 
     CliOptions m_options;
     ProgramFacts m_facts;
     IniChoice m_ini;
+    EventLoop& m_loop;
     Output& m_output;
     YesNoQuestion m_question;
     MessageLines m_messages;
     NoFileDialog m_fileDialog;
     PowerOnNotice m_powerOnNotice;
-    InterruptSignal m_interrupt; // before the port, whose thread must not take the signals
     MachinePorts m_ports;
     Loader m_loader;
     ProgressLines m_progress;
+    Plan m_plan;
+    std::unique_ptr<Timer> m_runTimer;
+    QString m_step; ///< the one that runs, or ran last
+    bool m_limitReached = false;
 };
 
 } // namespace zrk

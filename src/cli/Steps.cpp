@@ -1,95 +1,13 @@
 #include "cli/Steps.h"
 
-#include "cli/Output.h"
-#include "cli/Plan.h"
+#include "cli/BoardSteps.h"
+#include "cli/ListeningSteps.h"
 #include "cli/UsageError.h"
-#include "loader/Loader.h"
 
 #include <algorithm>
 
 namespace zrk {
 namespace {
-
-void requireForLoad(const Plan& plan) {
-    if (plan.isNamed(kPrimaryBoot) || !plan.isSelected(kSecondaryExecutable))
-        plan.requireFile(kPrimaryBoot);
-    if (plan.isNamed(kSecondaryExecutable))
-        plan.requireFile(kSecondaryExecutable);
-}
-
-ExitStatus load(Loader& loader, Output& /*output*/) {
-    loader.bringUp.cmdStartPrimary_Click();
-    return exitStatusOf(loader.operation.outcome());
-}
-
-/// A program that was loaded by an earlier run may be started, too.
-void requireForStart(const Plan& plan) {
-    if (plan.has("load"))
-        plan.requireFile(kSecondaryExecutable);
-}
-
-ExitStatus start(Loader& loader, Output& /*output*/) {
-    loader.bringUp.startWithoutTerminal();
-    return exitStatusOf(loader.operation.outcome());
-}
-
-ExitStatus check(Loader& loader, Output& output) {
-    const bool valid = loader.validation.ValidateAddresses();
-    const auto line = [&output](const QString& index, const QString& start, const QString& size,
-                                const QString& name) {
-        output.console(index.leftJustified(7) + start.leftJustified(12) + size.leftJustified(12) + name +
-                       QStringLiteral("\r\n"));
-    };
-    line(QStringLiteral("index"), QStringLiteral("start"), QStringLiteral("size"), QString());
-    for (const AddressList::Row& row : loader.controls.lvwAdrs.rows())
-        line(row.index, row.start, row.size,
-             loader.state.SlotNames.at(static_cast<std::size_t>(row.index.toInt())));
-    return valid ? ExitStatus::Done : ExitStatus::Usage;
-}
-
-void requireForFlash(const Plan& plan) {
-    plan.requireFile(kPgSibl);
-    plan.requireFile(kFlashImage);
-}
-
-ExitStatus flash(Loader& loader, Output& output) {
-    loader.flash.cmdPrgFlash_Click();
-    if (loader.state.FlashStateUnknown)
-        output.tell(kFlashStateUnknownText);
-    return exitStatusOf(loader.operation.outcome());
-}
-
-void requireNothing(const Plan& /*plan*/) {}
-
-} // namespace
-
-std::span<const StepFacts> allSteps() {
-    static const std::vector<StepFacts> all{
-        {"load",
-         "load the primary boot and the secondary executable",
-         true,
-         true,
-         {kPrimaryBoot, kSecondaryExecutable},
-         requireForLoad,
-         load},
-        {"start", "start the loaded secondary executable", true, false, {}, requireForStart, start},
-        {"check",
-         "check the SDRAM addresses and print the address list",
-         false,
-         true,
-         {},
-         requireNothing,
-         check},
-        {"flash",
-         "program the flash image into the board's NAND flash",
-         true,
-         false,
-         {kPgSibl, kFlashImage},
-         requireForFlash,
-         flash},
-    };
-    return all;
-}
 
 const StepFacts& stepNamed(const QString& name) {
     const auto steps = allSteps();
@@ -100,6 +18,49 @@ const StepFacts& stepNamed(const QString& name) {
         throw UsageError(QStringLiteral("Unknown step \"%1\": the steps are %2.")
                              .arg(name, stepNames(QStringLiteral("and"))));
     return *found;
+}
+
+} // namespace
+
+std::span<const StepFacts> allSteps() {
+    // clang-format off
+    static const std::vector<StepFacts> all{
+        {"load", "", "load the primary boot and the secondary executable",
+         true, true, false, false, {kPrimaryBoot, kSecondaryExecutable}, requireForLoad, load},
+        {"download", "", "load the given ones of --uboot, --rootfs, --kernel",
+         true, true, false, false, {kUBoot, kRootFs, kKernel}, requireForDownload, download},
+        {"start", "", "start the secondary executable; whether it runs only an\n"
+         "                             expect or a script behind it can tell",
+         true, false, false, false, {}, requireForStart, start},
+        {"check", "", "check the SDRAM addresses and print the address list",
+         false, true, false, false, {}, requireNothing, check},
+        {"flash", "", "program the flash image into the NAND flash",
+         true, false, false, false, {kPgSibl, kFlashImage}, requireForFlash, flash},
+        {"expect", "TEXT", "print what the board says until TEXT has come",
+         true, false, true, false, {}, requireText, expect},
+        {"script", "FILE", "run a script (>text sends, <text waits, /n is Enter)",
+         true, false, true, false, {}, requireScript, script},
+        {"terminal", "", "raw terminal until Ctrl-] or the end of input",
+         true, false, false, true, {}, requireNothing, terminal},
+    };
+    // clang-format on
+    return all;
+}
+
+StepList stepsOf(const QStringList& words) {
+    StepList steps;
+    for (qsizetype i = 0; i < words.size(); ++i) {
+        StepCall call{&stepNamed(words[i]), {}};
+        if (*call.facts->argument != '\0') {
+            if (++i == words.size())
+                throw UsageError(
+                    QStringLiteral("The step %1 needs a %2 behind it.")
+                        .arg(QLatin1String(call.facts->name), QLatin1String(call.facts->argument)));
+            call.argument = words[i];
+        }
+        steps.push_back(call);
+    }
+    return steps;
 }
 
 QString stepNames(const QString& lastWord) {

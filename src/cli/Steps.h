@@ -12,26 +12,48 @@ namespace zrk {
 
 class Output;
 class Plan;
+struct CliOptions;
 struct Loader;
+struct StepFacts;
+
+/// What a step works with.
+struct StepRun {
+    Loader& loader;
+    Output& output;
+    const CliOptions& options;
+    const QString& argument;
+    const StepFacts* next;    ///< the step that follows; null for the last
+    const bool& limitReached; ///< the limit of the whole run has run out
+};
 
 /// One step of the command line: all that is known about it. A new step is a row in Steps.cpp.
 struct StepFacts {
     const char* name;
+    const char* argument; ///< what has to follow the name, for example "FILE"; "" for nothing
     const char* help;
     bool usesPort;
-    bool checksAddresses;         ///< refuses wrong SDRAM addresses by itself, before it does anything
-    std::vector<Slot> images;     ///< those it sends when they are selected, in the order of sending
-    void (*require)(const Plan&); ///< throws UsageError when it lacks something
-    ExitStatus (*run)(Loader&, Output&);
+    bool checksAddresses;     ///< refuses wrong SDRAM addresses by itself, before it does anything
+    bool awaitsProgram;       ///< needs a program on the board that says something
+    bool ownsStreams;         ///< takes standard input and output for itself
+    std::vector<Slot> images; ///< those it sends when they are selected, in the order of sending
+    void (*require)(const Plan&, const QString& argument); ///< throws UsageError when it lacks something
+    ExitStatus (*run)(const StepRun&);
 };
 
-using StepList = std::vector<const StepFacts*>;
+/// A step as it was asked for.
+struct StepCall {
+    const StepFacts* facts = nullptr;
+    QString argument;
+};
+
+using StepList = std::vector<StepCall>;
 
 /// All steps, in the order of the help.
 [[nodiscard]] std::span<const StepFacts> allSteps();
 
-/// Throws UsageError for a name that is none.
-[[nodiscard]] const StepFacts& stepNamed(const QString& name);
+/// The steps that these words name, each with its argument. Throws UsageError for a name that is none and
+/// for an argument that is missing.
+[[nodiscard]] StepList stepsOf(const QStringList& words);
 
 /// "load, start, check and flash", or with another word before the last.
 [[nodiscard]] QString stepNames(const QString& lastWord);

@@ -1,46 +1,63 @@
-#include "cli/Options.h"
-#include "cli/Session.h"
+#include "cli/BoardRuns.h"
 #include "cli/UsageError.h"
 #include "loader/ThisProgram.h"
-#include "machine/QtEventLoop.h"
 #include "machine/StandardStreams.h"
+#include "platform/RuntimeFailure.h"
 
 #include <QCoreApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <cstdio>
 #include <exception>
 
 namespace {
 
+using zrk::ExitStatus;
+
 /// A rack that keeps the console's text as its record must know when that is incomplete.
-zrk::ExitStatus unlessOutputWasLost(zrk::ExitStatus status, zrk::Output& output) {
-    if (!output.wasLost())
+int unlessOutputWasLost(int status) {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0)
         return status;
-    output.tell(QStringLiteral("Standard output could not be written; its text is incomplete."));
-    return status == zrk::ExitStatus::Done ? zrk::ExitStatus::InternalFailure : status;
+    std::fputs("Standard output could not be written; its text is incomplete.\n", stderr);
+    return status == 0 ? static_cast<int>(ExitStatus::InternalFailure) : status;
+}
+
+int fail(ExitStatus status, const QString& text, bool json) {
+    const bool usage = status == ExitStatus::Usage;
+    std::fprintf(stderr, "zrk-loader-cli: %s\n%s", text.toLocal8Bit().constData(),
+                 usage ? "Try 'zrk-loader-cli --help'.\n" : "");
+    if (json) {
+        const QJsonObject result{
+            {QStringLiteral("event"), QStringLiteral("result")},
+            {QStringLiteral("status"), static_cast<int>(status)},
+            {QStringLiteral("reason"), usage ? QStringLiteral("usage") : QStringLiteral("internal")},
+            {QStringLiteral("text"), text}};
+        std::printf("%s\n", QJsonDocument(result).toJson(QJsonDocument::Compact).constData());
+    }
+    return static_cast<int>(status);
 }
 
 int runProgram() {
     // The window and the command line share the configuration file.
     zrk::ProgramFacts facts = zrk::programFacts();
     facts.name = QStringLiteral("zrk-loader");
+    const QStringList arguments = QCoreApplication::arguments();
+    const bool json =
+        arguments.contains(QStringLiteral("--json")) || arguments.contains(QStringLiteral("-j"));
     try {
-        const auto options = zrk::parseCommandLine(QCoreApplication::arguments(), zrk::versionText());
+        const auto options = zrk::parseCommandLine(arguments, zrk::versionText());
         if (!options)
             return 0;
-        zrk::QtEventLoop loop;
-        zrk::Output output;
-        zrk::Session session(*options, facts, loop, output);
-        return static_cast<int>(unlessOutputWasLost(session.run(), output));
+        zrk::Printer printer(options->style);
+        return zrk::runBoards(*options, facts, printer);
     } catch (const zrk::UsageError& error) {
-        std::fprintf(stderr, "zrk-loader-cli: %s\nTry 'zrk-loader-cli --help'.\n", error.what());
-        return static_cast<int>(zrk::ExitStatus::Usage);
+        return fail(ExitStatus::Usage, QString::fromUtf8(error.what()), json);
     } catch (const zrk::RuntimeFailure& failure) {
-        std::fprintf(stderr, "zrk-loader-cli: %s\n", failure.what());
-        return static_cast<int>(zrk::ExitStatus::InternalFailure);
+        return fail(ExitStatus::InternalFailure, failure.description(), json);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "zrk-loader-cli: internal failure: %s\n", error.what());
-        return static_cast<int>(zrk::ExitStatus::InternalFailure);
+        return fail(ExitStatus::InternalFailure,
+                    QStringLiteral("internal failure: ") + QString::fromLocal8Bit(error.what()), json);
     }
 }
 
@@ -49,5 +66,5 @@ int runProgram() {
 int main(int argc, char** argv) {
     zrk::ignoreBrokenPipes();
     const QCoreApplication app(argc, argv);
-    return runProgram();
+    return unlessOutputWasLost(runProgram());
 }

@@ -7,6 +7,7 @@
 #include <windows.h>
 #else
 #include <csignal>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -37,6 +38,19 @@ bool standardErrorIsTerminal() {
 
 bool standardOutputIsTerminal() {
     return isTerminal(stdout);
+}
+
+int terminalColumns() {
+    constexpr int kUsual = 80;
+#ifdef _WIN32
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    const bool isTold = GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &info) != 0;
+    const int columns = isTold ? info.srWindow.Right - info.srWindow.Left + 1 : 0;
+#else
+    winsize size{};
+    const int columns = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+#endif
+    return columns > 1 ? columns : kUsual;
 }
 
 void ignoreBrokenPipes() {

@@ -9,6 +9,9 @@ namespace zrk {
 [[nodiscard]] bool standardErrorIsTerminal();
 [[nodiscard]] bool standardOutputIsTerminal();
 
+/// The columns of the terminal that standard error is; 80 where it tells none.
+[[nodiscard]] int terminalColumns();
+
 /// Lets writes to a closed pipe fail instead of ending the program, which may be in the middle of
 /// talking to a board.
 void ignoreBrokenPipes();

@@ -1,0 +1,222 @@
+#include "cli/BoardRuns.h"
+
+#include "cli/Session.h"
+#include "cli/UsageError.h"
+#include "machine/InterruptSignal.h"
+#include "machine/QtEventLoop.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSet>
+#include <QThread>
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+
+namespace zrk {
+namespace {
+
+/// What is wrong for all boards is told once, and before any of them hears anything.
+void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& printer, EventLoop& loop) {
+    options.program.ports.insert_or_assign(1, options.ports.first());
+    Output output(printer, {0, {}, options.ports.first()});
+    Session(options, facts, loop, output).prepare();
+}
+
+/// Opens a session's output and its transcript.
+void keepTranscript(Output& output, const CliOptions& options, const QString& name) {
+    if (options.logFolder.isEmpty())
+        return;
+    if (!QDir().mkpath(options.logFolder))
+        throw UsageError(QStringLiteral("--log %1: the folder cannot be made.").arg(options.logFolder));
+    try {
+        output.keepTranscript(QDir(options.logFolder).filePath(name + QStringLiteral(".log")));
+    } catch (const RuntimeFailure& failure) {
+        throw UsageError(failure.description());
+    }
+}
+
+/// A name for files and in front of lines: the device without its folder.
+QString shortName(const QString& device) {
+    QString name = QFileInfo(device).fileName();
+    static const QRegularExpression kUnfit(QStringLiteral("[^A-Za-z0-9._-]+"));
+    return name.replace(kUnfit, QStringLiteral("_"));
+}
+
+/// One board of several.
+class BoardRun {
+  public:
+    BoardRun(const CliOptions& options, const ProgramFacts& facts, Printer& printer, std::size_t row,
+             const QString& name)
+        : m_options(options), m_facts(facts),
+          m_output(printer, {row, name, options.ports[static_cast<qsizetype>(row)]}) {
+        m_options.program.ports.insert_or_assign(1, m_output.place().port);
+        m_options.program.portNumber = 1;
+        keepTranscript(m_output, options, name);
+    }
+
+    /// Runs on a thread of its own and calls `ended` from there at the end.
+    void start(const std::function<void()>& ended) {
+        m_thread.reset(QThread::create([this, ended] {
+            m_ending = live();
+            m_output.result(m_ending);
+            ended();
+        }));
+        m_thread->start();
+    }
+    void join() { m_thread->wait(); }
+
+    /// Safe from any thread.
+    void interrupt(bool ended) {
+        const std::scoped_lock lock(m_mutex);
+        if (m_session != nullptr)
+            m_loop->post([session = m_session, ended] { session->interrupt(ended); });
+        m_interrupted = true;
+    }
+
+    [[nodiscard]] const Ending& ending() const { return m_ending; }
+    [[nodiscard]] const QString& name() const { return m_output.place().name; }
+
+  private:
+    Ending live() {
+        try {
+            QtEventLoop loop;
+            Session session(m_options, m_facts, loop, m_output);
+            const Reachable reachable(*this, loop, session);
+            if (m_interrupted)
+                return {static_cast<int>(ExitStatus::Cancelled), outcomeName(Outcome::Cancelled), {}, 0.0, 0};
+            session.prepare(Session::Remarks::AreKnown);
+            return session.run();
+        } catch (const std::exception& error) {
+            m_output.tell(QString::fromUtf8(error.what()));
+            const bool usage = dynamic_cast<const UsageError*>(&error) != nullptr;
+            return {static_cast<int>(usage ? ExitStatus::Usage : ExitStatus::InternalFailure),
+                    usage ? QStringLiteral("usage") : QStringLiteral("internal failure"),
+                    {},
+                    0.0,
+                    0};
+        }
+    }
+
+    /// As long as it lives, the session can be interrupted; what was on its way then is dropped with the
+    /// loop.
+    struct Reachable {
+        Reachable(BoardRun& run, EventLoop& loop, Session& session) : m_run(run) {
+            const std::scoped_lock lock(m_run.m_mutex);
+            m_run.m_loop = &loop;
+            m_run.m_session = &session;
+        }
+        ~Reachable() {
+            const std::scoped_lock lock(m_run.m_mutex);
+            m_run.m_loop = nullptr;
+            m_run.m_session = nullptr;
+        }
+        Reachable(const Reachable&) = delete;
+        Reachable& operator=(const Reachable&) = delete;
+
+      private:
+        BoardRun& m_run;
+    };
+
+    CliOptions m_options;
+    ProgramFacts m_facts;
+    Output m_output;
+    Ending m_ending;
+    std::mutex m_mutex;
+    EventLoop* m_loop = nullptr;
+    Session* m_session = nullptr;
+    std::atomic<bool> m_interrupted = false;
+    std::unique_ptr<QThread> m_thread;
+};
+
+QStringList namesOf(const QStringList& devices) {
+    QStringList names;
+    for (const QString& device : devices)
+        names += shortName(device);
+    // Two devices of one name in different folders keep all of it.
+    if (QSet<QString>(names.cbegin(), names.cend()).size() == names.size())
+        return names;
+    names.clear();
+    for (const QString& device : devices)
+        names += shortName(QString(device).replace(QLatin1Char('/'), QLatin1Char('_')));
+    return names;
+}
+
+void printTable(const std::vector<std::unique_ptr<BoardRun>>& runs, Printer& printer) {
+    if (printer.style().json)
+        return;
+    QStringList lines;
+    for (const auto& run : runs) {
+        const Ending& ending = run->ending();
+        lines += QStringLiteral("%1  status %2  %3 s  %4 bytes  %5%6")
+                     .arg(run->name(), -24)
+                     .arg(ending.status, 3)
+                     .arg(ending.seconds, 7, 'f', 1)
+                     .arg(ending.bytes, 9)
+                     .arg(ending.reason, ending.status == 0 || ending.step.isEmpty()
+                                             ? QString()
+                                             : QStringLiteral(" in ") + ending.step);
+    }
+    printer.err(lines.join(QLatin1Char('\n')).toLocal8Bit() + '\n');
+}
+
+int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printer) {
+    QtEventLoop loop;
+    const PortNames names(options.program.ports);
+    const QString device = names.device(options.program.portNumber);
+    Output output(printer, {0, {}, device});
+    keepTranscript(output, options, shortName(device));
+    Session* running = nullptr;
+    const InterruptSignal interrupt(loop, [&running](bool ended) {
+        if (running != nullptr)
+            running->interrupt(ended);
+    }); // before the port, whose thread must not take the signals
+    Session session(options, facts, loop, output);
+    session.prepare();
+    running = &session;
+    const Ending ending = session.run();
+    running = nullptr;
+    output.result(ending);
+    return ending.status;
+}
+
+int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& printer) {
+    QtEventLoop loop;
+    requireWorkable(options, facts, printer, loop);
+    std::vector<std::unique_ptr<BoardRun>> runs;
+    const InterruptSignal interrupt(loop, [&runs](bool ended) {
+        for (const auto& run : runs)
+            run->interrupt(ended);
+    });
+    const QStringList names = namesOf(options.ports);
+    for (qsizetype i = 0; i < names.size(); ++i)
+        runs.push_back(
+            std::make_unique<BoardRun>(options, facts, printer, static_cast<std::size_t>(i), names[i]));
+    std::atomic<std::size_t> left = runs.size();
+    for (const auto& run : runs)
+        run->start([&] {
+            --left;
+            loop.wake();
+        });
+    while (left > 0)
+        loop.wait();
+    int worst = 0;
+    for (const auto& run : runs) {
+        run->join();
+        worst = std::max(worst, run->ending().status);
+    }
+    printTable(runs, printer);
+    return worst;
+}
+
+} // namespace
+
+int runBoards(const CliOptions& options, const ProgramFacts& facts, Printer& printer) {
+    if (options.style.json)
+        printer.out("{\"schema\":1,\"event\":\"begin\",\"version\":\"" + versionText().toUtf8() + "\"}\n");
+    return options.ports.isEmpty() ? runOne(options, facts, printer) : runMany(options, facts, printer);
+}
+
+} // namespace zrk

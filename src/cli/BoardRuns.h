@@ -1,0 +1,16 @@
+#pragma once
+
+#include "cli/Options.h"
+#include "cli/Output.h"
+#include "platform/ProgramFacts.h"
+
+namespace zrk {
+
+class EventLoop;
+
+/// Puts every board that was asked for through the steps: one on the calling thread, several each on a thread
+/// of its own, so that none disturbs another. Returns the worst exit status. Throws UsageError as Session
+/// does; with several boards before any of them is sent anything.
+[[nodiscard]] int runBoards(const CliOptions& options, const ProgramFacts& facts, Printer& printer);
+
+} // namespace zrk

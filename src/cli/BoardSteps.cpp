@@ -1,0 +1,97 @@
+#include "cli/BoardSteps.h"
+
+#include "cli/Options.h"
+#include "cli/Output.h"
+#include "cli/Plan.h"
+#include "cli/UsageError.h"
+#include "loader/Loader.h"
+
+namespace zrk {
+namespace {
+
+/// How the operation ended, with the failure that no message box told.
+ExitStatus endOfQuiet(const StepRun& run) {
+    if (!run.loader.operation.failure().isEmpty())
+        run.output.tell(run.loader.operation.failure());
+    return exitStatusOf(run.loader.operation.outcome());
+}
+
+} // namespace
+
+void requireNothing(const Plan& /*plan*/, const QString& /*argument*/) {}
+
+void requireForLoad(const Plan& plan, const QString& /*argument*/) {
+    if (plan.isNamed(kPrimaryBoot) || !plan.isSelected(kSecondaryExecutable))
+        plan.requireFile(kPrimaryBoot);
+    if (plan.isNamed(kSecondaryExecutable))
+        plan.requireFile(kSecondaryExecutable);
+}
+
+ExitStatus load(const StepRun& run) {
+    run.loader.bringUp.cmdStartPrimary_Click();
+    return exitStatusOf(run.loader.operation.outcome());
+}
+
+void requireForDownload(const Plan& plan, const QString& /*argument*/) {
+    bool any = false;
+    for (const Slot slot : {kUBoot, kRootFs, kKernel}) {
+        if (plan.isNamed(slot))
+            plan.requireFile(slot);
+        any = any || plan.isNamed(slot);
+    }
+    if (!any)
+        throw UsageError(QStringLiteral(
+            "Nothing to download: name an image with --uboot, --rootfs or --kernel FILE[,ADDRESS]."));
+}
+
+/// The primary boot listens since an earlier step, or an earlier run.
+ExitStatus download(const StepRun& run) {
+    run.loader.listener.openPort({});
+    if (run.loader.operation.outcome() != Outcome::Done)
+        return endOfQuiet(run);
+    run.loader.commands.cmdURK_Click();
+    return exitStatusOf(run.loader.operation.outcome());
+}
+
+/// A program that was loaded by an earlier run may be started, too.
+void requireForStart(const Plan& plan, const QString& /*argument*/) {
+    if (plan.has("load"))
+        plan.requireFile(kSecondaryExecutable);
+}
+
+ExitStatus start(const StepRun& run) {
+    run.loader.bringUp.startWithoutTerminal();
+    const ExitStatus status = exitStatusOf(run.loader.operation.outcome());
+    if (status != ExitStatus::Done || run.next == nullptr || !run.next->awaitsProgram)
+        return status;
+    run.loader.listener.awaitProgram(run.options.limits.start);
+    return endOfQuiet(run);
+}
+
+ExitStatus check(const StepRun& run) {
+    const bool valid = run.loader.validation.ValidateAddresses();
+    const auto line = [&run](const QString& index, const QString& start, const QString& size,
+                             const QString& name) {
+        run.output.console(index.leftJustified(7) + start.leftJustified(12) + size.leftJustified(12) + name +
+                           QStringLiteral("\r\n"));
+    };
+    line(QStringLiteral("index"), QStringLiteral("start"), QStringLiteral("size"), QString());
+    for (const AddressList::Row& row : run.loader.controls.lvwAdrs.rows())
+        line(row.index, row.start, row.size,
+             run.loader.state.SlotNames.at(static_cast<std::size_t>(row.index.toInt())));
+    return valid ? ExitStatus::Done : ExitStatus::Usage;
+}
+
+void requireForFlash(const Plan& plan, const QString& /*argument*/) {
+    plan.requireFile(kPgSibl);
+    plan.requireFile(kFlashImage);
+}
+
+ExitStatus flash(const StepRun& run) {
+    run.loader.flash.cmdPrgFlash_Click();
+    if (run.loader.state.FlashStateUnknown)
+        run.output.tell(kFlashStateUnknownText);
+    return exitStatusOf(run.loader.operation.outcome());
+}
+
+} // namespace zrk

@@ -1,0 +1,85 @@
+#include "cli/Help.h"
+
+#include "cli/Steps.h"
+
+#include <array>
+#include <vector>
+
+namespace zrk {
+namespace {
+
+QString row(const QString& what, const QString& help) {
+    constexpr qsizetype kColumn = 26;
+    return QStringLiteral("  ") + what.leftJustified(kColumn) + QLatin1Char(' ') + help + QLatin1Char('\n');
+}
+
+QString rowOf(const OptionFacts& option) {
+    const QString letter =
+        option.letter == 0 ? QStringLiteral("    ") : QStringLiteral("-%1, ").arg(QLatin1Char(option.letter));
+    const QString value = QString::fromLatin1(option.value);
+    return row(letter + QStringLiteral("--") + QLatin1String(option.name) +
+                   (value.isEmpty() ? QString() : QLatin1Char(' ') + value),
+               QString::fromLatin1(option.help));
+}
+
+} // namespace
+
+std::span<const OptionFacts> allOptions() {
+    // clang-format off
+    static constexpr std::array kOptions{
+        OptionFacts{"port", 'p', "DEVICE", "the board's port; several times for several boards"},
+        OptionFacts{"com", 'c', "N[=DEVICE]", "use COMN, 1 to 8; with =DEVICE it stands for that"},
+        OptionFacts{"line-rate", 0, "BYTES", "a second that the line carries (11520); 0: no line"},
+        OptionFacts{"ini", 'i', "FILE", "preset the images; else zrk-loader.INI beside this"},
+        OptionFacts{"primary", 0, "FILE[,ADDR]", "primary boot, into IRAM"},
+        OptionFacts{"secondary", 0, "FILE[,ADDR]", "secondary executable, into SDRAM"},
+        OptionFacts{"uboot", 0, "FILE[,ADDR]", "U-Boot image"},
+        OptionFacts{"rootfs", 0, "FILE[,ADDR]", "root file system image"},
+        OptionFacts{"kernel", 0, "FILE[,ADDR]", "kernel image"},
+        OptionFacts{"flash", 0, "FILE[,ADDR]", "image for the NAND flash"},
+        OptionFacts{"pg-sibl", 0, "FILE[,ADDR]", "flash-programming image, into IRAM"},
+        OptionFacts{"erase", 'e', "", "erase the whole flash before it is programmed"},
+        OptionFacts{"dry-run", 'n', "", "check and print the plan, send nothing"},
+        OptionFacts{"timeout", 't', "SECONDS", "limit of the whole run; each limit ends with 4"},
+        OptionFacts{"wait", 'w', "SECONDS", "limit for the board's power-on"},
+        OptionFacts{"wait-port", 0, "SECONDS", "wait so long for the port to be there"},
+        OptionFacts{"start-timeout", 0, "SECONDS", "limit for a program's first output (5)"},
+        OptionFacts{"flash-timeout", 0, "SECONDS", "limit between two answers of pg_sibl"},
+        OptionFacts{"expect-timeout", 0, "SECONDS", "limit for expect, which ends with 7"},
+        OptionFacts{"script-timeout", 0, "SECONDS", "limit for each wait of a script, ends with 7"},
+        OptionFacts{"on-wait", 0, "CMD", "start CMD, with ZRK_PORT set, to cycle the power"},
+        OptionFacts{"log", 0, "DIR", "keep a transcript with time stamps of each board"},
+        OptionFacts{"json", 'j', "", "one JSON object a line on standard output"},
+        OptionFacts{"progress", 0, "WHEN", "auto, always or never"},
+        OptionFacts{"quiet", 'q', "", "no notices, no progress"},
+        OptionFacts{"verbose", 'v', "", "details too"},
+        OptionFacts{"help", 'h', "", "this text"},
+        OptionFacts{"version", 'V', "", "the version"},
+    };
+    // clang-format on
+    return kOptions;
+}
+
+QString helpText() {
+    QString text = QStringLiteral("Usage: zrk-loader-cli [OPTION]... STEP...\n"
+                                  "Brings up and programs boards over one serial line each (115200 "
+                                  "8N1).\n\nSteps, in the order given:\n");
+    for (const StepFacts& step : allSteps())
+        text += row(QString::fromLatin1(step.name) + QLatin1Char(' ') + QLatin1String(step.argument),
+                    QString::fromLatin1(step.help));
+    text += QStringLiteral("\nOptions:\n");
+    for (const OptionFacts& option : allOptions())
+        text += rowOf(option);
+    text += QStringLiteral(
+        "\nThe text of console and board goes to standard output, all else to standard error.\n"
+        "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
+        "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or refusal,\n"
+        "6 port lost, 7 text not seen, 130 cancelled (Ctrl-C).\n"
+        "\nExamples:\n"
+        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
+        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
+        "  zrk-loader-cli -p A -p B -i board.INI -t 300 --on-wait 'power-cycle' flash\n");
+    return text;
+}
+
+} // namespace zrk

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+#include <span>
+
+namespace zrk {
+
+/// One option of the command line.
+struct OptionFacts {
+    const char* name;
+    char letter;       ///< the short form; 0 for none
+    const char* value; ///< "" for a switch
+    const char* help;
+};
+
+/// All options, in the order of the help.
+[[nodiscard]] std::span<const OptionFacts> allOptions();
+
+/// The text of --help: what the steps and the options do, the exit statuses, and examples.
+[[nodiscard]] QString helpText();
+
+} // namespace zrk

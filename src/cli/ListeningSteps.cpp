@@ -1,0 +1,67 @@
+#include "cli/ListeningSteps.h"
+
+#include "cli/Options.h"
+#include "cli/Output.h"
+#include "cli/TerminalBridge.h"
+#include "cli/UsageError.h"
+#include "config/Paths.h"
+#include "loader/Loader.h"
+
+namespace zrk {
+namespace {
+
+/// A text that did not come in time is told apart from a board that never answered a protocol.
+ExitStatus statusOf(const StepRun& run) {
+    const Outcome outcome = run.loader.operation.outcome();
+    return outcome == Outcome::LimitReached && !run.limitReached ? ExitStatus::NotSeen
+                                                                 : exitStatusOf(outcome);
+}
+
+ExitStatus toldEnd(const StepRun& run) {
+    if (!run.loader.operation.failure().isEmpty())
+        run.output.tell(run.loader.operation.failure());
+    return statusOf(run);
+}
+
+} // namespace
+
+void requireText(const Plan& /*plan*/, const QString& argument) {
+    if (argument.isEmpty())
+        throw UsageError(QStringLiteral("The step expect needs a TEXT that is not empty."));
+}
+
+ExitStatus expect(const StepRun& run) {
+    run.loader.listener.expect(run.argument.toLocal8Bit(), run.options.limits.expect,
+                               [&run](const QByteArray& heard) { run.output.board(heard); });
+    return toldEnd(run);
+}
+
+void requireScript(const Plan& /*plan*/, const QString& argument) {
+    if (!FileExists(argument, false))
+        throw UsageError(
+            QStringLiteral("script %1: there is no such file, or it cannot be read.").arg(argument));
+}
+
+ExitStatus script(const StepRun& run) {
+    Loader& loader = run.loader;
+    if (!loader.state.TerminalMode || !loader.port.isOpen()) {
+        // What the program has said already is for the script's first wait.
+        loader.listener.openPort({});
+        if (loader.operation.outcome() != Outcome::Done)
+            return toldEnd(run);
+        if (!loader.terminal.switchTo(true))
+            return exitStatusOf(loader.state.StopReason);
+    }
+    loader.script.runScript(run.argument, run.options.limits.script);
+    if (!loader.state.Remark.isEmpty()) // which line it was, and why
+        run.output.tell(loader.state.Remark);
+    return statusOf(run);
+}
+
+ExitStatus terminal(const StepRun& run) {
+    TerminalBridge bridge(run.loader, run.output);
+    bridge.run();
+    return toldEnd(run);
+}
+
+} // namespace zrk

@@ -1,0 +1,42 @@
+#include "cli/Transcript.h"
+
+#include "platform/RuntimeFailure.h"
+
+#include <QDateTime>
+
+#include <utility>
+
+namespace zrk {
+
+Transcript::Transcript(const QString& path) : m_file(path) {
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
+        throw RuntimeFailure(
+            FailureKind::File,
+            QStringLiteral("Cannot write the transcript %1: %2.").arg(path, m_file.errorString()));
+}
+
+void Transcript::write(const QString& text) {
+    if (!m_file.isOpen())
+        return;
+    QString lines;
+    for (const QChar c : text) {
+        if (c == QLatin1Char('\r') || c == QChar(u'\0'))
+            continue;
+        if (std::exchange(m_lineBegins, false))
+            lines += QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + QLatin1Char(' ');
+        lines += c;
+        m_lineBegins = c == QLatin1Char('\n');
+    }
+    const QByteArray bytes = lines.toUtf8();
+    if (m_file.write(bytes) == bytes.size())
+        return;
+    m_failure = QStringLiteral("The transcript %1 ends here: %2. The run goes on.")
+                    .arg(m_file.fileName(), m_file.errorString());
+    m_file.close();
+}
+
+QString Transcript::takeFailure() {
+    return std::exchange(m_failure, QString());
+}
+
+} // namespace zrk

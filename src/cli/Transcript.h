@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+namespace zrk {
+
+/// A file with all that a session printed, each line behind the time at which it began. A disk that is full
+/// ends the transcript and nothing else.
+class Transcript {
+  public:
+    /// Appends to the file. Throws RuntimeFailure (File) when it cannot be opened.
+    explicit Transcript(const QString& path);
+
+    void write(const QString& text);
+
+    /// What went wrong, told once; "" for nothing.
+    [[nodiscard]] QString takeFailure();
+
+  private:
+    QFile m_file;
+    QString m_failure;
+    bool m_lineBegins = true;
+};
+
+} // namespace zrk
