@@ -117,13 +117,13 @@ ExitStatus Session::runStep(std::size_t index) {
     const StepFacts* next = index + 1 < m_options.steps.size() ? m_options.steps[index + 1].facts : nullptr;
     const ExitStatus status =
         call.facts->run({m_loader, m_output, m_options, call.argument, next, m_limitReached});
-    explain(status);
+    explain(status, *call.facts);
     m_output.stepEnds(ending(status, begin));
     return status;
 }
 
 /// What the board did, and what most likely is the matter, for those who cannot look at the wire.
-void Session::explain(ExitStatus status) {
+void Session::explain(ExitStatus status, const StepFacts& step) {
     if (status == ExitStatus::Done || status == ExitStatus::Usage)
         return;
     const SharedState& state = m_loader.state;
@@ -132,6 +132,8 @@ void Session::explain(ExitStatus status) {
         m_output.tell(state.StopText);
     if (outcome == Outcome::WrongAnswer && !state.WrongAnswer.isEmpty())
         m_output.tell(state.WrongAnswer);
+    if (step.awaitsProgram || step.ownsStreams)
+        return; // what a program says is its own
     const int number = m_loader.port.CommPort();
     const QString hint =
         boardHint(outcome, m_loader.port.lastReceived(),

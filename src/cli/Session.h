@@ -42,7 +42,7 @@ class Session {
     [[nodiscard]] ExitStatus runSteps();
     [[nodiscard]] ExitStatus runStep(std::size_t index);
     [[nodiscard]] ExitStatus letOutLastBytes();
-    void explain(ExitStatus status);
+    void explain(ExitStatus status, const StepFacts& step);
     void runOut();
     [[nodiscard]] Ending ending(ExitStatus status, EventLoop::TimePoint since) const;
 

@@ -30,10 +30,13 @@ void Activity::refresh() {
 void Activity::followTransfer() {
     const bool transferring = m_link.state.OperationActive && m_link.transport.isTransferring();
     // A transfer that follows another within one period shows as a count that falls back.
-    if (transferring && (!m_transferring || m_link.state.BytesSent < m_lastSent))
+    const bool isAnother =
+        m_link.state.BytesSent < m_lastSent || m_link.state.SendingSlot != m_lastSlot || !m_transferring;
+    if (transferring && isAnother)
         m_rate.begin(m_link.state.BytesTotal, m_link.loop.now());
     m_transferring = transferring;
     m_lastSent = m_link.state.BytesSent;
+    m_lastSlot = m_link.state.SendingSlot;
     if (transferring)
         m_rate.update(m_link.state.BytesSent, m_link.loop.now());
 }

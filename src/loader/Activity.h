@@ -36,6 +36,7 @@ class Activity {
     TransferRate m_rate;
     EventLoop::TimePoint m_nextFileCheck;
     std::int32_t m_lastSent = 0;
+    int m_lastSlot = 0;
     bool m_transferring = false;
 };
 

@@ -7,6 +7,7 @@ namespace zrk {
 namespace {
 
 constexpr qsizetype kLeastForText = 12;
+constexpr qsizetype kLeastLetters = 6;
 constexpr qsizetype kLeastForGarbage = 6;
 constexpr char kBootId = '5';
 
@@ -15,13 +16,13 @@ bool isText(char byte) {
     return std::isprint(code) != 0 || std::isspace(code) != 0;
 }
 
-/// A program's output: mostly letters, in words.
+/// A program's output, such as a boot loader's banner.
 bool looksLikeText(const QByteArray& bytes) {
     const auto letters = std::count_if(bytes.cbegin(), bytes.cend(), [](char byte) {
         return std::isalpha(static_cast<unsigned char>(byte)) != 0;
     });
     return bytes.size() >= kLeastForText && std::all_of(bytes.cbegin(), bytes.cend(), isText) &&
-           letters * 2 > bytes.size();
+           letters >= kLeastLetters;
 }
 
 bool looksGarbled(const QByteArray& bytes) {

@@ -74,19 +74,21 @@ TEST(BringUp, EachAnswerGoneWrong) {
 }
 
 TEST(BringUp, WrongCaseIsAWrongAnswerAndERefuses) {
-    for (const auto& [step, answer, end] :
-         std::initializer_list<std::tuple<std::size_t, const char*, QString>>{
-             {1, "R", "R" + kMismatch},
-             {2, "r", "r" + kMismatch},
-             {3, "x", "x" + kMismatch},
-             {4, "O", "O .. invalid char! Cancelled.\nSending code aborted...!\n"},
-             {4, "E", "E .. Error signalled back from primary boot.\nSending code aborted...!\n"},
-             {5, "T", "Tinvalid char! Cancelled.\n\n"}}) {
+    for (const auto& [step, answer, end, words] :
+         std::initializer_list<std::tuple<std::size_t, const char*, QString, QString>>{
+             {1, "R", "R" + kMismatch, "Expected '5' (0x35), got 'R' (0x52)."},
+             {2, "r", "r" + kMismatch, "Expected 'R' (0x52), got 'r' (0x72)."},
+             {3, "\x7F", "\x7F" + kMismatch, "Expected 'X' (0x58), got 0x7F."},
+             {4, "O", "O .. invalid char! Cancelled.\nSending code aborted...!\n",
+              "Expected 'o' (0x6F), got 'O' (0x4F)."},
+             {4, "E", "E .. Error signalled back from primary boot.\nSending code aborted...!\n", ""},
+             {5, "T", "Tinvalid char! Cancelled.\n\n", "Expected 't' (0x74), got 'T' (0x54)."}}) {
         BringUpRig r;
         r.port.steps[step].answer = answer;
         r.start();
         EXPECT_EQ(r.bench.console(), textsUpTo(step) + end + kAborted);
         EXPECT_EQ(r.outcome(), *answer == 'E' ? Outcome::Refused : Outcome::WrongAnswer);
+        EXPECT_EQ(r.loader.state.WrongAnswer, words);
         r.bench.expectAtRest();
     }
 }

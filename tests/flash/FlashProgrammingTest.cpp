@@ -84,6 +84,22 @@ TEST(FlashProgramming, TheChipMayTakeItsTimeAndCancelStillWorksAtOnce) {
     }
 }
 
+TEST(FlashProgramming, TheUserMaySetALimitForTheChipsAnswers) {
+    for (std::size_t step = 3; step <= 8; ++step) {
+        SCOPED_TRACE(step);
+        FlashRig b;
+        b.loader.flash.limitAnswers(30s);
+        b.port.steps[step].delay = 29s;
+        b.start();
+        EXPECT_EQ(b.outcome(), Outcome::Done);
+        b.port.steps[step].delay = 31s;
+        b.start();
+        EXPECT_EQ(b.outcome(), Outcome::LimitReached);
+        EXPECT_TRUE(b.loader.state.StopText.startsWith("No answer within 30 s. The board "));
+        b.expectAborted(step >= 5);
+    }
+}
+
 TEST(FlashProgramming, HangUpAtEveryByte) {
     const qsizetype beforeHeader = FlashRig().sentUpTo(4).size();
     for (qsizetype bytes = 1; bytes <= FlashRig().sentUpTo(8).size(); ++bytes) {

@@ -1,3 +1,4 @@
+#include "loader/BoardHint.h"
 #include "loader/TransferRate.h"
 #include "support/Exchanges.h"
 
@@ -27,6 +28,28 @@ TEST(Activity, TransferRateInWords) {
     EXPECT_EQ(rate.text(now), "5.0 KB/s, 6 s left");
     rate.update(100'000, now += 1s);
     EXPECT_EQ(rate.text(now), "all handed over");
+}
+
+TEST(Activity, HintsFromWhatTheBoardSent) {
+    using zrk::Outcome;
+    struct Row {
+        Outcome outcome;
+        QByteArray received;
+        const char* hint; // a part of it; "" for none
+    };
+    for (const Row& row : std::initializer_list<Row>{
+             {Outcome::TimedOut, "", "Nothing at all has come over COM1 (/dev/ttyUSB0)"},
+             {Outcome::LimitReached, "U-Boot 2010.06 (Jun 30 2010)\r\n", "service jumper"},
+             {Outcome::WrongAnswer, "55R5", "has restarted"},
+             {Outcome::WrongAnswer, hex("80 C0 E0 90 80 F0"),
+              "the bits 0x0f are 0 in all of them; the bits 0x80 are 1"},
+             {Outcome::WrongAnswer, "55RXo" + hex("00 80 FF 90 80 F0 F1"), ""},
+             {Outcome::WrongAnswer, "5r", ""},
+             {Outcome::Cancelled, "", ""},
+             {Outcome::PortLost, "", ""}}) {
+        const QString hint = zrk::boardHint(row.outcome, row.received, "COM1 (/dev/ttyUSB0)");
+        EXPECT_TRUE(*row.hint ? hint.contains(row.hint) : hint.isEmpty()) << hint.toStdString();
+    }
 }
 
 TEST(Activity, TheFirstPanelSaysWhatGoesOn) {

@@ -188,6 +188,19 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     expectEnded(1, zrk::Outcome::PortLost);
 }
 
+TEST_F(Script, AWaitMayHaveALimit) {
+    port.follow({{"a", "first"}, {"b", "almo\r"}});
+    const auto start = loop.elapsed();
+    loader.script.runScript(bench.file("test.scr", ">a\n<first\n>b\n<almost/n\n>c"), 10s);
+    EXPECT_EQ((loop.elapsed() - start) / 1s, 10);
+    EXPECT_EQ(port.written, "ab");
+    expectEnded(4, zrk::Outcome::LimitReached);
+    loop.runFor(250ms);
+    EXPECT_EQ(loader.controls.staStatus.FirstPanel.value(),
+              "The script ended at line 4: \"almost/n\" did not come within 10 s. Received last: "
+              "\"firstalmo\\r\\n\"");
+}
+
 TEST_F(Script, ClosingTheWindowEndsAWait) {
     loop.after(1s, [this] { EXPECT_EQ(loader.portControl.Form_Unload(), 1); });
     run("<never\n>x");
