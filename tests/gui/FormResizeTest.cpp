@@ -1,80 +1,67 @@
 #include "app/FormResize.h"
 
-#include "app/ConsoleView.h"
 #include "gui/WindowRig.h"
-
-#include <QGroupBox>
-#include <QTest>
 
 namespace {
 
 using zrk::FormResize;
 using zrk::FormSize;
 
-// A form of 9000 by 12000 twips whose frame is 3000 by 11000 and whose text is 2500 by 10800.
-constexpr FormSize kForm{9000, 12000};
-constexpr FormResize::Console kConsole{{3000, 11000}, {2500, 10800}};
-
-testing::AssertionResult places(const FormResize::Step& step, FormSize frame, FormSize text) {
-    if (!step.place || step.snapBack)
-        return testing::AssertionFailure() << "does not place the console";
-    const FormResize::Console& c = *step.place;
-    if (c.frame.height == frame.height && c.frame.width == frame.width && c.text.height == text.height &&
-        c.text.width == text.width)
-        return testing::AssertionSuccess();
-    return testing::AssertionFailure()
-           << c.frame.height << " x " << c.frame.width << ", text " << c.text.height << " x " << c.text.width;
+QString sizeText(FormSize size) {
+    return QStringLiteral("%1 x %2").arg(size.height).arg(size.width);
 }
 
-testing::AssertionResult snapsBackTo(const FormResize::Step& step, FormSize size) {
-    const bool right = !step.place && step.snapBack && step.snapBack->height == size.height &&
-                       step.snapBack->width == size.width;
-    return right ? testing::AssertionSuccess() : testing::AssertionFailure() << "does not snap back there";
+/// What a resize does to the console, or where it snaps back to.
+QString outcome(const FormResize::Step& step) {
+    QStringList parts;
+    if (step.place)
+        parts += sizeText(step.place->frame) + ", text " + sizeText(step.place->text);
+    if (step.snapBack)
+        parts += "back to " + sizeText(*step.snapBack);
+    return parts.join(" and ");
 }
 
 TEST(FormResize, KeepsTheMarginsOfTheFirstResizeAndSnapsBackFromTooSmall) {
-    FormResize resize;
-    EXPECT_TRUE(places(resize.frmLoader_Form_Resize(false, kForm, kConsole), {3000, 11000}, {2500, 10800}));
-    EXPECT_TRUE(
-        places(resize.frmLoader_Form_Resize(false, {10000, 12500}, kConsole), {4000, 11500}, {3500, 11300}));
-    const FormResize::Step minimized = resize.frmLoader_Form_Resize(true, {0, 0}, kConsole);
-    EXPECT_FALSE(minimized.place || minimized.snapBack);
-    // The text's bottom margin is 6500 and its right margin 1200; the frame's 6000 and 1000.
-    EXPECT_TRUE(places(resize.frmLoader_Form_Resize(false, {6500, 1200}, kConsole), {500, 200}, {0, 0}));
-    EXPECT_TRUE(snapsBackTo(resize.frmLoader_Form_Resize(false, {6499, 12000}, kConsole), {6500, 1200}));
-    EXPECT_TRUE(snapsBackTo(resize.frmLoader_Form_Resize(false, {9000, 1199}, kConsole), {6500, 1200}));
-    EXPECT_TRUE(snapsBackTo(resize.frmLoader_Form_Resize(false, {5000, 12000}, kConsole), {6500, 1200}));
-    // Beyond 16 bits in both directions.
-    EXPECT_TRUE(places(resize.frmLoader_Form_Resize(false, {90000, 120000}, kConsole), {84000, 119000},
-                       {83500, 118800}));
-    EXPECT_TRUE(snapsBackTo(resize.frmLoader_Form_Resize(false, {0, 0}, kConsole), {90000, 120000}));
-}
-
-TEST(FormResize, TakesTheMarginsAgainWhileTheFrameReachesTheBottom) {
-    FormResize resize;
+    const FormResize::Console console{{3000, 11000}, {2500, 10800}};
+    // At its bottom the frame has no margin; all four are then taken again with each resize, so nothing
+    // changes its size until the form is higher.
     const FormResize::Console full{{9000, 11000}, {8500, 10800}};
-    EXPECT_TRUE(places(resize.frmLoader_Form_Resize(false, kForm, full), {9000, 11000}, {8500, 10800}));
-    // All four are taken again, so nothing changes its size until the bottom margin is no longer 0.
-    EXPECT_TRUE(
-        places(resize.frmLoader_Form_Resize(false, {9500, 12500}, full), {9000, 11000}, {8500, 10800}));
-    EXPECT_TRUE(
-        places(resize.frmLoader_Form_Resize(false, {9700, 12600}, full), {9200, 11100}, {8700, 10900}));
-}
-
-TEST(FormResize, MarginsAreRoundedAndTheFractionsOfTheFormAreNot) {
-    FormResize resize;
-    (void)resize.frmLoader_Form_Resize(false, {9000.25, 12000}, kConsole);
-    EXPECT_TRUE(places(resize.frmLoader_Form_Resize(false, {9000.25, 12000}, kConsole), {3000.25, 11000},
-                       {2500.25, 10800}));
-    EXPECT_TRUE(snapsBackTo(resize.frmLoader_Form_Resize(false, {0, 0}, kConsole), {9000, 12000}));
+    struct Case {
+        FormResize::Console console;
+        std::vector<std::pair<FormSize, const char*>> resizes;
+    };
+    const Case cases[] = {
+        {console,
+         {{{9000, 12000}, "3000 x 11000, text 2500 x 10800"},
+          {{10000, 12500}, "4000 x 11500, text 3500 x 11300"},
+          // The text's bottom margin is 6500 and its right margin 1200; the frame's 6000 and 1000.
+          {{6500, 1200}, "500 x 200, text 0 x 0"},
+          {{6499, 12000}, "back to 6500 x 1200"},
+          {{9000, 1199}, "back to 6500 x 1200"},
+          {{90000, 120000}, "84000 x 119000, text 83500 x 118800"}, // beyond 16 bits in both directions
+          {{0, 0}, "back to 90000 x 120000"}}},
+        {full,
+         {{{9000, 12000}, "9000 x 11000, text 8500 x 10800"},
+          {{9500, 12500}, "9000 x 11000, text 8500 x 10800"},
+          {{9700, 12600}, "9200 x 11100, text 8700 x 10900"}}},
+        {console, // margins are rounded, the fractions of the form are not
+         {{{9000.25, 12000}, "3000.25 x 11000, text 2500.25 x 10800"}, {{0, 0}, "back to 9000 x 12000"}}},
+    };
+    for (const Case& oneCase : cases) {
+        FormResize resize;
+        for (const auto& [form, expected] : oneCase.resizes) {
+            EXPECT_EQ(outcome(resize.frmLoader_Form_Resize(false, form, oneCase.console)), expected);
+            EXPECT_EQ(outcome(resize.frmLoader_Form_Resize(true, {0, 0}, oneCase.console)), "")
+                << "minimized";
+        }
+    }
 }
 
 class ResizedWindow : public zrktest::WindowTest {};
 
 TEST_F(ResizedWindow, OnlyTheConsoleFollowsTheWindow) {
-    auto* frame = find<QGroupBox>(QStringLiteral("fraControl"));
-    auto* text = find<zrk::ConsoleView>(QStringLiteral("txtStatus"));
-    QList<QRect> others;
+    auto* frame = find("fraControl");
+    auto* text = find("txtStatus");
     const auto rest = [&] {
         QList<QRect> places;
         for (const QWidget* widget : frame->parentWidget()->findChildren<QWidget*>()) {
@@ -83,7 +70,7 @@ TEST_F(ResizedWindow, OnlyTheConsoleFollowsTheWindow) {
         }
         return places;
     };
-    others = rest();
+    const QList<QRect> others = rest();
     const QSize window0 = window.size();
     const QRect frame0 = frame->geometry();
     const QRect text0 = text->geometry();

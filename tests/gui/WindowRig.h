@@ -1,23 +1,26 @@
 #pragma once
 
+#include "app/ConsoleView.h"
 #include "app/MainWindow.h"
 #include "app/WaitForCommForm.h"
 #include "support/Rig.h"
 
-#include <QApplication>
+#include <QTest>
+#include <QtWidgets>
 
 namespace zrktest {
 
 /// A window over a loader with a scripted port, on virtual time.
-struct WindowRig {
-    WindowRig() {
-        loader.startUp.prepare({folder.path(), QStringLiteral("loader"), 0, 7, 34});
+class WindowTest : public ::testing::Test {
+  protected:
+    WindowTest() {
+        loader.startUp.prepare({folder.path(), "loader", 0, 7, 34});
         window.show();
         QApplication::processEvents();
     }
 
     /// The window's widget or menu entry of that name.
-    template <typename W>
+    template <typename W = QWidget>
     [[nodiscard]] W* find(const QString& name) {
         auto* widget = window.findChild<W*>(name);
         if (widget == nullptr)
@@ -25,12 +28,22 @@ struct WindowRig {
         return widget;
     }
 
-    void fill(int slot) {
-        QFile file(folder.filePath(QStringLiteral("slot%1.bin").arg(slot)));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write("12345") == 5);
-        file.close();
-        loader.imageSlots.fill(slot, file.fileName());
+    /// Its property, a text unless another one is asked for.
+    [[nodiscard]] QString shown(const QString& name, const char* property = "text") {
+        return find<QObject>(name)->property(property).toString();
     }
+
+    void click(const QString& name) { QTest::mouseClick(find(name), Qt::LeftButton); }
+    void trigger(const QString& entry) { find<QAction>(entry)->trigger(); }
+
+    /// Writes an image of five bytes; returns its path.
+    [[nodiscard]] QString image(const QString& name) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write("12345") == 5);
+        return file.fileName();
+    }
+
+    void fill(int slot) { loader.imageSlots.fill(slot, image(QStringLiteral("slot%1.bin").arg(slot))); }
 
     VirtualEventLoop loop;
     ScriptedPort port{loop};
@@ -42,7 +55,5 @@ struct WindowRig {
     zrk::Loader loader{{loop, port, boxes, fileDialog, waitDialog}, folder.path()};
     zrk::MainWindow window{loader, [this] { ++aboutShown; }};
 };
-
-class WindowTest : public ::testing::Test, protected WindowRig {};
 
 } // namespace zrktest
