@@ -1,14 +1,6 @@
 #include "app/App.h"
 
-#include <QApplication>
-#include <QComboBox>
-#include <QEvent>
-#include <QFile>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QTemporaryDir>
+#include <QtWidgets>
 
 #include <gtest/gtest.h>
 
@@ -22,18 +14,14 @@ class FirstSight final : public QObject {
     QStringList seen;
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        auto* widget = qobject_cast<QWidget*>(watched);
-        if (event->type() != QEvent::Show || widget == nullptr || !widget->isWindow())
+        if (event->type() != QEvent::Show || !watched->isWidgetType())
             return false;
-        if (widget->objectName() == QLatin1String("frmLoader"))
-            seen += QStringLiteral("%1|%2|%3|%4")
-                        .arg(widget->findChild<QLabel*>(QStringLiteral("lblHeader"))->text())
-                        .arg(widget->findChild<QComboBox*>(QStringLiteral("cmbComPort"))->count())
-                        .arg(widget->findChild<QWidget*>(QStringLiteral("cmdURK"))->isEnabled())
-                        .arg(widget->findChild<QLineEdit*>(QStringLiteral("txtStartAddress_0"))->text());
-        if (auto* box = qobject_cast<QMessageBox*>(widget)) {
-            const bool onWindow = box->parentWidget()->isVisible();
-            seen += box->windowTitle() + (onWindow ? QStringLiteral(" on the window") : QString());
+        if (watched->objectName() == "frmLoader")
+            seen += watched->findChild<QLabel*>("lblHeader")->text() +
+                    QStringLiteral("|%1|").arg(watched->findChild<QComboBox*>("cmbComPort")->count()) +
+                    watched->findChild<QLineEdit*>("txtStartAddress_0")->text();
+        if (auto* box = qobject_cast<QMessageBox*>(watched)) {
+            seen += box->windowTitle() + (box->parentWidget()->isVisible() ? " on the window" : "");
             QMetaObject::invokeMethod(box, "accept", Qt::QueuedConnection);
         }
         return false;
@@ -42,22 +30,20 @@ class FirstSight final : public QObject {
 
 TEST(App, ItsWindowIsCompleteAtItsFirstSightAndAMessageBoxComesUpOnIt) {
     QTemporaryDir folder;
-    const QString iniPath = folder.filePath(QStringLiteral("a.INI"));
-    for (const bool withIni : {false, true}) {
-        if (withIni) {
-            QFile image(folder.filePath(QStringLiteral("p.bin")));
-            QFile ini(iniPath);
-            ASSERT_TRUE(image.open(QIODevice::WriteOnly) && image.write("12345") == 5);
-            ASSERT_TRUE(ini.open(QIODevice::WriteOnly) && ini.write("[BINFILES]\nPRIMARY=p.bin,0x10\n") > 0);
-        }
+    QFile image(folder.filePath("p.bin"));
+    ASSERT_TRUE(image.open(QIODevice::WriteOnly) && image.write("12345") == 5);
+    image.close();
+    zrk::AppOptions options;
+    options.iniPath = folder.filePath("a.INI");
+    const QString window = "ZRK6957 loader, V0.7 (rev 34)|8|";
+    for (const QStringList& expected :
+         {QStringList{window + "0x0", "No file on the window"}, QStringList{window + "0x0010"}}) {
         FirstSight first;
-        zrk::AppOptions options;
-        options.iniPath = iniPath;
         zrk::App app(options);
         app.start();
-        const QString window = QStringLiteral("ZRK6957 loader, V0.7 (rev 34)|8|0|");
-        EXPECT_EQ(first.seen, withIni ? QStringList{window + "0x0010"}
-                                      : QStringList({window + "0x0", "No file on the window"}));
+        EXPECT_EQ(first.seen, expected);
+        QFile ini(options.iniPath); // for the next one
+        ASSERT_TRUE(ini.open(QIODevice::WriteOnly) && ini.write("[BINFILES]\nPRIMARY=p.bin,0x10\n") > 0);
     }
 }
 

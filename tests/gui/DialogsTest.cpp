@@ -4,8 +4,8 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
-#include <QTimer>
 
 namespace {
 
@@ -14,45 +14,50 @@ using zrk::Answer;
 using zrk::MessageButtons;
 using zrk::MessageIcon;
 
-TEST(MessageBoxes, ABoxIsAsAskedForAndBelongsToItsWindow) {
+TEST(MessageBoxes, ABoxIsAsAskedForBelongsToItsWindowAndTakesEscapeForNo) {
     QWidget parent;
-    QStringList seen;
-    int answer = QMessageBox::Ok;
-    zrk::WindowMessageBoxes boxes(
-        [&] { return &parent; },
-        [&](QMessageBox& box) {
+    const zrk::MessageBox question{"y", MessageIcon::Question, MessageButtons::YesNo, "Q"};
+    const struct {
+        zrk::MessageBox asked;
+        QMessageBox::StandardButton pressed; // none: Escape
+        QString texts;
+        QMessageBox::Icon icon;
+        Answer answer;
+    } cases[] = {
+        {{"one\r\ntwo", MessageIcon::Exclamation, MessageButtons::Ok, "Error"},
+         QMessageBox::Ok,
+         "Error|one\ntwo",
+         QMessageBox::Warning,
+         Answer::Ok},
+        {{"x", MessageIcon::Information, MessageButtons::Ok, ""},
+         QMessageBox::Ok,
+         "ZRK6924 Loader|x",
+         QMessageBox::Information,
+         Answer::Ok},
+        {question, QMessageBox::Yes, "Q|y", QMessageBox::Question, Answer::Yes},
+        {question, QMessageBox::No, "Q|y", QMessageBox::Question, Answer::No},
+        {question, QMessageBox::NoButton, "Q|y", QMessageBox::Question, Answer::No},
+    };
+    for (const auto& oneCase : cases) {
+        const auto user = [&](QMessageBox& box) {
             EXPECT_EQ(box.parentWidget(), &parent);
-            seen += QStringLiteral("%1|%2|%3").arg(box.windowTitle(), box.text()).arg(box.icon());
-            return answer;
-        });
-    EXPECT_EQ(boxes.show({"one\r\n<b>two</b>", MessageIcon::Exclamation, MessageButtons::Ok, "Error"}),
-              Answer::Ok);
-    EXPECT_EQ(boxes.show({"x", MessageIcon::Information, MessageButtons::Ok, ""}), Answer::Ok);
-    answer = QMessageBox::Yes;
-    EXPECT_EQ(boxes.show({"y", MessageIcon::Question, MessageButtons::YesNo, "Q"}), Answer::Yes);
-    answer = QMessageBox::No;
-    EXPECT_EQ(boxes.show({"y", MessageIcon::Question, MessageButtons::YesNo, "Q"}), Answer::No);
-    EXPECT_EQ(seen, QStringList({QStringLiteral("Error|one\n<b>two</b>|%1").arg(QMessageBox::Warning),
-                                 QStringLiteral("ZRK6924 Loader|x|%1").arg(QMessageBox::Information),
-                                 QStringLiteral("Q|y|%1").arg(QMessageBox::Question),
-                                 QStringLiteral("Q|y|%1").arg(QMessageBox::Question)}));
-}
-
-TEST(MessageBoxes, EscapeOnAQuestionIsNo) {
-    QWidget parent;
-    zrk::WindowMessageBoxes boxes([&] { return &parent; },
-                                  [](QMessageBox& box) {
-                                      box.open();
-                                      QTest::keyClick(&box, Qt::Key_Escape);
-                                      EXPECT_FALSE(box.isVisible());
-                                      return box.result();
-                                  });
-    EXPECT_EQ(boxes.show({"?", MessageIcon::Question, MessageButtons::YesNo, ""}), Answer::No);
+            EXPECT_EQ(box.windowTitle() + '|' + box.text(), oneCase.texts);
+            EXPECT_EQ(box.icon(), oneCase.icon);
+            box.open();
+            if (oneCase.pressed == QMessageBox::NoButton)
+                QTest::keyClick(&box, Qt::Key_Escape);
+            else
+                box.button(oneCase.pressed)->click();
+            EXPECT_FALSE(box.isVisible());
+            return box.result();
+        };
+        EXPECT_EQ(zrk::WindowMessageBoxes([&] { return &parent; }, user).show(oneCase.asked), oneCase.answer);
+    }
 }
 
 TEST(FileDialog, OffersTheEntriesInOrderAndOnlyFilesThatExist) {
     QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("a.ubt")));
+    QFile file(folder.filePath("a.ubt"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     QWidget parent;
     bool accept = true;
