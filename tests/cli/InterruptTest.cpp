@@ -11,9 +11,8 @@ using zrk::test::Pty;
 
 constexpr const char* kQuestion = "If you cancel now, you have to restart all over!\nAre you sure?";
 
-QStringList loadStep(const BoardProcess& board, const SampleImages& images) {
-    return {QStringLiteral("--port"), board.device(), QStringLiteral("--ini"), images.ini(),
-            QStringLiteral("load")};
+QString loadStep(const BoardProcess& board, const SampleImages& images) {
+    return "--port " + board.device() + " --ini " + images.ini() + " load";
 }
 
 /// What a terminal has received, as its screen shows it.
@@ -47,7 +46,7 @@ class Screen {
 
 TEST(CliInterrupt, EndsTheWaitForTheBoardAndLeavesNoProgressBehind) {
     const SampleImages images;
-    const BoardProcess board({QStringLiteral("--fault"), QStringLiteral("bootid=none")});
+    const BoardProcess board("--fault bootid=none");
     Pty person;
     Screen screen(person);
     CliRun run(loadStep(board, images), {person.device(), person.device(), person.device()});
@@ -75,14 +74,12 @@ TEST(CliInterrupt, AsksOnTheTerminalWhatCannotBeAskedElsewhere) {
     for (const auto& oneCase : cases) {
         SCOPED_TRACE(oneCase.shown);
         // Slow, so that even a busy machine finds the transfer running; not where it has to come to its end.
-        const QString baud = oneCase.status == 0 ? QStringLiteral("115200") : QStringLiteral("9600");
-        const BoardProcess board({QStringLiteral("--baud"), baud});
+        const BoardProcess board(oneCase.status == 0 ? "--baud 115200" : "--baud 9600");
         Pty person;
-        CliRun run(loadStep(board, images),
-                   {oneCase.answer == nullptr ? QString() : person.device(), {}, {}});
-        ASSERT_TRUE(run.waitForOutput("Sending code .. "));
+        CliRun run(loadStep(board, images), {.input = oneCase.answer == nullptr ? "" : person.device()});
+        ASSERT_TRUE(run.waitFor(QProcess::StandardOutput, "Sending code .. "));
         run.send(oneCase.signal);
-        ASSERT_TRUE(run.waitForError(kQuestion));
+        ASSERT_TRUE(run.waitFor(QProcess::StandardError, kQuestion));
         if (oneCase.answer != nullptr)
             person.send(oneCase.answer);
         EXPECT_EQ(run.status(), oneCase.status) << run.error().toStdString();
@@ -94,19 +91,18 @@ TEST(CliInterrupt, OutsideAnOperationSendsNothingMore) {
     Pty line;
     Pty person;
     person.stopLine(); // the list of the first step does not get out, so that step is not over
-    CliRun run({QStringLiteral("--port"), line.device(), QStringLiteral("check"), QStringLiteral("start")},
-               {{}, person.device(), {}});
-    ASSERT_TRUE(run.waitForError("Port: COM1"));
+    CliRun run("--port " + line.device() + " check start", {.output = person.device()});
+    ASSERT_TRUE(run.waitFor(QProcess::StandardError, "Port: COM1"));
     run.send(SIGINT);
     person.restartLine();
     EXPECT_EQ(run.status(), 130) << run.error().toStdString();
     EXPECT_FALSE(line.hasReceived());
 }
 
-TEST(Cli, IsNotDoneBeforeTheLastByteHasLeft) {
+TEST(CliEnd, IsNotDoneBeforeTheLastByteHasLeft) {
     Pty line;
     line.stopLine();
-    CliRun run({QStringLiteral("--port"), line.device(), QStringLiteral("start")});
+    CliRun run("--port " + line.device() + " start");
     EXPECT_EQ(run.status(), 6);
     EXPECT_TRUE(run.error().contains("The last bytes did not leave the port")) << run.error().toStdString();
     EXPECT_FALSE(line.hasReceived());
