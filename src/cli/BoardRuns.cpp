@@ -38,6 +38,10 @@ void keepTranscript(Output& output, const CliOptions& options, const QString& na
     }
 }
 
+Ending endedEarly(ExitStatus status) {
+    return {static_cast<int>(status), reasonOf(status, outcomeOf(FailureKind::Internal)), {}, 0.0, 0};
+}
+
 /// A name for files and in front of lines: the device without its folder.
 QString shortName(const QString& device) {
     QString name = QFileInfo(device).fileName();
@@ -86,17 +90,13 @@ class BoardRun {
             Session session(m_options, m_facts, loop, m_output);
             const Reachable reachable(*this, loop, session);
             if (m_interrupted)
-                return {static_cast<int>(ExitStatus::Cancelled), outcomeName(Outcome::Cancelled), {}, 0.0, 0};
+                return endedEarly(ExitStatus::Cancelled);
             session.prepare(Session::Remarks::AreKnown);
             return session.run();
         } catch (const std::exception& error) {
             m_output.tell(QString::fromUtf8(error.what()));
             const bool usage = dynamic_cast<const UsageError*>(&error) != nullptr;
-            return {static_cast<int>(usage ? ExitStatus::Usage : ExitStatus::InternalFailure),
-                    usage ? QStringLiteral("usage") : QStringLiteral("internal failure"),
-                    {},
-                    0.0,
-                    0};
+            return endedEarly(usage ? ExitStatus::Usage : ExitStatus::InternalFailure);
         }
     }
 
@@ -214,8 +214,6 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
 } // namespace
 
 int runBoards(const CliOptions& options, const ProgramFacts& facts, Printer& printer) {
-    if (options.style.json)
-        printer.out("{\"schema\":1,\"event\":\"begin\",\"version\":\"" + versionText().toUtf8() + "\"}\n");
     return options.ports.isEmpty() ? runOne(options, facts, printer) : runMany(options, facts, printer);
 }
 

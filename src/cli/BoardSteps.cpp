@@ -7,17 +7,6 @@
 #include "loader/Loader.h"
 
 namespace zrk {
-namespace {
-
-/// How the operation ended, with the failure that no message box told.
-ExitStatus endOfQuiet(const StepRun& run) {
-    if (!run.loader.operation.failure().isEmpty())
-        run.output.tell(run.loader.operation.failure());
-    return exitStatusOf(run.loader.operation.outcome());
-}
-
-} // namespace
-
 void requireNothing(const Plan& /*plan*/, const QString& /*argument*/) {}
 
 void requireForLoad(const Plan& plan, const QString& /*argument*/) {
@@ -48,7 +37,7 @@ void requireForDownload(const Plan& plan, const QString& /*argument*/) {
 ExitStatus download(const StepRun& run) {
     run.loader.listener.openPort({});
     if (run.loader.operation.outcome() != Outcome::Done)
-        return endOfQuiet(run);
+        return toldEnd(run);
     run.loader.commands.cmdURK_Click();
     return exitStatusOf(run.loader.operation.outcome());
 }
@@ -65,7 +54,7 @@ ExitStatus start(const StepRun& run) {
     if (status != ExitStatus::Done || run.next == nullptr || !run.next->awaitsProgram)
         return status;
     run.loader.listener.awaitProgram(run.options.limits.start);
-    return endOfQuiet(run);
+    return toldEnd(run, "--start-timeout");
 }
 
 ExitStatus check(const StepRun& run) {

@@ -27,4 +27,31 @@ ExitStatus exitStatusOf(Outcome outcome) {
     return ExitStatus::InternalFailure;
 }
 
+QString reasonOf(ExitStatus status, Outcome outcome) {
+    switch (status) {
+    case ExitStatus::Usage:
+        return QStringLiteral("usage");
+    case ExitStatus::NoAnswer:
+    case ExitStatus::NotSeen:
+        return outcomeName(outcome == Outcome::TimedOut ? outcome : Outcome::LimitReached);
+    default:
+        break;
+    }
+    if (exitStatusOf(outcome) == status)
+        return outcomeName(outcome);
+    // What no operation found out: a check before the first, or the last bytes behind the last one.
+    switch (status) {
+    case ExitStatus::Done:
+        return outcomeName(Outcome::Done);
+    case ExitStatus::PortNotOpened:
+        return outcomeName(Outcome::PortNotOpened);
+    case ExitStatus::PortLost:
+        return outcomeName(Outcome::PortLost);
+    case ExitStatus::Cancelled:
+        return outcomeName(Outcome::Cancelled);
+    default:
+        return outcomeName(Outcome::Internal);
+    }
+}
+
 } // namespace zrk

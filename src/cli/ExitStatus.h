@@ -19,4 +19,7 @@ enum class ExitStatus {
 
 [[nodiscard]] ExitStatus exitStatusOf(Outcome outcome);
 
+/// Why a run or a step came to this status, as a word or two; the outcome is that of its last operation.
+[[nodiscard]] QString reasonOf(ExitStatus status, Outcome outcome);
+
 } // namespace zrk

@@ -70,15 +70,15 @@ QString helpText() {
     text += QStringLiteral("\nOptions:\n");
     for (const OptionFacts& option : allOptions())
         text += rowOf(option);
-    text += QStringLiteral(
-        "\nThe text of console and board goes to standard output, all else to standard error.\n"
-        "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
-        "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or refusal,\n"
-        "6 port lost, 7 text not seen, 130 cancelled (Ctrl-C).\n"
-        "\nExamples:\n"
-        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
-        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
-        "  zrk-loader-cli -p A -p B -i board.INI -t 300 --on-wait 'power-cycle' flash\n");
+    text +=
+        QStringLiteral("\nConsole and board go to standard output, all else to standard error.\n"
+                       "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
+                       "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or refusal,\n"
+                       "6 port lost, 7 text not seen, 130 cancelled (Ctrl-C).\n"
+                       "\nExamples:\n"
+                       "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
+                       "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
+                       "  zrk-loader-cli -p A -p B -i board.INI -t 300 --on-wait 'power-cycle' flash\n");
     return text;
 }
 

@@ -11,16 +11,9 @@ namespace zrk {
 namespace {
 
 /// A text that did not come in time is told apart from a board that never answered a protocol.
-ExitStatus statusOf(const StepRun& run) {
-    const Outcome outcome = run.loader.operation.outcome();
-    return outcome == Outcome::LimitReached && !run.limitReached ? ExitStatus::NotSeen
-                                                                 : exitStatusOf(outcome);
-}
-
-ExitStatus toldEnd(const StepRun& run) {
-    if (!run.loader.operation.failure().isEmpty())
-        run.output.tell(run.loader.operation.failure());
-    return statusOf(run);
+ExitStatus notSeen(const StepRun& run, ExitStatus status) {
+    const bool ranOut = run.loader.operation.outcome() == Outcome::LimitReached && !run.limitReached;
+    return ranOut ? ExitStatus::NotSeen : status;
 }
 
 } // namespace
@@ -33,7 +26,7 @@ void requireText(const Plan& /*plan*/, const QString& argument) {
 ExitStatus expect(const StepRun& run) {
     run.loader.listener.expect(run.argument.toLocal8Bit(), run.options.limits.expect,
                                [&run](const QByteArray& heard) { run.output.board(heard); });
-    return toldEnd(run);
+    return notSeen(run, toldEnd(run, "--expect-timeout"));
 }
 
 void requireScript(const Plan& /*plan*/, const QString& argument) {
@@ -55,7 +48,7 @@ ExitStatus script(const StepRun& run) {
     loader.script.runScript(run.argument, run.options.limits.script);
     if (!loader.state.Remark.isEmpty()) // which line it was, and why
         run.output.tell(loader.state.Remark);
-    return statusOf(run);
+    return notSeen(run, exitStatusOf(loader.operation.outcome()));
 }
 
 ExitStatus terminal(const StepRun& run) {

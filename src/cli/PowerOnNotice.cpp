@@ -62,10 +62,10 @@ void PowerOnNotice::giveUp() {
     m_timer->stop();
     if (m_dialog == nullptr)
         return;
-    m_output.tell(
-        QStringLiteral("No BootID within %1 s: giving up. Check that the board has power, the service jumper "
-                       "is installed and the cable is on this port.")
-            .arg(std::chrono::duration<double>(*m_limit).count()));
+    m_output.tell(QStringLiteral("--wait ran out: No BootID within %1 s: giving up. Check that the board has "
+                                 "power, the service jumper "
+                                 "is installed and the cable is on this port.")
+                      .arg(std::chrono::duration<double>(*m_limit).count()));
     m_dialog->giveUp();
 }
 

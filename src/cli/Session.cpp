@@ -129,7 +129,8 @@ void Session::explain(ExitStatus status, const StepFacts& step) {
     const SharedState& state = m_loader.state;
     const Outcome outcome = m_loader.operation.outcome();
     if (outcome == Outcome::LimitReached && !state.StopText.isEmpty())
-        m_output.tell(state.StopText);
+        m_output.tell((m_limitReached ? QString() : QStringLiteral("--flash-timeout ran out: ")) +
+                      state.StopText);
     if (outcome == Outcome::WrongAnswer && !state.WrongAnswer.isEmpty())
         m_output.tell(state.WrongAnswer);
     if (step.awaitsProgram || step.ownsStreams)
@@ -150,10 +151,7 @@ ExitStatus Session::letOutLastBytes() {
 }
 
 Ending Session::ending(ExitStatus status, EventLoop::TimePoint since) const {
-    const QString reason = status == ExitStatus::Done    ? outcomeName(Outcome::Done)
-                           : status == ExitStatus::Usage ? QStringLiteral("usage")
-                                                         : outcomeName(m_loader.operation.outcome());
-    return {static_cast<int>(status), reason, m_step,
+    return {static_cast<int>(status), reasonOf(status, m_loader.operation.outcome()), m_step,
             std::chrono::duration<double>(m_loop.now() - since).count(), m_loader.state.BytesSentInAll};
 }
 

@@ -2,7 +2,9 @@
 
 #include "cli/BoardSteps.h"
 #include "cli/ListeningSteps.h"
+#include "cli/Output.h"
 #include "cli/UsageError.h"
+#include "loader/Loader.h"
 
 #include <algorithm>
 
@@ -29,22 +31,32 @@ std::span<const StepFacts> allSteps() {
          true, true, false, false, {kPrimaryBoot, kSecondaryExecutable}, requireForLoad, load},
         {"download", "", "load the given ones of --uboot, --rootfs, --kernel",
          true, true, false, false, {kUBoot, kRootFs, kKernel}, requireForDownload, download},
-        {"start", "", "start the secondary executable; whether it runs only an\n"
-         "                             expect or a script behind it can tell",
+        {"start", "", "start the secondary executable; only an expect or\n"
+         "                             a script behind it can tell whether it runs",
          true, false, false, false, {}, requireForStart, start},
-        {"check", "", "check the SDRAM addresses and print the address list",
+        {"check", "", "check the SDRAM addresses and print their list",
          false, true, false, false, {}, requireNothing, check},
         {"flash", "", "program the flash image into the NAND flash",
          true, false, false, false, {kPgSibl, kFlashImage}, requireForFlash, flash},
         {"expect", "TEXT", "print what the board says until TEXT has come",
          true, false, true, false, {}, requireText, expect},
-        {"script", "FILE", "run a script (>text sends, <text waits, /n is Enter)",
+        {"script", "FILE", "run a script (>text sends, <text waits, /n: Enter)",
          true, false, true, false, {}, requireScript, script},
         {"terminal", "", "raw terminal until Ctrl-] or the end of input",
          true, false, false, true, {}, requireNothing, terminal},
     };
     // clang-format on
     return all;
+}
+
+ExitStatus toldEnd(const StepRun& run, const char* limitOption) {
+    const Outcome outcome = run.loader.operation.outcome();
+    const bool ranOut = outcome == Outcome::LimitReached && !run.limitReached;
+    const QString failure = run.loader.operation.failure();
+    if (!failure.isEmpty())
+        run.output.tell(ranOut ? QStringLiteral("%1 ran out: %2").arg(QLatin1String(limitOption), failure)
+                               : failure);
+    return exitStatusOf(outcome);
 }
 
 StepList stepsOf(const QStringList& words) {

@@ -26,6 +26,10 @@ struct StepRun {
     const bool& limitReached; ///< the limit of the whole run has run out
 };
 
+/// Tells the failure of the last operation that no message box told, with the option whose limit ran out, and
+/// returns its status.
+ExitStatus toldEnd(const StepRun& run, const char* limitOption = "");
+
 /// One step of the command line: all that is known about it. A new step is a row in Steps.cpp.
 struct StepFacts {
     const char* name;

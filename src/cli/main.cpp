@@ -23,18 +23,19 @@ int unlessOutputWasLost(int status) {
     return status == 0 ? static_cast<int>(ExitStatus::InternalFailure) : status;
 }
 
+void printJson(const QJsonObject& object) {
+    std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
+}
+
 int fail(ExitStatus status, const QString& text, bool json) {
     const bool usage = status == ExitStatus::Usage;
     std::fprintf(stderr, "zrk-loader-cli: %s\n%s", text.toLocal8Bit().constData(),
                  usage ? "Try 'zrk-loader-cli --help'.\n" : "");
-    if (json) {
-        const QJsonObject result{
-            {QStringLiteral("event"), QStringLiteral("result")},
-            {QStringLiteral("status"), static_cast<int>(status)},
-            {QStringLiteral("reason"), usage ? QStringLiteral("usage") : QStringLiteral("internal")},
-            {QStringLiteral("text"), text}};
-        std::printf("%s\n", QJsonDocument(result).toJson(QJsonDocument::Compact).constData());
-    }
+    if (json)
+        printJson({{QStringLiteral("event"), QStringLiteral("result")},
+                   {QStringLiteral("status"), static_cast<int>(status)},
+                   {QStringLiteral("reason"), usage ? QStringLiteral("usage") : QStringLiteral("internal")},
+                   {QStringLiteral("text"), text}});
     return static_cast<int>(status);
 }
 
@@ -46,6 +47,10 @@ int runProgram() {
     const bool json =
         arguments.contains(QStringLiteral("--json")) || arguments.contains(QStringLiteral("-j"));
     try {
+        if (json)
+            printJson({{QStringLiteral("event"), QStringLiteral("begin")},
+                       {QStringLiteral("schema"), 1},
+                       {QStringLiteral("version"), zrk::versionText()}});
         const auto options = zrk::parseCommandLine(arguments, zrk::versionText());
         if (!options)
             return 0;

@@ -1,0 +1,252 @@
+#include "cli/Processes.h"
+#include "machine/Pty.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <gtest/gtest.h>
+
+#include <termios.h>
+
+namespace {
+
+using zrk::test::Pty;
+
+constexpr const char* kBoard = "--unpaced --verbose --bootid-interval 5 ";
+
+struct Steps : ::testing::Test {
+    [[nodiscard]] QString common(const BoardProcess& board) const {
+        return "--port " + board.device() + " --ini " + images.ini() + " --line-rate 0 ";
+    }
+    [[nodiscard]] QString write(const QString& name, const QByteArray& text) const {
+        QFile file(images.file(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        return file.fileName();
+    }
+
+    const SampleImages images;
+};
+
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
+
+TEST_F(Steps, DoAllJobsOverOnePortAndLoseNothing) {
+    const QString sdram = images.file("sdram.dump");
+    BoardProcess board(kBoard + QString("--start-delay 0 --dump-sdram ") + sdram);
+    const QString scr = write("smoke.scr", ">help/n\n<zrk>\n");
+    CliRun run(common(board) + "load download start expect zrk> script " + scr);
+    EXPECT_EQ(run.status(), 0) << run.error().toStdString();
+    // Each byte of the program from its first to the text, once, and the script's behind it.
+    const QByteArray heard = run.output().mid(run.output().indexOf("-- Starting")).replace('\r', "");
+    EXPECT_TRUE(heard.startsWith("-- Starting Secondary Executable --\n\n\n"
+                                 "ZRK secondary program (simulated board) 1.0\n"
+                                 "Type help for a list of commands.\n\nzrk>\n"
+                                 "--- Enabling terminal mode ---\n help\nboot "))
+        << heard.toStdString();
+    EXPECT_EQ(board.stop(), 0);
+    const QByteArray kernel = contents(images.file("kernel.img"));
+    EXPECT_EQ(contents(sdram).mid(0x800000, kernel.size()), kernel);
+}
+
+TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
+    const QString scr = write("wait.scr", "# a remark\n>/n\n<never said\n");
+    const struct {
+        const char* board;
+        QString steps;
+        int status;
+        const char* error;
+    } endings[] = {
+        {"", "load start expect \"no such\" --expect-timeout 0.3", 7,
+         "--expect-timeout ran out: \"no such\" did not come within 0.3 s. Received last: \""},
+        {"", "load start script " + scr + " --script-timeout 0.3", 7,
+         "ended at line 3: \"never said\" did not come within 0.3 s. Received last: \""},
+        {"--fault bootid=none", "start expect zrk --start-timeout 0.3", 4,
+         "--start-timeout ran out: The board"},
+        {"--bootid-interval 0.1", "start expect zrk", 5, "it is in its boot ROM. Load the program"},
+        {"--fault ack-data=none", "flash --flash-timeout 0.3", 4,
+         "--flash-timeout ran out: No answer within 0.3 s. The board programs"},
+        {"--fault bootid=none", "load --timeout 0.3", 4, "longer than --timeout 0.3. It was at: "},
+        {"", "load --wait-port 0.3 --port /nonexistent", 4, "--wait-port 0.3 ran out"},
+        {"--fault R=wrong:0x00", "load", 5, "Expected 'R' (0x52), got 0x00."},
+        {"--fault bootid=none --noise U-Boot\\x20banner", "load --wait 0.5", 4, "service jumper, then"},
+        {"--fault bootid=none", "load --wait 0.3", 4, "Nothing at all has come over COM1 (/"},
+    };
+    for (const auto& ending : endings) {
+        SCOPED_TRACE(ending.steps.toStdString());
+        const BoardProcess board(kBoard + QString(ending.board));
+        const bool ownPort = ending.steps.contains("--port");
+        CliRun run((ownPort ? "--ini " + images.ini() + " " : common(board)) + ending.steps);
+        EXPECT_EQ(run.status(), ending.status);
+        EXPECT_TRUE(run.error().contains(ending.error)) << run.error().toStdString();
+    }
+}
+
+TEST_F(Steps, DryRunChecksAndSendsNothing) {
+    Pty line;
+    const QString here = "-n --port " + line.device() + " --ini " + images.ini() + " ";
+    const struct {
+        QString arguments;
+        int status;
+        const char* output;
+    } runs[] = {
+        {here + "load download start", 0, "Addresses: in range, no images overlap\nNothing was sent.\n"},
+        {here + "flash", 0, "flash.bin to NAND flash address 0x00000000"},
+        {here + "load --kernel " + images.file("kernel.img") + ",0x80000100", 2, "Addresses: wrong"},
+        {"-n --port /nonexistent --ini " + images.ini() + " load", 3, "Port: "},
+    };
+    for (const auto& dry : runs) {
+        SCOPED_TRACE(dry.arguments.toStdString());
+        CliRun run(dry.arguments);
+        EXPECT_EQ(run.status(), dry.status) << run.error().toStdString();
+        EXPECT_TRUE(run.output().contains(dry.output)) << run.output().toStdString();
+    }
+    EXPECT_FALSE(line.hasReceived());
+}
+
+TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
+    Pty line;
+    const QString own = write("own.INI", "[BINFILES]\nPRIMARY=primary.bin\n[IMGFILES]\nUBOOT=none.ubt\n");
+    const struct {
+        QString arguments;
+        const char* error;
+    } lines[] = {
+        {"expect", "The step expect needs a TEXT behind it"},
+        {"script /nonexistent.scr", "script /nonexistent.scr: there is no such file"},
+        {"--timeout 0 load", "--timeout 0: give the seconds as a number above 0"},
+        {"--json terminal", "goes neither with --json nor with several boards"},
+        {"--progress some load", "--progress some: say auto, always or never"},
+        {"--port " + line.device() + " load", "is given twice"},
+        {"download", "Nothing to download: name an image with --uboot"},
+        {"--ini " + own + " load download", "none.ubt, which"},
+        {"--ini " + images.ini() + " --log /dev/null/x load", "--log /dev/null/x: the folder cannot be made"},
+    };
+    for (const auto& bad : lines) {
+        SCOPED_TRACE(bad.arguments.toStdString());
+        CliRun run("--port " + line.device() + " " + bad.arguments);
+        EXPECT_EQ(run.status(), 2);
+        EXPECT_TRUE(run.error().contains(bad.error)) << run.error().toStdString();
+    }
+    EXPECT_FALSE(line.hasReceived());
+}
+
+TEST_F(Steps, TerminalPassesAPipeAndATerminalThrough) {
+    BoardProcess board(kBoard);
+    CliRun bringUp(common(board) + "load start expect zrk>");
+    ASSERT_EQ(bringUp.status(), 0) << bringUp.error().toStdString();
+    CliRun pipe(common(board) + "terminal", {.input = write("keys", "help\r")});
+    EXPECT_EQ(pipe.status(), 0);
+    EXPECT_TRUE(pipe.output().startsWith("help\r\n") && pipe.output().contains("\r\nzrk> "))
+        << pipe.output().toStdString();
+    EXPECT_TRUE(pipe.error().contains("ends behind the end of the input"));
+
+    Pty person;
+    const tcflag_t before = person.settings().c_lflag;
+    CliRun typed(common(board) + "terminal", {.input = person.device()});
+    ASSERT_TRUE(typed.waitFor(QProcess::StandardError, "Ctrl-] ends it"));
+    EXPECT_EQ(person.settings().c_lflag & static_cast<tcflag_t>(ICANON | ECHO | ISIG), 0U);
+    person.send("\r");
+    ASSERT_TRUE(typed.waitFor(QProcess::StandardOutput, "zrk> "));
+    person.send("\x1D");
+    EXPECT_EQ(typed.status(), 0);
+    EXPECT_EQ(person.settings().c_lflag, before);
+}
+
+TEST_F(Steps, ShowTheBoardsControlsOnATerminalOnly) {
+    const BoardProcess board(kBoard + QString("--noise \\x1B[2J5x --bootid-interval 0.1"));
+    Pty screen;
+    CliRun shown(common(board) + "expect x", {.output = screen.device()});
+    EXPECT_EQ(shown.status(), 0) << shown.error().toStdString();
+    EXPECT_EQ(screen.receive(7), "^[[2J5x");
+    const BoardProcess again(kBoard + QString("--noise \\x1B[2J5x --bootid-interval 0.1"));
+    CliRun kept(common(again) + "expect x");
+    EXPECT_EQ(kept.status(), 0);
+    EXPECT_TRUE(kept.output().startsWith("\x1B[2J5x")) << kept.output().toStdString();
+}
+
+/// "event.field" of each line of the document, and its type.
+QMap<QString, QString> documentedFields() {
+    const QString text = QString::fromUtf8(contents(ZRK_SOURCE_FOLDER "/docs/json.md"));
+    static const QRegularExpression kRow("^\\| `(\\w+)` \\| `(\\w+)` \\| (\\w+) \\|",
+                                         QRegularExpression::MultilineOption);
+    QMap<QString, QString> fields;
+    for (auto rows = kRow.globalMatch(text); rows.hasNext();) {
+        const auto row = rows.next();
+        fields.insert(row.captured(1) + '.' + row.captured(2), row.captured(3));
+    }
+    return fields;
+}
+
+TEST_F(Steps, PrintJsonAsTheDocumentHasIt) {
+    const auto documented = documentedFields();
+    ASSERT_GT(documented.size(), 20);
+    const BoardProcess board(kBoard + QString("--answer-delay 0.02"));
+    const QString runs[] = {common(board) + "--line-rate 92160 -j load download start expect zrk>",
+                            common(board) + "-j load --port /nonexistent", "--json"};
+    const char* reasons[] = {"done", "port not opened", "usage"};
+    QSet<QString> seen;
+    for (std::size_t i = 0; i < std::size(runs); ++i) {
+        SCOPED_TRACE(runs[i].toStdString());
+        CliRun run(
+            QString(runs[i]).replace("--port " + board.device(), i == 1 ? "" : "--port " + board.device()));
+        const int status = run.status();
+        QJsonObject object;
+        for (const QByteArray& line : run.output().trimmed().split('\n')) {
+            object = QJsonDocument::fromJson(line).object();
+            const QString event = object.value("event").toString();
+            EXPECT_EQ(event == "begin", seen.isEmpty() || line.startsWith("{\"event\":\"begin\""));
+            for (const QString& field : object.keys()) {
+                if (field == "event")
+                    continue;
+                const QString name = event + '.' + field;
+                seen += name;
+                const bool isNumber = object.value(field).isDouble();
+                EXPECT_EQ(documented.value(name), isNumber ? "number" : "string") << line.toStdString();
+            }
+        }
+        EXPECT_EQ(object.value("event"), "result");
+        EXPECT_EQ(object.value("status"), status);
+        EXPECT_EQ(object.value("reason"), reasons[i]);
+    }
+    QStringList missing;
+    for (const QString& name : documented.keys())
+        missing += seen.contains(name) ? QString() : name;
+    missing.removeAll(QString());
+    EXPECT_EQ(missing.join(' ').toStdString(), "prompt.text");
+}
+
+TEST_F(Steps, RunSeveralBoardsOfWhichOneFails) {
+    const BoardProcess good(kBoard);
+    const BoardProcess bad(kBoard + QString("--fault accept=refuse"));
+    const QString log = images.file("log");
+    const QString started = images.file("started");
+    const QString command = "sh " + write("cycle", "echo $ZRK_PORT >> " + started.toLatin1());
+    CliRun run("--port " + good.device() + " --port " + bad.device() + " --ini " + images.ini() +
+               " --line-rate 0 --log " + log + " --on-wait \"" + command + "\" load start expect zrk>");
+    EXPECT_EQ(run.status(), 5) << run.error().toStdString();
+    const QString names[] = {QFileInfo(good.device()).fileName(), QFileInfo(bad.device()).fileName()};
+    for (const QByteArray& line : run.output().trimmed().split('\n'))
+        EXPECT_TRUE(line.startsWith(names[0].toLatin1() + ": ") ||
+                    line.startsWith(names[1].toLatin1() + ": "))
+            << line.toStdString();
+    const QString table = run.error();
+    EXPECT_TRUE(table.contains(QRegularExpression("\\n" + names[0] + " +status +0 .* done\\n")))
+        << run.error().toStdString();
+    EXPECT_TRUE(table.contains(QRegularExpression("\\n" + names[1] + " +status +5 .* refused in load\\n")))
+        << run.error().toStdString();
+    EXPECT_TRUE(contents(log + '/' + names[0] + ".log").contains("Expect final 't' .. t .. found"));
+    EXPECT_TRUE(contents(log + '/' + names[1] + ".log").contains("Error signalled back"));
+    const QByteArray ports = contents(started);
+    EXPECT_TRUE(ports.contains(good.device().toLatin1() + '\n') &&
+                ports.contains(bad.device().toLatin1() + '\n'));
+}
+
+} // namespace
