@@ -1,32 +1,10 @@
 #include "boot/ImageTransfer.h"
 
+#include "boot/ImageStore.h"
 #include "config/HexConversions.h"
 #include "config/ImageSlots.h"
 
-#include <QFile>
-
 namespace zrk {
-namespace {
-
-/// The whole file; it is closed again before anything is sent.
-QByteArray readImage(const QString& path) {
-    if (path.isEmpty())
-        throw RuntimeFailure(FailureKind::File,
-                             QStringLiteral("No image file has been chosen. Choose one first."));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw RuntimeFailure(FailureKind::File, QStringLiteral("Cannot open the image file %1: %2. Choose "
-                                                               "the file again.")
-                                                    .arg(path, file.errorString()));
-    QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        throw RuntimeFailure(
-            FailureKind::File,
-            QStringLiteral("Cannot read the image file %1: %2.").arg(path, file.errorString()));
-    return content;
-}
-
-} // namespace
 
 ImageTransfer::ImageTransfer(Link& link, ImageSlots& imageSlots) : m_link(link), m_imageSlots(imageSlots) {}
 
@@ -85,7 +63,8 @@ bool ImageTransfer::awaitAcceptance() {
 
 void ImageTransfer::sendCode(int slot) {
     const auto i = static_cast<std::size_t>(slot);
-    const QByteArray content = readImage(m_link.controls.txtFilNam[i].Tag);
+    const QString path = m_link.controls.txtFilNam[i].Tag;
+    const QByteArray content = m_store ? m_store->image(path) : readImage(path);
     m_link.state.BytesTotal = HexToLong(m_link.controls.lblCodeSize[i].Caption);
     m_link.state.BytesSent = 0;
     m_link.state.SendingSlot = slot;

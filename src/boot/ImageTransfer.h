@@ -4,9 +4,12 @@
 
 #include <QByteArray>
 
+#include <memory>
+
 namespace zrk {
 
 class ImageSlots;
+class ImageStore;
 
 /// Sends the image of one slot: header, the primary boot's acceptance where it answers, code bytes.
 ///
@@ -24,6 +27,9 @@ class ImageTransfer {
     /// set. Yields after every code byte; file, number and port failures pass through as RuntimeFailure.
     [[nodiscard]] bool SendImage(int slot);
 
+    /// From now on files are read through this store, which boards on other threads use as well.
+    void readThrough(std::shared_ptr<ImageStore> store) { m_store = std::move(store); }
+
   private:
     void sendHeader(int slot);
     void sendNumber(const QString& text);
@@ -34,6 +40,7 @@ class ImageTransfer {
 
     Link& m_link;
     ImageSlots& m_imageSlots;
+    std::shared_ptr<ImageStore> m_store; ///< null: each file is read when it is sent
 };
 
 } // namespace zrk

@@ -1,5 +1,6 @@
 #include "cli/BoardRuns.h"
 
+#include "boot/ImageStore.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "machine/InterruptSignal.h"
@@ -53,8 +54,8 @@ QString shortName(const QString& device) {
 class BoardRun {
   public:
     BoardRun(const CliOptions& options, const ProgramFacts& facts, Printer& printer, std::size_t row,
-             const QString& name)
-        : m_options(options), m_facts(facts),
+             const QString& name, std::shared_ptr<ImageStore> images)
+        : m_options(options), m_facts(facts), m_images(std::move(images)),
           m_output(printer, {row, name, options.ports[static_cast<qsizetype>(row)]}) {
         m_options.program.ports.insert_or_assign(1, m_output.place().port);
         m_options.program.portNumber = 1;
@@ -91,6 +92,7 @@ class BoardRun {
             const Reachable reachable(*this, loop, session);
             if (m_interrupted)
                 return endedEarly(ExitStatus::Cancelled);
+            session.readThrough(m_images);
             session.prepare(Session::Remarks::AreKnown);
             return session.run();
         } catch (const std::exception& error) {
@@ -122,6 +124,7 @@ class BoardRun {
 
     CliOptions m_options;
     ProgramFacts m_facts;
+    std::shared_ptr<ImageStore> m_images;
     Output m_output;
     Ending m_ending;
     std::mutex m_mutex;
@@ -191,9 +194,10 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
             run->interrupt(ended);
     });
     const QStringList names = namesOf(options.ports);
+    const auto images = std::make_shared<ImageStore>();
     for (qsizetype i = 0; i < names.size(); ++i)
-        runs.push_back(
-            std::make_unique<BoardRun>(options, facts, printer, static_cast<std::size_t>(i), names[i]));
+        runs.push_back(std::make_unique<BoardRun>(options, facts, printer, static_cast<std::size_t>(i),
+                                                  names[i], images));
     std::atomic<std::size_t> left = runs.size();
     for (const auto& run : runs)
         run->start([&] {

@@ -27,6 +27,9 @@ class Session {
     /// anything is sent. Throws UsageError for a configuration that cannot work.
     void prepare(Remarks remarks = Remarks::Tell);
 
+    /// From now on images come from a store that other boards use as well.
+    void readThrough(std::shared_ptr<ImageStore> store) { m_loader.transfer.readThrough(std::move(store)); }
+
     /// Says what will be done and, after prepare(), carries out the steps up to the first that fails.
     [[nodiscard]] Ending run();
 

@@ -1,4 +1,8 @@
+#include "boot/ImageStore.h"
 #include "support/Exchanges.h"
+
+#include <QFile>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -107,6 +111,21 @@ QByteArray longImage() {
     for (int i = 0; i < 100'000; ++i)
         image += static_cast<char>(i * 7 + i / 256);
     return image;
+}
+
+TEST(Transfer, BoardsThatShareAStoreGetTheSameBytes) {
+    const auto store = std::make_shared<zrk::ImageStore>();
+    const QTemporaryDir folder;
+    for (const QByteArray& onDisk : {kPrimaryCode, QByteArray(kPrimaryCode.size(), 'n')}) {
+        BringUpRig r;
+        QFile file(folder.filePath("primary.bin"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(onDisk) == onDisk.size());
+        file.close();
+        r.loader.controls.txtFilNam[0].Tag = file.fileName();
+        r.loader.transfer.readThrough(store);
+        r.start();
+        EXPECT_EQ(r.outcome(), Outcome::Done) << "the script of the board takes only the first bytes";
+    }
 }
 
 TEST(Transfer, AFileThatChangedAfterTheStartIsMarkedBeforeItsBytesAreSent) {

@@ -1,0 +1,32 @@
+#include "boot/ImageStore.h"
+
+#include "platform/RuntimeFailure.h"
+
+#include <QFile>
+
+namespace zrk {
+
+QByteArray readImage(const QString& path) {
+    if (path.isEmpty())
+        throw RuntimeFailure(FailureKind::File,
+                             QStringLiteral("No image file has been chosen. Choose one first."));
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw RuntimeFailure(FailureKind::File, QStringLiteral("Cannot open the image file %1: %2. Choose "
+                                                               "the file again.")
+                                                    .arg(path, file.errorString()));
+    QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        throw RuntimeFailure(
+            FailureKind::File,
+            QStringLiteral("Cannot read the image file %1: %2.").arg(path, file.errorString()));
+    return content;
+}
+
+QByteArray ImageStore::image(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    const auto known = m_images.constFind(path);
+    return known != m_images.cend() ? *known : *m_images.insert(path, readImage(path));
+}
+
+} // namespace zrk

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+
+#include <mutex>
+
+namespace zrk {
+
+/// The whole image file, which is closed again before anything is sent. Throws RuntimeFailure naming the file
+/// when it cannot be opened or read.
+[[nodiscard]] QByteArray readImage(const QString& path);
+
+/// What several boards are given at once: each file is read once and held once, so that all of them get the
+/// same bytes even when somebody builds anew meanwhile. For any thread.
+class ImageStore {
+  public:
+    /// As readImage(), from the second time on without the file; a failure is not kept.
+    [[nodiscard]] QByteArray image(const QString& path);
+
+  private:
+    std::mutex m_mutex;
+    QHash<QString, QByteArray> m_images;
+};
+
+} // namespace zrk
