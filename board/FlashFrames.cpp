@@ -1,5 +1,7 @@
 #include "board/FlashFrames.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 namespace zrkboard {
@@ -85,7 +87,7 @@ std::vector<std::uint8_t> versionInformation(std::string_view text, std::optiona
 
     std::vector<std::uint8_t> frame{
         kStart, byteOf(length, 0), byteOf(length, 1), byteOf(length, 2), byteOf(length, 3), 0xA6};
-    frame.insert(frame.end(), sent.begin(), sent.end());
+    std::copy(sent.begin(), sent.end(), std::back_inserter(frame));
     frame.insert(frame.end(), {0x17, 0x00, kEnd});
     return frame;
 }

@@ -12,11 +12,15 @@ endif()
 target_compile_definitions(zrk_options INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_CAST_TO_ASCII
                                                  QT_NO_FOREACH QT_NO_KEYWORDS)
 
-# zrk_library(NAME SOURCES... LINK LIBRARIES...): a static library of this project.
+# zrk_library(NAME SOURCES... LINK LIBRARIES... [HEADERS core|window]): a static library of this project, with
+# the set of precompiled headers that fits it.
 function(zrk_library name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "" "HEADERS" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE zrk_options)
+    if(ARG_HEADERS)
+        zrk_precompile(${name} ${ARG_HEADERS})
+    endif()
 endfunction()
 
 # zrk_windows_resources(NAME DESCRIPTION): on Windows, the icon and the version record of a program.
