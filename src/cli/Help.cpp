@@ -70,15 +70,17 @@ QString helpText() {
     text += QStringLiteral("\nOptions:\n");
     for (const OptionFacts& option : allOptions())
         text += rowOf(option);
-    text +=
-        QStringLiteral("\nConsole and board go to standard output, all else to standard error.\n"
-                       "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
-                       "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or refusal,\n"
-                       "6 port lost, 7 text not seen, 130 cancelled (Ctrl-C).\n"
-                       "\nExamples:\n"
-                       "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
-                       "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
-                       "  zrk-loader-cli -p A -p B -i board.INI -t 300 --on-wait 'power-cycle' flash\n");
+    text += QStringLiteral(
+        "\nDEVICE: a device file, a COM name, tcp:HOST:PORT or rfc2217:HOST:PORT. Nothing on the\n"
+        "network is encrypted: such ports belong behind a tunnel or into a closed net.\n"
+        "\nConsole and board go to standard output, all else to standard error.\n"
+        "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
+        "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or refusal,\n"
+        "6 port lost, 7 text not seen, 130 cancelled (Ctrl-C).\n"
+        "\nExamples:\n"
+        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
+        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
+        "  zrk-loader-cli -p A -p B -i board.INI -t 300 --on-wait 'power-cycle' flash\n");
     return text;
 }
 

@@ -67,9 +67,10 @@ ExitStatus Session::dryRun() {
     QStringList lines = m_plan.announcement();
     ExitStatus status = ExitStatus::Done;
     if (m_plan.usesPort()) {
-        const QString problem = portProblem(PortNames(m_options.program.ports), m_options.program.portNumber);
-        lines +=
-            QStringLiteral("Port: ") + (problem.isEmpty() ? QStringLiteral("there and permitted") : problem);
+        const PortNames names(m_options.program.ports);
+        const int number = m_options.program.portNumber;
+        const QString problem = portProblem(names, number);
+        lines += QStringLiteral("Port: ") + (problem.isEmpty() ? portRemark(names, number) : problem);
         if (!problem.isEmpty())
             status = ExitStatus::PortNotOpened;
     }
@@ -162,6 +163,7 @@ void Session::runOut() {
     m_messages.stopAsking();
     m_question.withdraw();
     m_loader.state.requestStop(Outcome::LimitReached);
+    m_loader.port.giveUpOpening();
     m_loader.state.StopText = QStringLiteral("The run took longer than --timeout %1. It was at: %2")
                                   .arg(std::chrono::duration<double>(*m_options.limits.run).count())
                                   .arg(doing);

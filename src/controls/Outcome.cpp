@@ -18,6 +18,8 @@ Outcome outcomeOf(FailureKind kind) {
     case FailureKind::PortLost:
     case FailureKind::PortNotOpen:
         return Outcome::PortLost;
+    case FailureKind::Cancelled:
+        return Outcome::Cancelled;
     case FailureKind::WrongAnswer:
         return Outcome::WrongAnswer;
     case FailureKind::File:

@@ -1,8 +1,12 @@
 #include "machine/MachinePorts.h"
 
+#include "machine/NativePort.h"
+#include "machine/NetworkOpening.h"
 #include "machine/PortDriver.h"
 #include "machine/PortMessages.h"
 #include "platform/RuntimeFailure.h"
+
+#include <QScopedValueRollback>
 
 namespace zrk {
 namespace {
@@ -31,9 +35,29 @@ std::unique_ptr<SerialPort> MachinePorts::open(int number, const LineSettings& s
         refuse(port_messages::noDevice(number));
     const PortDriver::Limits limits{m_options.stallLimit, m_options.receiveLimit,
                                     m_options.lineRate.value_or(bytesPerSecond(settings))};
-    auto driver = std::make_unique<PortDriver>(m_loop, port_messages::portName(number, device), limits);
-    driver->open(device, settings, handshaking);
+    const QString port = port_messages::portName(number, device);
+    if (const QString problem = networkProblem(device); !problem.isEmpty())
+        refuse(port_messages::badName(number, problem));
+    if (const auto address = NetworkAddress::parse(device)) {
+        NetworkOpening opening(m_loop, *address, port, limits);
+        const QScopedValueRollback noted(m_opening, &opening);
+        return opening.run(settings, handshaking);
+    }
+    auto driver = std::make_unique<PortDriver>(m_loop, port, limits);
+    auto native = std::make_unique<NativePort>(driver->io());
+    const OpenResult result = native->open(device.toLocal8Bit().toStdString());
+    if (result.fault != OpenFault::None)
+        refuse(port_messages::cannotOpen(port, result));
+    if (!native->applySettings(settings))
+        refuse(port_messages::settingsRefused(port, settings));
+    driver->start(std::move(native));
+    driver->serve(handshaking);
     return driver;
+}
+
+void MachinePorts::giveUp() {
+    if (m_opening != nullptr)
+        m_opening->giveUp();
 }
 
 } // namespace zrk

@@ -10,9 +10,10 @@
 namespace zrk {
 
 class EventLoop;
+class NetworkOpening;
 
-/// The machine's serial ports. Each open port has a thread of its own that serves the device and
-/// wakes the event loop; all calls belong to the thread of that event loop.
+/// The machine's serial ports, and those that it reaches over the network. Each open port has a thread of its
+/// own that serves the device and wakes the event loop; all calls belong to the thread of that event loop.
 class MachinePorts final : public SerialPorts {
   public:
     struct Options {
@@ -30,12 +31,14 @@ class MachinePorts final : public SerialPorts {
 
     [[nodiscard]] std::unique_ptr<SerialPort> open(int number, const LineSettings& settings,
                                                    Handshaking handshaking) override;
+    void giveUp() override;
     [[nodiscard]] QString deviceName(int number) const override { return m_names.device(number); }
 
   private:
     EventLoop& m_loop;
     PortNames m_names;
     Options m_options;
+    NetworkOpening* m_opening = nullptr; ///< under way
 };
 
 } // namespace zrk

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "machine/PortDevice.h"
+
 // Boost 1.74 uses std::exchange under C++20 without including it, so the order matters.
 // clang-format off
 #include <utility>
@@ -21,36 +23,35 @@ struct OpenResult {
     std::string group{};  ///< of PermissionDenied: whose members may use the device, "" if nobody's
 };
 
-/// A serial device opened for exclusive use, and what the stream library does not do to it.
-/// There is one implementation per system. setXonXoff(), setDtr() and unsentBytes() may be called
-/// while another thread reads and writes the stream.
-class NativePort {
+struct LineSettings;
+
+/// A serial device opened for exclusive use, and what the stream library does not do to it, which is done
+/// once for each system.
+class NativePort final : public PortDevice {
   public:
     explicit NativePort(boost::asio::io_context& io) : m_stream(io) {}
-    ~NativePort() { close(); }
+    ~NativePort() override { close(); }
     NativePort(const NativePort&) = delete;
     NativePort& operator=(const NativePort&) = delete;
 
-    /// Opens the device in raw mode, without flow control. Line settings are the stream's options.
+    /// Opens the device in raw mode, without flow control.
     [[nodiscard]] OpenResult open(const std::string& device);
+
+    /// False when the device refuses one of them.
+    [[nodiscard]] bool applySettings(const LineSettings& settings);
 
     /// Drops what the driver has not sent yet, so that it never waits for a line that is stopped.
     void close() noexcept;
 
-    /// Throws away what the driver has received and nobody has read.
-    void discardReceived() noexcept;
-
-    /// XON/XOFF in both directions; without it the two characters are ordinary ones. False when
-    /// the device refuses.
-    [[nodiscard]] bool setXonXoff(bool on) noexcept;
-
-    /// False when the device has no such line.
-    [[nodiscard]] bool setDtr(bool on) noexcept;
-
-    /// Bytes that the driver has taken and that have not left yet, as far as it can tell.
-    [[nodiscard]] std::size_t unsentBytes() const noexcept;
-
-    [[nodiscard]] boost::asio::serial_port& stream() { return m_stream; }
+    void readSome(std::span<char> into, Done done) override;
+    void writeSome(std::span<const char> bytes, Done done) override;
+    void cancel() noexcept override;
+    [[nodiscard]] QString goneText(const QString& port,
+                                   const boost::system::error_code& error) const override;
+    void discardReceived() noexcept override;
+    [[nodiscard]] bool setXonXoff(bool on) noexcept override;
+    [[nodiscard]] bool setDtr(bool on) noexcept override;
+    [[nodiscard]] std::size_t unsentBytes() const noexcept override;
 
   private:
     boost::asio::serial_port m_stream;

@@ -1,5 +1,7 @@
 #include "machine/PortCheck.h"
 
+#include "machine/NetworkAddress.h"
+
 #include <QFileInfo>
 
 namespace zrk {
@@ -8,7 +10,10 @@ QString portProblem(const PortNames& names, int number) {
     const QString device = names.device(number);
     if (device.isEmpty())
         return QStringLiteral("COM%1 stands for no device; name one with --port DEVICE").arg(number);
-    // Only paths can be looked at: a COM name and a port on the network tell nothing before they are opened.
+    if (const QString problem = networkProblem(device); !problem.isEmpty())
+        return problem;
+    // Only paths can be looked at: a COM name tells nothing before it is opened, and a port on the network
+    // would have to be connected to, which is left to a run.
     if (!device.startsWith(QLatin1Char('/')))
         return {};
     const QFileInfo file(device);
@@ -17,6 +22,14 @@ QString portProblem(const PortNames& names, int number) {
     if (!file.isReadable() || !file.isWritable())
         return QStringLiteral("%1: no permission; join the group %2").arg(device, file.group());
     return {};
+}
+
+QString portRemark(const PortNames& names, int number) {
+    const QString device = names.device(number);
+    if (NetworkAddress::parse(device))
+        return QStringLiteral("on the network, not connected to; its name is well formed");
+    return device.startsWith(QLatin1Char('/')) ? QStringLiteral("there and permitted")
+                                               : QStringLiteral("its name is well formed");
 }
 
 } // namespace zrk

@@ -5,7 +5,10 @@
 namespace zrk {
 
 /// What stands against opening port `number`, as far as that can be told without opening it: no device, or no
-/// permission; "" for nothing. A port on the network is not asked.
+/// permission; "" for nothing. Of a port on the network only the name is looked at.
 [[nodiscard]] QString portProblem(const PortNames& names, int number);
+
+/// What is known of a port that nothing stands against.
+[[nodiscard]] QString portRemark(const PortNames& names, int number);
 
 } // namespace zrk

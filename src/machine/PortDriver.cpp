@@ -28,35 +28,15 @@ PortDriver::~PortDriver() {
         m_thread.join();
 }
 
-void PortDriver::open(const QString& device, const LineSettings& settings, Handshaking handshaking) {
-    const OpenResult result = m_native.open(device.toLocal8Bit().toStdString());
-    if (result.fault != OpenFault::None)
-        throw RuntimeFailure(FailureKind::PortNotOpened, port_messages::cannotOpen(m_portName, result));
-    applySettings(settings);
-    applyHandshaking(handshaking);
-    m_native.discardReceived();
-    asio::post(m_io, [this] { startReading(); });
+void PortDriver::start(std::unique_ptr<PortDevice> device) {
+    m_device = std::move(device);
     m_thread = std::jthread([this] { m_io.run(); });
 }
 
-void PortDriver::applySettings(const LineSettings& settings) {
-    using Options = asio::serial_port_base;
-    const auto parity = settings.parity == 'E'   ? Options::parity::even
-                        : settings.parity == 'O' ? Options::parity::odd
-                                                 : Options::parity::none;
-    const auto stopBits = settings.stopBits == 2 ? Options::stop_bits::two : Options::stop_bits::one;
-    bool accepted = settings.dataBits >= 5 && settings.dataBits <= 8 && settings.baudRate > 0;
-    const auto apply = [&](const auto& option) {
-        ErrorCode error;
-        accepted = accepted && !m_native.stream().set_option(option, error);
-    };
-    apply(Options::baud_rate(static_cast<unsigned>(settings.baudRate)));
-    apply(Options::character_size(accepted ? static_cast<unsigned>(settings.dataBits) : 8));
-    apply(Options::parity(parity));
-    apply(Options::stop_bits(stopBits));
-    if (!accepted)
-        throw RuntimeFailure(FailureKind::PortNotOpened,
-                             port_messages::settingsRefused(m_portName, settings));
+void PortDriver::serve(Handshaking handshaking) {
+    applyHandshaking(handshaking);
+    m_device->discardReceived();
+    asio::post(m_io, [this] { startReading(); });
 }
 
 bool PortDriver::isLost() const noexcept {
@@ -130,7 +110,7 @@ qsizetype PortDriver::unsentBytes() const noexcept {
     if (m_failure)
         return 0;
     // A driver that has let go of its bytes says nothing of what lies between it and the line.
-    const std::size_t handedOn = std::max(m_native.unsentBytes(), m_pace.onLine(Clock::now()));
+    const std::size_t handedOn = std::max(m_device->unsentBytes(), m_pace.onLine(Clock::now()));
     return static_cast<qsizetype>(m_queue.size() + handedOn);
 }
 
@@ -149,15 +129,15 @@ void PortDriver::applyHandshaking(Handshaking handshaking) {
         if (m_failure)
             return;
     }
-    if (!m_native.setXonXoff(on))
+    if (!m_device->setXonXoff(on))
         fail(port_messages::gone(m_portName, QStringLiteral("its flow control cannot be set")));
     // Some systems set DTR anew together with the flow control.
     if (m_dtr)
-        (void)m_native.setDtr(*m_dtr);
+        (void)m_device->setDtr(*m_dtr);
 }
 
 bool PortDriver::setDtr(bool on) {
-    if (isLost() || !m_native.setDtr(on))
+    if (isLost() || !m_device->setDtr(on))
         return false;
     m_dtr = on;
     return true;
@@ -169,9 +149,7 @@ void PortDriver::throwIfFailed() const {
 }
 
 void PortDriver::reportGone(const ErrorCode& error) {
-    const QString reason = error == asio::error::eof ? QStringLiteral("the line was hung up")
-                                                     : QString::fromLocal8Bit(error.message());
-    fail(port_messages::gone(m_portName, reason));
+    fail(m_device->goneText(m_portName, error));
 }
 
 // The first failure is the one that stays. Nothing is started on the device after it.
@@ -183,8 +161,7 @@ void PortDriver::fail(QString description) {
         m_failure = std::move(description);
     }
     asio::post(m_io, [this] {
-        ErrorCode ignored;
-        m_native.stream().cancel(ignored);
+        m_device->cancel();
         m_stallTimer.cancel();
         m_paceTimer.cancel();
     });
@@ -193,8 +170,7 @@ void PortDriver::fail(QString description) {
 }
 
 void PortDriver::startReading() {
-    m_native.stream().async_read_some(
-        asio::buffer(m_chunk), [this](const ErrorCode& error, std::size_t count) { onRead(error, count); });
+    m_device->readSome(m_chunk, [this](const ErrorCode& error, std::size_t count) { onRead(error, count); });
 }
 
 // A pulled adapter may end an operation as if it had been cancelled; but nothing here is cancelled
@@ -233,9 +209,8 @@ void PortDriver::sendFront(std::span<const char> bytes) {
     if (allowed < bytes.size() && m_pace.nextAllowance(now) > now)
         return waitForPace(m_pace.nextAllowance(now));
     m_askedAt = now;
-    m_native.stream().async_write_some(
-        asio::buffer(bytes.data(), allowed),
-        [this](const ErrorCode& error, std::size_t count) { onSent(error, count); });
+    m_device->writeSome(bytes.first(allowed),
+                        [this](const ErrorCode& error, std::size_t count) { onSent(error, count); });
 }
 
 void PortDriver::waitForPace(LinePace::TimePoint due) {

@@ -1,19 +1,26 @@
 #pragma once
 
 #include "machine/LinePace.h"
-#include "machine/NativePort.h"
+#include "machine/PortDevice.h"
 #include "machine/TransmitQueue.h"
 #include "platform/SerialPort.h"
 
 #include <QByteArray>
 #include <QString>
 
+// Boost 1.74 uses std::exchange under C++20 without including it, so the order matters.
+// clang-format off
+#include <utility>
+
 #include <boost/asio/executor_work_guard.hpp>
+#include <boost/asio/io_context.hpp>
 #include <boost/asio/steady_timer.hpp>
+// clang-format on
 
 #include <array>
 #include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -41,8 +48,14 @@ class PortDriver final : public SerialPort {
     PortDriver(const PortDriver&) = delete;
     PortDriver& operator=(const PortDriver&) = delete;
 
-    /// Throws RuntimeFailure (PortNotOpened). Called once, before all else.
-    void open(const QString& device, const LineSettings& settings, Handshaking handshaking);
+    /// Where the device does its work, on the driver's thread.
+    [[nodiscard]] boost::asio::io_context& io() { return m_io; }
+
+    /// Starts the thread. Called once; but for the device's own work it idles until serve() is called.
+    void start(std::unique_ptr<PortDevice> device);
+
+    /// Begins to move bytes. Called once, when the device is open.
+    void serve(Handshaking handshaking);
 
     [[nodiscard]] bool isLost() const noexcept override;
     [[nodiscard]] qsizetype bytesWaiting() override;
@@ -60,7 +73,6 @@ class PortDriver final : public SerialPort {
     using Lock = std::unique_lock<std::mutex>;
 
     void applyHandshaking(Handshaking handshaking);
-    void applySettings(const LineSettings& settings);
     void throwIfFailed() const;
     void reportGone(const ErrorCode& error);
     void fail(QString description);
@@ -81,7 +93,7 @@ class PortDriver final : public SerialPort {
 
     boost::asio::io_context m_io{1};
     boost::asio::executor_work_guard<boost::asio::io_context::executor_type> m_work{m_io.get_executor()};
-    NativePort m_native{m_io};
+    std::unique_ptr<PortDevice> m_device;
     std::optional<bool> m_dtr; // owner's thread only
 
     // Driver thread only.

@@ -64,6 +64,10 @@ QString noDevice(int number) {
              PortNames::variable(number));
 }
 
+QString badName(int number, const QString& problem) {
+    return QStringLiteral("Cannot open COM%1: %2").arg(QString::number(number), problem);
+}
+
 QString cannotOpen(const QString& port, const OpenResult& result) {
     return QStringLiteral("Cannot open %1: %2").arg(port, whyAndWhatToDo(result));
 }

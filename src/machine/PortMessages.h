@@ -17,6 +17,8 @@ namespace port_messages {
 
 [[nodiscard]] QString noSuchNumber(int number);
 [[nodiscard]] QString noDevice(int number);
+/// `problem` is a sentence that begins with the name.
+[[nodiscard]] QString badName(int number, const QString& problem);
 [[nodiscard]] QString cannotOpen(const QString& port, const OpenResult& result);
 [[nodiscard]] QString settingsRefused(const QString& port, const LineSettings& settings);
 [[nodiscard]] QString gone(const QString& port, const QString& reason);

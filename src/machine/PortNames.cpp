@@ -1,5 +1,6 @@
 #include "machine/PortNames.h"
 
+#include "machine/NetworkAddress.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QFileInfo>
@@ -57,6 +58,8 @@ QString PortNames::optionDevice(const QString& name) const {
     if (device.isEmpty())
         throw RuntimeFailure(FailureKind::InvalidArgument,
                              QStringLiteral("--port %1: that port has no device on this machine.").arg(name));
+    if (const QString problem = networkProblem(device); !problem.isEmpty())
+        throw RuntimeFailure(FailureKind::InvalidArgument, QStringLiteral("--port ") + problem);
     return device;
 }
 
@@ -90,6 +93,9 @@ std::pair<int, QString> PortNames::parseOverride(const QString& text) {
     QString device = text.mid(equals + 1);
     if (device.isEmpty())
         refuse(QStringLiteral("the device is missing"));
+    if (const QString problem = networkProblem(device); !problem.isEmpty())
+        throw RuntimeFailure(FailureKind::InvalidArgument,
+                             QStringLiteral("--com %1=%2").arg(QString::number(number), problem));
     return {number, std::move(device)};
 }
 

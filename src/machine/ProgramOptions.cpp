@@ -70,7 +70,9 @@ std::optional<std::uint32_t> readLineRate(const QCommandLineParser& parser) {
 
 void addProgramOptions(QCommandLineParser& parser) {
     parser.addOptions(
-        {{kPort, QStringLiteral("Use DEVICE (a device file or a COM name) as COM1."),
+        {{kPort,
+          QStringLiteral(
+              "Use DEVICE (a device file, a COM name, tcp:HOST:PORT or rfc2217:HOST:PORT) as COM1."),
           QStringLiteral("DEVICE")},
          {kCom,
           QStringLiteral("Use port COMN, 1 to 8. With =DEVICE it stands for that device; may be repeated."),

@@ -10,6 +10,7 @@ namespace zrk {
 /// What went wrong, for those who must tell causes apart (the command line's exit status).
 enum class FailureKind {
     PortNotOpened, ///< the device could not be opened
+    Cancelled,     ///< the user has stopped it while it waited
     PortNotOpen,   ///< a port operation on a closed port
     PortLost,      ///< the device went away or takes no more data
     File,          ///< a file could not be opened or read

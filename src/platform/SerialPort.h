@@ -17,8 +17,9 @@ struct LineSettings {
 
 enum class Handshaking { None = 0, XonXoff = 1 };
 
-/// An open serial port, which is closed when it is destroyed: without waiting, and what the line has not
-/// taken by then is dropped. No call yields to the event loop, and none but write() blocks.
+/// An open serial port of this machine or behind a serial server, which is closed when it is destroyed:
+/// without waiting, and what the line has not taken by then is dropped. No call yields to the event loop, and
+/// none but write() blocks.
 ///
 /// A device that goes away is noticed by the port itself: from then on isLost() is true, and the
 /// next bytesWaiting() that finds nothing left to read, read(), write(), transmitRoom() or setHandshaking()
@@ -56,7 +57,9 @@ class SerialPort {
 
     virtual void setHandshaking(Handshaking handshaking) = 0;
 
-    /// Switches the DTR line. False when the port has no such line, which is no failure.
+    /// Switches the DTR line. False when the port has no such line, which is no failure. Throws
+    /// RuntimeFailure (WrongAnswer) when a serial server has refused it before; its answer comes later than
+    /// the call.
     virtual bool setDtr(bool on) = 0;
 };
 
@@ -66,9 +69,13 @@ class SerialPorts {
     virtual ~SerialPorts() = default;
 
     /// Opens port `number` (1 to 8) for exclusive use; bytes that arrived before are never read.
-    /// Throws RuntimeFailure (PortNotOpened) that says which device, why, and what to do.
+    /// Throws RuntimeFailure (PortNotOpened) that says which device, why, and what to do. A port on the
+    /// network takes up to 5 s and yields meanwhile; giveUp() ends that with a RuntimeFailure (Cancelled).
     [[nodiscard]] virtual std::unique_ptr<SerialPort> open(int number, const LineSettings& settings,
                                                            Handshaking handshaking) = 0;
+
+    /// Ends an open() that is under way further up the stack; without one it does nothing.
+    virtual void giveUp() {}
 
     /// The device that `number` stands for, for display ("" when there is none).
     [[nodiscard]] virtual QString deviceName(int number) const = 0;

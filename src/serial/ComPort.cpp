@@ -2,6 +2,8 @@
 
 #include "platform/RuntimeFailure.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <limits>
 
@@ -20,14 +22,24 @@ bool fitsOneByteCodes(const QString& text) {
 void ComPort::OpenComPort() {
     if (m_open)
         return;
+    if (m_isOpening)
+        throw RuntimeFailure(
+            FailureKind::PortNotOpen,
+            QStringLiteral("COM%1 is still being opened. Wait, or cancel that, and start again.")
+                .arg(m_commPort));
+    const QScopedValueRollback opening(m_isOpening, true);
     m_commPort = m_controls.cmbComPort.selectedItemData();
-    m_open = m_ports.open(m_commPort, LineSettings{}, m_handshaking);
+    const Handshaking asked = m_handshaking;
+    m_open = m_ports.open(m_commPort, LineSettings{}, asked);
+    if (m_handshaking != asked) // by a click in the meantime
+        m_open->setHandshaking(m_handshaking);
     m_lastReceived.clear();
     m_controls.lblState.Caption = QStringLiteral("Open...");
     m_controls.cmbComPort.Enabled = false;
 }
 
 void ComPort::CloseComPort() noexcept {
+    giveUpOpening();
     if (!m_open)
         return;
     m_open.reset();

@@ -9,18 +9,22 @@ namespace zrk {
 
 /// `MSComm1` and its place in the window: the one owner of the serial connection, opened with the number that
 /// is selected in cmbComPort. Failures are RuntimeFailure as SerialPort has them; what needs an open port
-/// fails on a closed one with PortNotOpen. Nothing here yields.
+/// fails on a closed one with PortNotOpen. Only OpenComPort yields.
 class ComPort {
   public:
     enum class InputMode { Text = 0, Binary = 1 };
 
     ComPort(SerialPorts& ports, Controls& controls) : m_ports(ports), m_controls(controls) {}
 
-    /// Opens the selected port at 115200,N,8,1; does nothing when the port is open.
+    /// Opens the selected port at 115200,N,8,1; does nothing when the port is open. Yields while a port on
+    /// the network is connected to.
     void OpenComPort();
 
-    /// Closes the port; does nothing when it is closed.
+    /// Closes the port, or gives up opening it; does nothing when it is closed.
     void CloseComPort() noexcept;
+
+    /// Ends an OpenComPort() further up the stack, which fails with Cancelled; without one it does nothing.
+    void giveUpOpening() { m_ports.giveUp(); }
 
     [[nodiscard]] bool isOpen() const noexcept { return m_open != nullptr; }
     [[nodiscard]] bool isLost() const noexcept { return m_open && m_open->isLost(); }
@@ -82,6 +86,7 @@ class ComPort {
     QByteArray m_putBack;               ///< received, read and given back
     QByteArray m_lastReceived;
     int m_commPort = 1;
+    bool m_isOpening = false;
     Handshaking m_handshaking = Handshaking::None;
     InputMode m_inputMode = InputMode::Binary;
 };

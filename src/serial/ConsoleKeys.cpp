@@ -68,6 +68,15 @@ void ConsoleKeys::PulseDtr() {
     if (m_pulsing || !m_port.isOpen())
         return;
     m_pulsing = true;
+    try {
+        switchDtrOffAndOn();
+    } catch (const RuntimeFailure& failure) {
+        showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+    }
+    m_pulsing = false;
+}
+
+void ConsoleKeys::switchDtrOffAndOn() {
     m_port.setDtrEnable(false);
     const auto end = m_desk.loop.now() + kPulse;
     const auto timer = m_desk.loop.createTimer([] {});
@@ -76,7 +85,6 @@ void ConsoleKeys::PulseDtr() {
         m_desk.loop.wait();
     if (m_port.isOpen())
         m_port.setDtrEnable(true);
-    m_pulsing = false;
 }
 
 void ConsoleKeys::cmdOutput_Click() {

@@ -24,6 +24,7 @@ PortControl::PortControl(Desk& desk, ComPort& port, StatusConsole& console, Term
 void PortControl::cmdCancel_Click() {
     if (m_desk.state.OperationActive) {
         m_desk.state.requestStop(Outcome::Cancelled);
+        m_port.giveUpOpening();
         return;
     }
     m_port.CloseComPort();

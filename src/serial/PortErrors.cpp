@@ -6,6 +6,8 @@
 namespace zrk {
 
 void showPortError(Desk& desk, int portNumber, PortErrorHint hint, const RuntimeFailure& failure) {
+    if (failure.kind() == FailureKind::Cancelled)
+        return; // who did it knows
     const QString problem = hint == PortErrorHint::OtherIo ? QStringLiteral("or other I/O problem")
                                                            : QStringLiteral("or other download problem");
     desk.tell(QStringLiteral("Error communicating with COM") + QString::number(portNumber) +

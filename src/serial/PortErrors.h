@@ -12,7 +12,7 @@ enum class PortErrorHint {
 };
 
 /// Shows "Error communicating with COM<number>" with the failure's description; MessageText keeps it.
-/// The box is modal, so the event loop runs inside the call.
+/// Says nothing about what the user has cancelled. The box is modal, so the event loop runs inside the call.
 void showPortError(Desk& desk, int portNumber, PortErrorHint hint, const RuntimeFailure& failure);
 
 } // namespace zrk

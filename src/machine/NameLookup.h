@@ -1,0 +1,36 @@
+#pragma once
+
+#include "machine/NetworkAddress.h"
+
+#include <boost/asio/ip/tcp.hpp>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace zrk {
+
+/// Looks up a host's addresses on a thread of its own, since the system's resolver may take half a minute and
+/// cannot be stopped; whoever has waited long enough destroys this and leaves the thread behind.
+class NameLookup {
+  public:
+    using Endpoints = std::vector<boost::asio::ip::tcp::endpoint>;
+
+    /// `finished` is called on that thread, and not any more once this is destroyed.
+    NameLookup(const NetworkAddress& address, std::function<void()> finished);
+    ~NameLookup();
+    NameLookup(const NameLookup&) = delete;
+    NameLookup& operator=(const NameLookup&) = delete;
+
+    [[nodiscard]] bool isFinished() const;
+
+    // When it has finished.
+    [[nodiscard]] const Endpoints& endpoints() const;
+    [[nodiscard]] const boost::system::error_code& error() const;
+
+  private:
+    struct State;
+    std::shared_ptr<State> m_state;
+};
+
+} // namespace zrk

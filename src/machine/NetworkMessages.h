@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+
+#include <boost/system/error_code.hpp>
+
+#include <string>
+
+namespace zrk {
+
+struct NetworkAddress;
+
+enum class NetworkFault {
+    None,
+    UnknownHost,
+    Refused,
+    Unreachable,
+    NoAnswer, ///< within the limit
+    ClosedAtOnce,
+    InUse,
+    NotRfc2217,
+    SettingsRefused,
+    Other,
+};
+
+/// Why a port on the network could not be opened.
+struct NetworkFailure {
+    NetworkFault fault = NetworkFault::None;
+    std::string detail{}; ///< what the server said, which setting it refused, or the system's own words
+};
+
+/// What a user is told about a port on the network: each text says what failed, where, and what to do.
+namespace network_messages {
+
+[[nodiscard]] NetworkFailure failureOf(const boost::system::error_code& error);
+[[nodiscard]] QString cannotOpen(const QString& port, const NetworkAddress& address,
+                                 const NetworkFailure& failure);
+[[nodiscard]] QString givenUp(const QString& port);
+[[nodiscard]] QString gone(const QString& port, const NetworkAddress& address,
+                           const boost::system::error_code& error);
+[[nodiscard]] QString refusedWhileOpen(const QString& port, const NetworkAddress& address,
+                                       const std::string& what);
+[[nodiscard]] QString dtrRefused(const NetworkAddress& address);
+
+} // namespace network_messages
+} // namespace zrk

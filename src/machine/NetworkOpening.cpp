@@ -1,0 +1,92 @@
+#include "machine/NetworkOpening.h"
+
+#include "machine/NetworkPort.h"
+#include "platform/EventLoop.h"
+#include "platform/RuntimeFailure.h"
+
+#include <boost/asio/post.hpp>
+
+namespace zrk {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kLimit = 5s;
+constexpr std::chrono::milliseconds kLook = 100ms;
+
+/// What the driver's thread tells about the opening.
+struct Answer {
+    std::mutex mutex;
+    std::optional<NetworkFailure> failure;
+
+    [[nodiscard]] bool isThere() {
+        const std::lock_guard lock(mutex);
+        return failure.has_value();
+    }
+};
+
+} // namespace
+
+NetworkOpening::NetworkOpening(EventLoop& loop, NetworkAddress address, QString port,
+                               PortDriver::Limits limits)
+    : m_loop(loop), m_address(std::move(address)), m_port(std::move(port)), m_limits(limits),
+      m_end(loop.now() + kLimit) {}
+
+std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Handshaking handshaking) {
+    auto endpoints = lookUp();
+    Answer answer; // outlives the driver's thread, also when this ends with a failure
+    const auto opened = [&answer, &loop = m_loop](const NetworkFailure& failure) {
+        {
+            const std::lock_guard lock(answer.mutex);
+            answer.failure = failure;
+        }
+        loop.wake();
+    };
+    auto driver = std::make_unique<PortDriver>(m_loop, m_port, m_limits);
+    auto device = std::make_unique<NetworkPort>(driver->io(), m_address);
+    NetworkPort& port = *device;
+    driver->start(std::move(device));
+    boost::asio::post(driver->io(), [&] { port.open(std::move(endpoints), settings, opened); });
+    if (!waitFor([&] { return answer.isThere(); }))
+        fail({port.isConnected() ? NetworkFault::NotRfc2217 : NetworkFault::NoAnswer});
+    if (answer.failure->fault != NetworkFault::None)
+        fail(*answer.failure);
+    driver->serve(handshaking);
+    return driver;
+}
+
+NameLookup::Endpoints NetworkOpening::lookUp() {
+    NameLookup lookup(m_address, [&loop = m_loop] { loop.wake(); });
+    if (!waitFor([&] { return lookup.isFinished(); }))
+        fail({NetworkFault::UnknownHost, "no answer within 5 s"});
+    if (lookup.error() || lookup.endpoints().empty())
+        fail({NetworkFault::UnknownHost, lookup.error().message()});
+    return lookup.endpoints();
+}
+
+/// False when the time is over.
+bool NetworkOpening::waitFor(const std::function<bool()>& condition) {
+    const auto look = m_loop.createTimer([] {});
+    look->start(kLook);
+    while (!condition()) {
+        if (m_isGivenUp)
+            throw RuntimeFailure(FailureKind::Cancelled, network_messages::givenUp(m_port));
+        if (m_loop.now() >= m_end)
+            return false;
+        m_loop.wait();
+    }
+    return true;
+}
+
+void NetworkOpening::giveUp() {
+    m_isGivenUp = true;
+    m_loop.wake();
+}
+
+void NetworkOpening::fail(const NetworkFailure& failure) const {
+    throw RuntimeFailure(FailureKind::PortNotOpened,
+                         network_messages::cannotOpen(m_port, m_address, failure));
+}
+
+} // namespace zrk

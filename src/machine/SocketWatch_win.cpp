@@ -1,0 +1,26 @@
+#include "machine/SocketWatch.h"
+
+#include <mstcpip.h>
+#include <winsock2.h>
+#include <ws2tcpip.h>
+
+namespace zrk {
+
+void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept {
+    // The system's ten probes with 600 ms between them end as soon as three with 2 s.
+    tcp_keepalive probes{1, 3000, 600};
+    DWORD returned = 0;
+    (void)::WSAIoctl(socket.native_handle(), SIO_KEEPALIVE_VALS, &probes, sizeof probes, nullptr, 0,
+                     &returned, nullptr, nullptr);
+#ifdef TCP_MAXRT
+    DWORD seconds = 9;
+    (void)::setsockopt(socket.native_handle(), IPPROTO_TCP, TCP_MAXRT,
+                       reinterpret_cast<const char*>(&seconds), sizeof seconds);
+#endif
+}
+
+std::size_t unconfirmedBytes(SOCKET /*handle*/) noexcept {
+    return 0; // what it keeps leaves within the round trip, and the pace knows the line
+}
+
+} // namespace zrk
