@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::chrono::milliseconds kLimit = 5s;
 constexpr std::chrono::milliseconds kLook = 100ms;
+// A server lets go of its device some time after the connection before has ended, which may be this
+// program's.
+constexpr std::chrono::milliseconds kWhileInUse = 2s;
 
 /// What the driver's thread tells about the opening.
 struct Answer {
@@ -34,12 +37,29 @@ NetworkOpening::NetworkOpening(EventLoop& loop, NetworkAddress address, QString 
       m_end(loop.now() + kLimit) {}
 
 std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Handshaking handshaking) {
-    auto endpoints = lookUp();
+    const auto endpoints = lookUp();
+    const auto triesUntil = m_loop.now() + kWhileInUse;
+    for (;;) {
+        NetworkFailure failure;
+        auto driver = connect(endpoints, settings, failure);
+        if (failure.fault == NetworkFault::None) {
+            driver->serve(handshaking);
+            return driver;
+        }
+        if (failure.fault != NetworkFault::InUse || m_loop.now() >= triesUntil)
+            fail(failure);
+        (void)waitFor([end = m_loop.now() + kLook, this] { return m_loop.now() >= end; });
+    }
+}
+
+/// One attempt.
+std::unique_ptr<PortDriver> NetworkOpening::connect(const NameLookup::Endpoints& endpoints,
+                                                    const LineSettings& settings, NetworkFailure& failure) {
     Answer answer; // outlives the driver's thread, also when this ends with a failure
-    const auto opened = [&answer, &loop = m_loop](const NetworkFailure& failure) {
+    const auto opened = [&answer, &loop = m_loop](const NetworkFailure& told) {
         {
             const std::lock_guard lock(answer.mutex);
-            answer.failure = failure;
+            answer.failure = told;
         }
         loop.wake();
     };
@@ -47,12 +67,11 @@ std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Ha
     auto device = std::make_unique<NetworkPort>(driver->io(), m_address);
     NetworkPort& port = *device;
     driver->start(std::move(device));
-    boost::asio::post(driver->io(), [&] { port.open(std::move(endpoints), settings, opened); });
+    boost::asio::post(driver->io(), [&] { port.open(endpoints, settings, opened); });
     if (!waitFor([&] { return answer.isThere(); }))
-        fail({port.isConnected() ? NetworkFault::NotRfc2217 : NetworkFault::NoAnswer});
-    if (answer.failure->fault != NetworkFault::None)
-        fail(*answer.failure);
-    driver->serve(handshaking);
+        failure = {port.isConnected() ? NetworkFault::NotRfc2217 : NetworkFault::NoAnswer};
+    else
+        failure = *answer.failure;
     return driver;
 }
 

@@ -22,6 +22,8 @@ class NetworkOpening {
 
   private:
     [[nodiscard]] NameLookup::Endpoints lookUp();
+    [[nodiscard]] std::unique_ptr<PortDriver> connect(const NameLookup::Endpoints& endpoints,
+                                                      const LineSettings& settings, NetworkFailure& failure);
     [[nodiscard]] bool waitFor(const std::function<bool()>& condition);
     [[noreturn]] void fail(const NetworkFailure& failure) const;
 

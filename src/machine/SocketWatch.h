@@ -6,9 +6,8 @@
 
 namespace zrk {
 
-/// How long a peer may be silent on an open connection before it counts as dead: 3 s until the first of three
-/// probes, 2 s between them, and the same 9 s for bytes that nobody confirms.
-/// There is one implementation per system.
+/// Lets the connection fail when nothing comes from the peer, neither answers to probes nor confirmations,
+/// for 7 to 9 s. There is one implementation per system.
 void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept;
 
 /// Bytes that the peer has not confirmed yet, as far as the system tells.

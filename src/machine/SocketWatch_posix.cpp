@@ -25,7 +25,7 @@ void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept {
     constexpr int kIdleSeconds = 3;
     constexpr int kBetweenSeconds = 2;
     constexpr int kProbes = 3;
-    constexpr int kUnconfirmedMilliseconds = 9000;
+    constexpr int kUnconfirmedMilliseconds = 7000;
     set(handle, IPPROTO_TCP, TCP_KEEPIDLE, kIdleSeconds);
     set(handle, IPPROTO_TCP, TCP_KEEPINTVL, kBetweenSeconds);
     set(handle, IPPROTO_TCP, TCP_KEEPCNT, kProbes);

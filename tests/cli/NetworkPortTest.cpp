@@ -1,0 +1,80 @@
+#include "cli/Processes.h"
+#include "machine/SerialServer.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace {
+
+using zrk::test::MuteListener;
+using zrk::test::SerialServer;
+
+class CliNetworkPort : public ::testing::Test {
+  protected:
+    [[nodiscard]] QStringList with(const QString& device, const QStringList& steps) const {
+        return QStringList{"--port", device, "--ini", images.ini()} + steps;
+    }
+
+    const SampleImages images;
+};
+
+TEST_F(CliNetworkPort, BringsUpAndProgramsABoardBehindAServer) {
+    for (const bool raw : {true, false}) {
+        BoardProcess board({"--verbose", "--unpaced", "--bootid-interval", "5", "--erase-time", "0.1"});
+        SerialServer server(board.device());
+        const QString device = raw ? server.raw() : server.rfc2217();
+        SCOPED_TRACE(device.toStdString());
+        // The first step opens the port, the second closes it and opens it again.
+        CliRun load(with(device, {"--line-rate", "0", "--wait-port", "5", "load", "start"}));
+        EXPECT_EQ(load.status(), 0) << load.error().toStdString();
+        EXPECT_TRUE(board.waitForLog("secondary program: started"));
+        CliRun flash(with(device, {"--line-rate", "0", "flash", "--erase"}));
+        EXPECT_EQ(flash.status(), 0) << flash.error().toStdString();
+    }
+}
+
+struct Ending {
+    QString device;
+    int status;
+    const char* error;
+};
+
+TEST_F(CliNetworkPort, EndingTellsTheCause) {
+    BoardProcess board({"--power-on-delay", "100"});
+    auto server = std::make_unique<SerialServer>(board.device());
+    CliRun cut(with(server->raw(), {"load"}));
+    ASSERT_TRUE(cut.waitForOutput("Waiting for BootID")) << cut.error().toStdString();
+    const Ending endings[] = {
+        {server->raw(), 3, "the port is in use"},
+        {"tcp:no-such-host.invalid:3000", 3, "the host no-such-host.invalid is unknown"},
+        {"rfc2217:host", 2, "--port rfc2217:host: the port number is missing"},
+        {"tcp::99", 2, "--port tcp::99: the host is missing"},
+        {"tcp:h:70000", 2, "--port tcp:h:70000: the port number goes from 1 to 65535"},
+        {"tcp:::1:99", 2, "--port tcp:::1:99: a host, \":\" and a port number are expected"},
+    };
+    for (const Ending& ending : endings) {
+        SCOPED_TRACE(ending.device.toStdString());
+        CliRun run(with(ending.device, {"load"}));
+        EXPECT_EQ(run.status(), ending.status);
+        EXPECT_TRUE(run.error().contains(ending.error)) << run.error().toStdString();
+    }
+    CliRun dry(with(server->raw(), {"--dry-run", "load"}));
+    EXPECT_EQ(dry.status(), 0);
+    EXPECT_TRUE(dry.output().contains("not connected to")) << dry.output().toStdString();
+    server->kill();
+    EXPECT_EQ(cut.status(), 6);
+    EXPECT_TRUE(cut.error().contains("closed the connection")) << cut.error().toStdString();
+}
+
+TEST_F(CliNetworkPort, InterruptEndsConnecting) {
+    const MuteListener mute;
+    CliRun run(with(QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port()), {"load"}));
+    mute.awaitConnection();
+    run.send(SIGINT);
+    EXPECT_EQ(run.status(), 130);
+    EXPECT_FALSE(run.error().contains("Error")) << run.error().toStdString();
+    EXPECT_TRUE(run.output().contains("--- Cancel download, closing port ---")) << run.output().toStdString();
+}
+
+} // namespace

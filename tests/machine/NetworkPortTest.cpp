@@ -1,0 +1,162 @@
+#include "PortFixture.h"
+#include "SerialServer.h"
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+namespace zrk::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+class NetworkPort : public PortFixture {
+  protected:
+    void open(const QString& device) {
+        port = MachinePorts(loop, PortNames({{1, device}})).open(1, kLine, Handshaking::None);
+    }
+
+    /// The failure of opening it, without its beginning.
+    std::string opening(const QString& device) {
+        const std::string text = failureOf([&] { open(device); });
+        port.reset();
+        const std::string begin = "not opened: Cannot open COM1 (" + device.toStdString() + "): ";
+        return text.rfind(begin, 0) == 0 ? text.substr(begin.size()) : text;
+    }
+
+    std::string failureOnceLost() {
+        EXPECT_TRUE(waitUntil([this] { return port->isLost(); }));
+        return failureOf([this] { (void)port->transmitRoom(); });
+    }
+
+    SerialServer server{line.device()};
+};
+
+TEST_F(NetworkPort, EveryByteGoesThroughAsItIs) {
+    for (const QString& device : {server.raw(), server.rfc2217()}) {
+        SCOPED_TRACE(device.toStdString());
+        open(device);
+        const QByteArray bytes = pattern(1024);
+        port->write(bytes);
+        EXPECT_EQ(line.receive(bytes.size()), bytes);
+        line.send(bytes);
+        EXPECT_EQ(readAll(*port, bytes.size()), bytes);
+        EXPECT_TRUE(drains(10s));
+        port.reset();
+        open(device); // though the server lets go of the device a little later than the port is closed
+        port.reset();
+    }
+}
+
+TEST_F(NetworkPort, Rfc2217SetsUpTheLineAndTheFlowControl) {
+    open(server.rfc2217());
+    const termios settings = line.settings();
+    EXPECT_EQ(settings.c_cflag & (CSTOPB | PARENB | CSIZE), tcflag_t{CS8});
+    EXPECT_EQ(::cfgetospeed(&settings), static_cast<speed_t>(B115200));
+    const auto flow = [this] { return (line.settings().c_iflag & IXON) != 0; };
+    port->setHandshaking(Handshaking::XonXoff);
+    const auto look = loop.createTimer([] {});
+    look->start(10ms);
+    EXPECT_TRUE(waitUntil(flow));
+    port->setHandshaking(Handshaking::None);
+    EXPECT_TRUE(waitUntil([&] { return !flow(); }));
+    EXPECT_FALSE(port->isLost());
+}
+
+TEST_F(NetworkPort, FailureToOpenSaysWhereAndWhatToDo) {
+    open(server.raw());
+    const auto other = std::move(port);
+    const QString raw = server.raw().mid(4);
+    EXPECT_EQ(opening(server.raw()),
+              "at the serial server " + raw.toStdString() +
+                  " the port is in use (\"Port already in use\"). Close the other connection and try again.");
+    EXPECT_NE(opening(server.rfc2217()).find("the port is in use (\"Port's device already in use\")"),
+              std::string::npos);
+    int free = 0;
+    {
+        const MuteListener gone;
+        free = gone.port();
+    }
+    EXPECT_EQ(opening(QStringLiteral("tcp:localhost:%1").arg(free)),
+              "nothing listens at localhost:" + std::to_string(free) +
+                  ". Start the serial server, or correct the port number.");
+    EXPECT_NE(
+        opening(QStringLiteral("tcp:no-such-host.invalid:3000")).find("the host no-such-host.invalid is"),
+        std::string::npos);
+    EXPECT_EQ(opening(QStringLiteral("tcp:host")),
+              "not opened: Cannot open COM1: tcp:host: the port number is missing, as in tcp:rack7:3000, "
+              "tcp:[::1]:3000 or rfc2217:rack7:3001.");
+    // Of a raw port nobody gets an offer of serial settings, whatever the board says.
+    const MuteListener mute;
+    const auto begin = loop.now();
+    EXPECT_EQ(opening(QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port())).rfind("127.0.0.1:", 0), 0U);
+    EXPECT_GE(loop.now() - begin, 5s);
+    EXPECT_FALSE(other->isLost());
+}
+
+TEST_F(NetworkPort, ConnectingHasALimitAndCanBeGivenUp) {
+    const MuteListener full;
+    const QString device = QStringLiteral("tcp:127.0.0.1:%1").arg(full.port());
+    open(device); // fills the queue of those that wait to be accepted
+    const auto first = std::move(port);
+    const std::string failure = opening(device);
+    EXPECT_NE(failure.find("has not answered within 5 s. Check that the serial server is on"),
+              std::string::npos)
+        << failure;
+
+    MachinePorts ports(loop, PortNames({{1, device}}));
+    loop.post([&] { ports.giveUp(); });
+    const auto begin = loop.now();
+    try {
+        (void)ports.open(1, kLine, Handshaking::None);
+        ADD_FAILURE() << "opened";
+    } catch (const RuntimeFailure& givenUp) {
+        EXPECT_EQ(givenUp.kind(), FailureKind::Cancelled);
+    }
+    EXPECT_LT(loop.now() - begin, 5s);
+}
+
+TEST_F(NetworkPort, ClosedByTheOtherSideIsALostPort) {
+    for (const bool raw : {true, false}) {
+        SerialServer mortal(line.device());
+        const QString device = raw ? mortal.raw() : mortal.rfc2217();
+        open(device);
+        line.send("last words");
+        ASSERT_TRUE(waitUntil([this] { return port->bytesWaiting() == 10; }));
+        mortal.kill();
+        EXPECT_EQ(failureOnceLost(),
+                  "lost: COM1 (" + device.toStdString() + ") is gone: the serial server at " +
+                      device.mid(device.indexOf(':') + 1).toStdString() +
+                      " closed the connection. Check the server and its adapter, and start "
+                      "over.");
+        EXPECT_EQ(port->read(100), "last words");
+    }
+}
+
+// A peer that has vanished from the network cannot be had without an administrator's rights.
+TEST_F(NetworkPort, SystemWatchesForADeadPeer) {
+    open(server.raw());
+    const auto value = [](int socket, int level, int option) {
+        int found = -1;
+        socklen_t size = sizeof found;
+        return ::getsockopt(socket, level, option, &found, &size) == 0 ? found : -1;
+    };
+    int watched = 0;
+    for (int fd = 0; fd < 256; ++fd) {
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        if (::getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &size) != 0 || peer.sin_family != AF_INET)
+            continue;
+        ++watched;
+        EXPECT_EQ(value(fd, SOL_SOCKET, SO_KEEPALIVE), 1);
+        EXPECT_LE(value(fd, IPPROTO_TCP, TCP_KEEPIDLE) +
+                      value(fd, IPPROTO_TCP, TCP_KEEPINTVL) * value(fd, IPPROTO_TCP, TCP_KEEPCNT),
+                  10);
+        EXPECT_EQ(value(fd, IPPROTO_TCP, TCP_USER_TIMEOUT), 7000);
+        EXPECT_EQ(value(fd, IPPROTO_TCP, TCP_NODELAY), 1);
+    }
+    EXPECT_EQ(watched, 1);
+}
+
+} // namespace
+} // namespace zrk::test

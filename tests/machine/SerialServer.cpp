@@ -1,0 +1,110 @@
+#include "machine/SerialServer.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+#include <arpa/inet.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace zrk::test {
+namespace {
+
+sockaddr_in loopback(int port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+}
+
+/// A listening socket's number, of those that are free.
+int listenAnywhere(int socket) {
+    sockaddr_in address = loopback(0);
+    socklen_t size = sizeof address;
+    auto* plain = reinterpret_cast<sockaddr*>(&address);
+    if (::bind(socket, plain, size) != 0 || ::listen(socket, 0) != 0 ||
+        ::getsockname(socket, plain, &size) != 0)
+        throw std::runtime_error("no free port on the loopback address");
+    return ntohs(address.sin_port);
+}
+
+/// Holds its number so shortly that nobody else gets it in the meantime.
+int freePort() {
+    return MuteListener().port();
+}
+
+} // namespace
+
+MuteListener::MuteListener()
+    : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)), m_port(listenAnywhere(m_socket)) {}
+
+MuteListener::~MuteListener() {
+    ::close(m_socket);
+}
+
+void MuteListener::awaitConnection() const {
+    pollfd entry{m_socket, POLLIN, 0};
+    if (::poll(&entry, 1, 60000) != 1)
+        throw std::runtime_error("nobody has connected");
+}
+
+SerialServer::SerialServer(const QString& device) : m_rawPort(freePort()), m_telnetPort(freePort()) {
+    QString program = QStandardPaths::findExecutable(QStringLiteral("ser2net"));
+    if (program.isEmpty()) // where an ordinary user's path does not lead
+        program = QStandardPaths::findExecutable(QStringLiteral("ser2net"), {QStringLiteral("/usr/sbin")});
+    if (program.isEmpty())
+        throw std::runtime_error("ser2net is missing; install it: apt-get install ser2net");
+    const QString path = m_folder.filePath(QStringLiteral("ser2net.yaml"));
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        throw std::runtime_error("no file for ser2net's settings");
+    const auto connection = [&](const char* name, const QString& accepter) {
+        file.write(QStringLiteral("connection: &%1\n  accepter: %2\n  connector: serialdev,%3,9600e72\n")
+                       .arg(QString::fromLatin1(name), accepter, device)
+                       .toUtf8());
+    };
+    connection("raw", QStringLiteral("tcp,127.0.0.1,%1").arg(m_rawPort));
+    connection("telnet", QStringLiteral("telnet(rfc2217),tcp,127.0.0.1,%1").arg(m_telnetPort));
+    file.close();
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.start(program, {"-n", "-d", "-c", path});
+    // "-d" alone says nothing when it listens; who connects would occupy the device for a moment.
+    QElapsedTimer clock;
+    clock.start();
+    const auto listens = [](int port) {
+        const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        const sockaddr_in address = loopback(port);
+        const bool bound = ::bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+        ::close(socket);
+        return !bound;
+    };
+    while (!listens(m_rawPort) || !listens(m_telnetPort)) {
+        if (clock.hasExpired(60000) || m_process.waitForFinished(10))
+            throw std::runtime_error("ser2net does not listen: " + m_process.readAll().toStdString());
+    }
+}
+
+SerialServer::~SerialServer() {
+    kill();
+}
+
+QString SerialServer::raw() const {
+    return QStringLiteral("tcp:127.0.0.1:%1").arg(m_rawPort);
+}
+
+QString SerialServer::rfc2217() const {
+    return QStringLiteral("rfc2217:127.0.0.1:%1").arg(m_telnetPort);
+}
+
+void SerialServer::kill() {
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+} // namespace zrk::test

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace zrk::test {
+
+/// A real serial server in front of a device, on the loopback address. A test of it fails where ser2net is
+/// missing.
+class SerialServer {
+  public:
+    /// Returns when it listens.
+    explicit SerialServer(const QString& device);
+    ~SerialServer();
+    SerialServer(const SerialServer&) = delete;
+    SerialServer& operator=(const SerialServer&) = delete;
+
+    /// The device's names at the server.
+    [[nodiscard]] QString raw() const;
+    [[nodiscard]] QString rfc2217() const;
+
+    void kill();
+
+  private:
+    QTemporaryDir m_folder;
+    int m_rawPort;
+    int m_telnetPort;
+    QProcess m_process;
+};
+
+/// A socket on the loopback address that listens: the system accepts connections, and nobody ever answers.
+/// With its queue filled up it does not accept either.
+class MuteListener {
+  public:
+    MuteListener();
+    ~MuteListener();
+    MuteListener(const MuteListener&) = delete;
+    MuteListener& operator=(const MuteListener&) = delete;
+
+    [[nodiscard]] int port() const { return m_port; }
+
+    /// Returns when somebody has connected.
+    void awaitConnection() const;
+
+  private:
+    int m_socket;
+    int m_port;
+};
+
+} // namespace zrk::test
