@@ -4,6 +4,11 @@
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
+// What the compiler's headers leave out.
+#ifndef TCP_MAXRT
+#define TCP_MAXRT 5
+#endif
+
 namespace zrk {
 
 void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept {
@@ -12,11 +17,9 @@ void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept {
     DWORD returned = 0;
     (void)::WSAIoctl(socket.native_handle(), SIO_KEEPALIVE_VALS, &probes, sizeof probes, nullptr, 0,
                      &returned, nullptr, nullptr);
-#ifdef TCP_MAXRT
-    DWORD seconds = 9;
+    DWORD seconds = 7;
     (void)::setsockopt(socket.native_handle(), IPPROTO_TCP, TCP_MAXRT,
                        reinterpret_cast<const char*>(&seconds), sizeof seconds);
-#endif
 }
 
 std::size_t unconfirmedBytes(SOCKET /*handle*/) noexcept {

@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeFailure.h"
 
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -29,6 +30,12 @@ void ComPort::OpenComPort() {
                 .arg(m_commPort));
     const QScopedValueRollback opening(m_isOpening, true);
     m_commPort = m_controls.cmbComPort.selectedItemData();
+    const QString before = m_controls.lblState.Caption;
+    m_controls.lblState.Caption = QStringLiteral("Opening...");
+    const auto closedAgain = qScopeGuard([&] {
+        if (!m_open)
+            m_controls.lblState.Caption = before;
+    });
     const Handshaking asked = m_handshaking;
     m_open = m_ports.open(m_commPort, LineSettings{}, asked);
     if (m_handshaking != asked) // by a click in the meantime
