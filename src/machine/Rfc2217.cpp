@@ -38,18 +38,21 @@ constexpr std::uint32_t kPurgeReceived = 1;
 constexpr std::uint8_t kBinary = 0;
 constexpr std::uint8_t kSuppressGoAhead = 3;
 
+// With a table of options the library would negotiate by itself, but keep a refused offer to itself as well.
+constexpr std::array<telnet_telopt_t, 1> kNoTable{{{-1, 0, 0}}};
+
+bool isOffered(std::uint8_t option) {
+    return option == kOption || option == kBinary || option == kSuppressGoAhead;
+}
+
 } // namespace
 
 Rfc2217::Rfc2217(Bytes toServer, Bytes received)
     : m_toServer(std::move(toServer)), m_received(std::move(received)), m_telnet(nullptr, telnet_free) {
-    static constexpr std::array<telnet_telopt_t, 4> kOptions{{{kBinary, TELNET_WILL, TELNET_DO},
-                                                              {kSuppressGoAhead, TELNET_WILL, TELNET_DO},
-                                                              {kOption, TELNET_WILL, TELNET_DONT},
-                                                              {-1, 0, 0}}};
     const auto onEvent = [](telnet_t*, telnet_event_t* event, void* self) {
         static_cast<Rfc2217*>(self)->handle(*event);
     };
-    m_telnet.reset(telnet_init(kOptions.data(), onEvent, 0, this));
+    m_telnet.reset(telnet_init(kNoTable.data(), onEvent, TELNET_FLAG_PROXY, this));
 }
 
 Rfc2217::~Rfc2217() = default;
@@ -85,8 +88,16 @@ void Rfc2217::handle(const telnet_event_t& event) {
         return m_toServer({event.data.buffer, event.data.size});
     case TELNET_EV_DATA:
         return m_received({event.data.buffer, event.data.size});
+    case TELNET_EV_WILL:
+        if (event.neg.telopt != kBinary && event.neg.telopt != kSuppressGoAhead)
+            telnet_negotiate(m_telnet.get(), TELNET_DONT, event.neg.telopt);
+        return;
     case TELNET_EV_DO:
-        return event.neg.telopt == kOption && !m_hasAsked ? askForAll() : void();
+        if (!isOffered(event.neg.telopt))
+            telnet_negotiate(m_telnet.get(), TELNET_WONT, event.neg.telopt);
+        else if (event.neg.telopt == kOption && !m_hasAsked)
+            askForAll();
+        return;
     case TELNET_EV_DONT:
         if (event.neg.telopt == kOption)
             m_state = State::NotSpoken;

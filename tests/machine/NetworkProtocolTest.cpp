@@ -73,15 +73,19 @@ TEST_F(Rfc2217Client, AsksForTheLineOnceTheServerAgrees) {
         EXPECT_TRUE(sent.contains(QByteArray::fromHex(command))) << command;
     serverSends("fffd2c");
     EXPECT_EQ(sent, "") << "asked again for what is agreed";
+    serverSends("fffb00 fffb01 fffd18 fffc01");
+    EXPECT_EQ(sent, QByteArray::fromHex("fffe01fffc18"));
     serverSends("41fffa2c6b00fff0ffff42");
     EXPECT_EQ(received, "A\xFF"
                         "B");
 }
 
-TEST_F(Rfc2217Client, KnowsWhatTheServerRefuses) {
+TEST_F(Rfc2217Client, KnowsAServerWithoutTheProtocol) {
     serverSends("fffe2c");
     EXPECT_EQ(client.state(), Rfc2217::State::NotSpoken);
+}
 
+TEST_F(Rfc2217Client, KnowsWhatTheServerRefuses) {
     serverSends("fffd2c");
     serverSends("fffa2c6500002580fff0");
     EXPECT_EQ(client.state(), Rfc2217::State::Refused);
