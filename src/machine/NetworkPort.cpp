@@ -19,6 +19,7 @@ namespace {
 
 // A server whose port is taken accepts, says so and closes; a raw port has no other way to tell.
 constexpr std::chrono::milliseconds kGrace = 250ms;
+constexpr std::chrono::milliseconds kFarewell = 500ms;
 
 } // namespace
 
@@ -28,6 +29,11 @@ NetworkPort::NetworkPort(asio::io_context& io, NetworkAddress address)
         m_rfc2217.emplace(
             [this](std::span<const char> bytes) { m_toSend.append(bytes.data(), bytes.size()); },
             [this](std::span<const char> bytes) { m_received.append(bytes.data(), bytes.size()); });
+}
+
+NetworkPort::~NetworkPort() {
+    if (m_isConnected && !m_opened && !m_error)
+        endInOrder(m_socket, kFarewell);
 }
 
 void NetworkPort::open(NameLookup::Endpoints endpoints, const LineSettings& settings, Opened opened) {
@@ -157,6 +163,8 @@ void NetworkPort::flush() {
 
 void NetworkPort::onFlushed(const ErrorCode& error) {
     m_flying.clear();
+    if (error && !m_error)
+        m_error = error;
     if (m_writer && (m_writerIsFlying || error))
         std::exchange(m_writer, nullptr)(error, error ? 0 : m_written);
     if (!error)

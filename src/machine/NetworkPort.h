@@ -22,6 +22,12 @@ class NetworkPort final : public PortDevice {
 
     NetworkPort(boost::asio::io_context& io, NetworkAddress address);
 
+    /// Blocks until the server has ended the connection, too, half a second at most: a connection that is cut
+    /// off with bytes unread takes with it what the server has not handed to its line yet.
+    ~NetworkPort() override;
+    NetworkPort(const NetworkPort&) = delete;
+    NetworkPort& operator=(const NetworkPort&) = delete;
+
     /// Connects and, with RFC 2217, sets up the line. `opened` is called once on the driver's thread, where
     /// this is called as well.
     void open(NameLookup::Endpoints endpoints, const LineSettings& settings, Opened opened);

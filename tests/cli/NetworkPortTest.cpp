@@ -12,8 +12,8 @@ using zrk::test::SerialServer;
 
 class CliNetworkPort : public ::testing::Test {
   protected:
-    [[nodiscard]] QStringList with(const QString& device, const QStringList& steps) const {
-        return QStringList{"--port", device, "--ini", images.ini()} + steps;
+    [[nodiscard]] QString with(const QString& device, const QString& steps) const {
+        return "--port " + device + " --ini " + images.ini() + " " + steps;
     }
 
     const SampleImages images;
@@ -21,15 +21,15 @@ class CliNetworkPort : public ::testing::Test {
 
 TEST_F(CliNetworkPort, BringsUpAndProgramsABoardBehindAServer) {
     for (const bool raw : {true, false}) {
-        BoardProcess board({"--verbose", "--unpaced", "--bootid-interval", "5", "--erase-time", "0.1"});
+        BoardProcess board("--verbose --baud 921600 --bootid-interval 5 --erase-time 0.1");
         SerialServer server(board.device());
         const QString device = raw ? server.raw() : server.rfc2217();
         SCOPED_TRACE(device.toStdString());
         // The first step opens the port, the second closes it and opens it again.
-        CliRun load(with(device, {"--line-rate", "0", "--wait-port", "5", "load", "start"}));
+        CliRun load(with(device, "--line-rate 92160 --wait-port 5 load start"));
         EXPECT_EQ(load.status(), 0) << load.error().toStdString();
         EXPECT_TRUE(board.waitForLog("secondary program: started"));
-        CliRun flash(with(device, {"--line-rate", "0", "flash", "--erase"}));
+        CliRun flash(with(device, "--line-rate 92160 flash --erase"));
         EXPECT_EQ(flash.status(), 0) << flash.error().toStdString();
     }
 }
@@ -41,10 +41,10 @@ struct Ending {
 };
 
 TEST_F(CliNetworkPort, EndingTellsTheCause) {
-    BoardProcess board({"--power-on-delay", "100"});
+    BoardProcess board("--power-on-delay 100");
     auto server = std::make_unique<SerialServer>(board.device());
-    CliRun cut(with(server->raw(), {"load"}));
-    ASSERT_TRUE(cut.waitForOutput("Waiting for BootID")) << cut.error().toStdString();
+    CliRun cut(with(server->raw(), "load"));
+    ASSERT_TRUE(cut.waitFor(QProcess::StandardOutput, "Waiting for BootID")) << cut.error().toStdString();
     const Ending endings[] = {
         {server->raw(), 3, "the port is in use"},
         {"tcp:no-such-host.invalid:3000", 3, "the host no-such-host.invalid is unknown"},
@@ -55,11 +55,11 @@ TEST_F(CliNetworkPort, EndingTellsTheCause) {
     };
     for (const Ending& ending : endings) {
         SCOPED_TRACE(ending.device.toStdString());
-        CliRun run(with(ending.device, {"load"}));
+        CliRun run(with(ending.device, "load"));
         EXPECT_EQ(run.status(), ending.status);
         EXPECT_TRUE(run.error().contains(ending.error)) << run.error().toStdString();
     }
-    CliRun dry(with(server->raw(), {"--dry-run", "load"}));
+    CliRun dry(with(server->raw(), "--dry-run load"));
     EXPECT_EQ(dry.status(), 0);
     EXPECT_TRUE(dry.output().contains("not connected to")) << dry.output().toStdString();
     server->kill();
@@ -69,7 +69,7 @@ TEST_F(CliNetworkPort, EndingTellsTheCause) {
 
 TEST_F(CliNetworkPort, InterruptEndsConnecting) {
     const MuteListener mute;
-    CliRun run(with(QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port()), {"load"}));
+    CliRun run(with(QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port()), "load"));
     mute.awaitConnection();
     run.send(SIGINT);
     EXPECT_EQ(run.status(), 130);

@@ -189,7 +189,7 @@ TEST_F(Steps, PrintJsonAsTheDocumentHasIt) {
     const auto documented = documentedFields();
     ASSERT_GT(documented.size(), 20);
     const BoardProcess board(kBoard + QString("--answer-delay 0.02"));
-    const QString runs[] = {common(board) + "--line-rate 92160 -j load download start expect zrk>",
+    const QString runs[] = {common(board) + "--line-rate 11520 -j load start expect zrk>",
                             common(board) + "-j load --port /nonexistent", "--json"};
     const char* reasons[] = {"done", "port not opened", "usage"};
     QSet<QString> seen;
