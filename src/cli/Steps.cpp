@@ -3,6 +3,7 @@
 #include "cli/BoardSteps.h"
 #include "cli/ListeningSteps.h"
 #include "cli/Output.h"
+#include "cli/PortsStep.h"
 #include "cli/UsageError.h"
 #include "loader/Loader.h"
 
@@ -44,6 +45,8 @@ std::span<const StepFacts> allSteps() {
          true, false, true, false, {}, requireScript, script},
         {"terminal", "", "raw terminal until Ctrl-] or the end of input",
          true, false, false, true, {}, requireNothing, terminal},
+        {"ports", "", "list the machine's serial ports; opens none",
+         false, false, false, false, {}, requireNothing, listPorts},
     };
     // clang-format on
     return all;

@@ -46,6 +46,10 @@ QString PortNames::device(int number) const {
     return found == devices.end() ? QString() : *found;
 }
 
+bool PortNames::isNamed(int number) const {
+    return m_overrides.contains(number) || !m_machine.environment(variable(number)).isEmpty();
+}
+
 QString PortNames::deviceNamed(const QString& name) const {
     static const QRegularExpression kPort(QStringLiteral("^COM([1-8]):?$"),
                                           QRegularExpression::CaseInsensitiveOption);

@@ -31,6 +31,9 @@ class PortNames {
     /// The device of port `number`; "" when the number has none or is none.
     [[nodiscard]] QString device(int number) const;
 
+    /// True when the user, not the system, says which device port `number` is.
+    [[nodiscard]] bool isNamed(int number) const;
+
     /// The device for what a user names: a port ("COM3", "com3:") or the device itself.
     /// "" when it is a port that has no device.
     [[nodiscard]] QString deviceNamed(const QString& name) const;

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QStringList>
+
+namespace zrk {
+
+struct PortEntry;
+
+/// What a user is told about a port, line by line: its name, its numbers and device, its adapter, whether it
+/// can be opened, and what to do if not.
+[[nodiscard]] QStringList describe(const PortEntry& port);
+
+} // namespace zrk
