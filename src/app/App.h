@@ -10,6 +10,7 @@
 #include "loader/Loader.h"
 #include "loader/ThisProgram.h"
 #include "machine/DetachedStarter.h"
+#include "machine/MachineCatalog.h"
 #include "machine/MachinePorts.h"
 #include "machine/QtEventLoop.h"
 #include "platform/Registry.h"
@@ -43,6 +44,7 @@ class App {
     bool m_bringsUp;
     QtEventLoop m_loop;
     MachinePorts m_ports;
+    MachineCatalog m_catalog;
     WindowMessageBoxes m_boxes;
     WindowFileDialog m_fileDialog;
     WindowWaitDialog m_waitDialog;

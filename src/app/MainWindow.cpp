@@ -46,14 +46,14 @@ class Twips {
 
 } // namespace
 
-MainWindow::MainWindow(Loader& loader, std::function<void()> showAbout)
+MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, std::function<void()> showAbout)
     : m_loader(loader), m_panel(new LoaderForm(m_widgets, this)), m_binder(loader.state.OperationActive) {
     setObjectName(QStringLiteral("frmLoader"));
     setWindowTitle(applicationTitle());
     buildMenus();
     buildStatusBar(m_widgets, *this);
     setCentralWidget(new FormScroller(m_panel, this));
-    bindWindow(m_binder, m_widgets, loader);
+    bindWindow(m_binder, m_widgets, loader, catalog);
     nameForScreenReader(m_binder, m_widgets, loader.controls);
     setTabOrders(m_widgets);
 

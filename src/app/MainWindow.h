@@ -10,6 +10,7 @@
 namespace zrk {
 
 class LoaderForm;
+class PortCatalog;
 struct Loader;
 
 /// `frmLoader`: builds the widgets, binds them to the loader's controls and leads what the user does to
@@ -18,8 +19,8 @@ class MainWindow final : public QMainWindow {
     Q_OBJECT
 
   public:
-    /// The loader must outlive the window; `showAbout` opens the About box.
-    MainWindow(Loader& loader, std::function<void()> showAbout);
+    /// Loader and catalog must outlive the window; `showAbout` opens the About box.
+    MainWindow(Loader& loader, const PortCatalog& catalog, std::function<void()> showAbout);
     ~MainWindow() override;
 
     /// Makes the window, once it is shown, fit into `available` with its frame. Where the controls alone do

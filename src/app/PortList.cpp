@@ -1,10 +1,18 @@
 #include "app/PortList.h"
 
+#include "platform/EventLoop.h"
+
 #include <QAbstractItemView>
 #include <QEvent>
 #include <QItemSelectionModel>
+#include <QToolTip>
 
 namespace zrk {
+namespace {
+
+constexpr std::chrono::milliseconds kRefreshInterval{1000};
+
+} // namespace
 
 PortList::PortList(QWidget* parent) : QComboBox(parent) {
     // Later, because the keyboard and the mouse change the selection first and then the current entry.
@@ -12,9 +20,18 @@ PortList::PortList(QWidget* parent) : QComboBox(parent) {
             Qt::QueuedConnection);
 }
 
+PortList::~PortList() = default;
+
+void PortList::setDescriptions(EventLoop& loop, std::function<Descriptions()> lookUp) {
+    m_lookUp = std::move(lookUp);
+    m_whileOpen = loop.createTimer([this] { refreshWhileOpen(); });
+}
+
 void PortList::showPopup() {
     refreshToolTips();
     QComboBox::showPopup();
+    if (m_whileOpen)
+        m_whileOpen->start(kRefreshInterval);
 }
 
 bool PortList::event(QEvent* event) {
@@ -32,16 +49,25 @@ void PortList::takeSelection() {
 }
 
 void PortList::refreshToolTips() {
+    if (!m_lookUp)
+        return;
+    const Descriptions all = m_lookUp();
     for (int i = 0; i < count(); ++i)
-        setItemData(i, toolTipOf(i), Qt::ToolTipRole);
-    setToolTip(toolTipOf(currentIndex()));
+        setItemData(i,
+                    all.value(itemData(i).toInt(), QStringLiteral("There is no such port on this machine.")),
+                    Qt::ToolTipRole);
+    setToolTip(currentData(Qt::ToolTipRole).toString());
 }
 
-QString PortList::toolTipOf(int index) const {
-    if (index < 0 || !m_lookUp)
-        return {};
-    const QString device = m_lookUp(itemData(index).toInt());
-    return device.isEmpty() ? QStringLiteral("There is no such port on this machine.") : device;
+void PortList::refreshWhileOpen() {
+    if (!view()->isVisible())
+        return m_whileOpen->stop();
+    refreshToolTips();
+    // A tool tip that is being read follows, too.
+    const QPoint mouse = QCursor::pos();
+    const QModelIndex entry = view()->indexAt(view()->viewport()->mapFromGlobal(mouse));
+    if (QToolTip::isVisible() && entry.isValid())
+        QToolTip::showText(mouse, entry.data(Qt::ToolTipRole).toString(), view()->viewport());
 }
 
 } // namespace zrk

@@ -1,22 +1,29 @@
 #pragma once
 
 #include <QComboBox>
+#include <QHash>
 
 #include <functional>
+#include <memory>
 
 namespace zrk {
 
-/// `cmbComPort`: shows the device behind an entry as its tool tip, looked up whenever it may be seen,
-/// because adapters come and go. An entry that a screen reader or another tool selects in the list is
-/// chosen, as a click on it would be.
+class EventLoop;
+class Timer;
+
+/// `cmbComPort`: tells in an entry's tool tip what is behind it, looked up whenever it may be seen and every
+/// second while the list is open, because adapters come and go. An entry that a screen reader or another tool
+/// selects in the list is chosen, as a click on it would be.
 class PortList : public QComboBox {
     Q_OBJECT
 
   public:
     explicit PortList(QWidget* parent = nullptr);
+    ~PortList() override;
 
-    /// Tells the device behind a port number ("" when there is none).
-    void setDeviceNames(std::function<QString(int number)> lookUp) { m_lookUp = std::move(lookUp); }
+    /// What there is to tell about each port number; none for a port that is not there.
+    using Descriptions = QHash<int, QString>;
+    void setDescriptions(EventLoop& loop, std::function<Descriptions()> lookUp);
 
     void showPopup() override;
 
@@ -26,9 +33,10 @@ class PortList : public QComboBox {
   private:
     void takeSelection();
     void refreshToolTips();
-    [[nodiscard]] QString toolTipOf(int index) const;
+    void refreshWhileOpen();
 
-    std::function<QString(int number)> m_lookUp;
+    std::function<Descriptions()> m_lookUp;
+    std::unique_ptr<Timer> m_whileOpen;
 };
 
 } // namespace zrk

@@ -7,6 +7,8 @@
 #include "app/StatusPanels.h"
 #include "loader/Loader.h"
 #include "loader/TransferRate.h"
+#include "machine/PortDescription.h"
+#include "platform/PortCatalog.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -120,16 +122,32 @@ void bindAddressList(QTreeWidget* list, Loader& loader) {
     loader.controls.lvwAdrs.onChange(show);
 }
 
+/// A device that is none of the machine's ports still says its name.
+PortList::Descriptions describePorts(const Loader& loader, const PortCatalog& catalog) {
+    PortList::Descriptions texts;
+    for (const ListEntry& entry : loader.controls.cmbComPort.List.value()) {
+        const QString device = loader.port.deviceName(entry.itemData);
+        if (!device.isEmpty())
+            texts.insert(entry.itemData, device);
+    }
+    for (const PortEntry& port : catalog.ports()) {
+        for (const int number : port.numbers)
+            texts.insert(number, describe(port).join(QLatin1Char('\n')));
+    }
+    return texts;
+}
+
 } // namespace
 
-void bindWindow(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
+void bindWindow(Binder& binder, const LoaderWidgets& widgets, Loader& loader, const PortCatalog& catalog) {
     Controls& controls = loader.controls;
     binder.caption(controls.lblHeader.Caption, widgets.lblHeader);
     bindSlots(binder, widgets, controls);
     bindButtons(binder, widgets, controls);
     bindMenus(binder, widgets, controls);
     binder.comboBox(controls.cmbComPort, widgets.cmbComPort);
-    widgets.cmbComPort->setDeviceNames([&loader](int number) { return loader.port.deviceName(number); });
+    widgets.cmbComPort->setDescriptions(loader.loop,
+                                        [&loader, &catalog] { return describePorts(loader, catalog); });
     binder.caption(controls.lblState.Caption, widgets.lblState);
     bindStatusBar(binder, widgets, loader);
     bindConsole(widgets.txtStatus, controls.txtStatus);

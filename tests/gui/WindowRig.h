@@ -53,7 +53,8 @@ class WindowTest : public ::testing::Test {
     QTemporaryDir folder;
     int aboutShown = 0;
     zrk::Loader loader{{loop, port, boxes, fileDialog, waitDialog}, folder.path()};
-    zrk::MainWindow window{loader, [this] { ++aboutShown; }};
+    FakeCatalog catalog;
+    zrk::MainWindow window{loader, catalog, [this] { ++aboutShown; }};
 };
 
 } // namespace zrktest

@@ -4,6 +4,7 @@
 #include "boot/WaitDialogView.h"
 #include "platform/FileDialog.h"
 #include "platform/MessageBoxes.h"
+#include "platform/PortCatalog.h"
 
 #include <QStringList>
 
@@ -57,6 +58,12 @@ class FakeWaitDialog final : public zrk::WaitDialogView {
             whenShown(dialog);
     }
     void hide() override { open = nullptr; }
+};
+
+/// A machine whose adapters the test plugs in and pulls.
+struct FakeCatalog final : zrk::PortCatalog {
+    std::vector<zrk::PortEntry> entries;
+    [[nodiscard]] std::vector<zrk::PortEntry> ports() const override { return entries; }
 };
 
 } // namespace zrktest

@@ -1,0 +1,35 @@
+#include "gui/WindowRig.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+
+namespace {
+
+using namespace zrktest;
+
+TEST_F(WindowTest, TheOpenPortListFollowsAdaptersThatComeAndGo) {
+    auto* ports = find<QComboBox>(QStringLiteral("cmbComPort"));
+    const auto told = [&](int seconds) {
+        loop.runFor(std::chrono::milliseconds(1000 * seconds + 1));
+        return ports->itemData(1, Qt::ToolTipRole).toString().replace('\n', '|').toStdString();
+    };
+    ports->showPopup();
+    EXPECT_EQ(told(0), loader.port.deviceName(2).toStdString()) << "a device that no catalog knows";
+    zrk::PortEntry adapter{"/dev/ttyUSB1", "/by-id/usb-X", "FT232R", "FTDI",    "A5",  "0403:6001",
+                           {2, 3},         true,           false,    "dialout", false, "minicom (4711)"};
+    catalog.entries = {adapter};
+    EXPECT_EQ(told(1),
+              "/by-id/usb-X|COM2, COM3, /dev/ttyUSB1|FT232R, FTDI|serial number A5, USB 0403:6001|"
+              "in use by minicom (4711)|no permission: add yourself to the group dialout and log in again");
+    EXPECT_EQ(ports->itemText(1), "COM2:");
+    catalog.entries[0].isThere = false;
+    EXPECT_NE(told(1).find("|not there: plug the adapter in"), std::string::npos) << told(0);
+    // Closed it rests; open again it is as the machine is then.
+    ports->view()->window()->hide();
+    catalog.entries = {adapter};
+    EXPECT_NE(told(3).find("|not there"), std::string::npos) << told(0);
+    ports->showPopup();
+    EXPECT_EQ(told(0).find("|not there"), std::string::npos) << told(0);
+}
+
+} // namespace
