@@ -133,9 +133,7 @@ void inspectPorts(std::vector<PortEntry>& ports, const PortPlaces& places) {
     for (PortEntry& port : ports) {
         const QString device = realDevice(port.device);
         port.isThere = QFileInfo::exists(device);
-        // An adapter that is away keeps the name by which the user knows it.
-        const bool isStable = port.device.startsWith(places.byId + QLatin1Char('/'));
-        port.stableName = isStable ? port.device : stableNames.value(device);
+        port.stableName = stableNames.value(device);
         if (!*port.isThere)
             continue;
         port.isPermitted = places.isPermitted(device);

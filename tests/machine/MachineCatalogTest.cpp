@@ -36,10 +36,8 @@ struct FakeSystem {
     [[nodiscard]] std::string told(const PortNames::Overrides& named) const {
         const PortNames names(named, {[](const QString&) { return QString(); },
                                       [](const QString& device) { return device.startsWith("/dev/ttyS"); }});
-        const PortPlaces places{
-            path("sys/tty"), path("dev"),
-            path("by-id"),   path("proc"),
-            path("lock"),    [this](const QString& device) { return device != path("dev/ttyUSB0"); }};
+        PortPlaces places{path("sys/tty"), path("dev"), path("by-id"), path("proc"), path("lock")};
+        places.isPermitted = [this](const QString& device) { return device != path("dev/ttyUSB0"); };
         QString all;
         for (PortEntry port : MachineCatalog(names, {}, places).ports()) {
             port.group = QStringLiteral("dialout"); // the files belong to whoever runs the test
@@ -60,19 +58,17 @@ TEST(MachineCatalog, ListsPortsWithHardwareAndPortsWithANameAndTellsWhoUsesThem)
         system.link(QStringLiteral("sys/tty/%1/device").arg(node), "sys/devices");
         system.write(QStringLiteral("dev/%1").arg(node));
     }
-    system.write("sys/tty/tty1/uevent");
     system.write("proc/4711/comm", "minicom\n");
     system.link("proc/4711/fd/3", "dev/ttyUSB1");
     system.link("board", "dev/ttyUSB1");
-    const PortNames::Overrides named{{2, system.path("by-id/usb-B6")},
-                                     {3, system.path("by-id/usb-gone")},
-                                     {4, "rfc2217:rack:2217"},
-                                     {5, system.path("board")}};
-    const std::string b6 = "~/by-id/usb-B6 | COM2, COM5, ~/dev/ttyUSB1 | "
-                           "serial number B6, USB 0403:6001 | ";
+    PortNames::Overrides named{{4, "rfc2217:rack:2217"}, {5, system.path("board")}};
+    named[2] = system.path("by-id/usb-B6");
+    named[3] = system.path("by-id/usb-gone");
+    const std::string b6 = "~/by-id/usb-B6 | COM2, COM5, ~/dev/ttyUSB1 | serial number B6, USB 0403:6001 | ";
     EXPECT_EQ(system.told(named),
               b6 +
-                  "in use by minicom (4711)\n~/by-id/usb-gone | COM3 | not there: plug the adapter in\n"
+                  "in use by minicom (4711)\n"
+                  "~/by-id/usb-gone | COM3 | not there: plug the adapter in\n"
                   "~/dev/ttyS0 | Built-in serial port | free\n"
                   "~/by-id/usb-A5 | ~/dev/ttyUSB0 | serial number A5, USB 0403:6001 | free | "
                   "no permission: add yourself to the group dialout and log in again\n"
