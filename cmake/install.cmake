@@ -4,7 +4,7 @@ include(GNUInstallDirs)
 install(TARGETS zrk-loader zrk-loader-cli zrk-board RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES docs/man/zrk-loader.1 docs/man/zrk-loader-cli.1 docs/man/zrk-board.1
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES README.md docs/architecture.md docs/json.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md docs/architecture.md docs/json.md docs/racks.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 # The shell looks for a file of the command's name.
 foreach(program zrk-loader zrk-loader-cli zrk-board)
