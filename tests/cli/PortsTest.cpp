@@ -10,12 +10,12 @@ namespace {
 
 /// A pseudo-terminal that this test has open, a device that is not there, and a port on the network.
 TEST(Ports, AreListedForPeopleScriptsAndPrograms) {
-    const BoardProcess board({QStringLiteral("--unpaced")});
+    const BoardProcess board("--unpaced");
     QFile terminal(board.device());
     ASSERT_TRUE(terminal.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
     const auto listed = [&board](const char* option) {
-        CliRun run(
-            {option, "--com=6=" + board.device(), "--com=7=/nonexistent", "--com=8=tcp:rack:2001", "ports"});
+        CliRun run(option + QString(" --com=6=") + board.device() +
+                   " --com=7=/nonexistent --com=8=tcp:rack:2001 ports");
         EXPECT_EQ(run.status(), 0) << run.error().toStdString();
         return run.output().toStdString();
     };
