@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/Chip.h"
+#include "board/FarEnd.h"
 #include "board/Options.h"
 #include "board/Partner.h"
 
@@ -31,7 +32,7 @@
 
 namespace zrkboard {
 
-class Board {
+class Board final : public FarEnd {
   public:
     explicit Board(BoardOptions options = {});
     // With a NAND of the caller's, e.g. one that is kept in a file.
@@ -41,30 +42,30 @@ class Board {
 
     // Starts a run at the boot ROM, also when one is under way: what the board has not sent yet is lost,
     // memories keep their contents. Mends a line that was hung up.
-    void powerOn(TimePoint now);
+    void powerOn(TimePoint now) override;
 
     // A byte has reached the board. Nothing happens without power or after a hang-up.
     void receive(std::uint8_t byte, TimePoint now);
-    void receive(std::span<const std::uint8_t> bytes, TimePoint now);
+    void receive(std::span<const std::uint8_t> bytes, TimePoint now) override;
 
     // Lets everything happen that is due up to now.
-    void advance(TimePoint now);
+    void advance(TimePoint now) override;
 
     // When something will happen by itself; empty when only a byte can change anything.
-    [[nodiscard]] std::optional<TimePoint> nextDeadline() const;
+    [[nodiscard]] std::optional<TimePoint> nextDeadline() const override;
 
     // Pulls the adapter: nothing comes in or goes out any more. `why` completes "hangs up" in the log.
-    void hangUp(const std::string& why);
+    void hangUp(const std::string& why) override;
 
     // What has left the board since the last call, up to the last receive() or advance(): plain, or with the
     // time at which each piece left.
-    [[nodiscard]] std::vector<std::uint8_t> takeOutput();
+    [[nodiscard]] std::vector<std::uint8_t> takeOutput() override;
     [[nodiscard]] std::vector<TimedBytes> takeTimedOutput();
 
-    [[nodiscard]] State state() const;
-    [[nodiscard]] bool hungUp() const { return m_hungUp; }
+    [[nodiscard]] State state() const override;
+    [[nodiscard]] bool hungUp() const override { return m_hungUp; }
 
-    [[nodiscard]] unsigned powerOns() const { return m_powerOns; }
+    [[nodiscard]] unsigned powerOns() const override { return m_powerOns; }
     // Since power-on.
     [[nodiscard]] std::uint64_t receivedBytes() const { return m_received; }
     [[nodiscard]] std::uint64_t codeBytes() const { return m_code; }

@@ -8,8 +8,10 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <poll.h>
 #include <stdexcept>
+#include <utility>
 
 namespace zrkboard {
 
@@ -50,6 +52,22 @@ Nand makeNand(const ProgramOptions& options) {
     return Nand(std::make_unique<FileMemory>(*options.nandFile, kNandSize, 0xFF));
 }
 
+std::unique_ptr<Replay> makeReplay(const ProgramOptions& options, std::ostream& log) {
+    if (!options.replayFile)
+        return nullptr;
+    constexpr std::uint32_t kTracedLine = 11520; // bytes a second, which the loader's hand-over ran ahead of
+    std::ifstream file(*options.replayFile);
+    if (!file)
+        throw std::runtime_error(*options.replayFile + ": the trace cannot be read");
+    try {
+        return std::make_unique<Replay>(readTrace(file), kTracedLine, [&log](const std::string& what) {
+            log << "differs from the trace: " << what << std::endl;
+        });
+    } catch (const std::invalid_argument& error) {
+        throw std::runtime_error(*options.replayFile + ", " + error.what());
+    }
+}
+
 template <typename... Times>
 std::optional<TimePoint> earliest(Times... times) {
     std::optional<TimePoint> first;
@@ -64,6 +82,7 @@ std::optional<TimePoint> earliest(Times... times) {
 
 BoardProgram::BoardProgram(ProgramOptions options, std::ostream& out, std::ostream& log)
     : m_options(std::move(options)), m_out(out), m_log(log), m_board(m_options.board, makeNand(m_options)),
+      m_replay(makeReplay(m_options, log)), m_end(m_replay ? static_cast<FarEnd&>(*m_replay) : m_board),
       m_powerUser(m_options.patience), m_toBoard(m_options.lineRate), m_toLoader(m_options.lineRate) {
     if (m_options.verbose)
         m_board.setLog([this](TimePoint when, const std::string& what) { this->log(when, what); });
@@ -71,7 +90,7 @@ BoardProgram::BoardProgram(ProgramOptions options, std::ostream& out, std::ostre
 }
 
 void BoardProgram::run() {
-    m_board.powerOn(Clock::now());
+    m_end.powerOn(Clock::now());
     while (!m_done) {
         waitForSomething();
         service(Clock::now());
@@ -81,6 +100,8 @@ void BoardProgram::run() {
         dumpMemory(m_board.sdram(), *m_options.sdramDump);
     if (m_options.iramDump)
         dumpMemory(m_board.iram(), *m_options.iramDump);
+    if (m_replay && !m_replay->difference().empty())
+        throw std::runtime_error(m_replay->difference());
 }
 
 void BoardProgram::plugIn() {
@@ -107,7 +128,7 @@ std::optional<TimePoint> BoardProgram::nextWake(TimePoint now) const {
     if (const auto next = m_toLoader.nextThrough())
         streaming = earliest(streaming,
                              std::max(*next, std::min(*m_toLoader.allThrough(), now + kStreamingInterval)));
-    return earliest(streaming, m_board.nextDeadline(), m_powerUser.nextLook(now), m_replugAt);
+    return earliest(streaming, m_end.nextDeadline(), m_powerUser.nextLook(now), m_replugAt);
 }
 
 void BoardProgram::waitForSomething() {
@@ -137,11 +158,12 @@ void BoardProgram::service(TimePoint now) {
     if (!m_adapter && m_replugAt && now >= *m_replugAt) {
         m_replugAt.reset();
         plugIn();
-        m_board.powerOn(now);
+        m_end.powerOn(now);
     }
     if (m_adapter) {
         noticeLoader(now);
         moveToBoard(now);
+        endUse(now);
         moveToLoader(now);
         operatePower(now);
     }
@@ -156,7 +178,7 @@ void BoardProgram::obeySignals(TimePoint now) {
         else if (wish == SignalInput::Wish::PowerCycle)
             endRun("power switched off by hand", now);
         else
-            m_board.hangUp("by hand");
+            m_end.hangUp("by hand");
     }
 }
 
@@ -165,6 +187,7 @@ void BoardProgram::noticeLoader(TimePoint now) {
     if (change.closed) {
         log(now, "line: closed by the loader");
         m_powerUser.loaderClosed();
+        m_useEnds = true;
         m_toLoader.clear();
         m_delivered.clear();
         // Not if the next one is there already: it would lose its exclusive use.
@@ -174,7 +197,18 @@ void BoardProgram::noticeLoader(TimePoint now) {
     if (change.opened && m_adapter->use.inUse()) {
         log(now, "line: opened by a loader");
         m_powerUser.loaderOpened(now);
+        if (std::exchange(m_useEnds, false))
+            m_end.portClosed(now);
+        m_end.portOpened(now);
     }
+}
+
+void BoardProgram::endUse(TimePoint now) {
+    if (!m_useEnds || m_adapter->moreToRead || !m_toBoard.empty())
+        return;
+    m_useEnds = false;
+    m_end.portClosed(now);
+    m_done = m_done || m_end.isOver();
 }
 
 void BoardProgram::moveToBoard(TimePoint now) {
@@ -185,13 +219,13 @@ void BoardProgram::moveToBoard(TimePoint now) {
         m_powerUser.loaderSpoke();
         m_toBoard.push(written, now);
     }
-    m_board.receive(m_toBoard.take(now), now);
-    m_board.advance(now);
+    m_end.receive(m_toBoard.take(now), now);
+    m_end.advance(now);
     m_adapter->terminal.stopLoader(m_adapter->moreToRead || m_toBoard.size() >= kHalfFull);
 }
 
 void BoardProgram::moveToLoader(TimePoint now) {
-    const auto sent = m_board.takeOutput();
+    const auto sent = m_end.takeOutput();
     // Nobody's driver keeps bytes for a port that is closed.
     if (m_adapter->use.inUse())
         m_toLoader.push(sent, now);
@@ -206,26 +240,26 @@ void BoardProgram::moveToLoader(TimePoint now) {
 }
 
 void BoardProgram::operatePower(TimePoint now) {
-    if (m_board.hungUp()) {
-        if (m_options.powerCycles != 0 && m_board.powerOns() >= m_options.powerCycles)
+    if (m_end.hungUp()) {
+        if (m_options.powerCycles != 0 && m_end.powerOns() >= m_options.powerCycles)
             m_done = true;
         return unplug(now);
     }
     // A reset has begun the next run by itself.
-    if (m_options.powerCycles != 0 && m_board.powerOns() > m_options.powerCycles)
+    if (m_options.powerCycles != 0 && m_end.powerOns() > m_options.powerCycles)
         m_done = true;
     const bool lineBusy =
         m_adapter->moreToRead || !m_toBoard.empty() || !m_toLoader.empty() || !m_delivered.empty();
-    if (m_powerUser.wantsPowerCycle({m_board.state(), lineBusy, m_adapter->terminal.inTerminalMode()}, now))
+    if (m_powerUser.wantsPowerCycle({m_end.state(), lineBusy, m_adapter->terminal.inTerminalMode()}, now))
         endRun("power cycled for the next attempt", now);
 }
 
 void BoardProgram::endRun(const std::string& why, TimePoint now) {
     log(now, "power: " + why);
-    if (m_options.powerCycles != 0 && m_board.powerOns() >= m_options.powerCycles)
+    if (m_options.powerCycles != 0 && m_end.powerOns() >= m_options.powerCycles)
         m_done = true;
     else
-        m_board.powerOn(now);
+        m_end.powerOn(now);
 }
 
 void BoardProgram::log(TimePoint when, const std::string& what) const {

@@ -2,6 +2,7 @@
 
 #include "board/Board.h"
 #include "board/PacedQueue.h"
+#include "board/Replay.h"
 #include "board/program/DeviceLink.h"
 #include "board/program/PowerUser.h"
 #include "board/program/ProgramOptions.h"
@@ -25,7 +26,8 @@ class BoardProgram {
     // device, link or NAND file cannot be had.
     BoardProgram(ProgramOptions options, std::ostream& out, std::ostream& log);
 
-    // Returns at the end of the program, with the dumps written. Throws std::exception when one cannot be.
+    // Returns at the end of the program, with the dumps written. Throws std::exception when one cannot be,
+    // and when a replayed trace was not what the loader sent.
     void run();
 
   private:
@@ -44,6 +46,7 @@ class BoardProgram {
     void service(TimePoint now);
     void obeySignals(TimePoint now);
     void noticeLoader(TimePoint now);
+    void endUse(TimePoint now);
     void moveToBoard(TimePoint now);
     void moveToLoader(TimePoint now);
     void operatePower(TimePoint now);
@@ -56,12 +59,15 @@ class BoardProgram {
     TimePoint m_started = Clock::now();
     SignalInput m_signals;
     Board m_board;
+    std::unique_ptr<Replay> m_replay; // null: the board answers
+    FarEnd& m_end;                    // who answers
     PowerUser m_powerUser;
     PacedQueue m_toBoard;
     PacedQueue m_toLoader;
     std::vector<std::uint8_t> m_delivered; // through the line, not yet taken by the loader's side
     std::unique_ptr<Adapter> m_adapter;    // null between a hang-up and the new device
     std::optional<TimePoint> m_replugAt;
+    bool m_useEnds = false; // the loader has closed the port, and some of what it sent is still on its way
     bool m_done = false;
 };
 

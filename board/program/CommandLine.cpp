@@ -103,6 +103,10 @@ const std::vector<Option>& generalOptions() {
          "write sample images and an INI file for them, and exit;\n"
          "files that are there with another content are kept",
          [](ProgramOptions& o, Text v) { o.imagesFolder = path(v); }},
+        {"replay", "FILE",
+         "answer as the board in this trace did, and end with it: with\n"
+         "status 1 and where, if the loader sent anything else",
+         [](ProgramOptions& o, Text v) { o.replayFile = path(v); }},
         {"verbose", nullptr, "say on stderr what the board sees",
          [](ProgramOptions& o, Text) { o.verbose = true; }},
         {"help", nullptr, "this text", [](ProgramOptions& o, Text) { o.help = true; }},

@@ -18,6 +18,7 @@ struct ProgramOptions {
     std::optional<std::string> nandFile;
     std::optional<std::string> sdramDump;
     std::optional<std::string> iramDump;
+    std::optional<std::string> replayFile;   // a trace to answer by, instead of the board
     std::optional<std::string> imagesFolder; // write the sample images there and do nothing else
     bool verbose = false;
     bool help = false;

@@ -1,6 +1,7 @@
 #include "app/App.h"
 
 #include "app/FirstExposure.h"
+#include "app/TraceRecording.h"
 
 #include <QEventLoop>
 #include <QScreen>
@@ -12,11 +13,19 @@ namespace zrk {
 App::App(const AppOptions& options)
     : m_ini(chooseIni(options.iniPath, programFacts())), m_portNumber(options.portNumber),
       m_bringsUp(options.bringUp), m_ports(m_loop, PortNames(options.ports), {.lineRate = options.lineRate}),
-      m_catalog(PortNames(options.ports)), m_boxes([this] { return topWindow(); }),
-      m_fileDialog([this] { return &m_window; }), m_waitDialog([this] { return &m_window; }),
-      m_loader({m_loop, m_ports, m_boxes, m_fileDialog, m_waitDialog}, m_ini.folder),
+      m_tracedPorts(m_loop, m_ports), m_catalog(PortNames(options.ports)),
+      m_boxes([this] { return topWindow(); }), m_fileDialog([this] { return &m_window; }),
+      m_waitDialog([this] { return &m_window; }),
+      m_loader({m_loop, m_tracedPorts, m_boxes, m_fileDialog, m_waitDialog}, m_ini.folder),
       m_registry(createRegistry()), m_systemInfo(*m_registry, m_starter, m_loader),
-      m_window(m_loader, m_catalog, [this] { showAbout(); }) {}
+      m_window(m_loader, m_catalog, [this] { showAbout(); }) {
+    new TraceRecording(m_window.traceEntry(), m_tracedPorts, m_loader); // the entry's child
+}
+
+App::~App() {
+    m_loader.port.CloseComPort();
+    m_tracedPorts.stopTrace();
+}
 
 void App::start() {
     m_loader.startUp.Form_Load(programFacts(), m_ini.path);

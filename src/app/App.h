@@ -13,6 +13,7 @@
 #include "machine/MachineCatalog.h"
 #include "machine/MachinePorts.h"
 #include "machine/QtEventLoop.h"
+#include "machine/TracedPorts.h"
 #include "platform/Registry.h"
 
 #include <QPointer>
@@ -25,6 +26,10 @@ namespace zrk {
 class App {
   public:
     explicit App(const AppOptions& options);
+    /// Ends a trace, which is complete then.
+    ~App();
+    App(const App&) = delete;
+    App& operator=(const App&) = delete;
 
     /// Starts up, then shows the window, which is complete from its first frame on. A message box of
     /// start-up lets the window come up first, to be centred on it. Yields, so the event loop must be
@@ -44,6 +49,7 @@ class App {
     bool m_bringsUp;
     QtEventLoop m_loop;
     MachinePorts m_ports;
+    TracedPorts m_tracedPorts;
     MachineCatalog m_catalog;
     WindowMessageBoxes m_boxes;
     WindowFileDialog m_fileDialog;

@@ -72,6 +72,7 @@ struct LoaderWidgets {
     QAction* mnuWriteIni = nullptr;
     QAction* mnuExecScript = nullptr;
     QAction* mnuExit = nullptr;
+    QAction* mnuRecordTrace = nullptr;
     QAction* mnuAbout = nullptr;
     QAction* mnuFile = nullptr;
 };

@@ -96,6 +96,8 @@ void MainWindow::buildMenus() {
     named(file->addSeparator(), QStringLiteral("sep"));
     m_widgets.mnuExit = named(file->addAction(QString()), QStringLiteral("mnuExit"));
     m_widgets.mnuExit->setMenuRole(QAction::QuitRole);
+    file->addSeparator();
+    m_widgets.mnuRecordTrace = named(file->addAction(QString()), QStringLiteral("mnuRecordTrace"));
     m_widgets.mnuAbout = named(menuBar()->addAction(QString()), QStringLiteral("mnuAbout"));
 }
 

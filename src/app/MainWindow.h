@@ -23,6 +23,9 @@ class MainWindow final : public QMainWindow {
     MainWindow(Loader& loader, const PortCatalog& catalog, std::function<void()> showAbout);
     ~MainWindow() override;
 
+    /// The entry of the File menu that records a trace; what it does is up to the program.
+    [[nodiscard]] QAction& traceEntry() const { return *m_widgets.mnuRecordTrace; }
+
     /// Makes the window, once it is shown, fit into `available` with its frame. Where the controls alone do
     /// not fit, the top left of the window stays in sight.
     void fitInto(const QRect& available);

@@ -27,8 +27,8 @@ QString WindowFileDialog::openFile(const FileRequest& request) {
     for (const FileFilter& filter : request.filters)
         filters.append(dialogFilter(filter));
     QFileDialog dialog(m_parent(), request.title, request.folder);
-    dialog.setAcceptMode(QFileDialog::AcceptOpen);
-    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setAcceptMode(request.isToBeWritten ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(request.isToBeWritten ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(filters.value(request.filterIndex - 1));

@@ -50,6 +50,15 @@ QString shortName(const QString& device) {
     return name.replace(kUnfit, QStringLiteral("_"));
 }
 
+/// "rack.trace" becomes "rack-ttyUSB0.trace": each board has a file of its own.
+QString traceOf(const QString& file, const QString& name) {
+    if (file.isEmpty())
+        return file;
+    const QFileInfo info(file);
+    const QString suffix = info.suffix().isEmpty() ? QString() : QLatin1Char('.') + info.suffix();
+    return info.dir().filePath(info.completeBaseName() + QLatin1Char('-') + name + suffix);
+}
+
 /// One board of several.
 class BoardRun {
   public:
@@ -59,6 +68,7 @@ class BoardRun {
           m_output(printer, {row, name, options.ports[static_cast<qsizetype>(row)]}) {
         m_options.program.ports.insert_or_assign(1, m_output.place().port);
         m_options.program.portNumber = 1;
+        m_options.traceFile = traceOf(options.traceFile, name);
         keepTranscript(m_output, options, name);
     }
 

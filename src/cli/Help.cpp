@@ -49,6 +49,7 @@ std::span<const OptionFacts> allOptions() {
         OptionFacts{"script-timeout", 0, "SECONDS", "limit for each wait of a script, ends with 7"},
         OptionFacts{"on-wait", 0, "CMD", "start CMD, with ZRK_PORT set, to cycle the power"},
         OptionFacts{"log", 0, "DIR", "keep a transcript with time stamps of each board"},
+        OptionFacts{"trace", 0, "FILE", "record both directions; zrk-board --replay plays it"},
         OptionFacts{"json", 'j', "", "one JSON object a line on standard output"},
         OptionFacts{"progress", 0, "WHEN", "auto, always or never"},
         OptionFacts{"quiet", 'q', "", "no notices, no progress"},

@@ -104,6 +104,7 @@ CliOptions read(const QCommandLineParser& parser) {
         for (std::size_t i = 0; i < kSlots.size(); ++i)
             options.slotValues[i] = givenValue(parser, text(kSlots[i].option), QStringLiteral("a file name"));
         options.onWait = givenValue(parser, QStringLiteral("on-wait"), QStringLiteral("a command"));
+        options.traceFile = givenValue(parser, QStringLiteral("trace"), QStringLiteral("a file name"));
         options.logFolder = givenValue(parser, QStringLiteral("log"), QStringLiteral("a folder"));
     } catch (const RuntimeFailure& failure) {
         throw UsageError(failure.description());

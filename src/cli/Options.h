@@ -36,6 +36,7 @@ struct CliOptions {
     PrintStyle style;
     QString onWait;    ///< a program and its arguments, started when a board's power-on is awaited
     QString logFolder; ///< for a transcript of each board
+    QString traceFile; ///< "": none
     bool erase = false;
     bool dryRun = false;
 };

@@ -23,7 +23,8 @@ Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop
       m_output(output), m_question(loop), m_messages(output, m_question),
       m_powerOnNotice(loop, output, options.limits.wait, options.onWait),
       m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
-      m_loader({loop, m_ports, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
+      m_tracedPorts(loop, m_ports),
+      m_loader({loop, m_tracedPorts, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
       m_progress(m_loader, output, m_messages), m_plan(m_loader, m_options.steps),
       m_runTimer(loop.createTimer([this] { runOut(); })) {}
 
@@ -46,6 +47,7 @@ Ending Session::run() {
     announce();
     if (m_options.dryRun)
         return ending(dryRun(), begin);
+    startTrace();
     m_loader.controls.txtStatus.onEdit(
         [this](qsizetype /*removed*/, const QString& inserted) { m_output.console(inserted); });
     if (m_options.limits.run)
@@ -53,7 +55,26 @@ Ending Session::run() {
     ExitStatus status = m_plan.usesPort() ? awaitPort() : ExitStatus::Done;
     if (status == ExitStatus::Done)
         status = runSteps();
+    endTrace();
     return ending(status, begin);
+}
+
+void Session::startTrace() {
+    if (m_options.traceFile.isEmpty())
+        return;
+    try {
+        m_tracedPorts.startTrace(m_options.traceFile, [this](const QString& why) { m_output.tell(why); });
+    } catch (const RuntimeFailure& failure) {
+        throw UsageError(QStringLiteral("--trace: ") + failure.description());
+    }
+}
+
+/// With the port's end in it, and complete before the result is told.
+void Session::endTrace() {
+    if (!m_tracedPorts.isTracing())
+        return;
+    m_loader.port.CloseComPort();
+    m_tracedPorts.stopTrace();
 }
 
 void Session::announce() {

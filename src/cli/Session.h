@@ -10,6 +10,7 @@
 #include "loader/Loader.h"
 #include "loader/ThisProgram.h"
 #include "machine/MachinePorts.h"
+#include "machine/TracedPorts.h"
 #include "machine/YesNoQuestion.h"
 #include "platform/ProgramFacts.h"
 
@@ -40,6 +41,8 @@ class Session {
     void presetSlots();
     void presetSlot(int slot, const QString& value);
     void announce();
+    void startTrace();
+    void endTrace();
     [[nodiscard]] ExitStatus dryRun();
     [[nodiscard]] ExitStatus awaitPort();
     [[nodiscard]] ExitStatus runSteps();
@@ -59,6 +62,7 @@ class Session {
     NoFileDialog m_fileDialog;
     PowerOnNotice m_powerOnNotice;
     MachinePorts m_ports;
+    TracedPorts m_tracedPorts;
     Loader m_loader;
     ProgressLines m_progress;
     Plan m_plan;

@@ -15,9 +15,11 @@ struct FileRequest {
     QList<FileFilter> filters;
     int filterIndex = 1; ///< the preselected entry, counted from 1
     QString folder;      ///< where the dialog starts
+    /// A new file will do, and one that is there is written over once the person has agreed to that.
+    bool isToBeWritten = false;
 };
 
-/// Lets a person choose an existing file. Modal; the event loop runs while it is open.
+/// Lets a person choose a file. Modal; the event loop runs while it is open.
 class FileDialog {
   public:
     virtual ~FileDialog() = default;

@@ -1,4 +1,6 @@
+#include "app/TraceRecording.h"
 #include "gui/WindowRig.h"
+#include "machine/TracedPorts.h"
 
 #include <set>
 
@@ -150,6 +152,37 @@ TEST_F(Window, NoCaptionIsCutAndTheColumnsOfAllFramesStandInLine) {
     }
     const auto* address = find<QLineEdit>("txtStartAddress_1");
     EXPECT_GT(address->width(), address->fontMetrics().horizontalAdvance("0x80000000") + 6);
+}
+
+/// Over the scripted port of the fixture, which the window's own loader does not open.
+TEST_F(Window, RecordsATraceBetweenTwoClicks) {
+    zrk::TracedPorts traced(loop, port);
+    zrk::Loader recorded({loop, traced, boxes, fileDialog, waitDialog}, folder.path());
+    recorded.startUp.prepare({folder.path(), "loader", 0, 7, 34});
+    auto* entry = find<QAction>("mnuRecordTrace");
+    new zrk::TraceRecording(*entry, traced, recorded);
+    trigger("mnuRecordTrace");
+    EXPECT_FALSE(entry->isChecked()) << "the dialog was cancelled";
+    EXPECT_TRUE(fileDialog.requests[0].isToBeWritten);
+
+    fileDialog.choice = folder.filePath("bench.trace");
+    trigger("mnuRecordTrace");
+    EXPECT_TRUE(entry->isChecked());
+    EXPECT_EQ(entry->text(), "Record &trace to bench.trace");
+    recorded.port.OpenComPort();
+    recorded.port.Output("hello");
+    trigger("mnuRecordTrace");
+    EXPECT_FALSE(entry->isChecked());
+    QFile file(fileDialog.choice);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains(" > 68 65 6c 6c 6f "));
+
+    fileDialog.choice = "/nonexistent/bench.trace";
+    trigger("mnuRecordTrace");
+    EXPECT_FALSE(entry->isChecked());
+    loop.runFor(1ms);
+    EXPECT_EQ(boxes.shown.size(), 1);
+    EXPECT_TRUE(boxes.shown.value(0).contains("/nonexistent/bench.trace cannot be written"));
 }
 
 } // namespace

@@ -1,0 +1,147 @@
+#include "board/Trace.h"
+
+#include "board/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <sstream>
+#include <stdexcept>
+
+namespace zrkboard {
+
+namespace {
+
+constexpr const char* kFirstLine = "# zrk trace 1";
+
+[[noreturn]] void damaged(const std::string& why) {
+    throw std::invalid_argument(why);
+}
+
+// "12.345678"
+std::chrono::microseconds timeOf(const std::string& text) {
+    constexpr std::size_t kDecimals = 6;
+    const auto point = text.find('.');
+    std::string digits = text;
+    if (point != std::string::npos)
+        digits.erase(point, 1);
+    std::int64_t microseconds = 0;
+    const auto* end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, microseconds);
+    if (point == std::string::npos || text.size() != point + 1 + kDecimals || error != std::errc() ||
+        stop != end || microseconds < 0)
+        damaged("\"" + text + "\" is no time; expected seconds with six decimals");
+    return std::chrono::microseconds(microseconds);
+}
+
+// The bytes in front of the bar, two digits each.
+std::vector<std::uint8_t> bytesOf(const std::string& text) {
+    const auto bar = text.find('|');
+    if (bar == std::string::npos || text.find_last_not_of(' ') == bar || text.back() != '|')
+        damaged("the bytes are cut off; expected them in hexadecimal and then as text between bars");
+    std::vector<std::uint8_t> bytes;
+    std::istringstream words(text.substr(0, bar));
+    for (std::string word; words >> word;) {
+        const auto value = word.size() == 2 ? parseNumber(word, 16) : std::nullopt;
+        if (!value)
+            damaged("\"" + word + "\" is no byte; expected two hexadecimal digits");
+        bytes.push_back(static_cast<std::uint8_t>(*value));
+    }
+    // The text tells how many there were, if one was lost on the way.
+    if (bytes.empty() || text.size() != bar + 2 + bytes.size())
+        damaged("there are " + std::to_string(bytes.size()) +
+                " bytes in hexadecimal and another number as text");
+    return bytes;
+}
+
+std::size_t unsentOf(const std::string& text) {
+    std::istringstream words(text);
+    std::string word;
+    std::string count;
+    words >> word >> count;
+    const auto value = parseNumber(count);
+    if (word != "unsent" || !value)
+        damaged("expected \"close unsent\" and a number");
+    return static_cast<std::size_t>(*value);
+}
+
+// False for what is passed over.
+bool parse(const std::string& text, TraceLine& line) {
+    static const std::array passedOver{"refused", "handshaking", "dtr"};
+    std::istringstream words(text);
+    std::string time;
+    std::string what;
+    words >> time >> what;
+    line.at = timeOf(time);
+    std::string rest;
+    std::getline(words >> std::ws, rest);
+    if (what == "<" || what == ">") {
+        line.kind = what == "<" ? TraceLine::Kind::FromBoard : TraceLine::Kind::ToBoard;
+        line.bytes = bytesOf(rest);
+    } else if (what == "open") {
+        line.kind = TraceLine::Kind::Opened;
+    } else if (what == "lost") {
+        line.kind = TraceLine::Kind::Lost;
+    } else if (what == "close") {
+        line.kind = TraceLine::Kind::Closed;
+        line.unsent = unsentOf(rest);
+    } else if (std::find(passedOver.begin(), passedOver.end(), what) != passedOver.end()) {
+        return false;
+    } else {
+        damaged("\"" + what + "\" is unknown; expected <, >, open, close, lost, refused, handshaking or dtr");
+    }
+    return true;
+}
+
+class Reader {
+  public:
+    // One line of the file; its faults are thrown without its number.
+    void take(const std::string& text) {
+        ++m_number;
+        if (m_number == 1 && text != kFirstLine)
+            damaged(std::string("expected \"") + kFirstLine + "\", so this is no trace");
+        TraceLine line;
+        line.number = m_number;
+        if (text.empty() || text.front() == '#' || !parse(text, line))
+            return;
+        if (line.at < m_last)
+            damaged("its time is before that of the line above");
+        m_last = line.at;
+        if (line.kind != TraceLine::Kind::Opened && !m_open)
+            damaged("the port is not open here; expected a line with \"open\" first");
+        m_open = line.kind != TraceLine::Kind::Closed;
+        lines.push_back(std::move(line));
+    }
+
+    [[nodiscard]] std::size_t number() const { return m_number; }
+
+    std::vector<TraceLine> lines;
+
+  private:
+    std::size_t m_number = 0;
+    std::chrono::microseconds m_last{};
+    bool m_open = false;
+};
+
+} // namespace
+
+std::vector<TraceLine> readTrace(std::istream& text) {
+    Reader reader;
+    try {
+        for (std::string line; std::getline(text, line);) {
+            if (line.ends_with('\r'))
+                line.pop_back();
+            reader.take(line);
+            if (text.eof())
+                damaged("it is cut off; without it the trace can be replayed up to here");
+        }
+        if (reader.lines.empty())
+            damaged("no port was opened until here, so there is nothing to replay");
+    } catch (const std::invalid_argument& error) {
+        throw std::invalid_argument("line " + std::to_string(std::max<std::size_t>(reader.number(), 1)) +
+                                    ": " + error.what());
+    }
+    return std::move(reader.lines);
+}
+
+} // namespace zrkboard

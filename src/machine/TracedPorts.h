@@ -1,0 +1,45 @@
+#pragma once
+
+#include "machine/TraceFile.h"
+#include "platform/SerialPort.h"
+
+namespace zrk {
+
+class Timer;
+
+/// Other serial ports, with a trace of what passes the one that is open, from startTrace() to stopTrace().
+/// Without a trace it adds nothing but the call. Loop and ports must outlive it, and it what it opens.
+class TracedPorts final : public SerialPorts {
+  public:
+    TracedPorts(EventLoop& loop, SerialPorts& ports);
+    ~TracedPorts() override;
+
+    /// A trace that is under way ends first. An open port is in the new one from now on. See TraceFile for
+    /// path, failures and `failed`.
+    void startTrace(const QString& path, TraceFile::Told failed);
+
+    /// Does nothing without a trace.
+    void stopTrace();
+
+    /// Also after the file has failed.
+    [[nodiscard]] bool isTracing() const { return m_trace != nullptr; }
+
+    [[nodiscard]] std::unique_ptr<SerialPort> open(int number, const LineSettings& settings,
+                                                   Handshaking handshaking) override;
+    void giveUp() override { m_ports.giveUp(); }
+    [[nodiscard]] QString deviceName(int number) const override { return m_ports.deviceName(number); }
+
+  private:
+    class TracedPort;
+
+    void note(const QString& event);
+    void note(TraceFile::Direction direction, QByteArrayView bytes);
+
+    SerialPorts& m_ports;
+    EventLoop& m_loop;
+    std::unique_ptr<TraceFile> m_trace; ///< null: none
+    TracedPort* m_open = nullptr;
+    std::unique_ptr<Timer> m_look; ///< runs while a trace does
+};
+
+} // namespace zrk

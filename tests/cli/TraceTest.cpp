@@ -1,0 +1,82 @@
+#include "cli/Processes.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Trace : ::testing::Test {
+    [[nodiscard]] QString args(const zrkboard::BoardProcess& board, const QString& rest) const {
+        return "--port " + QString::fromStdString(board.device()) + " --ini " + images.ini() +
+               " --line-rate 0 " + rest;
+    }
+    [[nodiscard]] QByteArray recorded() const {
+        QFile file(trace);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+
+    const SampleImages images;
+    const QString trace = images.file("field.trace");
+};
+
+/// The bytes of one direction.
+QByteArray bytesOf(const QByteArray& text, char direction) {
+    const QRegularExpression row(QString("^ +[\\d.]+ ") + direction + " ([0-9a-f ]+)\\|",
+                                 QRegularExpression::MultilineOption);
+    QByteArray bytes;
+    for (auto rows = row.globalMatch(QString::fromLatin1(text)); rows.hasNext();)
+        bytes += QByteArray::fromHex(rows.next().captured(1).toLatin1());
+    return bytes;
+}
+
+TEST_F(Trace, HasEveryByteAndIsAnsweredAsBefore) {
+    const QString run = "load start expect zrk>";
+    QByteArray before;
+    {
+        const BoardProcess board("--unpaced --bootid-interval 5");
+        CliRun traced(args(board, "--trace " + trace + " " + run));
+        ASSERT_EQ(traced.status(), 0) << traced.error().toStdString();
+        before = traced.output();
+    }
+    const QByteArray text = recorded();
+    EXPECT_TRUE(text.startsWith("# zrk trace 1\n") && text.contains(" open COM1 /dev/pts/") &&
+                text.contains(" 115200,N,8,1 handshaking none\n") && text.contains(" close unsent 0\n"))
+        << text.left(300).toStdString();
+    QFile primary(images.file("primary.bin"));
+    ASSERT_TRUE(primary.open(QIODevice::ReadOnly));
+    const QByteArray header = QByteArray::fromHex("00000000 00300000");
+    EXPECT_TRUE(bytesOf(text, '>').startsWith("AU3" + header + primary.readAll() + "p"));
+    EXPECT_TRUE(bytesOf(text, '<').startsWith("55RXot") && bytesOf(text, '<').endsWith("zrk> "));
+
+    BoardProcess replay("--unpaced --replay " + trace);
+    CliRun again(args(replay, run));
+    EXPECT_EQ(again.status(), 0) << again.error().toStdString();
+    EXPECT_EQ(again.output(), before);
+    EXPECT_EQ(replay.join(), 0);
+
+    QFile image(images.file("secondary.bin"));
+    ASSERT_TRUE(image.open(QIODevice::ReadWrite) && image.seek(1000) && image.write("\x01") == 1);
+    image.close();
+    BoardProcess other("--unpaced --replay " + trace);
+    CliRun different(args(other, run));
+    EXPECT_EQ(different.status(), 0) << different.error().toStdString();
+    EXPECT_TRUE(other.waitForLog("first here: byte 13308 (line "));
+    EXPECT_EQ(other.join(), 1);
+}
+
+TEST_F(Trace, ThatCannotBeWrittenStopsNoBoard) {
+    const BoardProcess board("--unpaced --bootid-interval 5");
+    CliRun nowhere(args(board, "--trace /nonexistent/t load"));
+    EXPECT_EQ(nowhere.status(), 2);
+    EXPECT_TRUE(nowhere.error().contains("--trace: The trace /nonexistent/t cannot be written: "))
+        << nowhere.error().toStdString();
+    CliRun full(args(board, "--trace /dev/full load"));
+    EXPECT_EQ(full.status(), 0) << full.error().toStdString();
+    EXPECT_EQ(full.error().count("The trace ends here, the operation does not"), 1)
+        << full.error().toStdString();
+}
+
+} // namespace
