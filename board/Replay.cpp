@@ -13,6 +13,8 @@ constexpr std::size_t kMostTold = 10;
 
 // A loader empties its port when it has opened it; what comes before that would be lost.
 constexpr auto kOpening = std::chrono::milliseconds(100);
+// How long somebody took to switch the power on is nothing to wait for.
+constexpr auto kLongestOpening = std::chrono::seconds(2);
 
 // When the line of the traced loader was through with a byte.
 class TracedLine {
@@ -38,15 +40,19 @@ Replay::Replay(const std::vector<TraceLine>& trace, std::uint32_t lineRate, Tell
 std::vector<Replay::Session> Replay::sessionsOf(const std::vector<TraceLine>& trace, std::uint32_t lineRate) {
     std::vector<Session> sessions;
     TracedLine line(lineRate);
+    bool lost = false;
     for (const TraceLine& entry : trace) {
         if (entry.kind == TraceLine::Kind::Opened) {
             sessions.emplace_back().line = entry.number;
             line.opened(entry.at);
+            lost = false;
             continue;
         }
         Session& session = sessions.back();
         switch (entry.kind) {
         case TraceLine::Kind::ToBoard:
+            if (lost)
+                break; // nobody took it
             for (const std::uint8_t byte : entry.bytes) {
                 session.expected.push_back(byte);
                 session.lines.push_back(entry.number);
@@ -55,6 +61,7 @@ std::vector<Replay::Session> Replay::sessionsOf(const std::vector<TraceLine>& tr
             break;
         case TraceLine::Kind::FromBoard:
         case TraceLine::Kind::Lost:
+            lost = entry.kind == TraceLine::Kind::Lost;
             session.answers.push_back({session.expected.size(),
                                        std::max(Duration::zero(), Duration(entry.at) - line.through()),
                                        entry.bytes, entry.kind == TraceLine::Kind::Lost});
@@ -142,8 +149,9 @@ void Replay::schedule(TimePoint now) {
     while (current != nullptr && m_answered < current->answers.size() &&
            current->answers[m_answered].after <= m_received) {
         const Answer& answer = current->answers[m_answered++];
-        const auto due =
-            now + (answer.after == 0 ? std::max<Duration>(answer.delay, kOpening) : answer.delay);
+        const auto pause =
+            answer.after == 0 ? std::clamp<Duration>(answer.delay, kOpening, kLongestOpening) : answer.delay;
+        const auto due = now + pause;
         if (answer.hangsUp)
             m_hangUpAt = due;
         else

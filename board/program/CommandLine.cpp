@@ -227,6 +227,10 @@ ProgramOptions parseCommandLine(std::span<const std::string> arguments) {
             throw std::invalid_argument(std::string("--") + option.name + " " + value + ": " + error.what());
         }
     }
+    if (options.replayFile && (options.nandFile || options.sdramDump || options.iramDump ||
+                               options.powerCycles != 0 || !options.board.misbehaviour.faults.empty()))
+        throw std::invalid_argument("--replay answers as the trace has it: no memories, faults and power "
+                                    "cycles go with it");
     return options;
 }
 

@@ -59,6 +59,18 @@ QString traceOf(const QString& file, const QString& name) {
     return info.dir().filePath(info.completeBaseName() + QLatin1Char('-') + name + suffix);
 }
 
+/// Before any of the boards hears anything; each run then writes over its own.
+void requireTraces(const CliOptions& options, const QStringList& names) {
+    if (options.traceFile.isEmpty() || options.dryRun)
+        return;
+    for (const QString& name : names) {
+        QFile file(traceOf(options.traceFile, name));
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+            throw UsageError(QStringLiteral("--trace: The trace %1 cannot be written: %2.")
+                                 .arg(file.fileName(), file.errorString()));
+    }
+}
+
 /// One board of several.
 class BoardRun {
   public:
@@ -204,6 +216,7 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
             run->interrupt(ended);
     });
     const QStringList names = namesOf(options.ports);
+    requireTraces(options, names);
     const auto images = std::make_shared<ImageStore>();
     for (qsizetype i = 0; i < names.size(); ++i)
         runs.push_back(std::make_unique<BoardRun>(options, facts, printer, static_cast<std::size_t>(i),
