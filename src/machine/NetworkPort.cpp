@@ -21,6 +21,22 @@ namespace {
 constexpr std::chrono::milliseconds kGrace = 250ms;
 constexpr std::chrono::milliseconds kFarewell = 500ms;
 
+/// Says that there is no more, and throws away what comes until the server ends the connection as well.
+void endInOrder(asio::ip::tcp::socket& socket) {
+    boost::system::error_code error;
+    socket.shutdown(asio::ip::tcp::socket::shutdown_send, error);
+    socket.non_blocking(true, error);
+    const auto end = std::chrono::steady_clock::now() + kFarewell;
+    std::array<char, 1024> rest{};
+    while (!error) {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        if (left.count() <= 0 || !waitReadable(socket.native_handle(), left))
+            return;
+        (void)socket.read_some(asio::buffer(rest), error);
+    }
+}
+
 } // namespace
 
 NetworkPort::NetworkPort(asio::io_context& io, NetworkAddress address)
@@ -33,7 +49,7 @@ NetworkPort::NetworkPort(asio::io_context& io, NetworkAddress address)
 
 NetworkPort::~NetworkPort() {
     if (m_isConnected && !m_opened && !m_error)
-        endInOrder(m_socket, kFarewell);
+        endInOrder(m_socket);
 }
 
 void NetworkPort::open(NameLookup::Endpoints endpoints, const LineSettings& settings, Opened opened) {

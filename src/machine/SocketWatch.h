@@ -14,8 +14,8 @@ void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept;
 /// Bytes that the peer has not confirmed yet, as far as the system tells.
 [[nodiscard]] std::size_t unconfirmedBytes(boost::asio::ip::tcp::socket::native_handle_type handle) noexcept;
 
-/// Ends the connection so that the peer still gets what was sent: says that there is no more, and throws away
-/// what comes until the peer ends it as well. Blocks, at most for `limit`.
-void endInOrder(boost::asio::ip::tcp::socket& socket, std::chrono::milliseconds limit) noexcept;
+/// False when nothing comes in that time. Blocks.
+[[nodiscard]] bool waitReadable(boost::asio::ip::tcp::socket::native_handle_type handle,
+                                std::chrono::milliseconds limit) noexcept;
 
 } // namespace zrk

@@ -1,6 +1,5 @@
 #include "machine/SocketWatch.h"
 
-#include <array>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -46,21 +45,9 @@ std::size_t unconfirmedBytes(int handle) noexcept {
     return 0;
 }
 
-void endInOrder(boost::asio::ip::tcp::socket& socket, std::chrono::milliseconds limit) noexcept {
-    boost::system::error_code error;
-    socket.shutdown(boost::asio::ip::tcp::socket::shutdown_send, error);
-    socket.non_blocking(true, error);
-    const auto end = std::chrono::steady_clock::now() + limit;
-    std::array<char, 1024> rest{};
-    while (!error) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            end - std::chrono::steady_clock::now());
-        pollfd entry{socket.native_handle(), POLLIN, 0};
-        if (left.count() <= 0 || ::poll(&entry, 1, static_cast<int>(left.count())) != 1)
-            return;
-        if (socket.read_some(boost::asio::buffer(rest), error) == 0)
-            return;
-    }
+bool waitReadable(int handle, std::chrono::milliseconds limit) noexcept {
+    pollfd entry{handle, POLLIN, 0};
+    return ::poll(&entry, 1, static_cast<int>(limit.count())) == 1;
 }
 
 } // namespace zrk

@@ -1,6 +1,5 @@
 #include "machine/SocketWatch.h"
 
-#include <array>
 #include <mstcpip.h>
 #include <winsock2.h>
 #include <ws2tcpip.h>
@@ -27,21 +26,9 @@ std::size_t unconfirmedBytes(SOCKET /*handle*/) noexcept {
     return 0; // what it keeps leaves within the round trip, and the pace knows the line
 }
 
-void endInOrder(boost::asio::ip::tcp::socket& socket, std::chrono::milliseconds limit) noexcept {
-    boost::system::error_code error;
-    socket.shutdown(boost::asio::ip::tcp::socket::shutdown_send, error);
-    socket.non_blocking(true, error);
-    const auto end = std::chrono::steady_clock::now() + limit;
-    std::array<char, 1024> rest{};
-    while (!error) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-            end - std::chrono::steady_clock::now());
-        WSAPOLLFD entry{socket.native_handle(), POLLRDNORM, 0};
-        if (left.count() <= 0 || ::WSAPoll(&entry, 1, static_cast<int>(left.count())) != 1)
-            return;
-        if (socket.read_some(boost::asio::buffer(rest), error) == 0)
-            return;
-    }
+bool waitReadable(SOCKET handle, std::chrono::milliseconds limit) noexcept {
+    WSAPOLLFD entry{handle, POLLRDNORM, 0};
+    return ::WSAPoll(&entry, 1, static_cast<int>(limit.count())) == 1;
 }
 
 } // namespace zrk
