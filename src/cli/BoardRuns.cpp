@@ -28,7 +28,7 @@ void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& pri
 
 /// Opens a session's output and its transcript.
 void keepTranscript(Output& output, const CliOptions& options, const QString& name) {
-    if (options.logFolder.isEmpty())
+    if (options.logFolder.isEmpty() || options.dryRun)
         return;
     if (!QDir().mkpath(options.logFolder))
         throw UsageError(QStringLiteral("--log %1: the folder cannot be made.").arg(options.logFolder));
@@ -96,10 +96,10 @@ class BoardRun {
     void join() { m_thread->wait(); }
 
     /// Safe from any thread.
-    void interrupt(bool ended) {
+    void interrupt() {
         const std::scoped_lock lock(m_mutex);
         if (m_session != nullptr)
-            m_loop->post([session = m_session, ended] { session->interrupt(ended); });
+            m_loop->post([session = m_session] { session->interrupt(true); });
         m_interrupted = true;
     }
 
@@ -192,7 +192,9 @@ int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printe
     const PortNames names(options.program.ports);
     const QString device = names.device(options.program.portNumber);
     Output output(printer, {0, {}, device});
-    keepTranscript(output, options, shortName(device));
+    keepTranscript(output, options,
+                   device.isEmpty() ? QStringLiteral("COM%1").arg(options.program.portNumber)
+                                    : shortName(device));
     Session* running = nullptr;
     const InterruptSignal interrupt(loop, [&running](bool ended) {
         if (running != nullptr)
@@ -211,9 +213,10 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
     QtEventLoop loop;
     requireWorkable(options, facts, printer, loop);
     std::vector<std::unique_ptr<BoardRun>> runs;
-    const InterruptSignal interrupt(loop, [&runs](bool ended) {
+    // One answer could not be for all of the boards, and a question for each would stop the others' display.
+    const InterruptSignal interrupt(loop, [&runs](bool /*ended*/) {
         for (const auto& run : runs)
-            run->interrupt(ended);
+            run->interrupt();
     });
     const QStringList names = namesOf(options.ports);
     requireTraces(options, names);

@@ -25,7 +25,11 @@ void requireText(const Plan& /*plan*/, const QString& argument) {
 
 ExitStatus expect(const StepRun& run) {
     run.loader.listener.expect(run.argument.toLocal8Bit(), run.options.limits.expect,
-                               [&run](const QByteArray& heard) { run.output.board(heard); });
+                               [&run](const QByteArray& heard) {
+                                   run.output.board(heard);
+                                   if (run.output.printer().wasLost()) // nobody reads it any more
+                                       run.loader.state.requestStop(Outcome::Internal);
+                               });
     return notSeen(run, toldEnd(run, "--expect-timeout"));
 }
 
@@ -43,12 +47,16 @@ ExitStatus script(const StepRun& run) {
         if (loader.operation.outcome() != Outcome::Done)
             return toldEnd(run);
         if (!loader.terminal.switchTo(true))
-            return exitStatusOf(loader.state.StopReason);
+            return loader.state.StopReason == Outcome::Done ? ExitStatus::PortLost
+                                                            : exitStatusOf(loader.state.StopReason);
     }
     loader.script.runScript(run.argument, run.options.limits.script);
+    const ExitStatus status = notSeen(run, exitStatusOf(loader.operation.outcome()));
     if (!loader.state.Remark.isEmpty()) // which line it was, and why
-        run.output.tell(loader.state.Remark);
-    return notSeen(run, exitStatusOf(loader.operation.outcome()));
+        run.output.tell(
+            (status == ExitStatus::NotSeen ? QStringLiteral("--script-timeout ran out: ") : QString()) +
+            loader.state.Remark);
+    return status;
 }
 
 ExitStatus terminal(const StepRun& run) {

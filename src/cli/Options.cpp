@@ -5,6 +5,8 @@
 #include "platform/RuntimeFailure.h"
 
 #include <QCommandLineParser>
+#include <QProcess>
+#include <QStandardPaths>
 
 #include <cmath>
 #include <cstdio>
@@ -50,8 +52,9 @@ Limits::Limit readLimit(const QCommandLineParser& parser, const char* name) {
     const QString value = parser.value(text(name));
     const double seconds = value.toDouble(&isNumber);
     constexpr double kLongest = 86400.0;
-    if (!isNumber || !(seconds > 0.0) || seconds > kLongest)
-        throw UsageError(QStringLiteral("--%1 %2: give the seconds as a number above 0, up to 86400.")
+    constexpr double kShortest = 0.001;
+    if (!isNumber || !(seconds >= kShortest) || seconds > kLongest)
+        throw UsageError(QStringLiteral("--%1 %2: give the seconds as a number above 0, from 0.001 to 86400.")
                              .arg(text(name), value));
     return std::chrono::milliseconds(std::llround(seconds * 1000.0));
 }
@@ -83,6 +86,18 @@ PrintStyle readStyle(const QCommandLineParser& parser) {
     return style;
 }
 
+/// A power switch that is not there would leave the run waiting for a board that nobody switches on.
+void requireProgram(const QString& command, bool isSet) {
+    const QString program = QProcess::splitCommand(command).value(0);
+    if (!isSet || !QStandardPaths::findExecutable(program).isEmpty())
+        return;
+    throw UsageError(program.isEmpty()
+                         ? QStringLiteral("--on-wait needs a command, but it is blank.")
+                         : QStringLiteral("--on-wait %1: there is no such program, or it may not "
+                                          "be started.")
+                               .arg(program));
+}
+
 void refuseMixedTerminal(const CliOptions& options) {
     for (const StepCall& step : options.steps) {
         if (step.facts->ownsStreams && (options.style.json || options.ports.size() > 1))
@@ -104,6 +119,7 @@ CliOptions read(const QCommandLineParser& parser) {
         for (std::size_t i = 0; i < kSlots.size(); ++i)
             options.slotValues[i] = givenValue(parser, text(kSlots[i].option), QStringLiteral("a file name"));
         options.onWait = givenValue(parser, QStringLiteral("on-wait"), QStringLiteral("a command"));
+        requireProgram(options.onWait, parser.isSet(QStringLiteral("on-wait")));
         options.traceFile = givenValue(parser, QStringLiteral("trace"), QStringLiteral("a file name"));
         options.logFolder = givenValue(parser, QStringLiteral("log"), QStringLiteral("a folder"));
     } catch (const RuntimeFailure& failure) {

@@ -2,6 +2,8 @@
 
 #include <QJsonDocument>
 
+#include <utility>
+
 namespace zrk {
 namespace {
 
@@ -42,8 +44,13 @@ QJsonObject fieldsOf(const Ending& ending) {
 
 Output::~Output() {
     clearProgress();
+    finishLine();
+}
+
+/// Of several boards the last piece of a line has been held back until now.
+void Output::finishLine() {
     if (!m_place.name.isEmpty() && !m_unfinished.isEmpty())
-        m_printer.out(named(m_unfinished));
+        m_printer.out(named(std::exchange(m_unfinished, {})));
 }
 
 QByteArray Output::named(const QByteArray& line) const {
@@ -111,7 +118,7 @@ void Output::tell(const QString& text) {
         lines += named(line);
     m_printer.err(lines);
     if (m_transcript)
-        m_transcript->write(QStringLiteral("* ") + text + QLatin1Char('\n'));
+        m_transcript->writeMessage(text);
 }
 
 void Output::notice(const QString& text) {
@@ -183,6 +190,8 @@ void Output::stepEnds(const Ending& ending) {
 }
 
 void Output::result(const Ending& ending) {
+    clearProgress();
+    finishLine();
     QJsonObject fields = fieldsOf(ending);
     fields.insert(QStringLiteral("port"), m_place.port);
     event("result", fields);

@@ -77,6 +77,7 @@ class Output {
 
   private:
     void put(QByteArray bytes);
+    void finishLine();
     void record(const QString& text);
     [[nodiscard]] QByteArray named(const QByteArray& line) const;
     [[nodiscard]] bool isJson() const { return m_printer.style().json; }

@@ -112,6 +112,19 @@ bool Plan::usesPort() const {
                        [](const StepCall& step) { return step.facts->usesPort; });
 }
 
+bool Plan::checksAddresses() const {
+    return std::any_of(m_steps.cbegin(), m_steps.cend(),
+                       [](const StepCall& step) { return step.facts->checksAddresses; });
+}
+
+QString Plan::stepsText() const {
+    QStringList texts;
+    for (const StepCall& step : m_steps)
+        texts += QString::fromLatin1(step.facts->name) +
+                 (step.argument.isEmpty() ? QString() : QStringLiteral(" \"%1\"").arg(step.argument));
+    return texts.join(QStringLiteral(", "));
+}
+
 bool Plan::has(const char* step) const {
     return std::any_of(m_steps.cbegin(), m_steps.cend(),
                        [step](const StepCall& one) { return std::string_view(one.facts->name) == step; });

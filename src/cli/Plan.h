@@ -26,6 +26,9 @@ class Plan {
     [[nodiscard]] QStringList warnings() const;
 
     [[nodiscard]] bool usesPort() const;
+    [[nodiscard]] bool checksAddresses() const;
+    /// The steps in their order, with their arguments.
+    [[nodiscard]] QString stepsText() const;
 
     [[nodiscard]] bool has(const char* step) const;
     [[nodiscard]] bool isSelected(int slot) const;

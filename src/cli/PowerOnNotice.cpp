@@ -5,6 +5,8 @@
 
 #include <QProcessEnvironment>
 
+#include <utility>
+
 namespace zrk {
 
 PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit,
@@ -19,12 +21,14 @@ PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std:
     QObject::connect(&m_process, &QProcess::finished, &m_process, [this](int status, QProcess::ExitStatus) {
         const QString said = QString::fromLocal8Bit(m_process.readAll()).trimmed();
         if (status != 0)
-            m_output.tell(QStringLiteral("--on-wait %1 ended with status %2. %3")
+            m_output.tell(QStringLiteral("--on-wait %1 ended with status %2; the board is still awaited. %3")
                               .arg(m_command.value(0))
                               .arg(status)
                               .arg(said));
         else if (!said.isEmpty())
             m_output.detail(said);
+        if (std::exchange(m_again, false) && m_dialog != nullptr)
+            startCommand();
     });
 }
 
@@ -32,8 +36,17 @@ PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std:
 PowerOnNotice::~PowerOnNotice() {
     m_process.disconnect();
     constexpr int kLimit = 5000;
-    if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(kLimit))
+    constexpr int kTermination = 1000;
+    if (m_process.state() == QProcess::NotRunning)
+        return;
+    m_output.notice(QStringLiteral("Waiting for --on-wait %1 to end, 5 s at most.").arg(m_command.value(0)));
+    if (m_process.waitForFinished(kLimit))
+        return;
+    m_process.terminate();
+    if (!m_process.waitForFinished(kTermination)) {
         m_process.kill();
+        m_process.waitForFinished(kTermination);
+    }
 }
 
 void PowerOnNotice::show(WaitDialog& dialog) {
@@ -45,7 +58,10 @@ void PowerOnNotice::show(WaitDialog& dialog) {
 }
 
 void PowerOnNotice::startCommand() {
-    if (m_command.isEmpty() || m_process.state() != QProcess::NotRunning)
+    if (m_command.isEmpty())
+        return;
+    m_again = m_process.state() != QProcess::NotRunning; // of the wait before; this one's turn comes
+    if (m_again)
         return;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("ZRK_PORT"), m_output.place().port);

@@ -38,6 +38,7 @@ class PowerOnNotice final : public WaitDialogView {
     QProcess m_process;
     std::unique_ptr<Timer> m_timer;
     WaitDialog* m_dialog = nullptr; ///< the one being shown
+    bool m_again = false;           ///< it was wanted while the last one still ran
 };
 
 } // namespace zrk

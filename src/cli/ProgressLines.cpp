@@ -38,6 +38,8 @@ void ProgressLines::tick() {
     if (m_messages.isAsking())
         return;
     const bool transferring = m_loader.state.OperationActive && m_loader.transport.isTransferring();
+    if (!transferring || m_loader.state.SendingSlot != m_shownSlot)
+        endTransfer();
     if (transferring && m_loader.state.BytesTotal > 0)
         return showTransfer();
     m_lastTenth = 0;
@@ -54,15 +56,11 @@ void ProgressLines::showTransfer() {
     const SharedState& state = m_loader.state;
     const double percent = 100.0 * state.BytesSent / state.BytesTotal;
     const auto title = m_loader.controls.slotTitle(static_cast<std::size_t>(state.SendingSlot));
-    if (now - m_lastEvent >= kEventEvery) {
-        m_lastEvent = now;
-        QJsonObject fields{{QStringLiteral("image"), title},
-                           {QStringLiteral("sent"), state.BytesSent},
-                           {QStringLiteral("total"), state.BytesTotal}};
-        if (const auto perSecond = rate.rate(now))
-            fields.insert(QStringLiteral("rate"), *perSecond);
-        m_output.event("progress", fields);
-    }
+    m_shownSlot = state.SendingSlot;
+    m_shownTotal = state.BytesTotal;
+    m_lastWaitLine = now;
+    if (now - m_lastEvent >= kEventEvery)
+        tellTransfer(state.BytesSent, state.BytesTotal);
     const int tenth = static_cast<int>(percent / 10.0);
     if (!m_output.overwrites() && tenth == std::exchange(m_lastTenth, tenth))
         return;
@@ -70,6 +68,33 @@ void ProgressLines::showTransfer() {
         {QStringLiteral("%1 %, %2").arg(percent, 0, 'f', 0).arg(rate.leftText(now)), rate.rateText(now),
          QStringLiteral("%1 / %2 bytes").arg(state.BytesSent).arg(state.BytesTotal), title},
         m_output.overwrites() ? m_output.progressColumns() : 1000));
+}
+
+/// That an image is through is told, unless its transfer was broken off.
+void ProgressLines::endTransfer() {
+    const SharedState& state = m_loader.state;
+    const bool next = m_shownSlot >= 0 && state.SendingSlot != m_shownSlot;
+    if (m_shownSlot >= 0 && !state.CancelRequested && (next || state.BytesSent == state.BytesTotal)) {
+        tellTransfer(m_shownTotal, m_shownTotal);
+        if (!m_output.overwrites())
+            m_output.progress(QStringLiteral("100 %, %1 bytes, %2")
+                                  .arg(m_shownTotal)
+                                  .arg(m_loader.controls.slotTitle(static_cast<std::size_t>(m_shownSlot))));
+    }
+    m_shownSlot = -1;
+    m_lastTenth = 0;
+}
+
+void ProgressLines::tellTransfer(qint64 sent, qint64 total) {
+    const auto now = m_loader.loop.now();
+    m_lastEvent = now;
+    QJsonObject fields{
+        {QStringLiteral("image"), m_loader.controls.slotTitle(static_cast<std::size_t>(m_shownSlot))},
+        {QStringLiteral("sent"), sent},
+        {QStringLiteral("total"), total}};
+    if (const auto perSecond = m_loader.activity.rate().rate(now))
+        fields.insert(QStringLiteral("rate"), *perSecond);
+    m_output.event("progress", fields);
 }
 
 void ProgressLines::showWait() {

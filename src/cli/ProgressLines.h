@@ -19,6 +19,8 @@ class ProgressLines {
   private:
     void tick();
     void showTransfer();
+    void endTransfer();
+    void tellTransfer(qint64 sent, qint64 total);
     void showWait();
 
     Loader& m_loader;
@@ -28,6 +30,8 @@ class ProgressLines {
     EventLoop::TimePoint m_lastWaitLine;
     EventLoop::TimePoint m_lastEvent;
     int m_lastTenth = 0;
+    int m_shownSlot = -1; ///< whose transfer was shown last, until its end has been told
+    qint64 m_shownTotal = 0;
 };
 
 /// As many of the parts, separated by commas, as fit; the first one is cut if even that does not.

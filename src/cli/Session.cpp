@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace zrk {
 
 using namespace std::chrono_literals;
@@ -37,7 +39,7 @@ void Session::prepare(Remarks remarks) {
     if (remarks == Remarks::Tell) {
         const QStringList warnings = m_plan.warnings();
         for (const QString& line : warnings)
-            m_output.notice(line);
+            m_output.tell(line);
     }
     m_plan.check();
 }
@@ -86,6 +88,7 @@ void Session::announce() {
 /// What a run would find out before it sends, and nothing else.
 ExitStatus Session::dryRun() {
     QStringList lines = m_plan.announcement();
+    lines += QStringLiteral("Steps: ") + m_plan.stepsText();
     ExitStatus status = ExitStatus::Done;
     if (m_plan.usesPort()) {
         const PortNames names(m_options.program.ports);
@@ -95,11 +98,13 @@ ExitStatus Session::dryRun() {
         if (!problem.isEmpty())
             status = ExitStatus::PortNotOpened;
     }
-    const bool valid = m_loader.validation.ValidateAddresses();
-    lines +=
-        valid ? QStringLiteral("Addresses: in range, no images overlap") : QStringLiteral("Addresses: wrong");
-    if (!valid)
-        status = ExitStatus::Usage;
+    if (m_plan.checksAddresses()) {
+        const bool valid = m_loader.validation.ValidateAddresses();
+        lines += valid ? QStringLiteral("Addresses: in range, no images overlap")
+                       : QStringLiteral("Addresses: wrong");
+        if (!valid)
+            status = ExitStatus::Usage;
+    }
     lines += QStringLiteral("Nothing was sent.");
     m_output.console(lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n"));
     return status;
@@ -110,8 +115,10 @@ ExitStatus Session::awaitPort() {
         return ExitStatus::Done;
     m_loader.listener.openPort(m_options.limits.waitPort);
     const Outcome outcome = m_loader.operation.outcome();
-    if (outcome != Outcome::PortNotOpened)
+    if (outcome != Outcome::PortNotOpened) {
+        tellRunLimit();
         return exitStatusOf(outcome);
+    }
     m_output.tell(QStringLiteral("--wait-port %1 ran out: %2")
                       .arg(std::chrono::duration<double>(*m_options.limits.waitPort).count())
                       .arg(m_loader.operation.failure()));
@@ -131,9 +138,13 @@ ExitStatus Session::runStep(std::size_t index) {
     const StepCall& call = m_options.steps[index];
     if (m_loader.state.StopReason == Outcome::Cancelled)
         return ExitStatus::Cancelled;
-    if (m_limitReached)
+    if (m_limitReached) {
+        tellRunLimit();
         return ExitStatus::NoAnswer;
+    }
     m_step = QString::fromLatin1(call.facts->name);
+    if (!call.facts->awaitsProgram)
+        m_loader.state.HeardBehind.clear(); // what a script has left is of the program before
     m_output.stepBegins(m_step);
     const auto begin = m_loop.now();
     const StepFacts* next = index + 1 < m_options.steps.size() ? m_options.steps[index + 1].facts : nullptr;
@@ -150,9 +161,9 @@ void Session::explain(ExitStatus status, const StepFacts& step) {
         return;
     const SharedState& state = m_loader.state;
     const Outcome outcome = m_loader.operation.outcome();
-    if (outcome == Outcome::LimitReached && !state.StopText.isEmpty())
-        m_output.tell((m_limitReached ? QString() : QStringLiteral("--flash-timeout ran out: ")) +
-                      state.StopText);
+    tellRunLimit();
+    if (outcome == Outcome::LimitReached && !m_limitReached && !state.StopText.isEmpty())
+        m_output.tell(QStringLiteral("--flash-timeout ran out: ") + state.StopText);
     if (outcome == Outcome::WrongAnswer && !state.WrongAnswer.isEmpty())
         m_output.tell(state.WrongAnswer);
     if (step.awaitsProgram || step.ownsStreams)
@@ -165,8 +176,16 @@ void Session::explain(ExitStatus status, const StepFacts& step) {
         m_output.tell(hint);
 }
 
+void Session::tellRunLimit() {
+    if (!m_runLimitText.isEmpty())
+        m_output.tell(std::exchange(m_runLimitText, {}));
+}
+
 ExitStatus Session::letOutLastBytes() {
-    if (m_loader.transport.letOut(kLastBytesLimit, kLastBytesLimit))
+    const bool gone = m_loader.transport.letOut(kLastBytesLimit, kLastBytesLimit);
+    if (m_loader.state.StopReason == Outcome::Cancelled)
+        return ExitStatus::Cancelled;
+    if (gone)
         return ExitStatus::Done;
     m_output.tell(QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
     return ExitStatus::PortLost;
@@ -185,9 +204,9 @@ void Session::runOut() {
     m_question.withdraw();
     m_loader.state.requestStop(Outcome::LimitReached);
     m_loader.port.giveUpOpening();
-    m_loader.state.StopText = QStringLiteral("The run took longer than --timeout %1. It was at: %2")
-                                  .arg(std::chrono::duration<double>(*m_options.limits.run).count())
-                                  .arg(doing);
+    m_runLimitText = QStringLiteral("The run took longer than --timeout %1. It was at: %2")
+                         .arg(std::chrono::duration<double>(*m_options.limits.run).count())
+                         .arg(doing.isEmpty() ? m_step : doing);
 }
 
 void Session::presetSlots() {

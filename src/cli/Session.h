@@ -50,6 +50,7 @@ class Session {
     [[nodiscard]] ExitStatus letOutLastBytes();
     void explain(ExitStatus status, const StepFacts& step);
     void runOut();
+    void tellRunLimit();
     [[nodiscard]] Ending ending(ExitStatus status, EventLoop::TimePoint since) const;
 
     CliOptions m_options;
@@ -69,6 +70,7 @@ class Session {
     std::unique_ptr<Timer> m_runTimer;
     QString m_step; ///< the one that runs, or ran last
     bool m_limitReached = false;
+    QString m_runLimitText; ///< until it has been told
 };
 
 } // namespace zrk

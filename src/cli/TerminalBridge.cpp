@@ -4,6 +4,9 @@
 #include "loader/Loader.h"
 #include "machine/StandardInput.h"
 
+#include <algorithm>
+#include <optional>
+
 namespace zrk {
 
 using namespace std::chrono_literals;
@@ -12,6 +15,9 @@ namespace {
 
 constexpr char kEndKey = '\x1D'; // Ctrl-]
 constexpr std::chrono::milliseconds kSilence = 500ms;
+constexpr std::chrono::milliseconds kLongestAnswer = 5s;
+constexpr std::chrono::milliseconds kLastKeys = 1s;
+constexpr qsizetype kMostUnsent = qsizetype{256} * 1024;
 constexpr std::chrono::milliseconds kLook = 100ms;
 
 } // namespace
@@ -39,37 +45,48 @@ Operation::End TerminalBridge::join() {
     const auto look = m_loader.loop.createTimer([] {});
     look->start(kLook);
     auto lastHeard = m_loader.loop.now();
+    std::optional<EventLoop::TimePoint> ended; // the user has, or the input
     while (!m_loader.state.CancelRequested) {
         const QByteArray heard = m_loader.port.receive();
         if (!heard.isEmpty()) {
             m_output.raw(heard);
             lastHeard = m_loader.loop.now();
         }
-        if (!takeKeys(input))
-            return Operation::End::Done;
+        if (m_output.printer().wasLost())
+            m_loader.state.requestStop(Outcome::Internal);
+        if (!ended && takeKeys(input))
+            ended = m_loader.loop.now();
         sendKeys();
-        if (!input.hasEnded() || !m_toSend.isEmpty() || m_loader.port.unsentBytes() > 0)
-            lastHeard = m_loader.loop.now();
-        else if (m_loader.loop.now() - lastHeard >= kSilence)
+        if (ended && isOver(input, *ended, lastHeard))
             return Operation::End::Done;
         m_loader.loop.wait();
     }
     return Operation::End::Stopped;
 }
 
-/// False when the user has ended the terminal. Not more is taken than the line can follow.
+/// True at the end: of the input, or by the key, which is looked for also while the line takes nothing.
 bool TerminalBridge::takeKeys(StandardInput& input) {
-    if (!m_toSend.isEmpty())
-        return true;
-    m_toSend = input.take();
+    if (m_toSend.size() >= kMostUnsent)
+        return false;
+    const qsizetype before = m_toSend.size();
+    m_toSend += input.take();
     if (!input.isTerminal())
-        return true;
-    const qsizetype end = m_toSend.indexOf(kEndKey);
-    if (end < 0)
-        return true;
-    m_toSend.truncate(end);
-    sendKeys();
-    return false;
+        return input.hasEnded();
+    const qsizetype end = m_toSend.indexOf(kEndKey, before);
+    if (end >= 0)
+        m_toSend.truncate(end);
+    return end >= 0;
+}
+
+/// What was typed before the end still goes out if the line takes it. Behind the end of a pipe the answer is
+/// waited for, until the board is silent; one that never is shall not hold up the script around this.
+bool TerminalBridge::isOver(const StandardInput& input, EventLoop::TimePoint ended,
+                            EventLoop::TimePoint lastHeard) const {
+    const auto now = m_loader.loop.now();
+    const bool allSent = m_toSend.isEmpty() && m_loader.port.unsentBytes() == 0;
+    if (input.isTerminal())
+        return allSent || now - ended >= kLastKeys;
+    return now - ended >= kLongestAnswer || (allSent && now - std::max(lastHeard, ended) >= kSilence);
 }
 
 /// As much as the port takes at once: a stopped line must not stop the program.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/EventLoop.h"
 #include "serial/Operation.h"
 
 #include <QByteArray>
@@ -23,6 +24,8 @@ class TerminalBridge {
   private:
     [[nodiscard]] Operation::End join();
     [[nodiscard]] bool takeKeys(StandardInput& input);
+    [[nodiscard]] bool isOver(const StandardInput& input, EventLoop::TimePoint ended,
+                              EventLoop::TimePoint lastHeard) const;
     void sendKeys();
 
     Loader& m_loader;

@@ -35,6 +35,13 @@ void Transcript::write(const QString& text) {
     m_file.close();
 }
 
+void Transcript::writeMessage(const QString& text) {
+    if (!m_lineBegins)
+        write(QStringLiteral("\n"));
+    for (const QString& line : text.split(QLatin1Char('\n')))
+        write(QStringLiteral("* ") + line + QLatin1Char('\n'));
+}
+
 QString Transcript::takeFailure() {
     return std::exchange(m_failure, QString());
 }

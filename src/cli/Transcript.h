@@ -14,6 +14,9 @@ class Transcript {
 
     void write(const QString& text);
 
+    /// What is no text of console and board: in lines of its own, each marked.
+    void writeMessage(const QString& text);
+
     /// What went wrong, told once; "" for nothing.
     [[nodiscard]] QString takeFailure();
 

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <cstdio>
 #include <exception>
@@ -39,13 +40,21 @@ int fail(ExitStatus status, const QString& text, bool json) {
     return static_cast<int>(status);
 }
 
+/// Known before the arguments are read, since what is wrong with them is told in the same way. Letters may
+/// share a dash.
+bool asksForJson(const QStringList& arguments) {
+    static const QRegularExpression kJson(QStringLiteral("^(--json|-[enqv]*j[enqvj]*)$"));
+    static const QRegularExpression kText(QStringLiteral("^(--help|--version|-[a-z]*[hV])$"));
+    const QStringList options = arguments.mid(0, arguments.indexOf(QStringLiteral("--")));
+    return options.indexOf(kJson) >= 0 && options.indexOf(kText) < 0;
+}
+
 int runProgram() {
     // The window and the command line share the configuration file.
     zrk::ProgramFacts facts = zrk::programFacts();
     facts.name = QStringLiteral("zrk-loader");
     const QStringList arguments = QCoreApplication::arguments();
-    const bool json =
-        arguments.contains(QStringLiteral("--json")) || arguments.contains(QStringLiteral("-j"));
+    const bool json = asksForJson(arguments);
     try {
         if (json)
             printJson({{QStringLiteral("event"), QStringLiteral("begin")},

@@ -23,6 +23,7 @@ struct SharedState {
     QString LastChar;    ///< the character most recently read by a protocol step
     QString MessageText; ///< prompt of the message box being raised; last address error
     QString IniPath;     ///< full path of the configuration file
+    QString HeardBehind; ///< what terminal mode has received behind the text that a script waited for last
     QString Remark;      ///< for the first status panel while nothing runs, until an operation begins
     std::array<QString, 8> SlotNames;
     std::int32_t BytesSent = 0;      ///< code bytes handed over by the current image transfer

@@ -15,7 +15,7 @@ struct InterruptSignal::Private {
     explicit Private(std::function<void(bool)> interrupted) {
         sigset_t signals;
         sigemptyset(&signals);
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
             struct sigaction present {};
             // Who started us in the background may have them ignored, and a descriptor would get them still.
             if (sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN)

@@ -1,5 +1,7 @@
 #include "script/BoardListener.h"
 
+#include <utility>
+
 namespace zrk {
 
 using namespace std::chrono_literals;
@@ -86,7 +88,12 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
     const auto begin = m_link.loop.now();
     const auto look = m_link.loop.createTimer([] {});
     look->start(kLook);
-    QByteArray received; // as much of it as may still be the beginning of the text, and what messages show
+    // As much as may still be the beginning of the text, and what messages show; a script has shown its part.
+    QByteArray received = std::exchange(m_link.state.HeardBehind, {}).toLatin1();
+    if (const qsizetype found = received.indexOf(text); found >= 0) {
+        m_link.state.HeardBehind = QString::fromLatin1(received.mid(found + text.size()));
+        return Operation::End::Done;
+    }
     while (!m_link.state.CancelRequested) {
         const QByteArray piece = m_link.port.receive();
         // A text that lies across the border begins at most its length before it.

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kReceiveInterval = 200ms;
 constexpr qsizetype kMostHeld = 1024; // more unread could bring the line to a standstill
+constexpr qsizetype kMostHeard = 4096;
 constexpr QChar kBackspace(u'\b');
 constexpr QChar kLineFeed(u'\n');
 constexpr QChar kCarriageReturn(u'\r');
@@ -107,9 +108,20 @@ void TerminalMode::timCommReceive_Timer() {
     } catch (const RuntimeFailure&) {
         return; // the watch over the idle port reports a lost device, once
     }
-    if (!m_desk.state.AwaitedText.isEmpty() && s.contains(m_desk.state.AwaitedText))
-        m_desk.state.AwaitedText.clear();
+    noteHeard(s);
     ShowReceived(s);
+}
+
+/// Ends a script's wait, and keeps what it left for whoever listens next.
+void TerminalMode::noteHeard(const QString& s) {
+    SharedState& state = m_desk.state;
+    const qsizetype found = state.AwaitedText.isEmpty() ? -1 : s.indexOf(state.AwaitedText);
+    if (found >= 0) {
+        state.HeardBehind = s.mid(found + state.AwaitedText.size());
+        state.AwaitedText.clear();
+    } else if (state.AwaitedText.isEmpty()) {
+        state.HeardBehind = (state.HeardBehind + s).right(kMostHeard);
+    }
 }
 
 void TerminalMode::ShowReceived(const QString& s) {

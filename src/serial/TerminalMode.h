@@ -34,6 +34,7 @@ class TerminalMode {
     void ShowReceived(const QString& s);
 
   private:
+    void noteHeard(const QString& s);
     void apply(bool enable);
     void applyTerminal();
     void applyProgrammed();

@@ -42,8 +42,9 @@ QByteArray contents(const QString& path) {
 TEST_F(Steps, DoAllJobsOverOnePortAndLoseNothing) {
     const QString sdram = images.file("sdram.dump");
     BoardProcess board(kBoard + QString("--start-delay 0 --dump-sdram ") + sdram);
-    const QString scr = write("smoke.scr", ">help/n\n<zrk>\n");
-    CliRun run(common(board) + "load download start expect zrk> script " + scr);
+    const QString scr = write("smoke.scr", ">help/n\n<help\n");
+    CliRun run(common(board) + "load download start expect zrk> script " + scr +
+               " expect zrk> --expect-timeout 20");
     EXPECT_EQ(run.status(), 0) << run.error().toStdString();
     // Each byte of the program from its first to the text, once, and the script's behind it.
     const QByteArray heard = run.output().mid(run.output().indexOf("-- Starting")).replace('\r', "");
@@ -68,7 +69,8 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
         {"", "load start expect \"no such\" --expect-timeout 0.3", 7,
          "--expect-timeout ran out: \"no such\" did not come within 0.3 s. Received last: \""},
         {"", "load start script " + scr + " --script-timeout 0.3", 7,
-         "ended at line 3: \"never said\" did not come within 0.3 s. Received last: \""},
+         "--script-timeout ran out: The script ended at line 3: \"never said\" did not come within 0.3 s. "
+         "Received last: \""},
         {"--fault bootid=none", "start expect zrk --start-timeout 0.3", 4,
          "--start-timeout ran out: The board"},
         {"--bootid-interval 0.1", "start expect zrk", 5, "it is in its boot ROM. Load the program"},
@@ -76,6 +78,8 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
          "--flash-timeout ran out: No answer within 0.3 s. The board programs"},
         {"--fault bootid=none", "load --timeout 0.3", 4, "longer than --timeout 0.3. It was at: "},
         {"", "load --wait-port 0.3 --port /nonexistent", 4, "--wait-port 0.3 ran out"},
+        {"", "load --wait-port 9 --timeout 0.3 --port /nonexistent", 4,
+         "longer than --timeout 0.3. It was at"},
         {"--fault R=wrong:0x00", "load", 5, "Expected 'R' (0x52), got 0x00."},
         {"--fault bootid=none --noise U-Boot\\x20banner", "load --wait 0.5", 4, "service jumper, then"},
         {"--fault bootid=none", "load --wait 0.3", 4, "Nothing at all has come over COM1 (/"},
@@ -99,7 +103,8 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
         const char* output;
     } runs[] = {
         {here + "load download start", 0, "Addresses: in range, no images overlap\nNothing was sent.\n"},
-        {here + "flash", 0, "flash.bin to NAND flash address 0x00000000"},
+        {here + "flash --kernel " + images.file("kernel.img") + ",0x80000100", 0,
+         "flash.bin to NAND flash address 0x00000000"},
         {here + "load --kernel " + images.file("kernel.img") + ",0x80000100", 2, "Addresses: wrong"},
         {"-n --port /nonexistent --ini " + images.ini() + " load", 3, "Port: "},
     };
@@ -122,6 +127,7 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {"expect", "The step expect needs a TEXT behind it"},
         {"script /nonexistent.scr", "script /nonexistent.scr: there is no such file"},
         {"--timeout 0 load", "--timeout 0: give the seconds as a number above 0"},
+        {"--on-wait no-such-program load", "--on-wait no-such-program: there is no such program"},
         {"--json terminal", "goes neither with --json nor with several boards"},
         {"--progress some load", "--progress some: say auto, always or never"},
         {"--port " + line.device() + " load", "is given twice"},
@@ -142,6 +148,8 @@ TEST_F(Steps, TerminalPassesAPipeAndATerminalThrough) {
     BoardProcess board(kBoard);
     CliRun bringUp(common(board) + "load start expect zrk>");
     ASSERT_EQ(bringUp.status(), 0) << bringUp.error().toStdString();
+    CliRun closed(common(board) + "terminal", {.input = write("keys", "help\r"), .output = "/dev/full"});
+    EXPECT_EQ(closed.status(), 1);
     CliRun pipe(common(board) + "terminal", {.input = write("keys", "help\r")});
     EXPECT_EQ(pipe.status(), 0);
     EXPECT_TRUE(pipe.output().startsWith("help\r\n") && pipe.output().contains("\r\nzrk> "))
@@ -194,7 +202,7 @@ TEST_F(Steps, PrintJsonAsTheDocumentHasIt) {
     ASSERT_GT(documented.size(), 20);
     const BoardProcess board(kBoard + QString("--answer-delay 0.02"));
     const QString runs[] = {common(board) + "--line-rate 11520 -j ports load start expect zrk>",
-                            common(board) + "-j load --port /nonexistent", "--json"};
+                            common(board) + "-j load --port /nonexistent", "-qj"};
     const char* reasons[] = {"done", "port not opened", "usage"};
     QSet<QString> seen;
     for (std::size_t i = 0; i < std::size(runs); ++i) {
