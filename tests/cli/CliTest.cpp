@@ -86,6 +86,7 @@ TEST_F(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
         {"--com 9 load", 2, "--com 9: the port number goes from 1 to 8"},
         {"--com 2=/dev/null --port /dev/null load", 2, "--port names the device of COM1"},
         {"--wait soon load", 2, "--wait soon"},
+        {"--line-rate 200000000 load", 2, "--line-rate 200000000: "},
         {"--line-rate fast load", 2, "--line-rate fast: give the bytes a second"},
         {"--ini /nonexistent.INI load", 2, "--ini /nonexistent.INI: there is no such file"},
         {"--primary= load", 2, "--primary needs a file name, but it is empty"},

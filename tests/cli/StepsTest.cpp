@@ -157,6 +157,9 @@ TEST_F(Steps, TerminalPassesAPipeAndATerminalThrough) {
     EXPECT_TRUE(pipe.error().contains("ends behind the end of the input"));
 
     Pty person;
+    termios cooked = person.settings();
+    cooked.c_lflag |= static_cast<tcflag_t>(ICANON | ECHO | ISIG);
+    person.setSettings(cooked);
     const tcflag_t before = person.settings().c_lflag;
     CliRun typed(common(board) + "terminal", {.input = person.device()});
     ASSERT_TRUE(typed.waitFor(QProcess::StandardError, "Ctrl-] ends it"));
@@ -242,7 +245,7 @@ TEST_F(Steps, RunSeveralBoardsOfWhichOneFails) {
     const QString log = images.file("log");
     const QString started = images.file("started");
     const QString command = "sh " + write("cycle", "echo $ZRK_PORT >> " + started.toLatin1());
-    CliRun run("--port " + good.device() + " --port " + bad.device() + " --ini " + images.ini() +
+    CliRun run("--port " + bad.device() + " --port " + good.device() + " --ini " + images.ini() +
                " --line-rate 0 --log " + log + " --on-wait \"" + command + "\" load start expect zrk>");
     EXPECT_EQ(run.status(), 5) << run.error().toStdString();
     const QString names[] = {QFileInfo(good.device()).fileName(), QFileInfo(bad.device()).fileName()};
