@@ -92,7 +92,7 @@ void PromptCommands::help() {
 }
 
 void PromptCommands::memoryDump(const Words& words) {
-    const auto address = words.size() > 1 ? parseNumber(words[1], 16) : std::nullopt;
+    const auto address = parseNumber(words.size() > 1 ? words[1] : std::string(), 16);
     const auto count = words.size() > 2 ? parseNumber(words[2]) : kDumpDefault;
     if (words.size() > 3 || !address || !count) {
         sayLine("usage: md ADDRESS [COUNT], ADDRESS hexadecimal, COUNT decimal or 0x");

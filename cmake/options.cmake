@@ -12,7 +12,7 @@ endif()
 target_compile_definitions(zrk_options INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_CAST_TO_ASCII
                                                  QT_NO_FOREACH QT_NO_KEYWORDS)
 
-# zrk_library(NAME SOURCES... LINK LIBRARIES... [HEADERS core|window]): a static library of this project, with
+# zrk_library(NAME SOURCES... LINK LIBRARIES... [HEADERS plain|core|window]): a static library of this project, with
 # the set of precompiled headers that fits it.
 function(zrk_library name)
     cmake_parse_arguments(ARG "" "HEADERS" "SOURCES;LINK" ${ARGN})

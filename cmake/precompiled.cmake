@@ -6,8 +6,7 @@ set(zrk_common_headers
     <algorithm> <array> <chrono> <cmath> <cstdint> <cstdio> <functional> <limits> <memory> <mutex> <optional> <span>
     <string> <utility> <vector>)
 set(zrk_core_headers ${zrk_common_headers}
-    <QByteArray> <QDateTime> <QDir> <QFile> <QFileInfo> <QHash> <QJsonDocument> <QJsonObject> <QList> <QProperty>
-    <QString> <QStringList> <QTimer>)
+    <QByteArray> <QFile> <QHash> <QList> <QProperty> <QString> <QStringList>)
 set(zrk_window_headers ${zrk_core_headers}
     <QAction> <QApplication> <QBoxLayout> <QCheckBox> <QComboBox> <QEvent> <QGridLayout> <QGroupBox> <QKeyEvent>
     <QLabel> <QLineEdit> <QMainWindow> <QMessageBox> <QPainter> <QPlainTextEdit> <QPointer> <QProgressBar>
@@ -20,10 +19,12 @@ if(ZRK_PRECOMPILE)
     target_precompile_headers(zrk_precompiled PRIVATE ${zrk_core_headers})
 endif()
 
-# zrk_precompile(TARGET core|window): that set of headers for a target.
+# zrk_precompile(TARGET plain|core|window): that set of headers for a target; the plain one knows no Qt.
 function(zrk_precompile target set)
     if(NOT ZRK_PRECOMPILE)
         return()
+    elseif(set STREQUAL "plain")
+        target_precompile_headers(${target} PRIVATE ${zrk_common_headers} <iostream>)
     elseif(set STREQUAL "core")
         target_precompile_headers(${target} REUSE_FROM zrk_precompiled)
     else()
