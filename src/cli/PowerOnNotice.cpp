@@ -2,6 +2,7 @@
 
 #include "boot/WaitDialog.h"
 #include "cli/Output.h"
+#include "platform/SecondsText.h"
 
 #include <QProcessEnvironment>
 
@@ -81,7 +82,7 @@ void PowerOnNotice::giveUp() {
     m_output.tell(QStringLiteral("--wait ran out: No BootID within %1 s: giving up. Check that the board has "
                                  "power, the service jumper "
                                  "is installed and the cable is on this port.")
-                      .arg(std::chrono::duration<double>(*m_limit).count()));
+                      .arg(secondsText(*m_limit)));
     m_dialog->giveUp();
 }
 

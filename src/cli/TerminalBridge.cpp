@@ -2,6 +2,7 @@
 
 #include "cli/Output.h"
 #include "loader/Loader.h"
+#include "machine/PortMessages.h"
 #include "machine/StandardInput.h"
 
 #include <algorithm>
@@ -23,27 +24,20 @@ constexpr std::chrono::milliseconds kLook = 100ms;
 } // namespace
 
 void TerminalBridge::run() {
-    const auto body = [this] {
-        m_loader.operation.begin();
-        const Operation::End end = join();
-        m_loader.operation.finish();
-        return end;
-    };
-    m_loader.operation.run({body, [this] { m_loader.operation.finish(); }, Operation::Report::Nothing});
+    m_loader.operation.runMarked([this] { return join(); });
 }
 
 Operation::End TerminalBridge::join() {
     m_loader.terminal.switchTo(false);
     m_loader.port.OpenComPort();
     StandardInput input(m_loader.loop);
-    m_output.tell(QStringLiteral("Terminal on COM%1 (%2): %3.")
-                      .arg(m_loader.port.CommPort())
-                      .arg(m_loader.port.deviceName(m_loader.port.CommPort()),
+    const int number = m_loader.port.CommPort();
+    m_output.tell(QStringLiteral("Terminal on %1: %2.")
+                      .arg(port_messages::portName(number, m_loader.port.deviceName(number)),
                            input.isTerminal()
                                ? QStringLiteral("Ctrl-] ends it, every other key goes to the board")
                                : QStringLiteral("ends behind the end of the input")));
-    const auto look = m_loader.loop.createTimer([] {});
-    look->start(kLook);
+    const auto look = m_loader.loop.wakeEvery(kLook);
     auto lastHeard = m_loader.loop.now();
     std::optional<EventLoop::TimePoint> ended; // the user has, or the input
     while (!m_loader.state.CancelRequested) {

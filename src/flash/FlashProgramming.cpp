@@ -4,6 +4,7 @@
 #include "boot/ImageTransfer.h"
 #include "config/HexConversions.h"
 #include "config/ImageSlots.h"
+#include "platform/SecondsText.h"
 
 namespace zrk {
 
@@ -25,9 +26,7 @@ class AnswerWait {
             if (link.state.CancelRequested)
                 return;
             link.state.requestStop(Outcome::LimitReached);
-            link.state.StopText = QStringLiteral("No answer within %1 s. %2.")
-                                      .arg(std::chrono::duration<double>(time).count())
-                                      .arg(what);
+            link.state.StopText = QStringLiteral("No answer within %1 s. %2.").arg(secondsText(time), what);
         });
         m_timer->start(*limit);
     }

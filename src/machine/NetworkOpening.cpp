@@ -86,8 +86,7 @@ NameLookup::Endpoints NetworkOpening::lookUp() {
 
 /// False when the time is over.
 bool NetworkOpening::waitFor(const std::function<bool()>& condition) {
-    const auto look = m_loop.createTimer([] {});
-    look->start(kLook);
+    const auto look = m_loop.wakeEvery(kLook);
     while (!condition()) {
         if (m_isGivenUp)
             throw RuntimeFailure(FailureKind::Cancelled, network_messages::givenUp(m_port));

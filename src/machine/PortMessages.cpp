@@ -2,6 +2,7 @@
 
 #include "machine/NativePort.h"
 #include "machine/PortNames.h"
+#include "platform/SecondsText.h"
 #include "platform/SerialPort.h"
 
 namespace zrk::port_messages {
@@ -89,7 +90,7 @@ QString gone(const QString& port, const QString& reason) {
 QString stalled(const QString& port, std::chrono::milliseconds limit) {
     return QStringLiteral("%1 takes no more data: nothing has gone out for %2 s. "
                           "Check the cable and the board.")
-        .arg(port, QString::number(std::chrono::duration<double>(limit).count()));
+        .arg(port, secondsText(limit));
 }
 
 } // namespace zrk::port_messages

@@ -41,6 +41,13 @@ class EventLoop {
 
     /// A stopped timer that calls `tick` after every interval while it is active.
     [[nodiscard]] virtual std::unique_ptr<Timer> createTimer(std::function<void()> tick) = 0;
+
+    /// Makes wait() return after every `period` at the latest, for as long as the result lives.
+    [[nodiscard]] std::unique_ptr<Timer> wakeEvery(std::chrono::milliseconds period) {
+        std::unique_ptr<Timer> timer = createTimer([] {});
+        timer->start(period);
+        return timer;
+    }
 };
 
 } // namespace zrk

@@ -1,5 +1,7 @@
 #include "script/BoardListener.h"
 
+#include "platform/SecondsText.h"
+
 #include <utility>
 
 namespace zrk {
@@ -11,10 +13,6 @@ namespace {
 constexpr std::chrono::milliseconds kLook = 100ms;
 constexpr qsizetype kRemembered = 200;
 constexpr char kBootId = '5';
-
-QString inSeconds(std::chrono::milliseconds time) {
-    return QStringLiteral("%1 s").arg(std::chrono::duration<double>(time).count());
-}
 
 QString visible(char byte) {
     if (byte == '\r')
@@ -43,15 +41,14 @@ QString quotedEnd(const QByteArray& text) {
 
 void BoardListener::expect(const QByteArray& text, Limit limit,
                            const std::function<void(const QByteArray&)>& heard) {
-    run([&] { return listen(text, limit, heard); });
+    m_link.operation.runMarked([&] { return listen(text, limit, heard); });
 }
 
 void BoardListener::openPort(Limit limit) {
-    run([&] {
+    m_link.operation.runMarked([&] {
         const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for the port"));
         const auto begin = m_link.loop.now();
-        const auto look = m_link.loop.createTimer([] {});
-        look->start(kLook);
+        const auto look = m_link.loop.wakeEvery(kLook);
         while (!m_link.state.CancelRequested) {
             try {
                 m_link.port.OpenComPort();
@@ -67,17 +64,7 @@ void BoardListener::openPort(Limit limit) {
 }
 
 void BoardListener::awaitProgram(std::chrono::milliseconds limit) {
-    run([&] { return watchStart(limit); });
-}
-
-void BoardListener::run(const std::function<Operation::End()>& listening) {
-    const auto body = [&] {
-        m_link.operation.begin();
-        const Operation::End end = listening();
-        m_link.operation.finish();
-        return end;
-    };
-    m_link.operation.run({body, [this] { m_link.operation.finish(); }, Operation::Report::Nothing});
+    m_link.operation.runMarked([&] { return watchStart(limit); });
 }
 
 Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
@@ -86,8 +73,7 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
     m_link.port.OpenComPort();
     const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for ") + quotedEnd(text));
     const auto begin = m_link.loop.now();
-    const auto look = m_link.loop.createTimer([] {});
-    look->start(kLook);
+    const auto look = m_link.loop.wakeEvery(kLook);
     // As much as may still be the beginning of the text, and what messages show; a script has shown its part.
     QByteArray received = std::exchange(m_link.state.HeardBehind, {}).toLatin1();
     if (const qsizetype found = received.indexOf(text); found >= 0) {
@@ -111,8 +97,8 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
             heard(piece);
         received = received.right(qMax(kRemembered, text.size()));
         if (limit && m_link.loop.now() - begin >= *limit)
-            fail(Outcome::LimitReached, QStringLiteral("%1 did not come within %2. Received last: %3")
-                                            .arg(quotedEnd(text), inSeconds(*limit), quotedEnd(received)));
+            fail(Outcome::LimitReached, QStringLiteral("%1 did not come within %2 s. Received last: %3")
+                                            .arg(quotedEnd(text), secondsText(*limit), quotedEnd(received)));
         if (piece.isEmpty())
             m_link.loop.wait();
         else
@@ -124,8 +110,7 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
 Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {
     const PendingWait note = m_link.transport.noteWait(QStringLiteral("The board starts the program"));
     const auto begin = m_link.loop.now();
-    const auto look = m_link.loop.createTimer([] {});
-    look->start(kLook);
+    const auto look = m_link.loop.wakeEvery(kLook);
     QByteArray received;
     while (!m_link.state.CancelRequested) {
         const QByteArray piece = m_link.port.receive();
@@ -137,9 +122,9 @@ Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {
         if (received.size() > 1 || m_link.loop.now() - begin >= limit) {
             if (received.isEmpty())
                 fail(Outcome::LimitReached,
-                     QStringLiteral("The board has said nothing within %1 of the start. Was the secondary "
+                     QStringLiteral("The board has said nothing within %1 s of the start. Was the secondary "
                                     "executable loaded, and is its address right?")
-                         .arg(inSeconds(limit)));
+                         .arg(secondsText(limit)));
             fail(Outcome::WrongAnswer,
                  QStringLiteral(
                      "The board announces its BootID (\"5\") instead of starting the program: it is "

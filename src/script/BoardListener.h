@@ -32,7 +32,6 @@ class BoardListener {
     void awaitProgram(std::chrono::milliseconds limit);
 
   private:
-    void run(const std::function<Operation::End()>& listening);
     [[nodiscard]] Operation::End listen(const QByteArray& text, Limit limit,
                                         const std::function<void(const QByteArray&)>& heard);
     [[nodiscard]] Operation::End watchStart(std::chrono::milliseconds limit);

@@ -3,6 +3,7 @@
 #include "config/Paths.h"
 #include "controls/PendingWait.h"
 #include "platform/FileDialog.h"
+#include "platform/SecondsText.h"
 #include "script/BoardListener.h"
 
 #include <QFile>
@@ -143,8 +144,7 @@ void ScriptRunner::waitFor(const QString& text, int number) {
     const QString shown = QString(text).replace(QLatin1Char('\r'), QLatin1String("/n"));
     const PendingWait note =
         m_link.transport.noteWait(QStringLiteral("Script line %1 waits for \"%2\"").arg(number).arg(shown));
-    const auto look = m_link.loop.createTimer([] {});
-    look->start(kLook);
+    const auto look = m_link.loop.wakeEvery(kLook);
     m_link.loop.yield();
     while (!m_link.state.AwaitedText.isEmpty() && !m_link.state.CancelRequested) {
         // A lost device never sends the awaited text; what it sent before is taken by the receive poll.
@@ -162,9 +162,7 @@ void ScriptRunner::requireTime(const QString& shown) const {
     const QString received = m_link.controls.txtStatus.text().mid(m_consoleAtStart);
     throw RuntimeFailure(FailureKind::WrongAnswer,
                          QStringLiteral("\"%1\" did not come within %2 s. Received last: %3")
-                             .arg(shown)
-                             .arg(std::chrono::duration<double>(*m_waitLimit).count())
-                             .arg(quotedEnd(received.toLatin1())));
+                             .arg(shown, secondsText(*m_waitLimit), quotedEnd(received.toLatin1())));
 }
 
 } // namespace zrk

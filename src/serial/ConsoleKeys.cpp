@@ -79,8 +79,7 @@ void ConsoleKeys::PulseDtr() {
 void ConsoleKeys::switchDtrOffAndOn() {
     m_port.setDtrEnable(false);
     const auto end = m_desk.loop.now() + kPulse;
-    const auto timer = m_desk.loop.createTimer([] {});
-    timer->start(kPulse);
+    const auto timer = m_desk.loop.wakeEvery(kPulse);
     while (m_desk.loop.now() < end)
         m_desk.loop.wait();
     if (m_port.isOpen())

@@ -32,6 +32,16 @@ void Operation::run(const Plan& plan) {
     plan.abort();
 }
 
+void Operation::runMarked(const std::function<End()>& body) {
+    const auto marked = [&] {
+        begin();
+        const End end = body();
+        finish();
+        return end;
+    };
+    run({marked, [this] { finish(); }, Report::Nothing});
+}
+
 void Operation::begin() {
     m_desk.state.OperationActive = true;
     m_desk.state.withdrawStop();

@@ -45,6 +45,10 @@ class Operation {
     /// while another one runs, which may well be further up the stack.
     void run(const Plan& plan);
 
+    /// The same for a body that needs no more than the mark around it, and tells no failure: begin() before
+    /// it, finish() behind it, however it ends.
+    void runMarked(const std::function<End()>& body);
+
     /// True while run() is under way, also before the body has marked itself with begin().
     [[nodiscard]] bool isRunning() const { return m_running || m_desk.state.OperationActive; }
 

@@ -86,8 +86,7 @@ bool Transport::hasRoom() {
 
 bool Transport::letOut(std::chrono::milliseconds limit, std::chrono::milliseconds stall) {
     const auto end = m_desk.loop.now() + limit;
-    const auto timer = m_desk.loop.createTimer([] {});
-    timer->start(kLetOutLook);
+    const auto timer = m_desk.loop.wakeEvery(kLetOutLook);
     auto lastProgress = m_desk.loop.now();
     qsizetype unsent = m_port.unsentBytes();
     while (unsent > 0 && m_desk.loop.now() < end && m_desk.loop.now() - lastProgress < stall) {

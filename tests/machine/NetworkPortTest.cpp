@@ -55,8 +55,7 @@ TEST_F(NetworkPort, Rfc2217SetsUpTheLineAndTheFlowControl) {
     EXPECT_EQ(::cfgetospeed(&settings), static_cast<speed_t>(B115200));
     const auto flow = [this] { return (line.settings().c_iflag & IXON) != 0; };
     port->setHandshaking(Handshaking::XonXoff);
-    const auto look = loop.createTimer([] {});
-    look->start(10ms);
+    const auto look = loop.wakeEvery(10ms);
     EXPECT_TRUE(waitUntil(flow));
     port->setHandshaking(Handshaking::None);
     EXPECT_TRUE(waitUntil([&] { return !flow(); }));

@@ -110,8 +110,7 @@ class PortFixture : public ::testing::Test {
     /// True once all that was written has left, within the limit.
     bool drains(std::chrono::milliseconds limit) {
         const auto end = loop.now() + limit;
-        const auto look = loop.createTimer([] {});
-        look->start(std::chrono::milliseconds(1));
+        const auto look = loop.wakeEvery(std::chrono::milliseconds(1));
         while (port->unsentBytes() > 0 && loop.now() < end)
             loop.wait();
         return port->unsentBytes() == 0 && !port->isLost();
