@@ -7,6 +7,7 @@
 #include "loader/Loader.h"
 
 namespace zrk {
+
 void requireNothing(const Plan& /*plan*/, const QString& /*argument*/) {}
 
 void requireForLoad(const Plan& plan, const QString& /*argument*/) {
@@ -80,6 +81,8 @@ ExitStatus flash(const StepRun& run) {
     run.loader.flash.cmdPrgFlash_Click();
     if (run.loader.state.FlashStateUnknown)
         run.output.tell(kFlashStateUnknownText);
+    if (run.ranOut())
+        run.output.tell(QStringLiteral("--flash-timeout ran out: ") + run.loader.state.StopText);
     return exitStatusOf(run.loader.operation.outcome());
 }
 

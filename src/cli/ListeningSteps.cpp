@@ -12,8 +12,7 @@ namespace {
 
 /// A text that did not come in time is told apart from a board that never answered a protocol.
 ExitStatus notSeen(const StepRun& run, ExitStatus status) {
-    const bool ranOut = run.loader.operation.outcome() == Outcome::LimitReached && !run.limitReached;
-    return ranOut ? ExitStatus::NotSeen : status;
+    return run.ranOut() ? ExitStatus::NotSeen : status;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "cli/UsageError.h"
 #include "loader/Loader.h"
 #include "loader/TransferRate.h"
+#include "machine/PortMessages.h"
 
 #include <algorithm>
 #include <limits>
@@ -80,9 +81,9 @@ QStringList Plan::announcement() const {
         return {};
     const int number = m_loader.controls.cmbComPort.selectedItemData();
     const QString device = m_loader.port.deviceName(number);
-    QStringList lines{QStringLiteral("Port: COM%1 (%2)")
-                          .arg(number)
-                          .arg(device.isEmpty() ? QStringLiteral("no device") : device)};
+    QStringList lines{
+        QStringLiteral("Port: ") +
+        port_messages::portName(number, device.isEmpty() ? QStringLiteral("no device") : device)};
     for (const StepCall& step : m_steps) {
         for (const Slot slot : step.facts->images) {
             if (isSelected(slot))

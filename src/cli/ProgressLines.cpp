@@ -42,7 +42,6 @@ void ProgressLines::tick() {
         endTransfer();
     if (transferring && m_loader.state.BytesTotal > 0)
         return showTransfer();
-    m_lastTenth = 0;
     if (m_loader.state.OperationActive && !m_loader.state.WaitingFor.isEmpty())
         return showWait();
     m_output.clearProgress();

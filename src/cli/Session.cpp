@@ -4,6 +4,8 @@
 #include "config/AddressEntry.h"
 #include "loader/BoardHint.h"
 #include "machine/PortCheck.h"
+#include "machine/PortMessages.h"
+#include "platform/SecondsText.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -120,8 +122,7 @@ ExitStatus Session::awaitPort() {
         return exitStatusOf(outcome);
     }
     m_output.tell(QStringLiteral("--wait-port %1 ran out: %2")
-                      .arg(std::chrono::duration<double>(*m_options.limits.waitPort).count())
-                      .arg(m_loader.operation.failure()));
+                      .arg(secondsText(*m_options.limits.waitPort), m_loader.operation.failure()));
     return ExitStatus::NoAnswer;
 }
 
@@ -162,16 +163,13 @@ void Session::explain(ExitStatus status, const StepFacts& step) {
     const SharedState& state = m_loader.state;
     const Outcome outcome = m_loader.operation.outcome();
     tellRunLimit();
-    if (outcome == Outcome::LimitReached && !m_limitReached && !state.StopText.isEmpty())
-        m_output.tell(QStringLiteral("--flash-timeout ran out: ") + state.StopText);
     if (outcome == Outcome::WrongAnswer && !state.WrongAnswer.isEmpty())
         m_output.tell(state.WrongAnswer);
     if (step.awaitsProgram || step.ownsStreams)
         return; // what a program says is its own
     const int number = m_loader.port.CommPort();
-    const QString hint =
-        boardHint(outcome, m_loader.port.lastReceived(),
-                  QStringLiteral("COM%1 (%2)").arg(number).arg(m_loader.port.deviceName(number)));
+    const QString hint = boardHint(outcome, m_loader.port.lastReceived(),
+                                   port_messages::portName(number, m_loader.port.deviceName(number)));
     if (!hint.isEmpty())
         m_output.tell(hint);
 }
@@ -205,8 +203,7 @@ void Session::runOut() {
     m_loader.state.requestStop(Outcome::LimitReached);
     m_loader.port.giveUpOpening();
     m_runLimitText = QStringLiteral("The run took longer than --timeout %1. It was at: %2")
-                         .arg(std::chrono::duration<double>(*m_options.limits.run).count())
-                         .arg(doing.isEmpty() ? m_step : doing);
+                         .arg(secondsText(*m_options.limits.run), doing.isEmpty() ? m_step : doing);
 }
 
 void Session::presetSlots() {

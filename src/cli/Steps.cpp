@@ -52,13 +52,17 @@ std::span<const StepFacts> allSteps() {
     return all;
 }
 
+bool StepRun::ranOut() const {
+    return loader.operation.outcome() == Outcome::LimitReached && !limitReached;
+}
+
 ExitStatus toldEnd(const StepRun& run, const char* limitOption) {
     const Outcome outcome = run.loader.operation.outcome();
-    const bool ranOut = outcome == Outcome::LimitReached && !run.limitReached;
     const QString failure = run.loader.operation.failure();
     if (!failure.isEmpty())
-        run.output.tell(ranOut ? QStringLiteral("%1 ran out: %2").arg(QLatin1String(limitOption), failure)
-                               : failure);
+        run.output.tell(run.ranOut()
+                            ? QStringLiteral("%1 ran out: %2").arg(QLatin1String(limitOption), failure)
+                            : failure);
     return exitStatusOf(outcome);
 }
 

@@ -24,6 +24,9 @@ struct StepRun {
     const QString& argument;
     const StepFacts* next;    ///< the step that follows; null for the last
     const bool& limitReached; ///< the limit of the whole run has run out
+
+    /// True when a limit of its own ended the step, not that of the whole run.
+    [[nodiscard]] bool ranOut() const;
 };
 
 /// Tells the failure of the last operation that no message box told, with the option whose limit ran out, and
