@@ -9,12 +9,6 @@
 
 namespace {
 
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
-
 struct Cli : ::testing::Test {
     const SampleImages images;
 };

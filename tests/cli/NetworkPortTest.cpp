@@ -12,10 +12,6 @@ using zrk::test::SerialServer;
 
 class CliNetworkPort : public ::testing::Test {
   protected:
-    [[nodiscard]] QString with(const QString& device, const QString& steps) const {
-        return "--port " + device + " --ini " + images.ini() + " " + steps;
-    }
-
     const SampleImages images;
 };
 
@@ -26,10 +22,10 @@ TEST_F(CliNetworkPort, BringsUpAndProgramsABoardBehindAServer) {
         const QString device = raw ? server.raw() : server.rfc2217();
         SCOPED_TRACE(device.toStdString());
         // The first step opens the port, the second closes it and opens it again.
-        CliRun load(with(device, "--line-rate 92160 --wait-port 5 load start"));
+        CliRun load(images.on(device, "--line-rate 92160 --wait-port 5 load start"));
         EXPECT_EQ(load.status(), 0) << load.error().toStdString();
         EXPECT_TRUE(board.waitForLog("secondary program: started"));
-        CliRun flash(with(device, "--line-rate 92160 flash --erase"));
+        CliRun flash(images.on(device, "--line-rate 92160 flash --erase"));
         EXPECT_EQ(flash.status(), 0) << flash.error().toStdString();
     }
 }
@@ -43,7 +39,7 @@ struct Ending {
 TEST_F(CliNetworkPort, EndingTellsTheCause) {
     BoardProcess board("--power-on-delay 100");
     auto server = std::make_unique<SerialServer>(board.device());
-    CliRun cut(with(server->raw(), "load"));
+    CliRun cut(images.on(server->raw(), "load"));
     ASSERT_TRUE(cut.waitFor(QProcess::StandardOutput, "Waiting for BootID")) << cut.error().toStdString();
     const Ending endings[] = {
         {server->raw(), 3, "the port is in use"},
@@ -55,11 +51,11 @@ TEST_F(CliNetworkPort, EndingTellsTheCause) {
     };
     for (const Ending& ending : endings) {
         SCOPED_TRACE(ending.device.toStdString());
-        CliRun run(with(ending.device, "load"));
+        CliRun run(images.on(ending.device, "load"));
         EXPECT_EQ(run.status(), ending.status);
         EXPECT_TRUE(run.error().contains(ending.error)) << run.error().toStdString();
     }
-    CliRun dry(with(server->raw(), "--dry-run load"));
+    CliRun dry(images.on(server->raw(), "--dry-run load"));
     EXPECT_EQ(dry.status(), 0);
     EXPECT_TRUE(dry.output().contains("not connected to")) << dry.output().toStdString();
     server->kill();
@@ -69,7 +65,7 @@ TEST_F(CliNetworkPort, EndingTellsTheCause) {
 
 TEST_F(CliNetworkPort, InterruptEndsConnecting) {
     const MuteListener mute;
-    CliRun run(with(QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port()), "load"));
+    CliRun run(images.on(QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port()), "load"));
     mute.awaitConnection();
     run.send(SIGINT);
     EXPECT_EQ(run.status(), 130);

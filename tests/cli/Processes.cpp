@@ -1,5 +1,7 @@
 #include "cli/Processes.h"
 
+#include <QFile>
+
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -20,6 +22,12 @@ std::vector<std::string> words(const QString& line) {
 }
 
 } // namespace
+
+QByteArray contents(const QString& path) {
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return file.readAll();
+}
 
 SampleImages::SampleImages() {
     EXPECT_EQ(QProcess::execute(program("zrk-board"), {"--make-images", m_folder.path()}), 0);

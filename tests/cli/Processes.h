@@ -7,12 +7,19 @@
 #include <QString>
 #include <QTemporaryDir>
 
+/// A file's bytes; none, and a failed test, when it cannot be read.
+[[nodiscard]] QByteArray contents(const QString& path);
+
 /// A folder with the simulated board's sample images and INI file.
 class SampleImages {
   public:
     SampleImages();
     [[nodiscard]] QString file(const QString& name) const { return m_folder.filePath(name); }
     [[nodiscard]] QString ini() const { return file("zrk-loader.INI"); }
+    /// The arguments of a run on that port with these images.
+    [[nodiscard]] QString on(const QString& device, const QString& rest) const {
+        return "--port " + device + " --ini " + ini() + " " + rest;
+    }
 
   private:
     QTemporaryDir m_folder;

@@ -21,7 +21,7 @@ constexpr const char* kBoard = "--unpaced --verbose --bootid-interval 5 ";
 
 struct Steps : ::testing::Test {
     [[nodiscard]] QString common(const BoardProcess& board) const {
-        return "--port " + board.device() + " --ini " + images.ini() + " --line-rate 0 ";
+        return images.on(board.device(), "--line-rate 0 ");
     }
     [[nodiscard]] QString write(const QString& name, const QByteArray& text) const {
         QFile file(images.file(name));
@@ -32,12 +32,6 @@ struct Steps : ::testing::Test {
 
     const SampleImages images;
 };
-
-QByteArray contents(const QString& path) {
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
 
 TEST_F(Steps, DoAllJobsOverOnePortAndLoseNothing) {
     const QString sdram = images.file("sdram.dump");

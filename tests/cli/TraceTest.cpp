@@ -9,13 +9,7 @@ namespace {
 
 struct Trace : ::testing::Test {
     [[nodiscard]] QString args(const zrkboard::BoardProcess& board, const QString& rest) const {
-        return "--port " + QString::fromStdString(board.device()) + " --ini " + images.ini() +
-               " --line-rate 0 " + rest;
-    }
-    [[nodiscard]] QByteArray recorded() const {
-        QFile file(trace);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
+        return images.on(QString::fromStdString(board.device()), "--line-rate 0 " + rest);
     }
 
     const SampleImages images;
@@ -41,7 +35,7 @@ TEST_F(Trace, HasEveryByteAndIsAnsweredAsBefore) {
         ASSERT_EQ(traced.status(), 0) << traced.error().toStdString();
         before = traced.output();
     }
-    const QByteArray text = recorded();
+    const QByteArray text = contents(trace);
     EXPECT_TRUE(text.startsWith("# zrk trace 1\n") && text.contains(" open COM1 /dev/pts/") &&
                 text.contains(" 115200,N,8,1 handshaking none\n") && text.contains(" close unsent 0\n"))
         << text.left(300).toStdString();
