@@ -1,19 +1,20 @@
 #include "app/ConsoleDisplay.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zrk {
 namespace {
 
 constexpr QChar kLineFeed(u'\n');
 constexpr QChar kCarriageReturn(u'\r');
+constexpr QChar kBackspace(u'\b');
+constexpr QChar kTab(u'\t');
+constexpr QChar kBell(u'\a');
+constexpr std::size_t kTabColumns = 8;
 constexpr ushort kControlPictures = 0x2400;
 constexpr ushort kDelete = 0x7F;
 constexpr ushort kPictureOfDelete = 0x2421;
-
-QChar lastOf(QStringView text) {
-    return text.isEmpty() ? QChar() : text.back();
-}
 
 /// The inverse of visibleSign, where a sign has one. A NUL keeps its sign: many a clipboard ends there.
 QChar signified(QChar sign) {
@@ -45,77 +46,178 @@ QChar visibleSign(QChar character) {
     return unprintable ? QChar(QChar::ReplacementCharacter) : character;
 }
 
-ConsoleDisplay::Edit ConsoleDisplay::follow(const QString& text, qsizetype removed, qsizetype added) {
-    Edit edit;
-    if (removed > 1) {
-        *this = {};
-        edit.removesAll = true;
-        added = text.size();
-    } else if (removed == 1) {
-        hideLast(QStringView(text).chopped(added), edit);
-    }
-    edit.inserted.reserve(edit.inserted.size() + added);
-    for (const QChar character : QStringView(text).last(added))
-        show(character, edit);
-    return edit;
-}
-
-void ConsoleDisplay::put(QChar shown, Edit& edit) {
-    edit.inserted += shown;
-    ++m_length;
-}
-
-void ConsoleDisplay::takeBack(Edit& edit) {
-    if (edit.inserted.isEmpty())
-        ++edit.removed;
+ConsoleDisplay::Edit ConsoleDisplay::show(QStringView text, TextOrigin origin) {
+    m_edit = {};
+    if (origin == TextOrigin::Loader)
+        showLoaderText(text);
     else
-        edit.inserted.chop(1);
-    --m_length;
+        m_parser.parse(text, *this);
+    flushLine();
+    return std::move(m_edit);
 }
 
-void ConsoleDisplay::show(QChar character, Edit& edit) {
-    const bool afterReturn = m_last == kCarriageReturn;
-    m_last = character;
-    if (character == kLineFeed && afterReturn) {
-        takeBack(edit); // the sign that the CR had for as long as it stood alone
-        put(kLineFeed, edit);
-        m_lineStart = m_length;
+void ConsoleDisplay::showLoaderText(QStringView text) {
+    resolveLineEnd();
+    const ConsoleStyle boards = std::exchange(m_style, {});
+    moveTo(m_line.size());
+    for (const QChar character : text) {
+        const bool afterReturn = std::exchange(m_afterReturn, character == kCarriageReturn);
+        if (character == kLineFeed && afterReturn) {
+            erase(m_line.size() - 1, m_line.size()); // the sign that the CR had for as long as it stood alone
+            endLine();
+            continue;
+        }
+        // A CR is mostly half a line end, which needs no break before it.
+        if (character != kCarriageReturn || afterReturn)
+            breakLine();
+        put(visibleSign(character));
+    }
+    m_style = boards;
+}
+
+void ConsoleDisplay::print(QChar character) {
+    resolveLineEnd();
+    breakLine();
+    put(visibleSign(character));
+}
+
+void ConsoleDisplay::control(QChar character) {
+    if (character == kLineFeed && m_returned) {
+        m_returned = false;
+        m_endsLinesWithFeeds = true;
+        return endLine();
+    }
+    if (character == kCarriageReturn) {
+        if (!std::exchange(m_fed, false)) {
+            m_returned = true;
+            return;
+        }
+        m_endsLinesWithFeeds = true;
+        return endLine();
+    }
+    resolveLineEnd();
+    if (character == kLineFeed)
+        m_fed = true;
+    else if (character == kBackspace)
+        moveTo(m_column - std::min<std::size_t>(m_column, 1));
+    else if (character == kTab && m_column < m_line.size())
+        moveTo(std::min(m_line.size(), (m_column / kTabColumns + 1) * kTabColumns));
+    else if (character != kBell)
+        print(character);
+}
+
+void ConsoleDisplay::sequence(QChar final, const std::vector<int>& parameters) {
+    if (final == u'm')
+        return m_style.apply(parameters);
+    resolveLineEnd();
+    const int mode = std::max(parameters.front(), 0);
+    const auto count = static_cast<std::size_t>(std::max(parameters.front(), 1));
+    switch (final.unicode()) {
+    case u'K':
+        return eraseInLine(mode);
+    case u'J': // what is on the screen above stays: it is a record
+        if (mode == 0)
+            return erase(m_column, m_line.size());
+        if (!m_line.empty())
+            endLine();
+        return;
+    case u'C':
+        return moveTo(m_column + count);
+    case u'D':
+        return moveTo(m_column - std::min(m_column, count));
+    case u'G':
+        return moveTo(count - 1);
+    case u'P':
+        return erase(m_column, m_column + count);
+    case u'@':
+        return insertBlanks(count);
+    default:
         return;
     }
-    // A CR is mostly half a line end, which needs no break before it.
-    const bool endsLine = character == kCarriageReturn && !afterReturn;
-    if (m_length - m_lineStart >= kLongestLine && !endsLine) {
-        m_longLineBreaks.push_back(m_length);
-        put(kLineFeed, edit);
-        m_lineStart = m_length;
-    }
-    put(visibleSign(character), edit);
 }
 
-void ConsoleDisplay::hideLast(QStringView remaining, Edit& edit) {
-    const bool lineEnd = m_last == kLineFeed && lastOf(remaining) == kCarriageReturn;
-    m_last = lastOf(remaining);
-    takeBack(edit);
-    if (lineEnd) {
-        put(visibleSign(kCarriageReturn), edit);
-        findLineStart(remaining);
-    } else if (!m_longLineBreaks.empty() && m_longLineBreaks.back() == m_length - 1) {
-        m_longLineBreaks.pop_back();
-        takeBack(edit);
-        findLineStart(remaining);
-    }
+/// What a CR or an LF of the board's meant, now that something else follows. An LF alone means nothing.
+void ConsoleDisplay::resolveLineEnd() {
+    m_fed = false;
+    if (!std::exchange(m_returned, false))
+        return;
+    if (m_endsLinesWithFeeds)
+        moveTo(0);
+    else
+        endLine();
 }
 
-void ConsoleDisplay::findLineStart(QStringView remaining) {
-    qsizetype length = 0;
-    for (qsizetype i = remaining.size() - 1; i >= 0 && length < kLongestLine; --i) {
-        if (remaining[i] == kLineFeed && i > 0 && remaining[i - 1] == kCarriageReturn)
-            break;
-        ++length;
+void ConsoleDisplay::moveTo(std::size_t column) {
+    m_column = std::min(column, std::max(kLongestLine - 1, m_line.size()));
+}
+
+void ConsoleDisplay::put(QChar shown) {
+    while (m_line.size() < m_column)
+        m_line.push_back({QChar(u' '), {}});
+    changedFrom(m_column);
+    if (m_column < m_line.size())
+        m_line[m_column] = {shown, m_style};
+    else
+        m_line.push_back({shown, m_style});
+    ++m_column;
+}
+
+void ConsoleDisplay::eraseInLine(int mode) {
+    if (mode == 0)
+        return erase(m_column, m_line.size());
+    const std::size_t end = mode == 1 ? std::min(m_column + 1, m_line.size()) : m_line.size();
+    changedFrom(0);
+    std::fill_n(m_line.begin(), end, Cell{QChar(u' '), {}});
+    if (mode == 2)
+        erase(0, m_line.size());
+}
+
+void ConsoleDisplay::erase(std::size_t from, std::size_t to) {
+    from = std::min(from, m_line.size());
+    changedFrom(from);
+    m_line.erase(m_line.begin() + static_cast<std::ptrdiff_t>(from),
+                 m_line.begin() + static_cast<std::ptrdiff_t>(std::min(to, m_line.size())));
+}
+
+void ConsoleDisplay::insertBlanks(std::size_t count) {
+    if (m_column >= m_line.size())
+        return;
+    const std::size_t room = kLongestLine - std::min(kLongestLine, m_line.size());
+    changedFrom(m_column);
+    m_line.insert(m_line.begin() + static_cast<std::ptrdiff_t>(m_column), std::min(count, room),
+                  Cell{QChar(u' '), {}});
+}
+
+void ConsoleDisplay::changedFrom(std::size_t column) {
+    m_unchanged = std::min(m_unchanged, std::min(column, m_line.size()));
+}
+
+void ConsoleDisplay::breakLine() {
+    if (m_column < kLongestLine)
+        return;
+    m_longLineBreaks.push_back(m_lineStart + static_cast<qsizetype>(m_line.size()));
+    endLine();
+}
+
+void ConsoleDisplay::endLine() {
+    flushLine();
+    if (m_edit.inserted.empty() || m_edit.inserted.back().style != ConsoleStyle())
+        m_edit.inserted.push_back({});
+    m_edit.inserted.back().text += kLineFeed;
+    m_lineStart += static_cast<qsizetype>(m_line.size()) + 1;
+    m_line.clear();
+    m_column = m_shown = m_unchanged = 0;
+}
+
+/// Brings the document's last line up to date.
+void ConsoleDisplay::flushLine() {
+    m_edit.removed += static_cast<qsizetype>(m_shown - std::min(m_shown, m_unchanged));
+    for (std::size_t i = m_unchanged; i < m_line.size(); ++i) {
+        if (m_edit.inserted.empty() || m_edit.inserted.back().style != m_line[i].style)
+            m_edit.inserted.push_back({{}, m_line[i].style});
+        m_edit.inserted.back().text += m_line[i].character;
     }
-    m_lineStart = m_length - length;
-    if (!m_longLineBreaks.empty())
-        m_lineStart = std::max(m_lineStart, m_longLineBreaks.back() + 1);
+    m_shown = m_unchanged = m_line.size();
 }
 
 QString ConsoleDisplay::original(QStringView shown, qsizetype position) const {

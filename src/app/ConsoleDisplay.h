@@ -1,46 +1,84 @@
 #pragma once
 
+#include "app/ConsoleStyle.h"
+#include "app/TerminalParser.h"
+#include "controls/ConsoleText.h"
+
 #include <QString>
 
 #include <vector>
 
 namespace zrk {
 
-/// How the console's text looks in a document: CR LF is one line end, characters without a glyph, a CR or
-/// an LF alone among them, are small signs. Follows the text edit by edit, at a cost that does not depend on
-/// the length of the text.
-class ConsoleDisplay {
+/// How the console's text looks in a document that grows without end. What the board says looks as on a plain
+/// terminal: colours, and within the last line the cursor, overwriting and erasing; of what the loader says
+/// each CR LF is one line end. Characters without a glyph, a CR or an LF alone among them, are small signs.
+/// Follows the text piece by piece, at a cost that does not depend on the length of the text.
+///
+/// It is no grid of a terminal emulator: those keep a screen of fixed size and cut or reflow what leaves it,
+/// whereas here every line stays, can be searched and is copied as it came.
+class ConsoleDisplay : private TerminalActions {
   public:
     /// A line that goes on for so long is broken in the document (not in what is copied), because the
     /// cost of laying out a line grows with its length and a board need not end its lines at all.
-    static constexpr qsizetype kLongestLine = 1000;
+    static constexpr std::size_t kLongestLine = 1000;
+
+    /// Characters that look alike.
+    struct Run {
+        QString text;
+        ConsoleStyle style;
+    };
 
     /// An edit at the end of the document, where '\n' ends a line.
     struct Edit {
-        bool removesAll = false;
-        qsizetype removed = 0; ///< characters that go away at the end, unless all do
-        QString inserted;
+        qsizetype removed = 0; ///< characters that go away at the end
+        std::vector<Run> inserted;
     };
 
-    /// The console's text became `text` by an edit that took `removed` characters away at its end and
-    /// then added the last `added` characters of `text`.
-    [[nodiscard]] Edit follow(const QString& text, qsizetype removed, qsizetype added);
+    /// The piece that the text went on with.
+    [[nodiscard]] Edit show(QStringView text, TextOrigin origin);
 
     /// What a part of the document that begins at `position` stands for: control characters instead of
     /// their signs (but for NUL), lines ended by '\n', and no breaks that only the document has.
     [[nodiscard]] QString original(QStringView shown, qsizetype position) const;
 
   private:
-    void put(QChar shown, Edit& edit);
-    void takeBack(Edit& edit);
-    void show(QChar character, Edit& edit);
-    void hideLast(QStringView remaining, Edit& edit);
-    void findLineStart(QStringView remaining);
+    struct Cell {
+        QChar character;
+        ConsoleStyle style;
+    };
 
-    qsizetype m_length = 0;                  ///< of the document
-    qsizetype m_lineStart = 0;               ///< where its last line begins
+    void print(QChar character) override;
+    void control(QChar character) override;
+    void sequence(QChar final, const std::vector<int>& parameters) override;
+
+    void showLoaderText(QStringView text);
+    void put(QChar shown);
+    void endLine();
+    void breakLine();
+    void flushLine();
+    void resolveLineEnd();
+    void moveTo(std::size_t column);
+    void eraseInLine(int mode);
+    void erase(std::size_t from, std::size_t to);
+    void insertBlanks(std::size_t count);
+    void changedFrom(std::size_t column);
+
+    TerminalParser m_parser;
+    Edit m_edit;
+    std::vector<Cell> m_line;    ///< the last one
+    std::size_t m_column = 0;    ///< where the next character goes
+    std::size_t m_shown = 0;     ///< characters of the line that the document has
+    std::size_t m_unchanged = 0; ///< and how many of them, from its beginning, are right
+    ConsoleStyle m_style;
+    bool m_returned = false; ///< a CR of the board's, which the next character gives its meaning
+    bool m_fed = false;      ///< an LF of the board's without a CR before it
+    /// The board has ended a line with CR and LF, so that a CR alone is a return to the line's start. From a
+    /// board that never does, a CR alone ends the line.
+    bool m_endsLinesWithFeeds = false;
+    bool m_afterReturn = false;              ///< the last character of the loader's was a CR
+    qsizetype m_lineStart = 0;               ///< where the last line begins in the document
     std::vector<qsizetype> m_longLineBreaks; ///< positions of the breaks that are not in the text
-    QChar m_last;                            ///< the last character of the text; NUL when there is none
 };
 
 /// The sign for a character that has no glyph of its own, any other character as it is.

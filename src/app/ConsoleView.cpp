@@ -11,6 +11,8 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
+#include <utility>
+
 namespace zrk {
 namespace {
 
@@ -81,23 +83,117 @@ ConsoleView::ConsoleView(QWidget* parent) : QPlainTextEdit(parent) {
         if (!m_isFollowing)
             Q_EMIT overwritten();
     });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ConsoleView::noteScrolling);
+    // The text moves its bar in silence when pages are turned.
+    connect(this, &ConsoleView::updateRequest, this, [this](const QRect&, int scrolledBy) {
+        if (scrolledBy != 0)
+            noteScrolling();
+    });
 }
 
-void ConsoleView::follow(const QString& text, qsizetype removed, qsizetype added) {
-    const QScopedValueRollback following(m_isFollowing, true);
-    const ConsoleDisplay::Edit edit = m_display.follow(text, removed, added);
-    QTextCursor end(document());
-    if (edit.removesAll)
-        end.select(QTextCursor::Document);
-    else {
+void ConsoleView::follow(const QString& piece, TextOrigin origin) {
+    if (origin == TextOrigin::Anew)
+        clearView();
+    edit(m_display.show(piece, origin == TextOrigin::Anew ? TextOrigin::Board : origin));
+}
+
+void ConsoleView::edit(const ConsoleDisplay::Edit& edit) {
+    {
+        const QScopedValueRollback following(m_isFollowing, true);
+        QTextCursor end(document());
+        end.beginEditBlock();
         end.movePosition(QTextCursor::End);
         end.movePosition(QTextCursor::PreviousCharacter, QTextCursor::KeepAnchor,
                          static_cast<int>(edit.removed));
+        end.removeSelectedText();
+        for (const ConsoleDisplay::Run& run : edit.inserted)
+            end.insertText(run.text, formatOf(run.style, palette()));
+        end.endEditBlock();
     }
-    end.insertText(edit.inserted);
-    end.movePosition(QTextCursor::End);
-    setTextCursor(end);
+    if (!viewStands())
+        return goToEnd();
+    const bool hadMore = std::exchange(m_hasMore, true);
+    if (!hadMore)
+        tellHold();
+}
+
+/// A selection stays what it is; without one the caret shows where the text goes on.
+void ConsoleView::goToEnd() {
+    const QScopedValueRollback following(m_isFollowing, true);
+    if (!textCursor().hasSelection()) {
+        QTextCursor end(document());
+        end.movePosition(QTextCursor::End);
+        setTextCursor(end);
+    }
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+}
+
+void ConsoleView::clearView() {
+    const QScopedValueRollback following(m_isFollowing, true);
+    m_display = {};
+    clear();
+    m_hasMore = false;
+    tellHold();
+}
+
+void ConsoleView::setHeld(bool held) {
+    m_isHeld = held;
+    if (!held) {
+        const QScopedValueRollback following(m_isFollowing, true);
+        m_isScrolledUp = false;
+        m_hasMore = false;
+        QTextCursor end(document());
+        end.movePosition(QTextCursor::End);
+        setTextCursor(end);
+        goToEnd();
+    }
+    tellHold();
+}
+
+void ConsoleView::noteScrolling() {
+    if (m_isFollowing)
+        return;
+    const bool up = verticalScrollBar()->value() < verticalScrollBar()->maximum();
+    if (std::exchange(m_isScrolledUp, up) == up)
+        return;
+    if (!isHeld())
+        m_hasMore = false;
+    tellHold();
+}
+
+void ConsoleView::tellHold() {
+    Q_EMIT holdChanged(isHeld(), isHeld() && m_hasMore);
+}
+
+void ConsoleView::showFound(const QTextCursor& found) {
+    setTextCursor(found);
+    centerCursor();
+    noteScrolling();
+}
+
+/// What is the view's own affair even while keys go to the board.
+bool ConsoleView::handleViewKey(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    const bool boards = keysGoToBoard();
+    const auto find =
+        boards ? Qt::ControlModifier | Qt::ShiftModifier : Qt::KeyboardModifiers(Qt::ControlModifier);
+    if (event.key() == Qt::Key_ScrollLock) {
+        setHeld(!isHeld());
+    } else if (event.key() == Qt::Key_F && modifiers == find) {
+        Q_EMIT findRequested();
+    } else if (isHeld() && modifiers == Qt::NoModifier &&
+               (event.key() == Qt::Key_End || event.key() == Qt::Key_Return ||
+                event.key() == Qt::Key_Enter)) {
+        setHeld(false);
+    } else if (boards && modifiers == Qt::ShiftModifier &&
+               (event.key() == Qt::Key_PageUp || event.key() == Qt::Key_PageDown)) {
+        verticalScrollBar()->triggerAction(event.key() == Qt::Key_PageUp
+                                               ? QAbstractSlider::SliderPageStepSub
+                                               : QAbstractSlider::SliderPageStepAdd);
+    } else {
+        return false;
+    }
+    return true;
 }
 
 bool ConsoleView::event(QEvent* event) {
@@ -127,11 +223,15 @@ void ConsoleView::keyPressEvent(QKeyEvent* event) {
     case EditKey::None:
         break;
     }
+    if (handleViewKey(*event))
+        return;
     const QString characters = keysGoToBoard() ? typedText(*event) : QString();
     if (characters.isEmpty())
-        QPlainTextEdit::keyPressEvent(event);
-    else
-        type(characters);
+        return QPlainTextEdit::keyPressEvent(event);
+    // Whoever types wants to see what comes of it, unless the view was stopped with intent.
+    if (m_isScrolledUp && !m_isHeld)
+        setHeld(false);
+    type(characters);
 }
 
 void ConsoleView::inputMethodEvent(QInputMethodEvent* event) {
@@ -150,11 +250,26 @@ void ConsoleView::paste(QClipboard::Mode from) {
         Q_EMIT pasted(QGuiApplication::clipboard()->text(from));
 }
 
+void ConsoleView::mousePressEvent(QMouseEvent* event) {
+    m_isPressed = true;
+    QPlainTextEdit::mousePressEvent(event);
+}
+
 void ConsoleView::mouseReleaseEvent(QMouseEvent* event) {
+    m_isPressed = event->buttons() != Qt::NoButton;
     if (event->button() == Qt::MiddleButton && QGuiApplication::clipboard()->supportsSelection())
         paste(QClipboard::Selection);
     else
         QPlainTextEdit::mouseReleaseEvent(event);
+}
+
+void ConsoleView::resizeEvent(QResizeEvent* event) {
+    {
+        const QScopedValueRollback following(m_isFollowing, true);
+        QPlainTextEdit::resizeEvent(event);
+    }
+    if (!viewStands())
+        goToEnd();
 }
 
 void ConsoleView::contextMenuEvent(QContextMenuEvent* event) {

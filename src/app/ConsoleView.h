@@ -22,9 +22,20 @@ class ConsoleView : public QPlainTextEdit {
     /// Tells whether keys go to the board at this moment.
     void setKeysGoToBoard(std::function<bool()> predicate) { m_keysGoToBoard = std::move(predicate); }
 
-    /// The text became `text`; `removed` characters at its end gave way to its last `added` ones.
-    /// View and caret go to the end.
-    void follow(const QString& text, qsizetype removed, qsizetype added);
+    /// Shows the piece that the console's text went on with. The end stays in sight unless the view is held;
+    /// a selection lasts.
+    void follow(const QString& piece, TextOrigin origin);
+
+    /// Takes what is shown away; what comes later is shown.
+    void clearView();
+
+    /// Freezes the view, or lets it go to the end and follow it again. The user freezes it, too, by scrolling
+    /// up; Enter and End then lead back, and are not sent to the board.
+    void setHeld(bool held);
+    [[nodiscard]] bool isHeld() const { return m_isHeld || m_isScrolledUp; }
+
+    /// Selects a text of the document and brings it into sight, which holds the view.
+    void showFound(const QTextCursor& found);
 
   Q_SIGNALS:
     /// A key went down, before anything else is done with it; an access key of the window comes here too.
@@ -34,13 +45,19 @@ class ConsoleView : public QPlainTextEdit {
     void pasted(const QString& text);
     /// Something else wrote into the text shown, which is to be shown anew.
     void overwritten();
+    /// The view is held, or follows the end again; `more`: there is new text below what is held.
+    void holdChanged(bool held, bool more);
+    /// Ctrl+F, or Ctrl+Shift+F where Ctrl+F goes to the board.
+    void findRequested();
 
   protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     bool focusNextPrevChild(bool next) override;
     [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
 
@@ -48,9 +65,19 @@ class ConsoleView : public QPlainTextEdit {
     void type(const QString& characters);
     void paste(QClipboard::Mode from);
     [[nodiscard]] bool keysGoToBoard() const { return m_keysGoToBoard && m_keysGoToBoard(); }
+    [[nodiscard]] bool viewStands() const { return isHeld() || m_isPressed; }
+    [[nodiscard]] bool handleViewKey(const QKeyEvent& event);
+    void edit(const ConsoleDisplay::Edit& edit);
+    void goToEnd();
+    void noteScrolling();
+    void tellHold();
 
     ConsoleDisplay m_display;
-    bool m_isFollowing = false;
+    bool m_isFollowing = false;  ///< what changes is our own doing
+    bool m_isHeld = false;       ///< by the switch
+    bool m_isScrolledUp = false; ///< by the user
+    bool m_isPressed = false;    ///< a mouse button is down in the text
+    bool m_hasMore = false;      ///< text has come since
     std::function<bool()> m_keysGoToBoard;
 };
 

@@ -1,5 +1,6 @@
 #include "app/LoaderForm.h"
 
+#include "app/ConsoleTools.h"
 #include "app/ConsoleView.h"
 #include "app/LoaderWidgets.h"
 #include "app/SideFrames.h"
@@ -71,7 +72,9 @@ void LoaderForm::placeControls(const LoaderWidgets& widgets) {
 
     QGroupBox& frame = *widgets.fraControl;
     frame.resize(m_controls->width() - left - right, lines);
-    const QMargins border = frame.contentsMargins() + QMargins(gap, gap, gap, gap);
+    QMargins border = frame.contentsMargins() + QMargins(gap, gap, gap, gap);
+    border.setTop(
+        std::max(border.top(), widgets.consoleTools->sizeHint().height() + 1)); // in the title's line
     frame.setGeometry(left, m_controls->height(), frame.width(), lines + border.top() + border.bottom());
     widgets.txtStatus->setGeometry(frame.rect().marginsRemoved(border));
     m_designSize = {m_controls->width(), frame.geometry().bottom() + 1 + room};

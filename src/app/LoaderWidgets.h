@@ -17,6 +17,7 @@ class QTreeWidget;
 
 namespace zrk {
 
+class ConsoleTools;
 class ConsoleView;
 class ElidedLabel;
 class PortList;
@@ -62,6 +63,7 @@ struct LoaderWidgets {
 
     QGroupBox* fraControl = nullptr;
     ConsoleView* txtStatus = nullptr;
+    ConsoleTools* consoleTools = nullptr;
 
     QStatusBar* staStatus = nullptr;
     ElidedLabel* firstPanel = nullptr;

@@ -2,6 +2,8 @@
 
 #include "app/Actions.h"
 #include "app/AddressBoxes.h"
+#include "app/ConsoleSaving.h"
+#include "app/ConsoleTools.h"
 #include "app/ConsoleView.h"
 #include "app/FormScroller.h"
 #include "app/Identity.h"
@@ -53,6 +55,8 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, std::function
     buildMenus();
     buildStatusBar(m_widgets, *this);
     setCentralWidget(new FormScroller(m_panel, this));
+    m_widgets.consoleTools =
+        new ConsoleTools(m_widgets.txtStatus, m_widgets.fraControl, [&loader] { saveConsole(loader); });
     bindWindow(m_binder, m_widgets, loader, catalog);
     nameForScreenReader(m_binder, m_widgets, loader.controls);
     setTabOrders(m_widgets);

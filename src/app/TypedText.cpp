@@ -2,6 +2,9 @@
 
 #include <QKeyEvent>
 
+#include <algorithm>
+#include <array>
+
 namespace zrk {
 namespace {
 
@@ -10,6 +13,30 @@ constexpr ushort kFirstPrintable = 0x20;
 
 QString code(int character) {
     return QString(QChar(static_cast<ushort>(character)));
+}
+
+/// What a terminal of the usual kind sends for a key that has no character; nothing for other keys.
+QString keySequence(int key) {
+    struct Sequence {
+        int key;
+        const char* text;
+    };
+    static constexpr std::array kSequences{
+        Sequence{Qt::Key_Up, "\x1B[A"},      Sequence{Qt::Key_Down, "\x1B[B"},
+        Sequence{Qt::Key_Right, "\x1B[C"},   Sequence{Qt::Key_Left, "\x1B[D"},
+        Sequence{Qt::Key_Home, "\x1B[H"},    Sequence{Qt::Key_End, "\x1B[F"},
+        Sequence{Qt::Key_Insert, "\x1B[2~"}, Sequence{Qt::Key_Delete, "\x1B[3~"},
+        Sequence{Qt::Key_PageUp, "\x1B[5~"}, Sequence{Qt::Key_PageDown, "\x1B[6~"},
+        Sequence{Qt::Key_F1, "\x1BOP"},      Sequence{Qt::Key_F2, "\x1BOQ"},
+        Sequence{Qt::Key_F3, "\x1BOR"},      Sequence{Qt::Key_F4, "\x1BOS"},
+        Sequence{Qt::Key_F5, "\x1B[15~"},    Sequence{Qt::Key_F6, "\x1B[17~"},
+        Sequence{Qt::Key_F7, "\x1B[18~"},    Sequence{Qt::Key_F8, "\x1B[19~"},
+        Sequence{Qt::Key_F9, "\x1B[20~"},    Sequence{Qt::Key_F10, "\x1B[21~"},
+        Sequence{Qt::Key_F11, "\x1B[23~"},   Sequence{Qt::Key_F12, "\x1B[24~"},
+    };
+    const auto* found = std::find_if(kSequences.begin(), kSequences.end(),
+                                     [key](const Sequence& one) { return one.key == key; });
+    return found == kSequences.end() ? QString() : QString::fromLatin1(found->text);
 }
 
 /// Ctrl without Alt types control characters only.
@@ -33,6 +60,9 @@ QString typedText(int key, Qt::KeyboardModifiers modifiers, const QString& text)
     // Both together are what AltGr is on some systems; there it types the key's third character.
     if ((alt && !control) || modifiers.testFlag(Qt::MetaModifier))
         return {};
+    const bool plain = (modifiers & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (const QString sequence = keySequence(key); !sequence.isEmpty() && (plain || key == Qt::Key_Delete))
+        return plain ? sequence : QString();
     switch (key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -43,7 +73,6 @@ QString typedText(int key, Qt::KeyboardModifiers modifiers, const QString& text)
         return control ? QString() : code(9);
     case Qt::Key_Escape:
         return code(27);
-    case Qt::Key_Delete:
     case Qt::Key_Backtab:
         return {};
     default:

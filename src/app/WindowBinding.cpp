@@ -1,6 +1,7 @@
 #include "app/WindowBinding.h"
 
 #include "app/Binder.h"
+#include "app/ConsoleTools.h"
 #include "app/ConsoleView.h"
 #include "app/LoaderWidgets.h"
 #include "app/PortList.h"
@@ -98,13 +99,10 @@ void bindMenus(Binder& binder, const LoaderWidgets& widgets, Controls& controls)
 }
 
 void bindConsole(ConsoleView* view, ConsoleText& console) {
-    view->follow(console.text(), 0, console.text().size());
-    QObject::connect(view, &ConsoleView::overwritten, view, [view, &console] {
-        view->follow(console.text(), console.text().size(), console.text().size());
-    });
-    console.onEdit([view, &console](qsizetype removed, const QString& inserted) {
-        view->follow(console.text(), removed, inserted.size());
-    });
+    view->follow(console.text(), TextOrigin::Anew);
+    QObject::connect(view, &ConsoleView::overwritten, view,
+                     [view, &console] { view->follow(console.text(), TextOrigin::Anew); });
+    console.onPiece([view](const QString& piece, TextOrigin origin) { view->follow(piece, origin); });
     console.onFocusRequested([view] { view->setFocus(); });
 }
 
@@ -155,7 +153,7 @@ void bindWindow(Binder& binder, const LoaderWidgets& widgets, Loader& loader, co
 }
 
 void unbindWindow(Loader& loader) {
-    loader.controls.txtStatus.onEdit({});
+    loader.controls.txtStatus.forgetPieceListeners();
     loader.controls.txtStatus.onFocusRequested({});
     loader.controls.lvwAdrs.onChange({});
 }
@@ -173,7 +171,7 @@ void setTabOrders(const LoaderWidgets& widgets) {
             order << actions[i];
     }
     order << widgets.cmbComPort << widgets.cmdTerminal << widgets.cmdCancel << widgets.lvwAdrs
-          << widgets.cmdValidateAdrs << widgets.txtStatus;
+          << widgets.cmdValidateAdrs << widgets.consoleTools->tabOrder() << widgets.txtStatus;
     for (qsizetype i = 1; i < order.size(); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }

@@ -147,7 +147,7 @@ void TerminalMode::ShowReceived(const QString& s) {
         if (c == kCarriageReturn)
             shown.append(kLineFeed);
     }
-    m_desk.controls.txtStatus.replaceEnd(removed, shown);
+    m_desk.controls.txtStatus.receive(s, removed, shown);
 }
 
 } // namespace zrk

@@ -1,14 +1,20 @@
 #include "app/ConsoleView.h"
 
+#include "app/ConsoleSearch.h"
 #include "support/Rig.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QEventLoop>
 #include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
 
 #include <random>
 
 namespace {
+
+using Origin = zrk::TextOrigin;
 
 /// A console text and its view.
 struct Shown {
@@ -16,12 +22,14 @@ struct Shown {
     zrk::ConsoleView view;
 
     Shown() {
-        text.onEdit([this](qsizetype removed, const QString& inserted) {
-            view.follow(text.text(), removed, inserted.size());
-        });
+        text.onPiece([this](const QString& piece, Origin origin) { view.follow(piece, origin); });
     }
-    void replaceEnd(qsizetype removed, const QByteArray& inserted) {
-        text.replaceEnd(removed, QString::fromLatin1(inserted));
+    void say(Origin origin, const QByteArray& piece) {
+        const QString characters = QString::fromLatin1(piece);
+        if (origin == Origin::Board)
+            text.receive(characters, 0, characters);
+        else
+            text.append(characters);
     }
     QString copied() {
         QApplication::clipboard()->clear();
@@ -31,87 +39,232 @@ struct Shown {
     }
 };
 
-TEST(ConsoleView, ShowsEachEditAsTheWholeTextWouldLook) {
-    struct Case {
-        std::vector<std::pair<qsizetype, QByteArray>> edits; ///< characters removed at the end, then inserted
-        QString display;
-        QString copied;
-    };
-    const Case cases[] = {
-        {{{0, "one\r\ntwo\r\n"}}, "one\ntwo\n", "one\ntwo\n"},
-        {{{0, "one\r"}, {0, "\ntwo"}}, "one\ntwo", "one\ntwo"},
-        {{{0, "a\rb"}}, "a\u240Db", "a\rb"},
-        {{{0, "a\nb"}}, "a\u240Ab", "a\nb"},
-        {{{0, "a\r\n"}, {1, "b"}}, "a\u240Db", "a\rb"},
-        {{{0, "a\r\n"}, {1, ""}, {1, ""}, {1, "b"}}, "b", "b"},
-        {{{0, "a\r\n"}, {1, "\nb"}}, "a\nb", "a\nb"},
-        {{{0, "abc"}, {1, "de"}}, "abde", "abde"},
-        {{{0, QByteArray("\0\x02\x1B\x08\x7F\t!", 7)}},
-         "\u2400\u2402\u241B\u2408\u2421\t!",
-         "\u2400\x02\x1B\x08\x7F\t!"},
-        {{{0, "\x80\xE4\xAD"}}, "\uFFFD\u00E4-", "\uFFFD\u00E4-"},
-        {{{0, "gone\r\n"}, {6, "new"}}, "new", "new"},
-    };
-    for (const Case& oneCase : cases) {
-        Shown shown;
-        for (const auto& [removed, inserted] : oneCase.edits)
-            shown.replaceEnd(removed, inserted);
-        EXPECT_EQ(shown.view.toPlainText(), oneCase.display);
-        EXPECT_EQ(shown.copied(), oneCase.copied);
-    }
+struct Case {
+    std::vector<QByteArray> pieces;
+    QString display;
+    QString copied;
+};
+
+void expectShown(const Case& oneCase, Origin origin) {
+    Shown shown;
+    for (const QByteArray& piece : oneCase.pieces)
+        shown.say(origin, piece);
+    SCOPED_TRACE(oneCase.pieces.front().toStdString());
+    EXPECT_EQ(shown.view.toPlainText(), oneCase.display);
+    EXPECT_EQ(shown.copied(), oneCase.copied);
 }
 
-TEST(ConsoleView, AnyOrderOfEditsEndsLikeTheWholeTextAtOnce) {
+TEST(ConsoleView, ShowsWhatTheLoaderSaysAsTheWholeTextWouldLook) {
+    const Case cases[] = {
+        {{"one\r\ntwo\r\n"}, "one\ntwo\n", "one\ntwo\n"},
+        {{"one\r", "\ntwo"}, "one\ntwo", "one\ntwo"},
+        {{"a\rb"}, "a\u240Db", "a\rb"},
+        {{"a\nb"}, "a\u240Ab", "a\nb"},
+        {{QByteArray("\0\x02\x1B\x08\x7F\t!", 7)},
+         "\u2400\u2402\u241B\u2408\u2421\t!",
+         "\u2400\x02\x1B\x08\x7F\t!"},
+        {{"\x80\xE4\xAD"}, "\uFFFD\u00E4-", "\uFFFD\u00E4-"},
+    };
+    for (const Case& oneCase : cases)
+        expectShown(oneCase, Origin::Loader);
+}
+
+TEST(ConsoleView, ShowsWhatTheBoardSaysAsAPlainTerminalDoes) {
+    const Case cases[] = {
+        {{"one\r\ntwo\n\rthree"}, "one\ntwo\nthree", "one\ntwo\nthree"},
+        {{"one\r", "\ntwo"}, "one\ntwo", "one\ntwo"},
+        {{"one\ntwo"}, "onetwo", "onetwo"},
+        // A board that ends its lines so goes on with a CR alone; another one ends them with it.
+        {{"\r\n 10 %\r 20 %"}, "\n 20 %", "\n 20 %"},
+        {{"one\rtwo\r"}, "one\ntwo", "one\ntwo"},
+        // Colours, a prompt's title, character sets and private modes leave nothing behind, nor does a bell.
+        {{"\x1B[0;32mok\x1B[m \x1B]0;root@board\x07$ \x1B(B\x1B[?2004h\x1B[38;5;200mx\x1B[1;4;7m\x07!"},
+         "ok $ x!",
+         "ok $ x!"},
+        {{"\x1B[0;3", "2mok\x1B", "[mend"}, "okend", "okend"},
+        // A line being edited: erased by a backspace, in its middle, to its end, as a whole.
+        {{"abc\b \bd"}, "abd", "abd"},
+        {{"abcd\b\b\x1B[1Px\x1B[@y"}, "abxy", "abxy"},
+        {{"long line\b\b\b\b\b\x1B[K!"}, "long!", "long!"},
+        {{"ab\x1B[2K\x1B[Gc\x1B[3Cd\x1B[2De"}, "c  ed", "c  ed"},
+        {{"shell\x1B[H\x1B[2Jnew"}, "shell\nnew", "shell\nnew"},
+        {{"\x1B[99999999C."}, QString(999, ' ') + '.', QString(999, ' ') + '.'},
+        // UTF-8, also in pieces; what is none as Latin-1, as boot ROM noise is.
+        {{"\xC3", "\xA4\xE2\x82", "\xAC\xE4n\x80\xFF"},
+         "\u00E4\u20AC\u00E4n\uFFFD\u00FF",
+         "\u00E4\u20AC\u00E4n\uFFFD\u00FF"},
+        {{QByteArray("\0\x02\x7F", 3)}, "\u2400\u2402\u2421", "\u2400\x02\x7F"},
+        // A title that noise began and nothing ends takes 256 bytes with it and no more.
+        {{"\x1B]" + QByteArray(300, 'x')}, QString(44, 'x'), QString(44, 'x')},
+    };
+    for (const Case& oneCase : cases)
+        expectShown(oneCase, Origin::Board);
+}
+
+TEST(ConsoleView, AnyPiecesEndLikeTheWholeTextAtOnce) {
     std::mt19937 random(20240607);
     for (int round = 0; round < 30; ++round) {
         Shown shown;
-        for (int edit = 0; edit < 120; ++edit) {
+        Shown atOnce;
+        QByteArray all;
+        for (int piece = 0; piece < 120; ++piece) {
             QByteArray added(random() % 8 == 0 ? 900 : 0, 'x');
             const auto length = random() % 40;
             for (unsigned i = 0; i < length; ++i)
-                added += "ab\r\n\r\n\x1B"[random() % 7];
-            shown.replaceEnd(shown.text.text().isEmpty() ? 0 : random() % 2, added);
+                added += "ab\r\n\r\n\x1B[K3;m\b\xC3\xA4"
+                         "C"[random() % 18];
+            shown.say(Origin::Board, added);
+            all += added;
         }
-        Shown atOnce;
-        atOnce.text.append(shown.text.text());
-        // Where a long line is broken may depend on its history; what it says may not.
+        atOnce.say(Origin::Board, all);
+        EXPECT_EQ(shown.view.toPlainText(), atOnce.view.toPlainText()) << "round " << round;
         EXPECT_EQ(shown.copied(), atOnce.copied()) << "round " << round;
+        Shown anew;
+        anew.view.follow(shown.text.text(), Origin::Anew);
+        shown.view.follow(shown.text.text(), Origin::Anew);
+        EXPECT_EQ(shown.view.toPlainText(), anew.view.toPlainText()) << "round " << round;
     }
 }
 
 TEST(ConsoleView, AnEndlessLineIsBrokenForLayoutOnlyAndComesBackWhole) {
-    Shown shown;
-    for (int i = 0; i < 5000; ++i)
-        shown.replaceEnd(0, ".");
-    EXPECT_EQ(shown.view.blockCount(), 5);
-    EXPECT_EQ(shown.copied(), QString(5000, '.'));
-    for (int i = 0; i < 1500; ++i)
-        shown.replaceEnd(1, "");
-    EXPECT_EQ(shown.view.blockCount(), 4);
-    EXPECT_EQ(shown.copied(), QString(3500, '.'));
+    for (const Origin origin : {Origin::Loader, Origin::Board}) {
+        Shown shown;
+        for (int i = 0; i < 5000; ++i)
+            shown.say(origin, ".");
+        EXPECT_EQ(shown.view.blockCount(), 5);
+        EXPECT_EQ(shown.copied(), QString(5000, '.'));
+    }
 }
 
-TEST(ConsoleView, ViewAndCaretGoToTheEndAndASelectionLastsUntilNewText) {
+TEST(ConsoleView, ColoursAreOfTheTextBehindThem) {
     Shown shown;
-    shown.view.resize(400, 120);
-    shown.view.show();
-    shown.replaceEnd(0, "line" + QByteArray("\r\n").repeated(100));
-    QScrollBar& bar = *shown.view.verticalScrollBar();
-    EXPECT_GT(bar.maximum(), 50);
-    EXPECT_EQ(bar.value(), bar.maximum());
+    shown.say(Origin::Board, "a\x1B[1;31mb\x1B[0mc\r\n");
+    shown.say(Origin::Loader, "d");
+    QStringList looks;
+    for (const int position : {1, 2, 3, 5}) {
+        QTextCursor at(shown.view.document());
+        at.setPosition(position);
+        const QTextCharFormat format = at.charFormat();
+        looks += QString("%1%2").arg(format.fontWeight() > QFont::Normal ? "bold " : "",
+                                     format.hasProperty(QTextFormat::ForegroundBrush) ? "colour" : "plain");
+    }
+    EXPECT_EQ(looks.join(", "), "plain, bold colour, plain, plain");
+}
 
-    QTextCursor selection(shown.view.document());
-    selection.setPosition(4, QTextCursor::KeepAnchor);
-    shown.view.setTextCursor(selection);
-    QApplication::processEvents();
-    EXPECT_EQ(shown.view.textCursor().selectedText(), "line");
-    EXPECT_LT(bar.value(), bar.maximum());
-    shown.replaceEnd(0, "new");
-    EXPECT_FALSE(shown.view.textCursor().hasSelection());
-    EXPECT_TRUE(shown.view.textCursor().atEnd());
-    EXPECT_EQ(bar.value(), bar.maximum());
-    const QFontMetrics metrics(shown.view.font());
+/// A view with more text than it has room for.
+struct Reading : Shown, ::testing::Test {
+    Reading() {
+        view.resize(400, 120);
+        view.show();
+        say(Origin::Board, "line" + QByteArray("\r\n").repeated(100));
+        QObject::connect(&view, &zrk::ConsoleView::holdChanged, [this](bool held, bool more) {
+            state = held ? (more ? "more" : "held") : "follows";
+        });
+    }
+    [[nodiscard]] bool atEnd() const { return bar.value() == bar.maximum(); }
+    void expectStands(const std::function<void()>& release) {
+        const int before = bar.value();
+        say(Origin::Board, "new\r\n");
+        EXPECT_EQ(bar.value(), before);
+        EXPECT_EQ(state, "more");
+        release();
+        EXPECT_TRUE(atEnd());
+        EXPECT_EQ(state, "follows");
+        say(Origin::Board, "newer\r\n");
+        EXPECT_TRUE(atEnd());
+    }
+
+    QScrollBar& bar = *view.verticalScrollBar();
+    QString state = "follows";
+};
+
+TEST_F(Reading, TheEndStaysInSightAndASelectionLasts) {
+    EXPECT_GT(bar.maximum(), 50);
+    EXPECT_TRUE(atEnd());
+    QTextCursor selection(view.document());
+    selection.setPosition(view.document()->characterCount() - 3);
+    selection.movePosition(QTextCursor::Start, QTextCursor::KeepAnchor);
+    view.setTextCursor(selection);
+    bar.setValue(bar.maximum());
+    say(Origin::Board, "new");
+    EXPECT_TRUE(view.textCursor().selectedText().startsWith("line"));
+    EXPECT_TRUE(atEnd());
+    selection.clearSelection();
+    view.setTextCursor(selection);
+    bar.setValue(bar.maximum());
+    say(Origin::Board, "new");
+    EXPECT_TRUE(view.textCursor().atEnd());
+    const QFontMetrics metrics(view.font());
     EXPECT_EQ(metrics.horizontalAdvance("iii"), metrics.horizontalAdvance("WWW"));
+}
+
+TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
+    const auto press = [this](Qt::Key key) { QTest::keyClick(&view, key); };
+    view.setHeld(true);
+    expectStands([&] { press(Qt::Key_End); });
+    press(Qt::Key_ScrollLock);
+    expectStands([&] { press(Qt::Key_ScrollLock); });
+    bar.setValue(bar.value() - 5);
+    EXPECT_EQ(state, "held");
+    expectStands([&] { press(Qt::Key_Return); });
+    bar.setValue(0);
+    expectStands([&] { bar.setValue(bar.maximum()); });
+
+    QTest::mousePress(view.viewport(), Qt::LeftButton);
+    const int before = bar.value();
+    say(Origin::Board, "new\r\n");
+    EXPECT_EQ(bar.value(), before);
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton);
+    say(Origin::Board, "newer\r\n");
+    EXPECT_TRUE(atEnd());
+}
+
+TEST_F(Reading, KeysThatLeadBackAreNotForTheBoardAndOthersAre) {
+    view.setKeysGoToBoard([] { return true; });
+    QString typed;
+    QObject::connect(&view, &zrk::ConsoleView::typed, [&](int character) { typed += QChar(character); });
+    view.setHeld(true);
+    QTest::keyClick(&view, Qt::Key_X);
+    EXPECT_TRUE(view.isHeld()) << "what was stopped with intent";
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_FALSE(view.isHeld());
+    QTest::keyClick(&view, Qt::Key_PageUp, Qt::ShiftModifier);
+    EXPECT_TRUE(view.isHeld());
+    QTest::keyClick(&view, Qt::Key_Y);
+    EXPECT_FALSE(view.isHeld()) << "who types wants to see it";
+    QTest::keyClick(&view, Qt::Key_Return);
+    EXPECT_EQ(typed, "xy\r");
+}
+
+TEST_F(Reading, FindsInBothDirectionsAroundTheEndsAndClearsTheView) {
+    say(Origin::Board, "Boot one\r\n" + QByteArray("x\r\n").repeated(5000) + "boot two boot\r\n");
+    zrk::ConsoleSearch search(&view);
+    QEventLoop untilAnswered;
+    QStringList answers;
+    const auto answer = [&](const QString& wanted) {
+        answers += wanted;
+        untilAnswered.quit();
+    };
+    QObject::connect(&search, &zrk::ConsoleSearch::found, [&](const QTextCursor& found) {
+        view.showFound(found);
+        answer(QString("%1 at %2").arg(found.selectedText()).arg(found.positionInBlock()));
+    });
+    QObject::connect(&search, &zrk::ConsoleSearch::notFound, [&] { answer("none"); });
+    const auto find = [&](const QString& wanted, zrk::ConsoleSearch::Direction direction) {
+        search.start(wanted, direction);
+        untilAnswered.exec();
+    };
+    using enum zrk::ConsoleSearch::Direction;
+    find("boot", Forward);
+    EXPECT_TRUE(view.isHeld());
+    for (const auto direction : {Forward, Forward, Forward, Backward, Backward})
+        find("boot", direction);
+    find("absent", Forward);
+    EXPECT_EQ(answers.join(", "), "Boot at 4, boot at 4, boot at 13, Boot at 4, boot at 13, boot at 4, none");
+    view.clearView();
+    EXPECT_EQ(view.toPlainText(), "");
+    say(Origin::Board, "on");
+    EXPECT_EQ(view.toPlainText(), "on");
 }
 
 } // namespace

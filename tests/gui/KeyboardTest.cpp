@@ -43,8 +43,13 @@ TEST_F(Keyboard, EachKeyIsItsByteInTerminalModeAndNothingOtherwise) {
         {Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier, "\x03", ""},
         {Qt::Key_1, Qt::ControlModifier, "1", ""},
         {Qt::Key_F, Qt::AltModifier, "f", ""},
-        {Qt::Key_Delete, none, "\x7F", ""},
-        {Qt::Key_Left, none, "", ""},
+        {Qt::Key_Delete, none, "\x7F", "\x1B[3~"},
+        {Qt::Key_Delete, Qt::ControlModifier, "\x7F", ""},
+        {Qt::Key_Left, none, "", "\x1B[D"},
+        {Qt::Key_Left, Qt::ShiftModifier, "", ""},
+        {Qt::Key_Home, Qt::KeypadModifier, "", "\x1B[H"},
+        {Qt::Key_F1, none, "", "\x1BOP"},
+        {Qt::Key_F10, none, "", "\x1B[21~"},
     };
     for (int letter = 0; letter < 26; ++letter)
         keys.push_back({Qt::Key_A + letter, Qt::ControlModifier, QString(QChar(letter + 1)),

@@ -1,0 +1,52 @@
+#include "app/ConsoleSaving.h"
+
+#include "controls/Desk.h"
+#include "platform/FileDialog.h"
+
+#include <QSaveFile>
+
+#include <algorithm>
+
+namespace zrk {
+namespace {
+
+constexpr ushort kHighestByte = 0xFF;
+
+/// A received byte is a character of its own; a name that the loader printed may have others.
+QByteArray bytesOf(const QString& text) {
+    const bool bytesOnly =
+        std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() <= kHighestByte; });
+    if (bytesOnly)
+        return text.toLatin1();
+    QByteArray bytes;
+    for (const QChar c : text)
+        bytes +=
+            c.unicode() <= kHighestByte ? QByteArray(1, static_cast<char>(c.unicode())) : QString(c).toUtf8();
+    return bytes;
+}
+
+} // namespace
+
+void saveConsole(Desk& desk) {
+    FileRequest request;
+    request.title = QStringLiteral("Save console");
+    request.filters = {{QStringLiteral("Text Files (.txt)"), QStringLiteral("*.txt")},
+                       {QStringLiteral("All Files (*.*)"), QStringLiteral("*.*")}};
+    request.isToBeWritten = true;
+    const QString path = desk.fileDialog.openFile(request);
+    if (path.isEmpty())
+        return;
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        (void)file.write(bytesOf(desk.controls.txtStatus.text()));
+        if (file.commit()) {
+            desk.state.Remark = QStringLiteral("The console has been saved to %1").arg(path);
+            return;
+        }
+    }
+    desk.tell(QStringLiteral("Cannot write %1: %2.\r\nChoose a file in a folder that you may write to.")
+                  .arg(path, file.errorString()),
+              MessageIcon::Exclamation, QStringLiteral("Save console"));
+}
+
+} // namespace zrk

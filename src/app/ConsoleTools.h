@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+class QLabel;
+class QLineEdit;
+class QToolButton;
+
+namespace zrk {
+
+class ConsoleSearch;
+class ConsoleView;
+
+/// The row of tools in the console frame's title line: Hold, Find, Clear, Save. Find unfolds a box beside
+/// them. In the console's corner a mark tells that there is more below what is held.
+class ConsoleTools final : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// `frame` gets the row; `save` writes the console into a file of the user's choice.
+    ConsoleTools(ConsoleView* view, QWidget* frame, std::function<void()> save);
+
+    /// The widgets in the order of the Tab key.
+    [[nodiscard]] QList<QWidget*> tabOrder() const;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    [[nodiscard]] QToolButton* addButton(const char* name, const QString& text, const QString& toolTip);
+    void showHold(bool held, bool more);
+    void openFind();
+    void closeFind();
+    void place();
+
+    ConsoleView* m_view;
+    ConsoleSearch* m_search;
+    QLabel* m_findState;
+    QLineEdit* m_txtFind;
+    QToolButton* m_hold;
+    QToolButton* m_find;
+    QToolButton* m_clear;
+    QToolButton* m_save;
+    QToolButton* m_more;
+};
+
+} // namespace zrk
