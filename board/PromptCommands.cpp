@@ -67,6 +67,8 @@ std::optional<Duration> PromptCommands::run(const std::string& line) {
         sayLine(std::string(kVersion));
     else if (name == "md")
         memoryDump(words);
+    else if (name == "crc32")
+        checksum(words);
     else if (name == "setenv")
         setVariable(words);
     else if (name == "printenv")
@@ -85,9 +87,10 @@ std::optional<Duration> PromptCommands::run(const std::string& line) {
 void PromptCommands::help() {
     for (const char* line :
          {"boot                 start the loaded kernel", "chatter SECONDS      talk without a pause",
-          "help                 this list", "md ADDRESS [COUNT]   show COUNT bytes of SDRAM",
-          "printenv [NAME]      show variables", "reset                restart at the boot ROM",
-          "setenv NAME [VALUE]  set a variable, or delete it", "version              show the version"})
+          "crc32 ADDRESS COUNT  checksum of COUNT bytes of SDRAM", "help                 this list",
+          "md ADDRESS [COUNT]   show COUNT bytes of SDRAM", "printenv [NAME]      show variables",
+          "reset                restart at the boot ROM", "setenv NAME [VALUE]  set a variable, or delete it",
+          "version              show the version"})
         sayLine(line);
 }
 
@@ -106,6 +109,26 @@ void PromptCommands::memoryDump(const Words& words) {
             sayLine(dumpLine(*address + done, m_chip.sdram().read(*address + done, std::min<std::uint64_t>(
                                                                                        16, *count - done))));
     }
+}
+
+void PromptCommands::checksum(const Words& words) {
+    const auto address = parseNumber(words.size() == 3 ? words[1] : std::string(), 16);
+    const auto count = parseNumber(words.size() == 3 ? words[2] : std::string());
+    if (!address || !count)
+        return sayLine("usage: crc32 ADDRESS COUNT, ADDRESS hexadecimal, COUNT decimal or 0x");
+    if (!m_chip.sdram().contains(*address, *count))
+        return sayLine("crc32: " + std::to_string(*count) + " bytes at " + hex(*address, 8) +
+                       " are not in SDRAM (0x80000000 to 0x83FFFFFF)");
+    std::uint32_t sum = 0xFFFFFFFF;
+    for (std::uint64_t done = 0; done < *count; done += kDumpMost) {
+        for (std::uint32_t byte :
+             m_chip.sdram().read(*address + done, std::min<std::uint64_t>(kDumpMost, *count - done))) {
+            sum ^= byte;
+            for (int bit = 0; bit < 8; ++bit)
+                sum = (sum >> 1U) ^ ((sum & 1U) != 0 ? 0xEDB88320U : 0U);
+        }
+    }
+    sayLine("crc32 of " + std::to_string(*count) + " bytes at " + hex(*address, 8) + " ==> " + hex(~sum, 8));
 }
 
 void PromptCommands::setVariable(const Words& words) {

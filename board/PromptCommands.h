@@ -23,6 +23,7 @@ class PromptCommands {
 
     void help();
     void memoryDump(const Words& words);
+    void checksum(const Words& words);
     void setVariable(const Words& words);
     void printVariables(const Words& words);
     void boot();

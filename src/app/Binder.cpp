@@ -1,5 +1,6 @@
 #include "app/Binder.h"
 
+#include "app/PlainToolTip.h"
 #include "app/PortList.h"
 #include "controls/Controls.h"
 
@@ -63,7 +64,7 @@ void Binder::textBox(TextBox& value, QLineEdit* edit) {
         edit->setCursorPosition(0);
     };
     follow(value.Text, show);
-    follow(value.ToolTipText, [&value, edit] { edit->setToolTip(value.ToolTipText); });
+    follow(value.ToolTipText, [&value, edit] { edit->setToolTip(plainToolTip(value.ToolTipText)); });
     QObject::connect(edit, &QLineEdit::textChanged, edit, [&value, edit, show](const QString& text) {
         if (edit->isReadOnly())
             show();

@@ -1,5 +1,7 @@
 #include "app/ElidedLabel.h"
 
+#include "app/PlainToolTip.h"
+
 #include <QPainter>
 #include <QStyle>
 
@@ -16,8 +18,9 @@ void ElidedLabel::paintEvent(QPaintEvent* event) {
     drawFrame(&painter);
     const QString shown =
         fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width() - 2 * kPadding);
-    if (shown != text() && toolTip() != text())
-        setToolTip(text());
+    const QString whole = plainToolTip(text());
+    if (shown != text() && toolTip() != whole)
+        setToolTip(whole);
     else if (shown == text() && !toolTip().isEmpty())
         setToolTip(QString());
     style()->drawItemText(&painter, contentsRect().marginsRemoved(QMargins(kPadding, 0, kPadding, 0)),

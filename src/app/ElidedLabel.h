@@ -10,7 +10,7 @@ class ElidedLabel : public QLabel {
     Q_OBJECT
 
   public:
-    using QLabel::QLabel;
+    explicit ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
     [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
 

@@ -1,5 +1,6 @@
 #include "app/PortList.h"
 
+#include "app/PlainToolTip.h"
 #include "platform/EventLoop.h"
 
 #include <QAbstractItemView>
@@ -54,7 +55,8 @@ void PortList::refreshToolTips() {
     const Descriptions all = m_lookUp();
     for (int i = 0; i < count(); ++i)
         setItemData(i,
-                    all.value(itemData(i).toInt(), QStringLiteral("There is no such port on this machine.")),
+                    plainToolTip(all.value(itemData(i).toInt(),
+                                           QStringLiteral("There is no such port on this machine."))),
                     Qt::ToolTipRole);
     setToolTip(currentData(Qt::ToolTipRole).toString());
 }

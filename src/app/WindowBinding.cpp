@@ -54,7 +54,17 @@ QString lineTimeOf(const Controls& controls, std::size_t slot) {
                  : QString();
 }
 
-void bindSlots(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {
+/// The same, and once it has been sent its checksum, to be compared with one that the board prints.
+QString sizeToolTip(const Loader& loader, std::size_t slot) {
+    const std::optional<SentImage>& sent = loader.state.Sent[slot].value();
+    return sent
+               ? QStringLiteral("%1\nSent: %2 bytes, CRC-32 %3")
+                     .arg(lineTimeOf(loader.controls, slot), QLocale().toString(sent->bytes), sent->crcText())
+               : lineTimeOf(loader.controls, slot);
+}
+
+void bindSlots(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
+    Controls& controls = loader.controls;
     for (std::size_t i = 0; i < widgets.slots.size(); ++i) {
         const SlotWidgets& row = widgets.slots[i];
         binder.checkBox(controls.chkExeURK[i], row.chkExeURK);
@@ -66,9 +76,11 @@ void bindSlots(Binder& binder, const LoaderWidgets& widgets, Controls& controls)
         binder.caption(controls.lblSize[i].Caption, row.lblSize);
         binder.caption(controls.lblCodeSize[i].Caption, row.lblCodeSize);
         // In plain words, since the display itself is hexadecimal.
-        binder.follow(controls.lblCodeSize[i].Caption, [&controls, i, label = row.lblCodeSize] {
-            label->setToolTip(lineTimeOf(controls, i));
-        });
+        const auto explain = [&loader, i, label = row.lblCodeSize] {
+            label->setToolTip(sizeToolTip(loader, i));
+        };
+        binder.follow(controls.lblCodeSize[i].Caption, explain);
+        binder.follow(loader.state.Sent[i], explain);
     }
 }
 
@@ -140,7 +152,7 @@ PortList::Descriptions describePorts(const Loader& loader, const PortCatalog& ca
 void bindWindow(Binder& binder, const LoaderWidgets& widgets, Loader& loader, const PortCatalog& catalog) {
     Controls& controls = loader.controls;
     binder.caption(controls.lblHeader.Caption, widgets.lblHeader);
-    bindSlots(binder, widgets, controls);
+    bindSlots(binder, widgets, loader);
     bindButtons(binder, widgets, controls);
     bindMenus(binder, widgets, controls);
     binder.comboBox(controls.cmbComPort, widgets.cmbComPort);

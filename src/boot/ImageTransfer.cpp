@@ -4,12 +4,17 @@
 #include "config/HexConversions.h"
 #include "config/ImageSlots.h"
 
+#include <boost/crc.hpp>
+
+#include <algorithm>
+
 namespace zrk {
 
 ImageTransfer::ImageTransfer(Link& link, ImageSlots& imageSlots) : m_link(link), m_imageSlots(imageSlots) {}
 
 bool ImageTransfer::SendImage(int slot) {
     m_imageSlots.checkFile(slot);
+    m_link.operation.watchLine();
     const bool payloadOnly = slot == kFlashImage;
     if (!payloadOnly) {
         sendHeader(slot);
@@ -69,18 +74,26 @@ void ImageTransfer::sendCode(int slot) {
     m_link.state.BytesSent = 0;
     m_link.state.SendingSlot = slot;
     m_link.transport.enableSentStatus(true);
+    m_link.state.Sent[i] = std::nullopt;
+    boost::crc_32_type sum;
     std::int32_t position = 0;
     bool stopped = false;
     while (position < m_link.state.BytesTotal && !stopped) {
         m_link.state.BytesSent = ++position;
-        if (position <= content.size())
-            m_link.transport.SendByte(static_cast<std::uint8_t>(content[position - 1]));
+        if (position <= content.size()) {
+            const auto byte = static_cast<std::uint8_t>(content[position - 1]);
+            m_link.transport.SendByte(byte);
+            sum.process_byte(byte);
+        }
         stopped = !passAfterByte();
     }
     m_link.state.BytesSent = position;
     m_link.state.BytesSentInAll += position;
     m_link.transport.timSentStatus_Timer();
     m_link.transport.enableSentStatus(false);
+    if (!stopped)
+        m_link.state.Sent[i] = SentImage{
+            sum.checksum(), static_cast<std::int32_t>(std::min<qsizetype>(position, content.size()))};
 }
 
 /// Yields until the line takes another byte. False when the user wants the transfer to stop.

@@ -2,6 +2,7 @@
 
 #include "cli/Options.h"
 #include "cli/Output.h"
+#include "cli/Plan.h"
 #include "cli/TerminalBridge.h"
 #include "cli/UsageError.h"
 #include "config/Paths.h"
@@ -56,6 +57,36 @@ ExitStatus script(const StepRun& run) {
             (status == ExitStatus::NotSeen ? QStringLiteral("--script-timeout ran out: ") : QString()) +
             loader.state.Remark);
     return status;
+}
+
+void requireVerify(const Plan& plan, const QString& argument) {
+    if (!argument.contains(QLatin1String("%a")) || !argument.contains(QLatin1String("%n")) ||
+        !fitsOneByteCodes(argument))
+        throw UsageError(
+            QStringLiteral("verify %1: give the board's checksum command, with %a for the address "
+                           "and %n for the bytes, for example \"crc32 %a %n\".")
+                .arg(argument));
+    if (!(plan.has("load") && plan.isSelected(kSecondaryExecutable)) && !plan.has("download"))
+        throw UsageError(
+            QStringLiteral("The step verify compares what the steps load and download of the same "
+                           "run have sent into SDRAM; here they send nothing."));
+}
+
+ExitStatus verify(const StepRun& run) {
+    constexpr std::chrono::milliseconds kLimit = std::chrono::seconds(30);
+    for (std::size_t slot = 0; slot < kSlots.size(); ++slot) {
+        if (kSlots[slot].memory != Memory::Sdram || !run.loader.state.Sent[slot].value())
+            continue;
+        run.loader.memoryCheck.check(slot, run.argument, run.options.limits.expect.value_or(kLimit),
+                                     [&run](const QByteArray& heard) { run.output.board(heard); });
+        const ExitStatus status = notSeen(run, toldEnd(run, "--expect-timeout"));
+        if (status != ExitStatus::Done)
+            return status;
+        run.output.notice(
+            QStringLiteral("%1: the board confirms CRC-32 %2")
+                .arg(run.loader.controls.slotTitle(slot), run.loader.state.Sent[slot].value()->crcText()));
+    }
+    return ExitStatus::Done;
 }
 
 ExitStatus terminal(const StepRun& run) {

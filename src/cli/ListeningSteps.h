@@ -14,6 +14,10 @@ void requireText(const Plan& plan, const QString& argument);
 void requireScript(const Plan& plan, const QString& argument);
 [[nodiscard]] ExitStatus script(const StepRun& run);
 
+/// Compares what was sent into SDRAM during this run with what the board's own command says of it.
+void requireVerify(const Plan& plan, const QString& argument);
+[[nodiscard]] ExitStatus verify(const StepRun& run);
+
 /// Joins the board with standard input and output, byte for byte.
 [[nodiscard]] ExitStatus terminal(const StepRun& run);
 

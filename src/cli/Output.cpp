@@ -1,5 +1,8 @@
 #include "cli/Output.h"
 
+#include "cli/VisibleText.h"
+#include "machine/StandardStreams.h"
+
 #include <QJsonDocument>
 
 #include <utility>
@@ -15,21 +18,8 @@ QByteArray systemLines(const QString& text) {
     return lines.toLocal8Bit();
 }
 
-/// A board must not steer the user's terminal.
-QString withVisibleControls(const QString& text) {
-    QString shown;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const char16_t c = text[i].unicode();
-        const bool lineEnd =
-            c == u'\n' || (c == u'\r' && i + 1 < text.size() && text[i + 1] == QLatin1Char('\n'));
-        if (lineEnd || c == u'\t' || (c >= 0x20 && c < 0x7F) || c >= 0xA0)
-            shown += text[i];
-        else if (c < 0x20 || c == 0x7F)
-            shown += QLatin1Char('^') + QChar(static_cast<char16_t>(c ^ 0x40));
-        else
-            shown += QStringLiteral("\\x") + QString::number(c, 16).toUpper();
-    }
-    return shown;
+QByteArray messageLines(const QString& text) {
+    return systemLines(standardErrorIsTerminal() ? withVisibleControls(text) : text);
 }
 
 QJsonObject fieldsOf(const Ending& ending) {
@@ -114,7 +104,7 @@ void Output::tell(const QString& text) {
     if (isJson())
         event("message", {{QStringLiteral("text"), text}});
     QByteArray lines;
-    for (const QByteArray& line : systemLines(text).split('\n'))
+    for (const QByteArray& line : messageLines(text).split('\n'))
         lines += named(line);
     m_printer.err(lines);
     if (m_transcript)
@@ -135,12 +125,13 @@ void Output::ask(const QString& text) {
     clearProgress();
     if (isJson())
         event("prompt", {{QStringLiteral("text"), text}});
-    m_printer.err('\n' + systemLines(text) + " [y/n] ");
+    m_printer.err('\n' + messageLines(text) + " [y/n] ");
 }
 
-void Output::progress(const QString& text) {
+void Output::progress(const QString& said) {
     if (!m_printer.showsProgress())
         return;
+    const QString text = withVisibleControls(said);
     if (!overwrites())
         return m_printer.err(named(text.toLocal8Bit()));
     const bool shared = m_printer.outputIsTerminal() && m_place.name.isEmpty();

@@ -29,7 +29,7 @@ Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop
       m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
       m_tracedPorts(loop, m_ports),
       m_loader({loop, m_tracedPorts, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
-      m_progress(m_loader, output, m_messages), m_plan(m_loader, m_options.steps),
+      m_progress(m_loader, output, m_messages), m_sent(m_loader, output), m_plan(m_loader, m_options.steps),
       m_runTimer(loop.createTimer([this] { runOut(); })) {}
 
 void Session::prepare(Remarks remarks) {
@@ -151,6 +151,9 @@ ExitStatus Session::runStep(std::size_t index) {
     const StepFacts* next = index + 1 < m_options.steps.size() ? m_options.steps[index + 1].facts : nullptr;
     const ExitStatus status =
         call.facts->run({m_loader, m_output, m_options, call.argument, next, m_limitReached});
+    const QString lineErrors = std::exchange(m_loader.state.LineErrorsText, {});
+    if (!lineErrors.isEmpty())
+        m_output.tell(lineErrors);
     explain(status, *call.facts);
     m_output.stepEnds(ending(status, begin));
     return status;

@@ -7,6 +7,7 @@
 #include "cli/Plan.h"
 #include "cli/PowerOnNotice.h"
 #include "cli/ProgressLines.h"
+#include "cli/SentLines.h"
 #include "loader/Loader.h"
 #include "loader/ThisProgram.h"
 #include "machine/MachinePorts.h"
@@ -66,6 +67,7 @@ class Session {
     TracedPorts m_tracedPorts;
     Loader m_loader;
     ProgressLines m_progress;
+    SentLines m_sent;
     Plan m_plan;
     std::unique_ptr<Timer> m_runTimer;
     QString m_step; ///< the one that runs, or ran last

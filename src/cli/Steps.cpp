@@ -43,6 +43,9 @@ std::span<const StepFacts> allSteps() {
          true, false, true, false, {}, requireText, expect},
         {"script", "FILE", "run a script (>text sends, <text waits, /n: Enter)",
          true, false, true, false, {}, requireScript, script},
+        {"verify", "COMMAND", "compare the board's checksums with what was sent,\n"
+         "                             for example verify \"crc32 %a %n\" at its prompt",
+         true, false, true, false, {}, requireVerify, verify},
         {"terminal", "", "raw terminal until Ctrl-] or the end of input",
          true, false, false, true, {}, requireNothing, terminal},
         {"ports", "", "list the machine's serial ports; opens none",

@@ -1,5 +1,6 @@
 #include "cli/BoardRuns.h"
 #include "cli/UsageError.h"
+#include "cli/VisibleText.h"
 #include "loader/ThisProgram.h"
 #include "machine/StandardStreams.h"
 #include "platform/RuntimeFailure.h"
@@ -30,7 +31,8 @@ void printJson(const QJsonObject& object) {
 
 int fail(ExitStatus status, const QString& text, bool json) {
     const bool usage = status == ExitStatus::Usage;
-    std::fprintf(stderr, "zrk-loader-cli: %s\n%s", text.toLocal8Bit().constData(),
+    const QString shown = zrk::standardErrorIsTerminal() ? zrk::withVisibleControls(text) : text;
+    std::fprintf(stderr, "zrk-loader-cli: %s\n%s", shown.toLocal8Bit().constData(),
                  usage ? "Try 'zrk-loader-cli --help'.\n" : "");
     if (json)
         printJson({{QStringLiteral("event"), QStringLiteral("result")},

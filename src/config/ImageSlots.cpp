@@ -4,7 +4,8 @@
 
 namespace zrk {
 
-ImageSlots::ImageSlots(Desk& desk, Paths paths) : m_controls(desk.controls), m_paths(std::move(paths)) {
+ImageSlots::ImageSlots(Desk& desk, Paths paths)
+    : m_controls(desk.controls), m_state(desk.state), m_paths(std::move(paths)) {
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const std::function<void()> clicked = [this, slot] { chkExeURK_Click(slot); };
         m_handlers.push_back(
@@ -24,6 +25,7 @@ void ImageSlots::fill(int slot, const QString& path) {
     const QFileInfo file(path);
     m_stamps[i] = {path, file.size(), file.lastModified()};
     m_controls.lblFileChanged[i].Caption = QString();
+    m_state.Sent[i] = std::nullopt;
     m_controls.chkExeURK[i].Value = 1;
     if (slot == kPrimaryBoot)
         m_controls.cmdStartPrimary.Enabled = true;

@@ -44,6 +44,7 @@ class ImageSlots {
     };
 
     Controls& m_controls;
+    SharedState& m_state;
     Paths m_paths;
     std::array<Stamp, kSlotCount> m_stamps;
     std::vector<QPropertyChangeHandler<std::function<void()>>> m_handlers;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "controls/Outcome.h"
+#include "controls/SentImage.h"
+#include "controls/SlotTable.h"
 
 #include <QProperty>
 #include <QString>
@@ -8,6 +10,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <optional>
 
 namespace zrk {
 
@@ -30,8 +33,11 @@ struct SharedState {
     std::int32_t BytesTotal = 0;     ///< code bytes of the current image transfer
     std::int64_t BytesSentInAll = 0; ///< code bytes handed over since the loader was made
     int SendingSlot = 0;             ///< the slot of that transfer
-    QString WrongAnswer;             ///< what the board sent where something else was expected, in words
-    QString WaitingFor;              ///< what an operation without a time limit waits for; empty: nothing
+    /// Of each slot's file, once it has been sent whole and until it is chosen or sent again.
+    std::array<QProperty<std::optional<SentImage>>, kSlotCount> Sent;
+    QString WrongAnswer;    ///< what the board sent where something else was expected, in words
+    QString LineErrorsText; ///< what was damaged on the line during the last transfers, in words
+    QString WaitingFor;     ///< what an operation without a time limit waits for; empty: nothing
     std::chrono::steady_clock::time_point WaitingSince;
     QString AwaitedText;         ///< text that a running script waits for; empty: none
     bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait

@@ -56,6 +56,8 @@ QString Activity::operationText() const {
 QString Activity::idleText() const {
     if (!m_link.state.Remark.isEmpty())
         return m_link.state.Remark;
+    if (!m_link.state.LineErrorsText.isEmpty())
+        return m_link.state.LineErrorsText;
     const bool open = m_link.port.isOpen();
     if (m_link.controls.cmbComPort.ListIndex < 0)
         return {};

@@ -13,6 +13,7 @@
 #include "loader/Activity.h"
 #include "loader/StartUp.h"
 #include "script/BoardListener.h"
+#include "script/MemoryCheck.h"
 #include "script/ScriptRunner.h"
 #include "serial/Link.h"
 
@@ -59,6 +60,7 @@ struct Loader : Link {
     FlashProgramming flash;
     ScriptRunner script;
     BoardListener listener;
+    MemoryCheck memoryCheck;
 
     StartUp startUp;
     Activity activity;

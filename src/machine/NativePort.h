@@ -52,10 +52,13 @@ class NativePort final : public PortDevice {
     [[nodiscard]] bool setXonXoff(bool on) noexcept override;
     [[nodiscard]] bool setDtr(bool on) noexcept override;
     [[nodiscard]] std::size_t unsentBytes() const noexcept override;
+    [[nodiscard]] std::optional<LineErrors> lineErrors() const noexcept override;
 
   private:
     boost::asio::serial_port m_stream;
     boost::asio::serial_port::native_handle_type m_handle{};
+    /// Of systems that tell no counts, only that something has happened since they were asked last.
+    mutable LineErrors m_seen;
 };
 
 } // namespace zrk

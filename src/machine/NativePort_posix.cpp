@@ -161,4 +161,15 @@ std::size_t NativePort::unsentBytes() const noexcept {
     return 0;
 }
 
+std::optional<LineErrors> NativePort::lineErrors() const noexcept {
+#ifdef TIOCGICOUNT
+    serial_icounter_struct counts = {};
+    if (::ioctl(m_handle, TIOCGICOUNT, &counts) == 0) // a pseudo-terminal refuses
+        return LineErrors{static_cast<std::uint32_t>(counts.frame), static_cast<std::uint32_t>(counts.parity),
+                          static_cast<std::uint32_t>(counts.overrun) +
+                              static_cast<std::uint32_t>(counts.buf_overrun)};
+#endif
+    return {};
+}
+
 } // namespace zrk

@@ -36,6 +36,17 @@ bool changeSettings(HANDLE handle, Change change) noexcept {
     return ::SetCommState(handle, &line) != 0;
 }
 
+/// Each look clears the marks, so whoever looks for something else keeps them as well.
+bool noteErrors(HANDLE handle, COMSTAT& state, LineErrors& seen) noexcept {
+    DWORD errors = 0;
+    if (!::ClearCommError(handle, &errors, &state))
+        return false;
+    seen.framing += (errors & CE_FRAME) != 0 ? 1U : 0U;
+    seen.parity += (errors & CE_RXPARITY) != 0 ? 1U : 0U;
+    seen.overrun += (errors & (CE_OVERRUN | CE_RXOVER)) != 0 ? 1U : 0U;
+    return true;
+}
+
 } // namespace
 
 OpenResult NativePort::open(const std::string& device) {
@@ -87,9 +98,15 @@ bool NativePort::setDtr(bool on) noexcept {
 }
 
 std::size_t NativePort::unsentBytes() const noexcept {
-    DWORD errors = 0;
     COMSTAT state = {};
-    return ::ClearCommError(m_handle, &errors, &state) ? state.cbOutQue : 0;
+    return noteErrors(m_handle, state, m_seen) ? state.cbOutQue : 0;
+}
+
+std::optional<LineErrors> NativePort::lineErrors() const noexcept {
+    COMSTAT state = {};
+    if (!noteErrors(m_handle, state, m_seen))
+        return {};
+    return m_seen;
 }
 
 } // namespace zrk

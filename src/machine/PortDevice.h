@@ -1,11 +1,14 @@
 #pragma once
 
+#include "platform/LineErrors.h"
+
 #include <QString>
 
 #include <boost/system/error_code.hpp>
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <span>
 
 namespace zrk {
@@ -42,6 +45,9 @@ class PortDevice {
 
     /// Bytes that were taken and have not left yet, as far as the device can tell.
     [[nodiscard]] virtual std::size_t unsentBytes() const noexcept = 0;
+
+    /// Damaged and lost bytes as the device counts them; nothing when it does not.
+    [[nodiscard]] virtual std::optional<LineErrors> lineErrors() const noexcept { return {}; }
 };
 
 } // namespace zrk

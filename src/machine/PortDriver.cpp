@@ -143,6 +143,11 @@ bool PortDriver::setDtr(bool on) {
     return true;
 }
 
+std::optional<LineErrors> PortDriver::lineErrors() const noexcept {
+    const Lock lock(m_mutex);
+    return m_failure ? std::nullopt : m_device->lineErrors();
+}
+
 void PortDriver::throwIfFailed() const {
     if (m_failure)
         throw RuntimeFailure(FailureKind::PortLost, *m_failure);

@@ -66,6 +66,7 @@ class PortDriver final : public SerialPort {
     [[nodiscard]] qsizetype unsentBytes() const noexcept override;
     void setHandshaking(Handshaking handshaking) override;
     bool setDtr(bool on) override;
+    [[nodiscard]] std::optional<LineErrors> lineErrors() const noexcept override;
 
   private:
     using Clock = std::chrono::steady_clock;

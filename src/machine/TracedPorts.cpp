@@ -101,6 +101,10 @@ class TracedPorts::TracedPort final : public SerialPort {
         return done;
     }
 
+    [[nodiscard]] std::optional<LineErrors> lineErrors() const noexcept override {
+        return m_port->lineErrors();
+    }
+
   private:
     void take() {
         if (m_port->bytesWaiting() == 0)

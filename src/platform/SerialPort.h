@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/LineErrors.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace zrk {
 
@@ -61,6 +64,10 @@ class SerialPort {
     /// RuntimeFailure (WrongAnswer) when a serial server has refused it before; its answer comes later than
     /// the call.
     virtual bool setDtr(bool on) = 0;
+
+    /// What the device counts of damaged and lost bytes, since whenever it began to; nothing where it does
+    /// not count, and when lost.
+    [[nodiscard]] virtual std::optional<LineErrors> lineErrors() const noexcept { return {}; }
 };
 
 /// The serial ports of the machine.

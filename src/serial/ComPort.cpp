@@ -49,6 +49,7 @@ void ComPort::CloseComPort() noexcept {
     giveUpOpening();
     if (!m_open)
         return;
+    m_errorsKept = lineErrors();
     m_open.reset();
     m_putBack.clear();
     m_controls.lblState.Caption = QStringLiteral("Closed...");
@@ -107,6 +108,18 @@ void ComPort::Output(const QString& text) {
                                  .arg(text));
     if (!text.isEmpty())
         opened().write(text.toLatin1());
+}
+
+void ComPort::countLineErrors() {
+    m_errorsKept.reset();
+    m_errorsBefore = opened().lineErrors().value_or(LineErrors{});
+}
+
+LineErrors ComPort::lineErrors() const noexcept {
+    if (m_errorsKept)
+        return *m_errorsKept;
+    const auto now = m_open ? m_open->lineErrors() : std::nullopt;
+    return now ? *now - m_errorsBefore : LineErrors{};
 }
 
 void ComPort::setHandshaking(Handshaking handshaking) {

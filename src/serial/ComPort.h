@@ -65,6 +65,12 @@ class ComPort {
     /// Bytes that were sent and have not left yet; 0 on a closed port.
     [[nodiscard]] qsizetype unsentBytes() const noexcept { return m_open ? m_open->unsentBytes() : 0; }
 
+    /// From now on the device's damaged and lost bytes are counted anew, until the port is closed.
+    void countLineErrors();
+
+    /// Those that came since then; none where the device does not count.
+    [[nodiscard]] LineErrors lineErrors() const noexcept;
+
     /// Holds from now on, over closing and opening.
     void setHandshaking(Handshaking handshaking);
     void setInputMode(InputMode mode) { m_inputMode = mode; }
@@ -85,6 +91,8 @@ class ComPort {
     std::unique_ptr<SerialPort> m_open; ///< null while the port is closed
     QByteArray m_putBack;               ///< received, read and given back
     QByteArray m_lastReceived;
+    LineErrors m_errorsBefore;              ///< the device's count when counting began
+    std::optional<LineErrors> m_errorsKept; ///< what had come by the time the port was closed
     int m_commPort = 1;
     bool m_isOpening = false;
     Handshaking m_handshaking = Handshaking::None;

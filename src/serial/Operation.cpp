@@ -4,7 +4,10 @@
 #include "serial/StatusConsole.h"
 #include "serial/Transport.h"
 
+#include <QScopeGuard>
 #include <QScopedValueRollback>
+
+#include <utility>
 
 namespace zrk {
 
@@ -19,6 +22,9 @@ void Operation::run(const Plan& plan) {
         plan.report != Report::Nothing && m_desk.state.DebugMode ? Report::InConsole : plan.report;
     m_desk.state.StopReason = Outcome::Done;
     m_failure.clear();
+    m_desk.state.LineErrorsText.clear();
+    m_watchesLine = false;
+    const auto told = qScopeGuard([this] { tellLineErrors(); });
     try {
         const End end = plan.body();
         m_outcome = endedBy(end);
@@ -30,6 +36,16 @@ void Operation::run(const Plan& plan) {
         fail({FailureKind::Internal, QString::fromLocal8Bit(error.what())}, report);
     }
     plan.abort();
+}
+
+void Operation::watchLine() {
+    if (!std::exchange(m_watchesLine, true))
+        m_port.countLineErrors();
+}
+
+void Operation::tellLineErrors() {
+    if (m_watchesLine)
+        m_desk.state.LineErrorsText = m_port.lineErrors().text();
 }
 
 void Operation::runMarked(const std::function<End()>& body) {

@@ -62,6 +62,10 @@ class Operation {
     /// enables the button that started it. Yields.
     void abort(CommandButton& startButton);
 
+    /// From now on, if not already in this operation, bytes that the line damages count: nothing has to be
+    /// told of the noise of a power-on.
+    void watchLine();
+
     /// How the last one ended.
     [[nodiscard]] Outcome outcome() const { return m_outcome; }
 
@@ -72,6 +76,7 @@ class Operation {
     [[nodiscard]] Outcome endedBy(End end) const;
     [[nodiscard]] Outcome failedBy(FailureKind kind) const;
     void fail(const RuntimeFailure& failure, Report report);
+    void tellLineErrors();
 
     Desk& m_desk;
     ComPort& m_port;
@@ -80,6 +85,7 @@ class Operation {
     Outcome m_outcome = Outcome::Done;
     QString m_failure;
     bool m_running = false;
+    bool m_watchesLine = false;
 };
 
 } // namespace zrk

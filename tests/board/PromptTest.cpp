@@ -57,6 +57,17 @@ TEST(Prompt, ShowsMemory) {
     EXPECT_EQ(board.run("md 80000000 0"), "md: COUNT is 1 to 4096\r\n");
 }
 
+TEST(Prompt, SumsMemory) {
+    Prompt board;
+    EXPECT_EQ(board.run("crc32 80000004 3"), "crc32 of 3 bytes at 0x80000004 ==> 0xF360E291\r\n");
+    EXPECT_EQ(board.run("crc32 0x80000000 0x2000"), "crc32 of 8192 bytes at 0x80000000 ==> 0x0CB8FEC5\r\n");
+    EXPECT_EQ(board.run("crc32 83FFFFF0 17"),
+              "crc32: 17 bytes at 0x83FFFFF0 are not in SDRAM (0x80000000 to 0x83FFFFFF)\r\n");
+    for (const std::string line : {"crc32", "crc32 80000004", "crc32 80000004 some", "crc32 1 2 3"})
+        EXPECT_EQ(board.run(line),
+                  "usage: crc32 ADDRESS COUNT, ADDRESS hexadecimal, COUNT decimal or 0x\r\n");
+}
+
 TEST(Prompt, KeepsVariables) {
     Prompt board;
     EXPECT_EQ(board.run("setenv ipaddr 10.0.0.2"), "");

@@ -53,6 +53,7 @@ TEST(Transfer, CancelDuringTheCode) {
         EXPECT_EQ(r.loader.controls.staStatus.SecondPanel.value(), "bytes sent 2 / 5");
         EXPECT_DOUBLE_EQ(r.loader.controls.pgbDownload.Value, 40.0);
         EXPECT_EQ(r.outcome(), Outcome::Cancelled);
+        EXPECT_FALSE(r.loader.state.Sent[0].value()) << "a part of an image has no sum worth comparing";
         if (secondary) {
             EXPECT_EQ(r.bench.console(),
                       bringUpTexts().mid(0, 4).join(QString()) + "<0>" + kMismatch + kAborted);
@@ -62,6 +63,50 @@ TEST(Transfer, CancelDuringTheCode) {
                 r.bench.console().endsWith("Sending code .. done!\n\n--- Enabling terminal mode ---\n"));
             EXPECT_TRUE(r.port.isOpen() && r.loader.state.TerminalMode && !r.loader.state.OperationActive);
         }
+    }
+}
+
+/// What a power-on does to the line is no fault; what comes later is told, however the operation ends.
+TEST(Transfer, DamageOnTheLineIsToldOnceTheImagesGoOverIt) {
+    const struct {
+        bool cancelled;
+        zrk::LineErrors atPowerOn, meanwhile;
+        const char* told;
+    } rows[] = {
+        {false, {9, 1, 2}, {9, 1, 2}, ""},
+        {false,
+         {9, 0, 0},
+         {10, 0, 0},
+         "The adapter counted 1 framing error on receive: check ground and cable."},
+        {true,
+         {0xFFFFFFFF, 0, 0},
+         {2, 4, 0},
+         "The adapter counted 3 framing errors and 4 parity errors on receive: check ground and cable."},
+        {true,
+         {},
+         {0, 0, 7},
+         "The adapter counted 7 overrun errors on receive: the computer was too busy, or the adapter is "
+         "short "
+         "of memory."},
+    };
+    for (const auto& row : rows) {
+        BringUpRig r;
+        r.port.lineErrors = zrk::LineErrors{5, 5, 5};
+        r.port.steps[0].action = [&] { r.port.lineErrors = row.atPowerOn; };
+        r.duringCode([&] {
+            r.port.lineErrors = row.meanwhile;
+            if (row.cancelled)
+                r.loader.portControl.cmdCancel_Click();
+        });
+        r.bench.boxes.user = [](int) { return Answer::Yes; };
+        r.start();
+        EXPECT_EQ(r.port.isOpen(), !row.cancelled);
+        EXPECT_EQ(r.loader.state.LineErrorsText, row.told);
+        r.loader.activity.refresh();
+        EXPECT_EQ(r.loader.controls.staStatus.FirstPanel.value() == row.told, *row.told != '\0');
+        r.loader.terminal.switchTo(false);
+        r.loader.listener.openPort({});
+        EXPECT_EQ(r.loader.state.LineErrorsText, "") << "of the operation before";
     }
 }
 
@@ -86,11 +131,12 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
         QByteArray header;
         QByteArray code;
         const char* panel;
+        const char* sum;
     };
-    for (const Row& row :
-         std::initializer_list<Row>{{"abc", "0x5", hex("34 12 00 00 05 00 00 00"), "abc", "bytes sent 5 / 5"},
-                                    {"abc", "2", hex("34 12 00 00 02 00 00 00"), "ab", "bytes sent 2 / 2"},
-                                    {"", "0x0", hex("34 12 00 00 00 00 00 00"), "", "bytes sent 0 / 0"}}) {
+    for (const Row& row : std::initializer_list<Row>{
+             {"abc", "0x5", hex("34 12 00 00 05 00 00 00"), "abc", "bytes sent 5 / 5", "3 352441C2"},
+             {"abc", "2", hex("34 12 00 00 02 00 00 00"), "ab", "bytes sent 2 / 2", "2 9E83486D"},
+             {"", "0x0", hex("34 12 00 00 00 00 00 00"), "", "bytes sent 0 / 0", "0 00000000"}}) {
         BringUpRig r;
         r.bench.fill(0, row.content, "0x1234");
         r.loader.controls.lblCodeSize[0].Caption = row.size;
@@ -102,6 +148,10 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
         r.start();
         EXPECT_EQ(r.outcome(), Outcome::Done);
         EXPECT_EQ(r.bench.console(), bringUpTexts().join(QString()));
+        const auto sent = r.loader.state.Sent[0].value().value_or(zrk::SentImage{});
+        EXPECT_EQ(QStringLiteral("%1 %2").arg(sent.bytes).arg(sent.crcText()), row.sum);
+        r.bench.fill(0, row.content, "0x1234");
+        EXPECT_FALSE(r.loader.state.Sent[0].value()) << "another file has not been sent";
     }
 }
 

@@ -38,7 +38,7 @@ TEST_F(Steps, DoAllJobsOverOnePortAndLoseNothing) {
     BoardProcess board(kBoard + QString("--start-delay 0 --dump-sdram ") + sdram);
     const QString scr = write("smoke.scr", ">help/n\n<help\n");
     CliRun run(common(board) + "load download start expect zrk> script " + scr +
-               " expect zrk> --expect-timeout 20");
+               " expect zrk> verify \"crc32 %a %n\" --expect-timeout 20");
     EXPECT_EQ(run.status(), 0) << run.error().toStdString();
     // Each byte of the program from its first to the text, once, and the script's behind it.
     const QByteArray heard = run.output().mid(run.output().indexOf("-- Starting")).replace('\r', "");
@@ -47,6 +47,8 @@ TEST_F(Steps, DoAllJobsOverOnePortAndLoseNothing) {
                                  "Type help for a list of commands.\n\nzrk>\n"
                                  "--- Enabling terminal mode ---\n help\nboot "))
         << heard.toStdString();
+    EXPECT_TRUE(run.error().contains("Kernel image: the board confirms CRC-32 "))
+        << run.error().toStdString();
     EXPECT_EQ(board.stop(), 0);
     const QByteArray kernel = contents(images.file("kernel.img"));
     EXPECT_EQ(contents(sdram).mid(0x800000, kernel.size()), kernel);
@@ -74,6 +76,7 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
         {"", "load --wait-port 0.3 --port /nonexistent", 4, "--wait-port 0.3 ran out"},
         {"", "load --wait-port 9 --timeout 0.3 --port /nonexistent", 4,
          "longer than --timeout 0.3. It was at"},
+        {"", "load start expect zrk> verify \"md %a %n\"", 5, "the board does not confirm CRC-32 "},
         {"--fault R=wrong:0x00", "load", 5, "Expected 'R' (0x52), got 0x00."},
         {"--fault bootid=none --noise U-Boot\\x20banner", "load --wait 0.5", 4, "service jumper, then"},
         {"--fault bootid=none", "load --wait 0.3", 4, "Nothing at all has come over COM1 (/"},
@@ -119,6 +122,8 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         const char* error;
     } lines[] = {
         {"expect", "The step expect needs a TEXT behind it"},
+        {"--ini " + images.ini() + " load verify crc32", "with %a for the address"},
+        {"--ini " + images.ini() + " verify \"crc32 %a %n\"", "here they send nothing"},
         {"script /nonexistent.scr", "script /nonexistent.scr: there is no such file"},
         {"--timeout 0 load", "--timeout 0: give the seconds as a number above 0"},
         {"--on-wait no-such-program load", "--on-wait no-such-program: there is no such program"},

@@ -21,6 +21,7 @@ TEST_F(Window, ShowsWhatTheControlsHold) {
     c.cmbComPort.ListIndex = 5;
     c.cmbComPort.Enabled = false;
     c.lblCodeSize[5].Caption = "0x1F000";
+    loader.state.Sent[3] = zrk::SentImage{0xC0FFEE, 5};
     const auto* mark = find<QLabel>("lblFileChanged_3");
     EXPECT_FALSE(mark->isVisible()) << "nothing to tell yet";
     c.lblFileChanged[3].Caption = "It has changed.";
@@ -36,6 +37,7 @@ TEST_F(Window, ShowsWhatTheControlsHold) {
         {"txtFilNam_3", "toolTip", "Path: " + folder.path() + "/"},
         {"chkExeURK_3", "checked", "true"},
         {"lblCodeSize_3", "text", "0x5"},
+        {"lblCodeSize_3", "toolTip", "5 bytes, about 1 s on the line\nSent: 5 bytes, CRC-32 00C0FFEE"},
         {"lblFileChanged_3", "toolTip", "It has changed."},
         {"cmdTerminal", "text", "Disable Terminal mode"},
         {"lblState", "text", "Open..."},
@@ -54,6 +56,12 @@ TEST_F(Window, ShowsWhatTheControlsHold) {
     for (const auto& [name, property, value] : properties)
         EXPECT_EQ(shown(name, property), value) << name;
     EXPECT_EQ(window.windowTitle(), "ZRK6924 Loader");
+
+    // What a board or a file's name says is no markup.
+    c.txtFilNam[4].ToolTipText = "Path: /<b>x</b>/";
+    EXPECT_TRUE(shown("txtFilNam_4", "toolTip").contains("&lt;b&gt;x"))
+        << shown("txtFilNam_4", "toolTip").toStdString();
+    EXPECT_EQ(find<QLabel>("staStatus_0")->textFormat(), Qt::PlainText);
 
     c.lvwAdrs.add({"3", "0x00000004", "0x5"});
     const auto* list = find<QTreeWidget>("lvwAdrs");

@@ -57,6 +57,9 @@ class LinePort::Opened final : public zrk::SerialPort {
         m_line.calls.push_back({m_line.m_loop.elapsed(), QStringLiteral("dtr %1").arg(on ? 1 : 0)});
         return true;
     }
+    [[nodiscard]] std::optional<zrk::LineErrors> lineErrors() const noexcept override {
+        return m_line.lineErrors;
+    }
 
   private:
     LinePort& m_line;

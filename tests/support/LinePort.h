@@ -25,10 +25,11 @@ class LinePort : public zrk::SerialPorts {
 
     // The line and what happens to it.
     bool paced = false;
-    bool stalled = false;           ///< takes no byte any more
-    bool failsToOpen = false;       ///< "The device is not there."
-    bool failsHandshaking = false;  ///< "The driver refused."
-    qsizetype hangUpAfterBytes = 0; ///< hangs up when the far end has got so many; 0: never
+    bool stalled = false;                      ///< takes no byte any more
+    bool failsToOpen = false;                  ///< "The device is not there."
+    bool failsHandshaking = false;             ///< "The driver refused."
+    std::optional<zrk::LineErrors> lineErrors; ///< as the device counts them
+    qsizetype hangUpAfterBytes = 0;            ///< hangs up when the far end has got so many; 0: never
     void hangUp();
 
     /// Bytes that reach the loader now; lost while the port is closed.

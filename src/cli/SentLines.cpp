@@ -1,0 +1,37 @@
+#include "cli/SentLines.h"
+
+#include "cli/Output.h"
+#include "loader/Loader.h"
+
+namespace zrk {
+
+SentLines::SentLines(Loader& loader, Output& output) : m_loader(loader), m_output(output) {
+    for (std::size_t slot = 0; slot < loader.state.Sent.size(); ++slot) {
+        const std::function<void()> changed = [this, slot] { tell(slot); };
+        m_handlers.push_back(loader.state.Sent[slot].onValueChanged(changed));
+    }
+}
+
+void SentLines::tell(std::size_t slot) {
+    const std::optional<SentImage> sent = m_loader.state.Sent[slot].value();
+    if (!sent)
+        return;
+    const QString title = m_loader.controls.slotTitle(slot);
+    m_output.event("sent", {{QStringLiteral("image"), title},
+                            {QStringLiteral("bytes"), sent->bytes},
+                            {QStringLiteral("crc32"), sent->crcText()}});
+    m_output.notice(
+        QStringLiteral("%1: sent %2 bytes, CRC-32 %3").arg(title).arg(sent->bytes).arg(sent->crcText()));
+    if (sent->bytes < m_loader.state.BytesTotal)
+        m_output.tell(QStringLiteral("%1: the file has become shorter than the %2 bytes that the board was "
+                                     "told; cycle its power and send the image again.")
+                          .arg(title)
+                          .arg(m_loader.state.BytesTotal));
+    else if (!m_loader.controls.lblFileChanged[slot].Caption.value().isEmpty())
+        m_output.tell(QStringLiteral("%1: the file has changed since this run began; what was sent are the "
+                                     "first %2 bytes of what it holds now. Is it the one that you mean?")
+                          .arg(title)
+                          .arg(sent->bytes));
+}
+
+} // namespace zrk
