@@ -1,0 +1,106 @@
+#include "cli/Processes.h"
+
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace {
+
+/// The command line, started by a shell that has done something to its streams or environment.
+struct MachineFaults : ::testing::Test {
+    [[nodiscard]] static QString program() {
+        return QString::fromStdString(zrkboard::siblingProgram("zrk-loader-cli"));
+    }
+    [[nodiscard]] QString load(const BoardProcess& board) const {
+        return program() + " " + images.on(board.device(), "--line-rate 0 load start expect 'zrk>'");
+    }
+    const SampleImages images;
+};
+
+/// A stream that is not there must not be replaced by the port, whose number would be the next free one.
+TEST_F(MachineFaults, OfStreamsAndEnvironmentSpoilNoBoard) {
+    const struct {
+        const char* how; // "@" is the command
+        int status;
+        const char* error; // on what is left of standard error
+    } faults[] = {
+        {"@ <&-", 0, "Port: COM1"},
+        {"@ >&-", 1, "its text is incomplete"},
+        {"@ 2>&-", 0, ""},
+        {"@ <&- >&- 2>&-", 1, ""},
+        {"@ >/dev/full", 1, "its text is incomplete"},
+        {"@ 2>/dev/full", 0, ""},
+        {"@ | true", 1, "its text is incomplete"},
+        {"env -i @", 0, "Port: COM1"},
+        {"cd / && HOME=/nonexistent TMPDIR=/nonexistent @", 0, "Port: COM1"},
+        {"umask 777; @ --trace t", 0, "Port: COM1"},
+    };
+    for (const auto& fault : faults) {
+        SCOPED_TRACE(fault.how);
+        const QString sdram = images.file("sdram.dump");
+        BoardProcess board("--unpaced --verbose --bootid-interval 5 --dump-sdram " + sdram);
+        QProcess shell;
+        shell.setWorkingDirectory(images.file("."));
+        shell.start("bash", {"-c", "set -o pipefail; " + QString(fault.how).replace('@', load(board))});
+        ASSERT_TRUE(shell.waitForFinished(60000));
+        EXPECT_EQ(shell.exitCode(), fault.status);
+        const QByteArray error = shell.readAllStandardError();
+        EXPECT_TRUE(error.contains(fault.error)) << error.toStdString();
+        EXPECT_TRUE(board.waitForLog("secondary program: started"));
+        EXPECT_EQ(board.stop(), 0);
+        const QByteArray secondary = contents(images.file("secondary.bin"));
+        EXPECT_TRUE(contents(sdram).mid(4, secondary.size()) == secondary);
+    }
+}
+
+/// Somebody builds anew while the image before it is sent. The program sleeps meanwhile, as a machine does.
+TEST_F(MachineFaults, OfImagesAreToldWhenTheyAreSent) {
+    const QString path = images.file("secondary.bin");
+    const QByteArray before(2000, 'b');
+    const struct {
+        QByteArray now; // none: the file is gone
+        int status;
+        const char* error;
+    } faults[] = {
+        {before + "grown", 0,
+         "(SDRAM): the file has changed since this run began; what was sent are the first "
+         "2000 bytes"},
+        {before.chopped(1), 4,
+         "(SDRAM): the file has become shorter than the 2000 bytes that the board was told"},
+        {{}, 1, "Cannot open the image file "},
+    };
+    for (const auto& fault : faults) {
+        SCOPED_TRACE(fault.error);
+        const auto write = [&path](const QByteArray& bytes) {
+            QFile file(path);
+            return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        };
+        ASSERT_TRUE(write(before));
+        // So slow that even a busy machine finds the first image under way.
+        const BoardProcess board("--baud 57600 --bootid-interval 5");
+        CliRun run(images.on(board.device(), "load"));
+        ASSERT_TRUE(run.waitFor(QProcess::StandardOutput, "Sending code .. "));
+        run.send(SIGSTOP);
+        ASSERT_TRUE(fault.now.isEmpty() ? QFile::remove(path) : write(fault.now));
+        run.send(SIGCONT);
+        EXPECT_EQ(run.status(), fault.status);
+        EXPECT_TRUE(run.error().contains(fault.error)) << run.error().toStdString();
+    }
+}
+
+/// Names and texts of a configuration must not steer the terminal on which they are told.
+TEST_F(MachineFaults, OfTextsDoNotReachTheTerminal) {
+    QFile file(images.file("own.INI"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[BINFILES]\nPRIM\x1B]0;title\x07=x\n");
+    file.close();
+    QProcess shell; // which makes a terminal of its standard error
+    shell.start("script", {"-qec", program() + " --ini " + file.fileName() + " check", "/dev/null"});
+    ASSERT_TRUE(shell.waitForFinished(60000));
+    const QByteArray shown = shell.readAllStandardOutput();
+    EXPECT_TRUE(shown.contains("PRIM^[]0;title^G")) << shown.toStdString();
+}
+
+} // namespace
