@@ -28,6 +28,7 @@ class Wiring {
   private:
     [[nodiscard]] std::function<void()> guarded(std::function<void()> handler) const {
         return [handler = std::move(handler), &addresses = m_addresses, &desk = m_desk] {
+            desk.state.Remark.clear();
             addresses.commit();
             QString failure;
             try {

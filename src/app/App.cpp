@@ -5,10 +5,20 @@
 
 #include <QEventLoop>
 #include <QScreen>
+#include <QStandardPaths>
 
 #include <utility>
 
 namespace zrk {
+namespace {
+
+/// What the window remembers of one run for the next.
+QString windowStore() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/zrk-loader/window.conf");
+}
+
+} // namespace
 
 App::App(const AppOptions& options)
     : m_ini(chooseIni(options.iniPath, programFacts())), m_portNumber(options.portNumber),
@@ -18,7 +28,8 @@ App::App(const AppOptions& options)
       m_waitDialog([this] { return &m_window; }),
       m_loader({m_loop, m_tracedPorts, m_boxes, m_fileDialog, m_waitDialog}, m_ini.folder),
       m_registry(createRegistry()), m_systemInfo(*m_registry, m_starter, m_loader),
-      m_window(m_loader, m_catalog, [this] { showAbout(); }) {
+      m_window(m_loader, m_catalog, windowStore(), [this] { showAbout(); }) {
+    m_loader.activity.limitRate(options.lineRate.value_or(TransferRate::kLineBytesPerSecond));
     new TraceRecording(m_window.traceEntry(), m_tracedPorts, m_loader); // the entry's child
 }
 

@@ -74,6 +74,8 @@ struct LoaderWidgets {
     QAction* mnuWriteIni = nullptr;
     QAction* mnuExecScript = nullptr;
     QAction* mnuExit = nullptr;
+    QAction* mnuOpenIni = nullptr;
+    QAction* mnuRecentIni = nullptr;
     QAction* mnuRecordTrace = nullptr;
     QAction* mnuAbout = nullptr;
     QAction* mnuFile = nullptr;

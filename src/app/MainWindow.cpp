@@ -6,7 +6,10 @@
 #include "app/ConsoleTools.h"
 #include "app/ConsoleView.h"
 #include "app/FormScroller.h"
+#include "app/GreyReasons.h"
 #include "app/Identity.h"
+#include "app/IniFiles.h"
+#include "app/KeysHelp.h"
 #include "app/LoaderForm.h"
 #include "app/ScreenReader.h"
 #include "app/SlotDrop.h"
@@ -15,6 +18,7 @@
 #include "app/WindowBinding.h"
 #include "loader/Loader.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGroupBox>
 #include <QLayout>
@@ -48,16 +52,19 @@ class Twips {
 
 } // namespace
 
-MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, std::function<void()> showAbout)
+MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString& store,
+                       std::function<void()> showAbout)
     : m_loader(loader), m_panel(new LoaderForm(m_widgets, this)), m_binder(loader.state.OperationActive) {
     setObjectName(QStringLiteral("frmLoader"));
     setWindowTitle(applicationTitle());
-    buildMenus();
+    buildMenus(store);
     buildStatusBar(m_widgets, *this);
     setCentralWidget(new FormScroller(m_panel, this));
     m_widgets.consoleTools =
         new ConsoleTools(m_widgets.txtStatus, m_widgets.fraControl, [&loader] { saveConsole(loader); });
     bindWindow(m_binder, m_widgets, loader, catalog);
+    bindGreyReasons(m_binder, m_widgets, loader);
+    callWhenOver();
     nameForScreenReader(m_binder, m_widgets, loader.controls);
     setTabOrders(m_widgets);
 
@@ -91,7 +98,7 @@ void MainWindow::fitInto(const QRect& available) {
          std::max(available.y(), std::min(placed.y(), available.bottom() + 1 - placed.height())));
 }
 
-void MainWindow::buildMenus() {
+void MainWindow::buildMenus(const QString& store) {
     QMenu* file = named(new QMenu(this), QStringLiteral("mnuFile"));
     m_widgets.mnuFile = menuBar()->addMenu(file);
     m_widgets.mnuLoadIni = named(file->addAction(QString()), QStringLiteral("mnuLoadIni"));
@@ -101,12 +108,25 @@ void MainWindow::buildMenus() {
     m_widgets.mnuExit = named(file->addAction(QString()), QStringLiteral("mnuExit"));
     m_widgets.mnuExit->setMenuRole(QAction::QuitRole);
     file->addSeparator();
+    const auto* iniFiles = new IniFiles(*file, m_loader, store);
+    m_widgets.mnuOpenIni = iniFiles->openEntry();
+    m_widgets.mnuRecentIni = iniFiles->recentEntry();
     m_widgets.mnuRecordTrace = named(file->addAction(QString()), QStringLiteral("mnuRecordTrace"));
     m_widgets.mnuAbout = named(menuBar()->addAction(QString()), QStringLiteral("mnuAbout"));
+    auto* help = named(menuBar()->addAction(QStringLiteral("&Help")), QStringLiteral("mnuHelp"));
+    connect(help, &QAction::triggered, this, [this] { showKeysHelp(this); });
+}
+
+/// Whoever does something else meanwhile is told by the desktop.
+void MainWindow::callWhenOver() {
+    m_binder.follow(m_loader.state.OperationActive, [this] {
+        if (!m_loader.state.OperationActive && isVisible())
+            QApplication::alert(this);
+    });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    event->setAccepted(m_loader.portControl.Form_Unload() == 0);
+    event->setAccepted(m_loader.transfer.mayBeEnded() && m_loader.portControl.Form_Unload() == 0);
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event) {

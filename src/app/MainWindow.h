@@ -19,8 +19,10 @@ class MainWindow final : public QMainWindow {
     Q_OBJECT
 
   public:
-    /// Loader and catalog must outlive the window; `showAbout` opens the About box.
-    MainWindow(Loader& loader, const PortCatalog& catalog, std::function<void()> showAbout);
+    /// Loader and catalog must outlive the window; `store` is the file that keeps what is remembered from one
+    /// run to the next; `showAbout` opens the About box.
+    MainWindow(Loader& loader, const PortCatalog& catalog, const QString& store,
+               std::function<void()> showAbout);
     ~MainWindow() override;
 
     /// The entry of the File menu that records a trace; what it does is up to the program.
@@ -35,7 +37,8 @@ class MainWindow final : public QMainWindow {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    void buildMenus();
+    void buildMenus(const QString& store);
+    void callWhenOver();
     void frmLoader_Form_Resize();
 
     Loader& m_loader;

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 
 namespace zrk {
 namespace {
@@ -26,7 +27,7 @@ QString WindowFileDialog::openFile(const FileRequest& request) {
     QStringList filters;
     for (const FileFilter& filter : request.filters)
         filters.append(dialogFilter(filter));
-    QFileDialog dialog(m_parent(), request.title, request.folder);
+    QFileDialog dialog(m_parent(), request.title, m_lastFolder.isEmpty() ? request.folder : m_lastFolder);
     dialog.setAcceptMode(request.isToBeWritten ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(request.isToBeWritten ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::HideNameFilterDetails);
@@ -34,7 +35,9 @@ QString WindowFileDialog::openFile(const FileRequest& request) {
     dialog.selectNameFilter(filters.value(request.filterIndex - 1));
     if (!m_run(dialog) || dialog.selectedFiles().isEmpty())
         return {};
-    return QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+    const QString chosen = dialog.selectedFiles().constFirst();
+    m_lastFolder = QFileInfo(chosen).path();
+    return QDir::toNativeSeparators(chosen);
 }
 
 } // namespace zrk

@@ -9,7 +9,8 @@ class QWidget;
 
 namespace zrk {
 
-/// The platform's own file dialog, on top of the main window.
+/// The platform's own file dialog, on top of the main window. It opens where it was asked to, and once a file
+/// was chosen where that one is.
 class WindowFileDialog final : public FileDialog {
   public:
     /// Runs the dialog; True when a file was accepted.
@@ -22,6 +23,7 @@ class WindowFileDialog final : public FileDialog {
   private:
     std::function<QWidget*()> m_parent;
     Runner m_run;
+    QString m_lastFolder; ///< of the file chosen last, where the next dialog starts
 };
 
 } // namespace zrk

@@ -2,6 +2,7 @@
 
 #include "app/Identity.h"
 
+#include <QApplication>
 #include <QMessageBox>
 
 namespace zrk {
@@ -31,6 +32,7 @@ Answer WindowMessageBoxes::show(const MessageBox& box) {
     QString prompt = box.prompt;
     prompt.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     QMessageBox shown(m_parent());
+    QApplication::alert(shown.parentWidget());
     shown.setTextFormat(Qt::PlainText);
     shown.setText(prompt);
     shown.setIcon(iconOf(box.icon));
@@ -41,7 +43,7 @@ Answer WindowMessageBoxes::show(const MessageBox& box) {
         return Answer::Ok;
     }
     shown.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    shown.setDefaultButton(QMessageBox::Yes);
+    shown.setDefaultButton(QMessageBox::No); // what Enter does in haste must lose nothing
     shown.setEscapeButton(QMessageBox::No);
     return m_run(shown) == QMessageBox::Yes ? Answer::Yes : Answer::No;
 }

@@ -6,6 +6,8 @@
 #include "config/AddressValidation.h"
 #include "config/ImageSlots.h"
 
+#include <QLocale>
+
 namespace zrk {
 
 BringUp::BringUp(Link& link, AddressValidation& validation, BootRomHandshake& handshake,
@@ -14,8 +16,16 @@ BringUp::BringUp(Link& link, AddressValidation& validation, BootRomHandshake& ha
       m_commands(commands) {}
 
 void BringUp::cmdStartPrimary_Click() {
+    const std::int64_t before = m_link.state.BytesSentInAll;
     m_link.operation.run(
-        {[this] { return load(); }, [this] { m_link.operation.abort(m_link.controls.cmdStartPrimary); }});
+        {[this] { return load(); }, [this] { m_link.operation.abort(m_link.controls.cmdStartPrimary); },
+         Operation::Report::DownloadProblem,
+         [this, before](const QString& time) {
+             const bool confirmed = m_link.controls.chkExeURK[kSecondaryExecutable].isTicked();
+             return QStringLiteral("Loaded: %1 bytes in %2%3.")
+                 .arg(QLocale().toString(m_link.state.BytesSentInAll - before), time,
+                      confirmed ? QStringLiteral(", confirmed") : QString());
+         }});
 }
 
 Operation::End BringUp::load() {
@@ -86,7 +96,8 @@ void BringUp::start(const std::function<Operation::End()>& body) {
         m_link.controls.cmdURK.Enabled = false;
         m_link.controls.cmdStartSecondary.Enabled = false;
     };
-    m_link.operation.run({body, abort, Operation::Report::IoProblem});
+    m_link.operation.run({body, abort, Operation::Report::IoProblem,
+                          [](const QString&) { return QStringLiteral("The start command has been sent."); }});
 }
 
 void BringUp::sendStartCommand() {

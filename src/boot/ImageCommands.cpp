@@ -4,6 +4,8 @@
 #include "config/AddressValidation.h"
 #include "config/ImageSlots.h"
 
+#include <QLocale>
+
 namespace zrk {
 namespace {
 
@@ -49,7 +51,15 @@ bool ImageCommands::SendImageCommand(int slot) {
 }
 
 void ImageCommands::cmdURK_Click() {
-    m_link.operation.run({[this] { return download(); }, [this] { abortDownload(); }});
+    const std::int64_t before = m_link.state.BytesSentInAll;
+    m_link.operation.run({[this] { return download(); }, [this] { abortDownload(); },
+                          Operation::Report::DownloadProblem,
+                          [this, before](const QString& time) {
+                              return QStringLiteral("Downloaded %1 image%2: %3 bytes in %4, confirmed.")
+                                  .arg(m_number)
+                                  .arg(QLatin1String(m_number == 1 ? "" : "s"),
+                                       QLocale().toString(m_link.state.BytesSentInAll - before), time);
+                          }});
 }
 
 Operation::End ImageCommands::download() {
@@ -58,13 +68,31 @@ Operation::End ImageCommands::download() {
     m_link.operation.begin();
     enableButtons(false);
     m_link.terminal.switchTo(false);
+    m_number = 0;
     for (const int slot : {kUBoot, kRootFs, kKernel}) {
-        if (m_link.controls.chkExeURK[static_cast<std::size_t>(slot)].isTicked() && !SendImageCommand(slot))
+        if (!m_link.controls.chkExeURK[static_cast<std::size_t>(slot)].isTicked())
+            continue;
+        ++m_number;
+        notePlaceOf(slot);
+        if (!SendImageCommand(slot))
             return Operation::End::Abort;
     }
     m_link.operation.finish();
     enableButtons(true);
     return Operation::End::Done;
+}
+
+/// As it looks now: an image may still be chosen or passed over while those before it are sent.
+void ImageCommands::notePlaceOf(int slot) {
+    Series place{m_number, m_number, 0};
+    for (int later = slot + 1; later <= kKernel; ++later) {
+        const auto i = static_cast<std::size_t>(later);
+        if (!m_link.controls.chkExeURK[i].isTicked())
+            continue;
+        ++place.count;
+        place.bytesBehind += m_link.controls.sizeInBytes(i).value_or(0);
+    }
+    m_link.state.Images = place;
 }
 
 void ImageCommands::abortDownload() {

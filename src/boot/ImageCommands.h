@@ -30,12 +30,14 @@ class ImageCommands {
 
   private:
     [[nodiscard]] Operation::End download();
+    void notePlaceOf(int slot);
     void abortDownload();
     void enableButtons(bool enabled);
 
     Link& m_link;
     AddressValidation& m_validation;
     ImageTransfer& m_transfer;
+    int m_number = 0; ///< of the image in the running download, from 1
 };
 
 } // namespace zrk

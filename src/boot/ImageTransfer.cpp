@@ -24,7 +24,8 @@ bool ImageTransfer::SendImage(int slot) {
         m_link.console.PrintStatus(QStringLiteral("Sending code .. "));
     }
     sendCode(slot);
-    if (!payloadOnly)
+    // Of a port that was closed under the transfer nothing is done.
+    if (!payloadOnly && m_link.port.isOpen())
         m_link.console.PrintStatus(QStringLiteral("done!/n"));
     return true;
 }
@@ -38,6 +39,8 @@ void ImageTransfer::sendHeader(int slot) {
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
     m_link.console.PrintStatus(QStringLiteral("Sending size .. "));
     sendNumber(m_link.controls.sizeOf(i));
+    m_link.state.SlotIsSpent[i] = true;
+    m_link.state.LastSent = QStringLiteral("the address and size of ") + m_link.controls.slotTitle(i);
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
 }
 
@@ -75,6 +78,9 @@ void ImageTransfer::sendCode(int slot) {
     m_link.state.SendingSlot = slot;
     m_link.transport.enableSentStatus(true);
     m_link.state.Sent[i] = std::nullopt;
+    m_link.state.SlotIsSpent[i] = true;
+    if (!m_link.state.SendingSince)
+        m_link.state.SendingSince = m_link.loop.now();
     boost::crc_32_type sum;
     std::int32_t position = 0;
     bool stopped = false;
@@ -91,6 +97,7 @@ void ImageTransfer::sendCode(int slot) {
     m_link.state.BytesSentInAll += position;
     m_link.transport.timSentStatus_Timer();
     m_link.transport.enableSentStatus(false);
+    m_link.state.LastSent = QStringLiteral("the code of ") + m_link.controls.slotTitle(i);
     if (!stopped)
         m_link.state.Sent[i] = SentImage{
             sum.checksum(), static_cast<std::int32_t>(std::min<qsizetype>(position, content.size()))};
@@ -101,7 +108,8 @@ bool ImageTransfer::passAfterByte() {
     m_link.transport.pass();
     for (;;) {
         if (m_link.state.CancelRequested) {
-            if (userConfirmsCancel())
+            // Whoever closed the port meanwhile has been asked before.
+            if (!m_link.port.isOpen() || userConfirmsCancel())
                 return false;
             m_link.state.withdrawStop();
         }
@@ -109,6 +117,12 @@ bool ImageTransfer::passAfterByte() {
             return true;
         m_link.transport.waitForRoom();
     }
+}
+
+bool ImageTransfer::mayBeEnded() {
+    if (!m_link.transport.isTransferring())
+        return true;
+    return !m_link.state.Asking && userConfirmsCancel();
 }
 
 bool ImageTransfer::userConfirmsCancel() {

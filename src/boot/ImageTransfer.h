@@ -27,6 +27,10 @@ class ImageTransfer {
     /// set. Yields after every code byte; file, number and port failures pass through as RuntimeFailure.
     [[nodiscard]] bool SendImage(int slot);
 
+    /// Asks, while code bytes are being sent, whether that may end. True at once when none are; False while
+    /// another question is open. Yields.
+    [[nodiscard]] bool mayBeEnded();
+
     /// From now on files are read through this store, which boards on other threads use as well.
     void readThrough(std::shared_ptr<ImageStore> store) { m_store = std::move(store); }
 

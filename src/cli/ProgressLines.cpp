@@ -3,6 +3,7 @@
 #include "cli/MessageLines.h"
 #include "cli/Output.h"
 #include "loader/Loader.h"
+#include "platform/SecondsText.h"
 
 namespace zrk {
 

@@ -35,6 +35,7 @@ Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop
 void Session::prepare(Remarks remarks) {
     m_loader.startUp.prepare(m_facts);
     m_loader.controls.cmbComPort.ListIndex = m_options.program.portNumber - 1;
+    m_loader.activity.limitRate(m_options.program.lineRate.value_or(TransferRate::kLineBytesPerSecond));
     m_loader.controls.chkErase.Value = m_options.erase ? 1 : 0;
     m_loader.flash.limitAnswers(m_options.limits.flash);
     presetSlots();

@@ -31,7 +31,9 @@ bool AddressValidation::ValidateAddresses() {
 
 void AddressValidation::cmdValidateAdrs_Click() {
     try {
-        (void)ValidateAddresses();
+        if (ValidateAddresses())
+            m_desk.state.Remark =
+                QStringLiteral("The addresses are valid: no range overlaps another or a marker.");
     } catch (const RuntimeFailure& failure) {
         report(failure.description(), QStringLiteral("Invalid address"));
     }

@@ -20,6 +20,9 @@ class ImageSlots {
 
     [[nodiscard]] const Paths& paths() const { return m_paths; }
 
+    /// From now on relative paths start at this folder.
+    void resolveFrom(const QString& folder) { m_paths = Paths(folder); }
+
     /// Makes `path` the slot's file: name, path, tool tip and size, then selects the slot; slot 0
     /// enables cmdStartPrimary. A length that cannot be read leaves the size label as it was.
     void fill(int slot, const QString& path);

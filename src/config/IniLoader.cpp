@@ -5,6 +5,9 @@
 #include "config/IniFile.h"
 #include "config/Paths.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 namespace zrk {
 namespace {
 
@@ -56,6 +59,12 @@ void IniLoader::mnuLoadIni_Click() {
     m_desk.state.Remark = all.isEmpty() ? QString()
                                         : m_slots.paths().FileNameOf(m_desk.state.IniPath) +
                                               QStringLiteral(": ") + all.join(QLatin1Char(' '));
+}
+
+void IniLoader::openIni(const QString& path) {
+    m_desk.state.IniPath = path;
+    m_slots.resolveFrom(QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
+    mnuLoadIni_Click();
 }
 
 void IniLoader::checkNames() {

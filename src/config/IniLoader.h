@@ -20,6 +20,10 @@ class IniLoader {
     /// file does not name keep what they hold.
     void mnuLoadIni_Click();
 
+    /// The same for another file, which mnuLoadIni_Click reads from now on and at whose folder relative names
+    /// start.
+    void openIni(const QString& path);
+
     /// The file is edited by hand: only says so.
     void mnuWriteIni_Click();
 

@@ -1,8 +1,11 @@
 #include "controls/Desk.h"
 
+#include <QScopedValueRollback>
+
 namespace zrk {
 
 Answer Desk::show(const MessageBox& box) {
+    const QScopedValueRollback asking(state.Asking, true);
     state.MessageText = box.prompt;
     return boxes.show(box);
 }

@@ -14,6 +14,13 @@
 
 namespace zrk {
 
+/// A place in a row of image transfers.
+struct Series {
+    int number = 0;               ///< from 1
+    int count = 0;                ///< less than 2: no row
+    std::int64_t bytesBehind = 0; ///< of the transfers that come after
+};
+
 /// What the windows, the timers and the long operations share. One per loader, passed to those who
 /// read or write it; all of it belongs to the user-interface thread.
 struct SharedState {
@@ -27,12 +34,18 @@ struct SharedState {
     QString MessageText; ///< prompt of the message box being raised; last address error
     QString IniPath;     ///< full path of the configuration file
     QString HeardBehind; ///< what terminal mode has received behind the text that a script waited for last
-    QString Remark;      ///< for the first status panel while nothing runs, until an operation begins
+    QString Remark;      ///< for the first status panel while nothing runs, until the user's next action
+    bool Asking = false; ///< a message box waits for the user
+    QString Unanswered; ///< which question of the board's protocols the reply time-out ran out over, in words
+    QString LastSent;   ///< what the board's next answer is about, in words
     std::array<QString, 8> SlotNames;
     std::int32_t BytesSent = 0;      ///< code bytes handed over by the current image transfer
     std::int32_t BytesTotal = 0;     ///< code bytes of the current image transfer
     std::int64_t BytesSentInAll = 0; ///< code bytes handed over since the loader was made
     int SendingSlot = 0;             ///< the slot of that transfer
+    /// When the running operation handed over its first code byte.
+    std::optional<std::chrono::steady_clock::time_point> SendingSince;
+    Series Images; ///< where the running transfer stands among those of its operation
     /// Of each slot's file, once it has been sent whole and until it is chosen or sent again.
     std::array<QProperty<std::optional<SentImage>>, kSlotCount> Sent;
     QString WrongAnswer;    ///< what the board sent where something else was expected, in words
@@ -44,6 +57,9 @@ struct SharedState {
     /// From a failure in or after the flash header frame until the next operation: the flash may be erased or
     /// half written.
     bool FlashStateUnknown = false;
+    // From when the running operation has read them until it ends, so that a change would come too late.
+    std::array<QProperty<bool>, kSlotCount> SlotIsSpent;
+    QProperty<bool> EraseIsSpent{false};
 
     /// Asks the running wait or operation to stop.
     void requestStop(Outcome why) {

@@ -6,6 +6,8 @@
 #include "config/ImageSlots.h"
 #include "platform/SecondsText.h"
 
+#include <QLocale>
+
 namespace zrk {
 
 using namespace std::chrono_literals;
@@ -42,7 +44,13 @@ FlashProgramming::FlashProgramming(Link& link, BootRomHandshake& handshake, Imag
     : m_link(link), m_handshake(handshake), m_transfer(transfer), m_frames(link.transport, link.console) {}
 
 void FlashProgramming::cmdPrgFlash_Click() {
-    m_link.operation.run({[this] { return program(); }, [this] { abort(); }});
+    m_link.operation.run({[this] { return program(); }, [this] { abort(); },
+                          Operation::Report::DownloadProblem,
+                          [this](const QString& time) {
+                              const auto& sent = m_link.state.Sent[kFlashImage].value();
+                              return QStringLiteral("Flash programmed: %1 bytes in %2, acknowledged.")
+                                  .arg(QLocale().toString(sent ? sent->bytes : 0), time);
+                          }});
 }
 
 Operation::End FlashProgramming::program() {
@@ -104,6 +112,8 @@ bool FlashProgramming::sendHeader() {
     if (erase)
         m_link.console.PrintStatus(QStringLiteral("(ERASING FLASH) .. "));
     m_frames.sendHeaderEnd(erase);
+    m_link.state.SlotIsSpent[kFlashImage] = true;
+    m_link.state.EraseIsSpent = true;
     return awaitAck(erase ? QStringLiteral("The board erases the flash")
                           : QStringLiteral("The board prepares the flash"));
 }

@@ -1,6 +1,7 @@
 #include "loader/Activity.h"
 
 #include "config/ImageSlots.h"
+#include "platform/SecondsText.h"
 
 namespace zrk {
 
@@ -18,17 +19,17 @@ void Activity::refresh() {
         m_nextFileCheck = m_link.loop.now() + 1s;
     }
     followTransfer();
-    if (m_link.state.OperationActive)
-        m_link.state.Remark.clear();
-    QString text = m_link.state.OperationActive ? operationText() : idleText();
-    if (!m_link.state.OperationActive && m_link.state.FlashStateUnknown)
-        text = kFlashStateUnknownText;
+    const QString text = m_link.state.Asking            ? QStringLiteral("Waiting for your answer")
+                         : m_link.state.OperationActive ? operationText()
+                                                        : idleText();
     if (m_link.controls.staStatus.FirstPanel.value() != text)
         m_link.controls.staStatus.FirstPanel = text;
 }
 
 void Activity::followTransfer() {
-    const bool transferring = m_link.state.OperationActive && m_link.transport.isTransferring();
+    // Under a question the transfer stands still; behind it the rate begins anew.
+    const bool transferring =
+        m_link.state.OperationActive && m_link.transport.isTransferring() && !m_link.state.Asking;
     // A transfer that follows another within one period shows as a count that falls back.
     const bool isAnother =
         m_link.state.BytesSent < m_lastSent || m_link.state.SendingSlot != m_lastSlot || !m_transferring;
@@ -42,8 +43,15 @@ void Activity::followTransfer() {
 }
 
 QString Activity::operationText() const {
-    if (m_transferring)
-        return QStringLiteral("Sending: ") + m_rate.text(m_link.loop.now());
+    if (m_transferring) {
+        const Series& series = m_link.state.Images;
+        if (series.count < 2)
+            return QStringLiteral("Sending: ") + m_rate.text(m_link.loop.now());
+        return QStringLiteral("Sending %1 of %2: %3")
+            .arg(series.number)
+            .arg(series.count)
+            .arg(m_rate.seriesText(series, m_link.loop.now()));
+    }
     if (!m_link.state.WaitingFor.isEmpty()) {
         const auto since =
             std::chrono::duration_cast<std::chrono::seconds>(m_link.loop.now() - m_link.state.WaitingSince);
@@ -54,10 +62,12 @@ QString Activity::operationText() const {
 }
 
 QString Activity::idleText() const {
-    if (!m_link.state.Remark.isEmpty())
-        return m_link.state.Remark;
-    if (!m_link.state.LineErrorsText.isEmpty())
-        return m_link.state.LineErrorsText;
+    QStringList remarks{m_link.state.Remark, m_link.state.LineErrorsText};
+    if (m_link.state.FlashStateUnknown)
+        remarks += kFlashStateUnknownText;
+    remarks.removeAll(QString());
+    if (!remarks.isEmpty())
+        return remarks.join(QLatin1Char(' '));
     const bool open = m_link.port.isOpen();
     if (m_link.controls.cmbComPort.ListIndex < 0)
         return {};

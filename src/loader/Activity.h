@@ -12,8 +12,8 @@ inline const QString kFlashStateUnknownText =
     QStringLiteral("The flash contents are in an unknown state: program the flash again.");
 
 /// Keeps the first panel of the status bar: port, device and state in words, or a remark that is to be
-/// seen; while an operation runs, what it does, how fast, and how long it still takes. Also looks after the
-/// files of the slots.
+/// seen, such as how the last operation ended; while an operation runs, what it does, how fast, and how long
+/// it still takes. Also looks after the files of the slots.
 class Activity {
   public:
     Activity(Link& link, ImageSlots& imageSlots);
@@ -23,6 +23,9 @@ class Activity {
 
     /// The transfer that runs, or ran last.
     [[nodiscard]] const TransferRate& rate() const { return m_rate; }
+
+    /// What the port's line carries in bytes a second; 0 for a port that is no line.
+    void limitRate(std::uint32_t bytesPerSecond) { m_rate.limitTo(bytesPerSecond); }
 
   private:
     void followTransfer();

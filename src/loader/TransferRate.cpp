@@ -1,5 +1,8 @@
 #include "loader/TransferRate.h"
 
+#include "platform/SecondsText.h"
+
+#include <algorithm>
 #include <cmath>
 
 namespace zrk {
@@ -8,7 +11,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::int64_t kLineBytesPerSecond = 11520; // 115200 baud, ten bits a byte
 constexpr std::chrono::seconds kStallLimit = 3s;
 constexpr std::chrono::seconds kWindow = 5s;
 constexpr std::chrono::seconds kBurst = 1s; // the first bytes go into the driver's buffer, not out
@@ -46,7 +48,8 @@ std::optional<double> TransferRate::rate(TimePoint now) const {
     const std::int64_t sent = m_sent - m_window.front().sent;
     if (elapsed < 0.5 || sent <= 0)
         return {};
-    return static_cast<double>(sent) / elapsed;
+    const double perSecond = static_cast<double>(sent) / elapsed;
+    return m_line > 0 ? std::min(perSecond, static_cast<double>(m_line)) : perSecond;
 }
 
 QString TransferRate::rateText(TimePoint now) const {
@@ -59,12 +62,22 @@ QString TransferRate::leftText(TimePoint now) const {
         return QStringLiteral("all handed over");
     if (silence(now) >= kStallLimit)
         return QStringLiteral("stalled for %1").arg(durationText(silence(now)));
+    const auto left = timeFor(m_total - m_sent, now);
+    return left ? durationText(*left) + QStringLiteral(" left") : QStringLiteral("starting");
+}
+
+std::optional<std::chrono::seconds> TransferRate::timeFor(std::int64_t bytes, TimePoint now) const {
     const auto perSecond = rate(now);
     if (!perSecond)
-        return QStringLiteral("starting");
-    const auto left =
-        static_cast<std::int64_t>(std::ceil(static_cast<double>(m_total - m_sent) / *perSecond));
-    return durationText(std::chrono::seconds(left)) + QStringLiteral(" left");
+        return {};
+    return std::chrono::seconds(
+        static_cast<std::int64_t>(std::ceil(static_cast<double>(bytes) / *perSecond)));
+}
+
+QString TransferRate::seriesText(const Series& series, TimePoint now) const {
+    const auto inAll = timeFor(m_total - m_sent + series.bytesBehind, now);
+    return inAll ? text(now) + QStringLiteral(", %1 for all %2").arg(durationText(*inAll)).arg(series.count)
+                 : text(now);
 }
 
 QString TransferRate::text(TimePoint now) const {
@@ -73,17 +86,9 @@ QString TransferRate::text(TimePoint now) const {
 }
 
 QString lineTimeText(std::int64_t bytes) {
-    const std::int64_t seconds = (bytes + kLineBytesPerSecond - 1) / kLineBytesPerSecond;
+    const std::int64_t seconds =
+        (bytes + TransferRate::kLineBytesPerSecond - 1) / TransferRate::kLineBytesPerSecond;
     return QStringLiteral("about %1").arg(durationText(std::chrono::seconds(seconds)));
-}
-
-QString durationText(std::chrono::seconds duration) {
-    const auto seconds = duration.count();
-    if (seconds < 60)
-        return QStringLiteral("%1 s").arg(seconds);
-    if (seconds < 3600)
-        return QStringLiteral("%1 min %2 s").arg(seconds / 60).arg(seconds % 60);
-    return QStringLiteral("%1 h %2 min").arg(seconds / 3600).arg(seconds / 60 % 60);
 }
 
 } // namespace zrk

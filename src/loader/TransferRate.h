@@ -1,5 +1,7 @@
 #pragma once
 
+#include "controls/SharedState.h"
+
 #include <QString>
 
 #include <chrono>
@@ -14,6 +16,11 @@ class TransferRate {
   public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
+    static constexpr std::uint32_t kLineBytesPerSecond = 11520; // 115200 baud, ten bits a byte
+
+    /// What the line carries at most; a driver takes bytes in bursts that are no rate. 0: no line.
+    void limitTo(std::uint32_t bytesPerSecond) { m_line = bytesPerSecond; }
+
     /// A transfer of `total` bytes begins.
     void begin(std::int64_t total, TimePoint now);
 
@@ -26,6 +33,9 @@ class TransferRate {
     /// The same without the rate: "9 s left", "stalled for 4 s".
     [[nodiscard]] QString leftText(TimePoint now) const;
 
+    /// text() of a transfer in a row of them, with the time that the row still takes.
+    [[nodiscard]] QString seriesText(const Series& series, TimePoint now) const;
+
     /// Bytes a second over the last seconds; nothing at the beginning, at the end and while stalled.
     [[nodiscard]] std::optional<double> rate(TimePoint now) const;
     /// "11.5 KB/s"; "" when there is no rate.
@@ -33,12 +43,14 @@ class TransferRate {
 
   private:
     [[nodiscard]] std::chrono::seconds silence(TimePoint now) const;
+    [[nodiscard]] std::optional<std::chrono::seconds> timeFor(std::int64_t bytes, TimePoint now) const;
 
     struct Sample {
         TimePoint when;
         std::int64_t sent = 0;
     };
 
+    std::uint32_t m_line = kLineBytesPerSecond;
     std::int64_t m_total = 0;
     std::int64_t m_sent = 0;
     TimePoint m_begun;
@@ -48,8 +60,5 @@ class TransferRate {
 
 /// The time that so many bytes take on the line at 115200 baud, for example "about 11 s".
 [[nodiscard]] QString lineTimeText(std::int64_t bytes);
-
-/// Seconds as "9 s", "2 min 5 s" or "1 h 3 min".
-[[nodiscard]] QString durationText(std::chrono::seconds duration);
 
 } // namespace zrk

@@ -1,6 +1,8 @@
 #include "serial/Operation.h"
 
+#include "platform/SecondsText.h"
 #include "serial/ComPort.h"
+#include "serial/OutcomeSentence.h"
 #include "serial/StatusConsole.h"
 #include "serial/Transport.h"
 
@@ -24,18 +26,34 @@ void Operation::run(const Plan& plan) {
     m_failure.clear();
     m_desk.state.LineErrorsText.clear();
     m_watchesLine = false;
-    const auto told = qScopeGuard([this] { tellLineErrors(); });
+    const auto told = qScopeGuard([&] {
+        tellLineErrors();
+        remark(plan);
+    });
+    if (carryOut(plan, report) == End::Abort)
+        plan.abort();
+}
+
+Operation::End Operation::carryOut(const Plan& plan, Report report) {
     try {
         const End end = plan.body();
         m_outcome = endedBy(end);
-        if (end != End::Abort)
-            return;
+        return end;
     } catch (const RuntimeFailure& failure) {
         fail(failure, report);
     } catch (const std::exception& error) { // out of memory, for one
         fail({FailureKind::Internal, QString::fromLocal8Bit(error.what())}, report);
     }
-    plan.abort();
+    return End::Abort;
+}
+
+void Operation::remark(const Plan& plan) const {
+    if (!plan.achievement)
+        return;
+    const auto since = m_desk.state.SendingSince.value_or(m_desk.loop.now());
+    const auto time = std::chrono::round<std::chrono::seconds>(m_desk.loop.now() - since);
+    m_desk.state.Remark = m_outcome == Outcome::Done ? plan.achievement(durationText(time))
+                                                     : outcomeSentence(m_outcome, m_desk.state, m_failure);
 }
 
 void Operation::watchLine() {
@@ -63,12 +81,28 @@ void Operation::begin() {
     m_desk.state.withdrawStop();
     m_desk.state.FlashStateUnknown = false;
     m_desk.state.WrongAnswer.clear();
+    m_desk.state.Remark.clear();
+    m_desk.state.Unanswered.clear();
+    m_desk.state.SendingSince.reset();
+    m_desk.state.BytesSent = 0;
+    m_desk.state.BytesTotal = 0;
+    m_desk.controls.staStatus.SecondPanel = QString();
+    m_desk.controls.pgbDownload.Value = 0.0;
+    forgetSpent();
     // A port that failed under a transfer left its progress display running.
     m_transport.enableSentStatus(false);
 }
 
 void Operation::finish() {
     m_desk.state.OperationActive = false;
+    forgetSpent();
+}
+
+void Operation::forgetSpent() {
+    for (QProperty<bool>& spent : m_desk.state.SlotIsSpent)
+        spent = false;
+    m_desk.state.EraseIsSpent = false;
+    m_desk.state.Images = {};
 }
 
 void Operation::abort(CommandButton& startButton) {

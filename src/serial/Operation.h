@@ -36,6 +36,9 @@ class Operation {
         std::function<End()> body;
         std::function<void()> abort; ///< brings it down after End::Abort or a failure
         Report report = Report::DownloadProblem;
+        /// What has been achieved after End::Done, in `time` since the first code byte, for the first status
+        /// panel. Without it the end, whatever it is, leaves no remark.
+        std::function<QString(const QString& time)> achievement = {};
     };
 
     Operation(Desk& desk, ComPort& port, StatusConsole& console, Transport& transport);
@@ -73,10 +76,13 @@ class Operation {
     [[nodiscard]] const QString& failure() const { return m_failure; }
 
   private:
+    [[nodiscard]] End carryOut(const Plan& plan, Report report);
+    void remark(const Plan& plan) const;
     [[nodiscard]] Outcome endedBy(End end) const;
     [[nodiscard]] Outcome failedBy(FailureKind kind) const;
     void fail(const RuntimeFailure& failure, Report report);
     void tellLineErrors();
+    void forgetSpent();
 
     Desk& m_desk;
     ComPort& m_port;

@@ -35,6 +35,7 @@ Transport::Transport(Desk& desk, ComPort& port, StatusConsole& console)
       m_replyInterval(kReplyIntervalDebug) {}
 
 void Transport::SendString(const QString& text) {
+    m_desk.state.LastSent = QLatin1Char('\'') + text + QLatin1Char('\'');
     if (!m_desk.state.DebugMode)
         m_port.Output(text);
 }
@@ -106,6 +107,8 @@ void Transport::timTimeOut_Timer() {
         return;
     m_timeOutBoxOpen = true;
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(m_replyInterval).count();
+    m_desk.state.Unanswered =
+        QStringLiteral("No answer to %1 within %2 s.").arg(m_desk.state.LastSent).arg(seconds);
     m_desk.tell(QStringLiteral("No valid serial response received within  %1 second\r\n"
                                "Aborting operation")
                     .arg(seconds),

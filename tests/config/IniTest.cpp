@@ -94,9 +94,8 @@ TEST_F(Ini, ToldInTheStatusBarUntilAnOperationBegins) {
 
     load("[BINFILE]");
     EXPECT_NE(told(), idle);
-    loader.state.OperationActive = true;
-    (void)told();
-    loader.state.OperationActive = false;
+    loader.operation.begin();
+    loader.operation.finish();
     EXPECT_EQ(told(), idle);
 }
 

@@ -43,6 +43,9 @@ TEST(MessageBoxes, ABoxIsAsAskedForBelongsToItsWindowAndTakesEscapeForNo) {
             EXPECT_EQ(box.parentWidget(), &parent);
             EXPECT_EQ(box.windowTitle() + '|' + box.text(), oneCase.texts);
             EXPECT_EQ(box.icon(), oneCase.icon);
+            if (oneCase.asked.buttons == MessageButtons::YesNo) {
+                EXPECT_EQ(box.defaultButton(), box.button(QMessageBox::No));
+            }
             box.open();
             if (oneCase.pressed == QMessageBox::NoButton)
                 QTest::keyClick(&box, Qt::Key_Escape);

@@ -5,6 +5,7 @@
 namespace {
 
 using namespace zrktest;
+using zrk::Answer;
 
 class Operations : public WindowTest {
   protected:
@@ -103,6 +104,31 @@ TEST_F(Operations, TheWindowStaysOpenWhileAnOperationRunsWhichThenEnds) {
     trigger("mnuExit");
     EXPECT_FALSE(window.isVisible());
     EXPECT_FALSE(port.isOpen());
+}
+
+TEST_F(Operations, ClosingTheWindowDuringATransferAsksOnceAndNoGoesOn) {
+    for (const Answer answer : {Answer::No, Answer::Yes}) {
+        boxes.shown.clear();
+        boxes.user = [&](int) {
+            EXPECT_TRUE(port.isOpen());
+            loader.activity.refresh();
+            EXPECT_EQ(shown("staStatus_0"), "Waiting for your answer");
+            return answer;
+        };
+        const auto closeIt = [&] { EXPECT_FALSE(window.close()); };
+        port.steps = {
+            {"", "5"}, {"A", "5"}, {"U3", "R"}, {hex("00 00 00 00 05 00 00 00 31"), "", closeIt, 0ms}};
+        click("cmdStartPrimary");
+        ASSERT_EQ(boxes.shown.size(), 1);
+        EXPECT_TRUE(boxes.shown[0].contains("Are you sure?"));
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_EQ(port.isOpen(), answer == Answer::No);
+        EXPECT_EQ(port.written.endsWith("12345"), answer == Answer::No);
+        loader.activity.refresh();
+        EXPECT_EQ(shown("staStatus_0"),
+                  answer == Answer::No ? "Loaded: 5 bytes in 0 s." : "Cancelled at 1 of 5 bytes.");
+        click("cmdCancel");
+    }
 }
 
 TEST_F(Operations, EveryButtonAndEntryReachesItsHandler) {

@@ -54,7 +54,7 @@ class WindowTest : public ::testing::Test {
     int aboutShown = 0;
     zrk::Loader loader{{loop, port, boxes, fileDialog, waitDialog}, folder.path()};
     FakeCatalog catalog;
-    zrk::MainWindow window{loader, catalog, [this] { ++aboutShown; }};
+    zrk::MainWindow window{loader, catalog, folder.filePath("window.conf"), [this] { ++aboutShown; }};
 };
 
 } // namespace zrktest

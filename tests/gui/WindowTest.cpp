@@ -76,7 +76,8 @@ TEST_F(Window, ShowsWhatTheControlsHold) {
 TEST_F(Window, GreysWhatWouldStartOrStallAnOperationOnTopOfTheControlsOwnState) {
     const QStringList greyed{"cmdPrgFlash", "cmdStartPrimary", "cmdStartSecondary", "cmdURK",
                              "cmdTerminal", "cmdValidateAdrs", "cmdBrowse_0",       "cmdBrowse_6",
-                             "mnuLoadIni",  "mnuWriteIni",     "mnuExecScript",     "mnuAbout"};
+                             "mnuLoadIni",  "mnuWriteIni",     "mnuExecScript",     "mnuAbout",
+                             "mnuOpenIni"};
     const QStringList live{"cmdCancel", "mnuExit", "chkExeURK_0", "txtStartAddress_0", "cmbComPort"};
     zrk::Controls& c = loader.controls;
     for (auto* button : {&c.cmdStartPrimary, &c.cmdStartSecondary, &c.cmdURK})
@@ -84,8 +85,11 @@ TEST_F(Window, GreysWhatWouldStartOrStallAnOperationOnTopOfTheControlsOwnState) 
     c.mnuExecScript.Enabled = true;
     for (const bool active : {false, true, false}) {
         loader.state.OperationActive = active;
-        for (const QString& name : greyed)
+        for (const QString& name : greyed) {
             EXPECT_EQ(shown(name, "enabled"), active ? "false" : "true") << name.toStdString();
+            EXPECT_EQ(shown(name, "toolTip").contains("An operation is running"), active)
+                << name.toStdString();
+        }
         for (const QString& name : live)
             EXPECT_EQ(shown(name, "enabled"), "true") << name.toStdString();
     }
@@ -101,6 +105,66 @@ TEST_F(Window, GreysWhatWouldStartOrStallAnOperationOnTopOfTheControlsOwnState) 
     loader.state.OperationActive = false;
     EXPECT_EQ(shown("pgbDownload", "maximum"), "100");
     EXPECT_EQ(shown("cmdURK", "enabled"), "false");
+    EXPECT_TRUE(shown("cmdURK", "toolTip").startsWith("The primary boot must run first"));
+}
+
+TEST_F(Window, GreysWhatTheRunningOperationHasReadUntilItEnds) {
+    fill(zrk::kFlashImage);
+    const QString path = shown("txtFilNam_5", "toolTip");
+    const QStringList fields{"chkExeURK_5", "txtFilNam_5", "txtStartAddress_5", "chkErase"};
+    for (const bool spent : {true, false}) {
+        loader.operation.begin();
+        loader.state.SlotIsSpent[zrk::kFlashImage] = true;
+        loader.state.EraseIsSpent = true;
+        if (!spent)
+            loader.operation.finish();
+        for (const QString& name : fields) {
+            EXPECT_EQ(shown(name, "enabled"), spent ? "false" : "true") << name.toStdString();
+            EXPECT_EQ(shown(name, "toolTip") == "The running operation has read this already.", spent);
+        }
+        EXPECT_EQ(shown("chkExeURK_6", "enabled"), "true");
+    }
+    EXPECT_EQ(shown("txtFilNam_5", "toolTip"), path);
+}
+
+TEST_F(Window, OpensAnotherIniFileAndListsTheLastOnes) {
+    const auto write = [this](const QString& name, const QByteArray& text) {
+        QDir(folder.path()).mkpath(QFileInfo(name).path());
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+        return file.fileName();
+    };
+    const auto recent = [this] {
+        auto* menu = find<QMenu>("mnuRecentIni");
+        Q_EMIT menu->aboutToShow();
+        return menu->actions();
+    };
+    EXPECT_FALSE(recent().constFirst()->isEnabled()) << "none yet";
+    loader.state.IniPath = write("first.INI", "[BINFILES]\nPRIMARY=p.bin\n");
+    (void)image("p.bin");
+    (void)write("other/p.bin", "123456");
+    fileDialog.choice = write("other/board.INI", "[BINFILES]\nPRIMARY=p.bin,0x10\n");
+    trigger("mnuOpenIni");
+    EXPECT_EQ(loader.state.IniPath, fileDialog.choice);
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "of the file beside the INI file";
+    loader.imageSlots.fill(0, folder.filePath("p.bin"));
+    trigger("mnuLoadIni");
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "what is there is read again";
+
+    ASSERT_EQ(recent().size(), 2);
+    EXPECT_EQ(recent()[0]->text(), "&1 " + fileDialog.choice);
+    recent()[1]->trigger();
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x5") << "back to the one before";
+    QFile::remove(fileDialog.choice);
+    recent()[1]->trigger();
+    EXPECT_TRUE(boxes.shown.constLast().startsWith("[Open INI file] ! Cannot read " + fileDialog.choice));
+    EXPECT_EQ(recent().size(), 1);
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x5");
+    for (const char* name : {"1.INI", "2.INI", "3.INI", "4.INI", "5.INI"}) {
+        fileDialog.choice = write(name, ";");
+        trigger("mnuOpenIni");
+    }
+    EXPECT_EQ(recent().size(), 5);
 }
 
 TEST_F(Window, EveryControlHasANameForAScreenReader) {

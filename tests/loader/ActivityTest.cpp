@@ -1,5 +1,6 @@
 #include "loader/BoardHint.h"
 #include "loader/TransferRate.h"
+#include "platform/SecondsText.h"
 #include "support/Exchanges.h"
 
 namespace {
@@ -28,6 +29,14 @@ TEST(Activity, TransferRateInWords) {
     EXPECT_EQ(rate.text(now), "5.0 KB/s, 6 s left");
     rate.update(100'000, now += 1s);
     EXPECT_EQ(rate.text(now), "all handed over");
+
+    rate.begin(100'000, now);
+    rate.update(1'000, now += 1s);
+    rate.update(40'000, now += 1s);
+    EXPECT_EQ(rate.text(now), "11.5 KB/s, 6 s left") << "what the line carries, not what a driver takes";
+    EXPECT_EQ(rate.seriesText({2, 3, 50'000}, now), "11.5 KB/s, 6 s left, 10 s for all 3");
+    rate.limitTo(0);
+    EXPECT_EQ(rate.text(now), "39.0 KB/s, 2 s left");
 }
 
 TEST(Activity, HintsFromWhatTheBoardSent) {
@@ -80,6 +89,45 @@ TEST(Activity, TheFirstPanelSaysWhatGoesOn) {
     ASSERT_EQ(seen.size(), 2);
     EXPECT_EQ(seen[0], "Talking to the board");
     EXPECT_TRUE(seen[1].startsWith("Sending: 1") && seen[1].endsWith(" s left")) << seen[1].toStdString();
+}
+
+/// The outcome stands in the first panel until the next operation, and the counters are its own.
+TEST(Activity, TheFirstPanelSaysHowItEnded) {
+    struct Row {
+        const char* what;
+        std::function<void(ScriptedRig&)> change;
+        const char* told;
+    };
+    const auto cancel = [](ScriptedRig& b) { b.loader.portControl.cmdCancel_Click(); };
+    for (const Row& row : std::initializer_list<Row>{
+             {"all is well", [](auto&) {}, "Loaded: 12 bytes in 0 s, confirmed."},
+             {"silence after 'A'", [](auto& b) { b.port.steps[1].answer = ""; },
+              "No answer to 'A' within 5 s."},
+             {"silence after the header", [](auto& b) { b.port.steps[4].answer = ""; },
+              "No answer to the address and size of Secondary Executable (SDRAM) within 5 s."},
+             {"refused", [](auto& b) { b.port.steps[4].answer = "E"; },
+              "The board refused the address and size of Secondary Executable (SDRAM)."},
+             {"wrong answer", [](auto& b) { b.port.steps[2].answer = "Q"; },
+              "Expected 'R' (0x52), got 'Q' (0x51)."},
+             {"cancelled", [&cancel](auto& b) { b.port.steps[1].action = [&] { cancel(b); }; }, "Cancelled."},
+             {"no such port", [](auto& b) { b.port.failsToOpen = true; }, "The device is not there."},
+         }) {
+        SCOPED_TRACE(row.what);
+        ScriptedRig b;
+        fillBringUp(b.bench);
+        b.port.steps = bringUpSteps();
+        row.change(b);
+        b.loader.bringUp.cmdStartPrimary_Click();
+        b.loop.runFor(250ms);
+        const QString panel = b.loader.controls.staStatus.FirstPanel;
+        EXPECT_TRUE(panel.startsWith(row.told)) << panel.toStdString();
+        b.loader.operation.begin();
+        EXPECT_EQ(b.loader.controls.staStatus.SecondPanel.value(), "");
+        EXPECT_EQ(b.loader.controls.pgbDownload.Value, 0.0);
+        b.loader.operation.finish();
+        b.loop.runFor(250ms);
+        EXPECT_NE(b.loader.controls.staStatus.FirstPanel.value(), panel);
+    }
 }
 
 } // namespace

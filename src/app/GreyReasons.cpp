@@ -1,0 +1,80 @@
+#include "app/GreyReasons.h"
+
+#include "app/Binder.h"
+#include "app/LoaderWidgets.h"
+#include "loader/Loader.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+
+namespace zrk {
+namespace {
+
+const QString kBusy = QStringLiteral("An operation is running: wait for its end, or press Cancel.");
+const QString kSpent = QStringLiteral("The running operation has read this already.");
+const QString kNeedsPrimary =
+    QStringLiteral("The primary boot must run first: tick Primary Boot and Secondary Executable, then press "
+                   "\"Load bin's / Start primary\".");
+
+/// Why the control is grey, "" when it is not; `own` says why it would be so without an operation.
+template <typename W>
+void explain(Binder& binder, QProperty<bool>& enabled, QProperty<bool>& busy, W* control,
+             const QString& own) {
+    const auto show = [&enabled, &busy, control, own] {
+        control->setToolTip(busy ? kBusy : enabled ? QString() : own);
+    };
+    binder.follow(enabled, show);
+    binder.follow(busy, show);
+}
+
+/// A tool tip of the control's own comes back.
+void greyOnceSpent(Binder& binder, QProperty<bool>& spent, QWidget* control) {
+    binder.follow(spent, [&spent, control, own = QString()]() mutable {
+        if (spent == !control->isEnabled())
+            return;
+        if (spent)
+            own = control->toolTip();
+        control->setEnabled(!spent);
+        control->setToolTip(spent ? kSpent : own);
+    });
+}
+
+} // namespace
+
+void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
+    Controls& controls = loader.controls;
+    QProperty<bool>& busy = loader.state.OperationActive;
+    explain(binder, controls.cmdStartPrimary.Enabled, busy, widgets.cmdStartPrimary,
+            QStringLiteral("Choose the file of Primary Boot (IRAM) first."));
+    explain(binder, controls.cmdStartSecondary.Enabled, busy, widgets.cmdStartSecondary, kNeedsPrimary);
+    explain(binder, controls.cmdURK.Enabled, busy, widgets.cmdURK, kNeedsPrimary);
+    explain(binder, controls.cmdPrgFlash.Enabled, busy, widgets.cmdPrgFlash, QString());
+    explain(binder, controls.cmdTerminal.Enabled, busy, widgets.cmdTerminal, QString());
+    explain(binder, controls.cmdValidateAdrs.Enabled, busy, widgets.cmdValidateAdrs, QString());
+    explain(binder, controls.mnuExecScript.Enabled, busy, widgets.mnuExecScript,
+            QStringLiteral("Scripts run in terminal mode: press \"Enable Terminal mode\" first."));
+    explain(binder, controls.mnuLoadIni.Enabled, busy, widgets.mnuLoadIni, QString());
+    explain(binder, controls.mnuWriteIni.Enabled, busy, widgets.mnuWriteIni, QString());
+    explain(binder, controls.mnuAbout.Enabled, busy, widgets.mnuAbout, QString());
+    for (QAction* entry : {widgets.mnuOpenIni, widgets.mnuRecentIni}) {
+        binder.follow(busy, [&busy, entry] {
+            entry->setEnabled(!busy);
+            entry->setToolTip(busy ? kBusy : QString());
+        });
+    }
+    widgets.mnuFile->menu()->setToolTipsVisible(true);
+    for (std::size_t i = 0; i < widgets.slots.size(); ++i) {
+        const SlotWidgets& row = widgets.slots[i];
+        explain(binder, controls.cmdBrowse[i].Enabled, busy, row.cmdBrowse, QString());
+        for (QWidget* field : {static_cast<QWidget*>(row.chkExeURK), static_cast<QWidget*>(row.txtFilNam),
+                               static_cast<QWidget*>(row.txtStartAddress)})
+            greyOnceSpent(binder, loader.state.SlotIsSpent[i], field);
+    }
+    greyOnceSpent(binder, loader.state.EraseIsSpent, widgets.chkErase);
+}
+
+} // namespace zrk

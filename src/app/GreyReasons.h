@@ -1,0 +1,13 @@
+#pragma once
+
+namespace zrk {
+
+class Binder;
+struct Loader;
+struct LoaderWidgets;
+
+/// Greys what a running operation has read already, and lets every grey control's tool tip say why it is
+/// grey and what to do.
+void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loader);
+
+} // namespace zrk
