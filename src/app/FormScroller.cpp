@@ -21,6 +21,11 @@ FormScroller::FormScroller(QWidget* panel, QWidget* parent) : QScrollArea(parent
     });
 }
 
+/// Its controls lose the focus when the base class takes them down, and this is a FormScroller no longer.
+FormScroller::~FormScroller() {
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 bool FormScroller::focusNextPrevChild(bool next) {
     const bool moved = QScrollArea::focusNextPrevChild(next);
     showWhole(QApplication::focusWidget());

@@ -11,6 +11,7 @@ class FormScroller final : public QScrollArea {
 
   public:
     FormScroller(QWidget* panel, QWidget* parent);
+    ~FormScroller() override;
 
     [[nodiscard]] QSize sizeHint() const override { return widget()->sizeHint(); }
 

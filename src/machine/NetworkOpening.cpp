@@ -55,11 +55,12 @@ std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Ha
 /// One attempt.
 std::unique_ptr<PortDriver> NetworkOpening::connect(const NameLookup::Endpoints& endpoints,
                                                     const LineSettings& settings, NetworkFailure& failure) {
-    Answer answer; // outlives the driver's thread, also when this ends with a failure
-    const auto opened = [&answer, &loop = m_loop](const NetworkFailure& told) {
+    // The thread's as well: an answer that comes too late is still written down.
+    const auto answer = std::make_shared<Answer>();
+    const auto opened = [answer, &loop = m_loop](const NetworkFailure& told) {
         {
-            const std::lock_guard lock(answer.mutex);
-            answer.failure = told;
+            const std::lock_guard lock(answer->mutex);
+            answer->failure = told;
         }
         loop.wake();
     };
@@ -67,11 +68,12 @@ std::unique_ptr<PortDriver> NetworkOpening::connect(const NameLookup::Endpoints&
     auto device = std::make_unique<NetworkPort>(driver->io(), m_address);
     NetworkPort& port = *device;
     driver->start(std::move(device));
-    boost::asio::post(driver->io(), [&] { port.open(endpoints, settings, opened); });
-    if (!waitFor([&] { return answer.isThere(); }))
+    boost::asio::post(driver->io(),
+                      [&port, &endpoints, &settings, opened] { port.open(endpoints, settings, opened); });
+    if (!waitFor([&] { return answer->isThere(); }))
         failure = {port.isConnected() ? NetworkFault::NotRfc2217 : NetworkFault::NoAnswer};
     else
-        failure = *answer.failure;
+        failure = *answer->failure;
     return driver;
 }
 

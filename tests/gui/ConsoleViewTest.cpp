@@ -112,7 +112,7 @@ TEST(ConsoleView, AnyPiecesEndLikeTheWholeTextAtOnce) {
             const auto length = random() % 40;
             for (unsigned i = 0; i < length; ++i)
                 added += "ab\r\n\r\n\x1B[K3;m\b\xC3\xA4"
-                         "C"[random() % 18];
+                         "C"[random() % 17];
             shown.say(Origin::Board, added);
             all += added;
         }
