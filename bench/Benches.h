@@ -9,6 +9,9 @@ void benchPacedLine();
 /// The same path with no line in between: bytes a second and processor time a megabyte.
 void benchUnpaced();
 
+/// Use of the line by this loader and by stop-and-wait protocols, behind adapters of several latencies.
+void benchPeers();
+
 /// Processor use of the command line while it waits for a BootID.
 void benchIdleWait();
 

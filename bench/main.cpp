@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
             return 0;
         }
         zrkbench::benchPacedLine();
+        zrkbench::benchPeers();
         zrkbench::benchUnpaced();
         zrkbench::benchIdleWait();
         zrkbench::benchMemory();

@@ -83,7 +83,8 @@ std::optional<TimePoint> earliest(Times... times) {
 BoardProgram::BoardProgram(ProgramOptions options, std::ostream& out, std::ostream& log)
     : m_options(std::move(options)), m_out(out), m_log(log), m_board(m_options.board, makeNand(m_options)),
       m_replay(makeReplay(m_options, log)), m_end(m_replay ? static_cast<FarEnd&>(*m_replay) : m_board),
-      m_powerUser(m_options.patience), m_toBoard(m_options.lineRate), m_toLoader(m_options.lineRate) {
+      m_powerUser(m_options.patience), m_toBoard(m_options.lineRate), m_toLoader(m_options.lineRate),
+      m_adapterBuffer(m_options.adapterLatency) {
     if (m_options.verbose)
         m_board.setLog([this](TimePoint when, const std::string& what) { this->log(when, what); });
     plugIn();
@@ -117,6 +118,7 @@ void BoardProgram::unplug(TimePoint now) {
     m_powerUser.loaderClosed();
     m_toBoard.clear();
     m_toLoader.clear();
+    m_adapterBuffer.clear();
     m_delivered.clear();
     m_replugAt = now + m_options.replugDelay;
 }
@@ -128,7 +130,8 @@ std::optional<TimePoint> BoardProgram::nextWake(TimePoint now) const {
     if (const auto next = m_toLoader.nextThrough())
         streaming = earliest(streaming,
                              std::max(*next, std::min(*m_toLoader.allThrough(), now + kStreamingInterval)));
-    return earliest(streaming, m_end.nextDeadline(), m_powerUser.nextLook(now), m_replugAt);
+    return earliest(streaming, m_end.nextDeadline(), m_powerUser.nextLook(now), m_replugAt,
+                    m_adapterBuffer.nextThrough());
 }
 
 void BoardProgram::waitForSomething() {
@@ -189,6 +192,7 @@ void BoardProgram::noticeLoader(TimePoint now) {
         m_powerUser.loaderClosed();
         m_useEnds = true;
         m_toLoader.clear();
+        m_adapterBuffer.clear();
         m_delivered.clear();
         // Not if the next one is there already: it would lose its exclusive use.
         if (!m_adapter->use.inUse())
@@ -229,7 +233,8 @@ void BoardProgram::moveToLoader(TimePoint now) {
     // Nobody's driver keeps bytes for a port that is closed.
     if (m_adapter->use.inUse())
         m_toLoader.push(sent, now);
-    const auto through = m_toLoader.take(now);
+    m_adapterBuffer.push(m_toLoader.take(now), now);
+    const auto through = m_adapterBuffer.take(now);
     m_delivered.insert(m_delivered.end(), through.begin(), through.end());
     const std::size_t taken = m_delivered.empty() ? 0 : m_adapter->terminal.write(m_delivered);
     m_delivered.erase(m_delivered.begin(), m_delivered.begin() + static_cast<std::ptrdiff_t>(taken));
@@ -248,8 +253,8 @@ void BoardProgram::operatePower(TimePoint now) {
     // A reset has begun the next run by itself.
     if (m_options.powerCycles != 0 && m_end.powerOns() > m_options.powerCycles)
         m_done = true;
-    const bool lineBusy =
-        m_adapter->moreToRead || !m_toBoard.empty() || !m_toLoader.empty() || !m_delivered.empty();
+    const bool lineBusy = m_adapter->moreToRead || !m_toBoard.empty() || !m_toLoader.empty() ||
+                          !m_adapterBuffer.empty() || !m_delivered.empty();
     if (m_powerUser.wantsPowerCycle({m_end.state(), lineBusy, m_adapter->terminal.inTerminalMode()}, now))
         endRun("power cycled for the next attempt", now);
 }

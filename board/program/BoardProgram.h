@@ -1,5 +1,6 @@
 #pragma once
 
+#include "board/AdapterBuffer.h"
 #include "board/Board.h"
 #include "board/PacedQueue.h"
 #include "board/Replay.h"
@@ -64,6 +65,7 @@ class BoardProgram {
     PowerUser m_powerUser;
     PacedQueue m_toBoard;
     PacedQueue m_toLoader;
+    AdapterBuffer m_adapterBuffer;
     std::vector<std::uint8_t> m_delivered; // through the line, not yet taken by the loader's side
     std::unique_ptr<Adapter> m_adapter;    // null between a hang-up and the new device
     std::optional<TimePoint> m_replugAt;

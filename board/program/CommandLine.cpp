@@ -73,6 +73,8 @@ const std::vector<Option>& generalOptions() {
          [](ProgramOptions& o, Text v) { o.link = path(v); }},
         {"baud", "N", "speed of the line, N/10 bytes a second (115200)", setBaud},
         {"unpaced", nullptr, "no line: bytes pass at once", [](ProgramOptions& o, Text) { o.lineRate = 0; }},
+        {"adapter-latency", "SECONDS", "latency timer of a USB adapter, for example 16ms (0)",
+         [](ProgramOptions& o, Text v) { o.adapterLatency = time(v); }},
         {"power-on-delay", "SECONDS", "from power-on to the first BootID (0.5)",
          [](ProgramOptions& o, Text v) { o.board.powerOnDelay = time(v); }},
         {"bootid-interval", "SECONDS", "from BootID to BootID (0.5)",

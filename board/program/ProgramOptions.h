@@ -11,6 +11,7 @@ namespace zrkboard {
 struct ProgramOptions {
     BoardOptions board;
     std::uint32_t lineRate = 11520;              // bytes a second in each direction; 0 = as fast as they come
+    Duration adapterLatency{0};                  // see AdapterBuffer
     Duration patience = std::chrono::seconds(2); // see PowerUser
     Duration replugDelay = std::chrono::seconds(1); // hang-up to the new device, when there is a further run
     unsigned powerCycles = 0;                       // end after so many runs; 0 = go on

@@ -1,3 +1,4 @@
+#include "board/AdapterBuffer.h"
 #include "board/PacedQueue.h"
 
 #include <gtest/gtest.h>
@@ -51,4 +52,24 @@ TEST(PacedQueue, EachByteIsThroughWhenItSays) {
     unpaced.push(kBlock, kStart);
     EXPECT_EQ(unpaced.nextThrough(), kStart);
     EXPECT_EQ(unpaced.take(kStart).size(), 512U);
+}
+
+TEST(AdapterBuffer, HandsOverFullPacketsAtOnceAndTheRestWhenItsTimerRunsOut) {
+    using namespace std::chrono_literals;
+    zrkboard::AdapterBuffer adapter(16ms);
+    const zrkboard::TimePoint start;
+    const std::vector<std::uint8_t> bytes(130, 'x');
+    EXPECT_FALSE(adapter.nextThrough());
+    adapter.push({bytes.data(), 1}, start);
+    adapter.push({bytes.data(), 1}, start + 10ms);
+    EXPECT_EQ(adapter.take(start + 15ms).size(), 0U);
+    EXPECT_EQ(adapter.nextThrough(), start + 16ms) << "the first byte starts the timer";
+    EXPECT_EQ(adapter.take(start + 16ms).size(), 2U);
+    EXPECT_TRUE(adapter.empty());
+    adapter.push(bytes, start + 20ms);
+    EXPECT_EQ(adapter.take(start + 20ms).size(), 124U) << "two packets of 62";
+    EXPECT_EQ(adapter.take(start + 36ms).size(), 6U);
+    zrkboard::AdapterBuffer none(0ms);
+    none.push({bytes.data(), 1}, start);
+    EXPECT_EQ(none.take(start).size(), 1U);
 }

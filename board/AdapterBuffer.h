@@ -1,0 +1,37 @@
+#pragma once
+
+#include "board/Time.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace zrkboard {
+
+// What a USB adapter does with received bytes: it hands a buffer of them to the PC when it is full, or when
+// its latency timer, which the first byte starts, has run out.
+class AdapterBuffer {
+  public:
+    // 0: no adapter, bytes pass at once.
+    explicit AdapterBuffer(Duration latency) : m_latency(latency) {}
+
+    // Adds bytes that have come over the line by now.
+    void push(std::span<const std::uint8_t> bytes, TimePoint now);
+
+    // What the PC gets by now.
+    [[nodiscard]] std::vector<std::uint8_t> take(TimePoint now);
+
+    // When the timer runs out; empty when nothing waits.
+    [[nodiscard]] std::optional<TimePoint> nextThrough() const;
+
+    [[nodiscard]] bool empty() const { return m_waiting.empty(); }
+    void clear() { m_waiting.clear(); }
+
+  private:
+    Duration m_latency;
+    TimePoint m_since;
+    std::vector<std::uint8_t> m_waiting;
+};
+
+} // namespace zrkboard
