@@ -68,6 +68,12 @@ std::unique_ptr<Replay> makeReplay(const ProgramOptions& options, std::ostream& 
     }
 }
 
+std::unique_ptr<BadWire> makeWire(const ProgramOptions& options, Board& board) {
+    if (!options.wireFaults)
+        return nullptr;
+    return std::make_unique<BadWire>(board, *options.wireFaults, options.board.faultyRuns);
+}
+
 template <typename... Times>
 std::optional<TimePoint> earliest(Times... times) {
     std::optional<TimePoint> first;
@@ -82,11 +88,16 @@ std::optional<TimePoint> earliest(Times... times) {
 
 BoardProgram::BoardProgram(ProgramOptions options, std::ostream& out, std::ostream& log)
     : m_options(std::move(options)), m_out(out), m_log(log), m_board(m_options.board, makeNand(m_options)),
-      m_replay(makeReplay(m_options, log)), m_end(m_replay ? static_cast<FarEnd&>(*m_replay) : m_board),
+      m_replay(makeReplay(m_options, log)), m_wire(makeWire(m_options, m_board)),
+      m_end(m_wire     ? static_cast<FarEnd&>(*m_wire)
+            : m_replay ? static_cast<FarEnd&>(*m_replay)
+                       : m_board),
       m_powerUser(m_options.patience), m_toBoard(m_options.lineRate), m_toLoader(m_options.lineRate),
       m_adapterBuffer(m_options.adapterLatency) {
     if (m_options.verbose)
         m_board.setLog([this](TimePoint when, const std::string& what) { this->log(when, what); });
+    if (m_options.verbose && m_wire)
+        m_wire->setLog([this](TimePoint when, const std::string& what) { this->log(when, what); });
     plugIn();
 }
 
@@ -97,6 +108,8 @@ void BoardProgram::run() {
         service(Clock::now());
     }
     m_adapter.reset();
+    if (m_wire)
+        m_log << "zrk-board: " << m_wire->summary() << std::endl;
     if (m_options.sdramDump)
         dumpMemory(m_board.sdram(), *m_options.sdramDump);
     if (m_options.iramDump)

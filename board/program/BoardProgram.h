@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/AdapterBuffer.h"
+#include "board/BadWire.h"
 #include "board/Board.h"
 #include "board/PacedQueue.h"
 #include "board/Replay.h"
@@ -61,7 +62,8 @@ class BoardProgram {
     SignalInput m_signals;
     Board m_board;
     std::unique_ptr<Replay> m_replay; // null: the board answers
-    FarEnd& m_end;                    // who answers
+    std::unique_ptr<BadWire> m_wire;  // null: nothing goes wrong on the way
+    FarEnd& m_end;                    // who answers, at the end of the wire
     PowerUser m_powerUser;
     PacedQueue m_toBoard;
     PacedQueue m_toLoader;

@@ -121,6 +121,8 @@ const std::vector<Option>& misbehaviourOptions() {
     static const std::vector<Option> all{
         {"fault", "FAULT", "a fault at one step, see below; may be given several times",
          [](ProgramOptions& o, Text v) { misbehaviour(o).faults.push_back(parseFault(v)); }},
+        {"faults", "SEED[,KIND=P...]", "a bad wire, see below",
+         [](ProgramOptions& o, Text v) { o.wireFaults = parseWireFaults(v); }},
         {"faulty-runs", "N", "misbehave in the first N runs only",
          [](ProgramOptions& o, Text v) { o.board.faultyRuns = static_cast<unsigned>(count(v)); }},
         {"noise", "TEXT", "send TEXT before the first BootID (\\r \\n \\t \\\\ \\xHH)",
@@ -187,6 +189,18 @@ FAULT is STEP[#TIMES]=KIND. The steps, in the order of a run:
   late:SECONDS                   the answer comes later
   refuse                         "E" instead of the answer, and the board does not go on
 Examples: --fault accept#2=refuse   --fault ack-data=wrong@7:0x00   --fault R=late:6
+
+--faults makes the wire itself a bad one, at bytes that SEED chooses: the same seed does the same to the same bytes.
+P is the probability at each byte, 0 to 1; without any each kind happens now and then. The kinds, for both directions or
+as to-board-KIND and to-loader-KIND for one:
+  flip, loss, double, replace    one bit is another; the byte is lost, comes twice, is any other one
+  delay                          it and what follows come up to 3 seconds later
+  noise                          up to 8 bytes of anything before it
+  silence                        it and up to 1023 more are lost
+  hang-up                        the adapter is gone
+  wrong-answer                   to the loader only: another one of the board's answers
+What happened is said on stderr at the end, and byte by byte with --verbose.
+Example: --faults 7,flip=0.0001,to-loader-loss=0.01
 Counts of bytes begin at 1 and at power-on; code bytes are the image bytes, without headers and frame bytes.
 )";
 
@@ -229,8 +243,9 @@ ProgramOptions parseCommandLine(std::span<const std::string> arguments) {
             throw std::invalid_argument(std::string("--") + option.name + " " + value + ": " + error.what());
         }
     }
-    if (options.replayFile && (options.nandFile || options.sdramDump || options.iramDump ||
-                               options.powerCycles != 0 || !options.board.misbehaviour.faults.empty()))
+    if (options.replayFile &&
+        (options.nandFile || options.sdramDump || options.iramDump || options.powerCycles != 0 ||
+         !options.board.misbehaviour.faults.empty() || options.wireFaults))
         throw std::invalid_argument("--replay answers as the trace has it: no memories, faults and power "
                                     "cycles go with it");
     return options;

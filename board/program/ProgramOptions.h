@@ -1,6 +1,7 @@
 #pragma once
 
 #include "board/Options.h"
+#include "board/WireFaults.h"
 
 #include <cstdint>
 #include <optional>
@@ -10,6 +11,7 @@ namespace zrkboard {
 
 struct ProgramOptions {
     BoardOptions board;
+    std::optional<WireFaults> wireFaults;        // of the line itself
     std::uint32_t lineRate = 11520;              // bytes a second in each direction; 0 = as fast as they come
     Duration adapterLatency{0};                  // see AdapterBuffer
     Duration patience = std::chrono::seconds(2); // see PowerUser

@@ -9,6 +9,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <poll.h>
+#include <regex>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -155,6 +156,21 @@ TEST(BoardOnPty, AHangUpReachesTheLoaderAndANewDeviceComes) {
 
     Port(program.device()).startPrimary();
     EXPECT_EQ(program.end(), 0);
+}
+
+TEST(BoardOnPty, ABadWireLiesInBetweenAndIsSummedUp) {
+    Program program(
+        {"--unpaced", "--power-on-delay", "0", "--faults", "1,to-board-loss=1,to-loader-double=1"});
+    {
+        const Port port(program.device());
+        EXPECT_EQ(port.hear("55"), "55");
+        EXPECT_TRUE(port.send("AU3"));
+        EXPECT_EQ(program.end(), 0);
+    }
+    const std::string summary = program.readAllStandardError().toStdString();
+    const std::regex expected("zrk-board: faults of seed 1: to the board 3 bytes, 3 loss; "
+                              "to the loader (\\d+) bytes?, \\1 double\n");
+    EXPECT_TRUE(std::regex_match(summary, expected)) << summary;
 }
 
 TEST(BoardOnPty, IsReadyForTheNextAttemptWithoutBeingToldSo) {

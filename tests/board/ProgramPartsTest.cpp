@@ -64,8 +64,9 @@ TEST(CommandLine, RejectsWhatItDoesNotUnderstand) {
                   (void)parse({"--hang-up-after", "0"});
               }),
               "--hang-up-after 0: expected a number from 1 to 4294967295");
+    EXPECT_THROW((void)parse({"--replay=t", "--faults=1"}), std::invalid_argument);
     for (const std::string argument :
-         {"--nosuch", "stray", "--", "--baud", "--baud=fast", "--baud=0", "--verbose=1",
+         {"--faults=1,flop=1", "--nosuch", "stray", "--", "--baud", "--baud=fast", "--baud=0", "--verbose=1",
           "--power-on-delay=-1", "--power-cycles=0", "--fault=R=silly", "--noise=\\q", "--noise=\\x4",
           "--version-length=4294967296"})
         EXPECT_THROW((void)parse({argument}), std::invalid_argument) << argument;

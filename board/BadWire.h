@@ -1,0 +1,67 @@
+#pragma once
+
+#include "board/Chip.h"
+#include "board/FarEnd.h"
+#include "board/WireFaults.h"
+
+#include <deque>
+#include <functional>
+
+namespace zrkboard {
+
+// A board at the end of a bad wire: what the loader and the board say to each other suffers from the seed's
+// faults, byte by byte. What a board says while no loader listens is no part of it, so that a seed's faults
+// do not depend on when the loader came.
+class BadWire final : public FarEnd {
+  public:
+    // Bad in the first `faultyRuns` runs only; 0 = in all. `board` outlives the wire.
+    BadWire(FarEnd& board, const WireFaults& faults, unsigned faultyRuns = 0);
+
+    // Byte `position` (from 0) of the direction, being `byte`, meets the fault. Called before the board gets
+    // what is left of it.
+    using Told =
+        std::function<void(bool toBoard, std::uint64_t position, std::uint8_t byte, WireFault fault)>;
+    void onFault(Told told) { m_told = std::move(told); }
+    void setLog(Log log) { m_log = std::move(log); }
+
+    void powerOn(TimePoint now) override;
+    [[nodiscard]] unsigned powerOns() const override { return m_board.powerOns(); }
+    void receive(std::span<const std::uint8_t> bytes, TimePoint now) override;
+    void advance(TimePoint now) override;
+    [[nodiscard]] std::optional<TimePoint> nextDeadline() const override;
+    [[nodiscard]] std::vector<std::uint8_t> takeOutput() override;
+    void portOpened(TimePoint now) override;
+    void portClosed(TimePoint now) override;
+    void hangUp(const std::string& why) override;
+    [[nodiscard]] bool hungUp() const override { return m_board.hungUp(); }
+    [[nodiscard]] State state() const override { return m_board.state(); }
+    [[nodiscard]] bool isOver() const override { return m_board.isOver(); }
+
+    // Both directions' bytes and faults, for the end.
+    [[nodiscard]] std::string summary() const;
+
+  private:
+    struct Arrival {
+        TimePoint when;
+        std::vector<std::uint8_t> bytes;
+    };
+    using Way = std::deque<Arrival>;
+
+    [[nodiscard]] bool isBad() const { return m_faultyRuns == 0 || powerOns() <= m_faultyRuns; }
+    bool carry(std::uint8_t byte, BadDirection& direction, bool toBoard, Way& way);
+    void collect();
+
+    FarEnd& m_board;
+    unsigned m_faultyRuns;
+    std::uint64_t m_seed;
+    BadDirection m_toBoard;
+    BadDirection m_toLoader;
+    Way m_boardBound;
+    Way m_loaderBound;
+    Told m_told;
+    Log m_log;
+    TimePoint m_now;
+    bool m_open = false;
+};
+
+} // namespace zrkboard
