@@ -1,4 +1,4 @@
-#include "support/BoardPort.h"
+#include "simulation/BoardPort.h"
 #include "support/Rig.h"
 
 namespace {
@@ -28,7 +28,7 @@ struct BoardRig {
     }
 
     VirtualEventLoop loop;
-    BoardPort port;
+    zrksim::BoardPort port;
     Rig bench{loop, port};
     zrk::Loader& loader = bench.loader;
 };

@@ -1,4 +1,4 @@
-#include "support/BoardPort.h"
+#include "simulation/BoardPort.h"
 #include "support/Rig.h"
 
 #include <thread>
@@ -12,7 +12,7 @@ using zrk::Outcome;
 /// Returns how three bring-ups in a row end.
 std::vector<Outcome> liveWith(const zrkboard::BoardOptions& options, Duration untilPowerOn) {
     VirtualEventLoop loop;
-    BoardPort port(loop, options);
+    zrksim::BoardPort port(loop, options);
     Rig bench(loop, port);
     bench.fill(0, "ZRK SIMULATED PRIMARY BOOT" + QByteArray(3'000, 'p'), "0x0000");
     bench.fill(1, QByteArray(20'000, 's'), "0x80000004");

@@ -1,8 +1,15 @@
 #pragma once
 
-#include "support/LinePort.h"
+#include "simulation/LinePort.h"
 
 namespace zrktest {
+
+// The machine under a loader that is tested.
+using zrksim::Duration;
+using zrksim::LinePort;
+using zrksim::StuckLoop;
+using zrksim::TimePoint;
+using zrksim::VirtualEventLoop;
 
 /// One thing that the far end does: once it has got `when` behind what the step before it ended with, it
 /// sends `answer` after `delay`. An empty `when` waits for nothing: as the first step, for the port to open.

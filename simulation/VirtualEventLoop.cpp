@@ -1,8 +1,8 @@
-#include "support/VirtualEventLoop.h"
+#include "simulation/VirtualEventLoop.h"
 
 #include <optional>
 
-namespace zrktest {
+namespace zrksim {
 
 using namespace std::chrono_literals;
 
@@ -82,4 +82,4 @@ void VirtualEventLoop::runFor(Duration time) {
     m_now = std::max(m_now, end);
 }
 
-} // namespace zrktest
+} // namespace zrksim

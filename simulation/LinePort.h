@@ -2,12 +2,12 @@
 
 #include "board/PacedQueue.h"
 #include "platform/SerialPort.h"
-#include "support/VirtualEventLoop.h"
+#include "simulation/VirtualEventLoop.h"
 
 #include <optional>
 #include <vector>
 
-namespace zrktest {
+namespace zrksim {
 
 /// The machine's one serial port on virtual time, with a line behind it. Who is at its other end is up to the
 /// subclass.
@@ -49,6 +49,7 @@ class LinePort : public zrk::SerialPorts {
 
   protected:
     virtual void opened() {}
+    virtual void closed() {}
     virtual void delivered(char byte, TimePoint when) = 0;
 
     VirtualEventLoop& m_loop;
@@ -71,4 +72,4 @@ class LinePort : public zrk::SerialPorts {
     std::optional<VirtualEventLoop::Event> m_next;
 };
 
-} // namespace zrktest
+} // namespace zrksim

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace zrktest {
+namespace zrksim {
 
 using Duration = zrk::EventLoop::TimePoint::duration;
 using TimePoint = zrk::EventLoop::TimePoint;
@@ -61,4 +61,4 @@ class VirtualEventLoop final : public zrk::EventLoop {
     bool m_woken = false;
 };
 
-} // namespace zrktest
+} // namespace zrksim

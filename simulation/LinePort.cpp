@@ -1,4 +1,4 @@
-#include "support/LinePort.h"
+#include "simulation/LinePort.h"
 
 #include "platform/RuntimeFailure.h"
 
@@ -6,7 +6,7 @@
 
 #include <array>
 
-namespace zrktest {
+namespace zrksim {
 
 namespace {
 
@@ -91,6 +91,7 @@ void LinePort::close() {
     if (m_next)
         m_loop.cancel(*m_next);
     m_next.reset();
+    closed();
 }
 
 QString LinePort::deviceName(int number) const {
@@ -171,4 +172,4 @@ QStringList LinePort::callNames() const {
     return names;
 }
 
-} // namespace zrktest
+} // namespace zrksim
