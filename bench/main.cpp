@@ -1,4 +1,5 @@
 #include "Benches.h"
+#include "Soak.h"
 
 #include <QCoreApplication>
 
@@ -16,6 +17,9 @@ int main(int argc, char** argv) {
             zrkbench::benchBoards(std::max(1, std::atoi(argv[2])));
             return 0;
         }
+        // zrk-bench soak [--runs N] [--seed S] [--pty N] [--jobs N]: status 1 when a run ended wrongly
+        if (argc >= 2 && std::string_view(argv[1]) == "soak")
+            return zrkbench::benchSoak(zrkbench::soakOptions({argv + 2, argv + argc})) ? 0 : 1;
         zrkbench::benchPacedLine();
         zrkbench::benchPeers();
         zrkbench::benchUnpaced();
