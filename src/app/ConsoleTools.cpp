@@ -5,9 +5,10 @@
 #include "app/LoaderWidgets.h"
 
 #include <QEvent>
-#include <QHBoxLayout>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QSignalBlocker>
 #include <QToolButton>
@@ -20,15 +21,13 @@ constexpr int kRightMargin = 6;
 
 } // namespace
 
-ConsoleTools::ConsoleTools(ConsoleView* view, QWidget* frame, std::function<void()> save)
-    : QWidget(frame), m_view(view), m_search(new ConsoleSearch(view)),
+ConsoleTools::ConsoleTools(ConsoleView* view, QGroupBox* frame, std::function<void()> save)
+    : TitleRow(frame, kRightMargin), m_view(view), m_search(new ConsoleSearch(view)),
       m_findState(named(new QLabel(this), QStringLiteral("lblFind"))),
       m_txtFind(named(new QLineEdit(this), QStringLiteral("txtFind"))) {
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(2);
-    row->addWidget(m_findState);
-    row->addWidget(m_txtFind);
+    layout()->setSpacing(2);
+    addWidget(m_findState);
+    addWidget(m_txtFind);
     m_txtFind->setPlaceholderText(QStringLiteral("Find"));
     m_txtFind->setAccessibleName(QStringLiteral("Find in the console"));
     m_txtFind->setToolTip(QStringLiteral("Enter: next, Shift+Enter: previous, Escape: back to the console"));
@@ -70,10 +69,8 @@ ConsoleTools::ConsoleTools(ConsoleView* view, QWidget* frame, std::function<void
     connect(m_search, &ConsoleSearch::notFound, this, [this] {
         m_findState->setText(QStringLiteral("not found"));
         m_findState->show();
-        place();
     });
     m_txtFind->installEventFilter(this);
-    frame->installEventFilter(this);
     view->viewport()->installEventFilter(this);
     closeFind();
 }
@@ -88,7 +85,7 @@ QToolButton* ConsoleTools::addButton(const char* name, const QString& text, cons
     button->setToolTip(toolTip);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
-    layout()->addWidget(button);
+    addWidget(button);
     return button;
 }
 
@@ -96,13 +93,12 @@ void ConsoleTools::showHold(bool held, bool more) {
     const QSignalBlocker notAClick(m_hold);
     m_hold->setChecked(held);
     m_more->setVisible(more);
-    place();
+    placeMark();
 }
 
 void ConsoleTools::openFind() {
     m_txtFind->show();
     m_findState->hide();
-    place();
     m_txtFind->setFocus();
     m_txtFind->selectAll();
 }
@@ -111,14 +107,13 @@ void ConsoleTools::closeFind() {
     m_search->stop();
     m_txtFind->hide();
     m_findState->hide();
-    place();
 }
 
 bool ConsoleTools::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize && watched != m_txtFind)
-        place();
+    if (event->type() == QEvent::Resize && watched == m_view->viewport())
+        placeMark();
     if (watched != m_txtFind || event->type() != QEvent::KeyPress)
-        return QWidget::eventFilter(watched, event);
+        return TitleRow::eventFilter(watched, event);
     const auto& press = *static_cast<QKeyEvent*>(event);
     if (press.key() == Qt::Key_Escape) {
         closeFind();
@@ -133,10 +128,7 @@ bool ConsoleTools::eventFilter(QObject* watched, QEvent* event) {
     return true;
 }
 
-void ConsoleTools::place() {
-    const QWidget* frame = parentWidget();
-    const QSize size = sizeHint();
-    setGeometry(frame->width() - size.width() - kRightMargin, 0, size.width(), size.height());
+void ConsoleTools::placeMark() {
     const QSize mark = m_more->sizeHint();
     const QSize view = m_view->viewport()->size();
     m_more->setGeometry(view.width() - mark.width() - kRightMargin, view.height() - mark.height() - 2,

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QWidget>
+#include "app/TitleRow.h"
 
 #include <functional>
 
@@ -15,12 +15,12 @@ class ConsoleView;
 
 /// The row of tools in the console frame's title line: Hold, Find, Clear, Save. Find unfolds a box beside
 /// them. In the console's corner a mark tells that there is more below what is held.
-class ConsoleTools final : public QWidget {
+class ConsoleTools final : public TitleRow {
     Q_OBJECT
 
   public:
     /// `frame` gets the row; `save` writes the console into a file of the user's choice.
-    ConsoleTools(ConsoleView* view, QWidget* frame, std::function<void()> save);
+    ConsoleTools(ConsoleView* view, QGroupBox* frame, std::function<void()> save);
 
     /// The widgets in the order of the Tab key.
     [[nodiscard]] QList<QWidget*> tabOrder() const;
@@ -33,7 +33,7 @@ class ConsoleTools final : public QWidget {
     void showHold(bool held, bool more);
     void openFind();
     void closeFind();
-    void place();
+    void placeMark();
 
     ConsoleView* m_view;
     ConsoleSearch* m_search;

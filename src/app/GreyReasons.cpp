@@ -1,6 +1,7 @@
 #include "app/GreyReasons.h"
 
 #include "app/Binder.h"
+#include "app/FileNameEdit.h"
 #include "app/LoaderWidgets.h"
 #include "loader/Loader.h"
 

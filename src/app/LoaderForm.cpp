@@ -18,7 +18,12 @@ namespace zrk {
 namespace {
 
 constexpr double kHeaderPoints = 12;
-constexpr int kConsoleLines = 16;
+constexpr int kConsoleLines = 26;
+constexpr int kFewestFileCharacters = 16;
+constexpr int kMostFileCharacters = 44;
+constexpr int kWindowBorders = 16;
+constexpr int kSideMargin = 5;
+constexpr int kSpacing = 3;
 
 QLabel* makeHeader(QWidget* parent) {
     auto* header = named(new QLabel(parent), QStringLiteral("lblHeader"));
@@ -37,6 +42,7 @@ LoaderForm::LoaderForm(LoaderWidgets& widgets, QWidget* parent)
     widgets.lblHeader = makeHeader(m_controls);
     buildSlotFrames(widgets, m_controls);
     auto* slotColumn = new QVBoxLayout;
+    slotColumn->setSpacing(kSpacing);
     auto* headerLine = new QHBoxLayout;
     headerLine->addWidget(widgets.lblHeader, 1);
     headerLine->addWidget(buildDebugSend(widgets, m_controls));
@@ -45,9 +51,12 @@ LoaderForm::LoaderForm(LoaderWidgets& widgets, QWidget* parent)
     slotColumn->addWidget(widgets.fraExecutables);
     slotColumn->addWidget(widgets.fraImages);
     auto* sideColumn = new QVBoxLayout;
+    sideColumn->setSpacing(kSpacing);
     sideColumn->addWidget(buildPortFrame(widgets, m_controls));
     sideColumn->addWidget(buildAddressFrame(widgets, m_controls), 1);
     auto* columns = new QHBoxLayout(m_controls);
+    columns->setContentsMargins(kSideMargin, 0, kSideMargin, kSpacing);
+    columns->setSpacing(kSideMargin);
     columns->addLayout(slotColumn);
     columns->addLayout(sideColumn);
 
@@ -56,14 +65,28 @@ LoaderForm::LoaderForm(LoaderWidgets& widgets, QWidget* parent)
     widgets.txtStatus = named(new ConsoleView(widgets.fraControl), QStringLiteral("txtStatus"));
 }
 
-void LoaderForm::placeControls(const LoaderWidgets& widgets) {
-    alignSlotColumns(widgets);
+/// Forgets the sizes that were asked for before.
+void LoaderForm::settle() {
+    for (QGroupBox* frame : m_controls->findChildren<QGroupBox*>())
+        frame->updateGeometry();
+    m_controls->layout()->invalidate();
+    m_controls->layout()->activate();
+}
+
+void LoaderForm::placeControls(const LoaderWidgets& widgets, QSize screen) {
     m_controls->ensurePolished();
+    showFileNames(widgets, kFewestFileCharacters);
+    alignSlotColumns(widgets);
+    settle();
+    const int spare = screen.width() - kWindowBorders - m_controls->sizeHint().width();
+    const int more = spare / fontMetrics().horizontalAdvance(QLatin1Char('8'));
+    showFileNames(widgets,
+                  std::clamp(kFewestFileCharacters + more, kFewestFileCharacters, kMostFileCharacters));
+    alignSlotColumns(widgets);
+    settle();
     m_controls->resize(m_controls->sizeHint());
     m_controls->layout()->activate();
 
-    const int left = style()->pixelMetric(QStyle::PM_LayoutLeftMargin, nullptr, this);
-    const int right = style()->pixelMetric(QStyle::PM_LayoutRightMargin, nullptr, this);
     const int bottom = style()->pixelMetric(QStyle::PM_LayoutBottomMargin, nullptr, this);
     const int gap = bottom / 2;
     // A narrow window's scroll bar finds its room below the console.
@@ -71,11 +94,12 @@ void LoaderForm::placeControls(const LoaderWidgets& widgets) {
     const int lines = kConsoleLines * QFontMetrics(widgets.txtStatus->font()).lineSpacing();
 
     QGroupBox& frame = *widgets.fraControl;
-    frame.resize(m_controls->width() - left - right, lines);
+    frame.resize(m_controls->width() - 2 * kSideMargin, lines);
     QMargins border = frame.contentsMargins() + QMargins(gap, gap, gap, gap);
     border.setTop(
         std::max(border.top(), widgets.consoleTools->sizeHint().height() + 1)); // in the title's line
-    frame.setGeometry(left, m_controls->height(), frame.width(), lines + border.top() + border.bottom());
+    frame.setGeometry(kSideMargin, m_controls->height(), frame.width(),
+                      lines + border.top() + border.bottom());
     widgets.txtStatus->setGeometry(frame.rect().marginsRemoved(border));
     m_designSize = {m_controls->width(), frame.geometry().bottom() + 1 + room};
     setMinimumWidth(m_controls->width());

@@ -15,13 +15,16 @@ class LoaderForm : public QWidget {
     /// Builds the widgets, still without their captions.
     LoaderForm(LoaderWidgets& widgets, QWidget* parent);
 
-    /// Gives everything its designed place, by the sizes that fonts, scale and captions ask for.
-    void placeControls(const LoaderWidgets& widgets);
+    /// Gives everything its designed place, by the sizes that fonts, scale and captions ask for. On a screen
+    /// that is wider than they are the names of the files get more room, and on a high one the address list.
+    void placeControls(const LoaderWidgets& widgets, QSize screen);
 
     /// The designed size.
     [[nodiscard]] QSize sizeHint() const override { return m_designSize; }
 
   private:
+    void settle();
+
     QWidget* m_controls;
     QSize m_designSize;
 };

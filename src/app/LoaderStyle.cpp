@@ -36,6 +36,10 @@ bool isScrollArea(const QWidget* widget) {
 
 } // namespace
 
+QColor warningColor(const QPalette& palette) {
+    return isDark(palette) ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
+}
+
 void LoaderStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const {
     QProxyStyle::drawControl(element, option, painter, widget);

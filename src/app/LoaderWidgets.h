@@ -20,13 +20,14 @@ namespace zrk {
 class ConsoleTools;
 class ConsoleView;
 class ElidedLabel;
+class FileNameEdit;
 class PortList;
 
 /// One slot's controls, in a row.
 struct SlotWidgets {
     QCheckBox* chkExeURK = nullptr;
     QLabel* lblFileChanged = nullptr;
-    QLineEdit* txtFilNam = nullptr;
+    FileNameEdit* txtFilNam = nullptr;
     QPushButton* cmdBrowse = nullptr;
     QLabel* lblStart = nullptr;
     QLineEdit* txtStartAddress = nullptr;

@@ -23,6 +23,7 @@
 #include <QGroupBox>
 #include <QLayout>
 #include <QMenuBar>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -74,7 +75,7 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
         m_widgets, [&loader] { return !loader.state.OperationActive; },
         [&loader](int slot, const QString& path) { loader.imageSlots.fill(slot, path); }, this);
 
-    m_panel->placeControls(m_widgets);
+    m_panel->placeControls(m_widgets, screen()->availableSize());
     // How small the window gets is up to the resize handler, not to what is in it.
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     resize(sizeHint());

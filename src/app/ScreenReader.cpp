@@ -2,6 +2,7 @@
 
 #include "app/Binder.h"
 #include "app/ConsoleView.h"
+#include "app/FileNameEdit.h"
 #include "app/LoaderWidgets.h"
 #include "app/PortList.h"
 

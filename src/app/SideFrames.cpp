@@ -14,6 +14,12 @@
 #include <QVBoxLayout>
 
 namespace zrk {
+namespace {
+
+constexpr int kSpacing = 2;
+constexpr QMargins kMargins(5, 2, 5, 2);
+
+} // namespace
 
 QWidget* buildPortFrame(LoaderWidgets& widgets, QWidget* parent) {
     widgets.fraComPort =
@@ -25,6 +31,8 @@ QWidget* buildPortFrame(LoaderWidgets& widgets, QWidget* parent) {
     widgets.cmdCancel = named(new QPushButton(widgets.fraComPort), QStringLiteral("cmdCancel"));
 
     auto* grid = new QGridLayout(widgets.fraComPort);
+    grid->setContentsMargins(kMargins);
+    grid->setSpacing(kSpacing);
     grid->addWidget(widgets.cmbComPort, 0, 0);
     grid->addWidget(widgets.lblState, 0, 1);
     grid->addWidget(widgets.cmdTerminal, 1, 0, 1, 2);
@@ -46,15 +54,17 @@ QWidget* buildAddressFrame(LoaderWidgets& widgets, QWidget* parent) {
     widgets.lvwAdrs->header()->setSectionsMovable(false);
     widgets.lvwAdrs->header()->setStretchLastSection(true);
     const int digit = frame->fontMetrics().horizontalAdvance(QLatin1Char('8'));
-    widgets.lvwAdrs->setColumnWidth(0, 7 * digit);
-    widgets.lvwAdrs->setColumnWidth(1, 12 * digit);
-    widgets.lvwAdrs->setMinimumWidth(29 * digit);
-    // As high as the slots' frames leave it, and at least what the columns and some rows need.
+    widgets.lvwAdrs->setColumnWidth(0, 5 * digit);
+    widgets.lvwAdrs->setColumnWidth(1, 11 * digit);
+    widgets.lvwAdrs->setMinimumWidth(24 * digit);
+    // As high as the slots' frames leave it, and at least what its seven rows need.
     widgets.lvwAdrs->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-    widgets.lvwAdrs->setMinimumHeight(6 * frame->fontMetrics().lineSpacing());
+    widgets.lvwAdrs->setMinimumHeight(8 * frame->fontMetrics().lineSpacing());
     widgets.cmdValidateAdrs = named(new QPushButton(frame), QStringLiteral("cmdValidateAdrs"));
 
     auto* column = new QVBoxLayout(frame);
+    column->setContentsMargins(kMargins);
+    column->setSpacing(kSpacing);
     column->addWidget(widgets.lvwAdrs, 1);
     column->addWidget(widgets.cmdValidateAdrs);
     return frame;

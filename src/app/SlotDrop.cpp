@@ -1,5 +1,6 @@
 #include "app/SlotDrop.h"
 
+#include "app/FileNameEdit.h"
 #include "app/LoaderWidgets.h"
 
 #include <QCheckBox>

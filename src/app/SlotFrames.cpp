@@ -1,6 +1,8 @@
 #include "app/SlotFrames.h"
 
+#include "app/FileNameEdit.h"
 #include "app/LoaderWidgets.h"
+#include "app/TitleRow.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -15,23 +17,16 @@
 namespace zrk {
 namespace {
 
-enum Column {
-    kCheck,
-    kMark,
-    kFile,
-    kBrowse,
-    kStartCaption,
-    kStart,
-    kSizeCaption,
-    kSize,
-    kGap,
-    kAction,
-    kColumns
-};
+enum Column { kCheck, kFile, kBrowse, kStartCaption, kStart, kSizeCaption, kSize, kColumns };
 
-constexpr int kFileNameCharacters = 16;
-constexpr int kAddressCharacters = 11;
-constexpr int kGapWidth = 4;
+constexpr int kSideMargin = 5;
+constexpr int kActionsInsideRight = 6;
+constexpr int kAddressCharacters = 10;
+constexpr int kSizeCharacters = 9;
+constexpr int kBrowseBorder = 10;
+constexpr int kSpacing = 4;
+constexpr int kLineSpacing = 2;
+constexpr int kAddressRoom = 4; // around an address, so that it does not look cut
 
 /// Room for so many wide digits inside a line edit's frame.
 int editWidth(const QLineEdit& edit, int characters) {
@@ -42,23 +37,17 @@ int editWidth(const QLineEdit& edit, int characters) {
 void makeRow(SlotWidgets& row, std::size_t slot, QWidget* frame) {
     row.chkExeURK = named(new QCheckBox(frame), arrayName("chkExeURK", slot));
 
-    row.lblFileChanged = named(new QLabel(frame), arrayName("lblFileChanged", slot));
+    row.txtFilNam = named(new FileNameEdit(frame), arrayName("txtFilNam", slot));
+    row.lblFileChanged = named(new QLabel(row.txtFilNam), arrayName("lblFileChanged", slot));
     const int side = frame->style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, frame);
     row.lblFileChanged->setFixedWidth(side);
-    QSizePolicy kept = row.lblFileChanged->sizePolicy();
-    kept.setRetainSizeWhenHidden(true);
-    row.lblFileChanged->setSizePolicy(kept);
-
-    row.txtFilNam = named(new QLineEdit(frame), arrayName("txtFilNam", slot));
-    row.txtFilNam->setReadOnly(true);
-    row.txtFilNam->setAcceptDrops(false); // a dropped file is the row's affair
-    row.txtFilNam->setMinimumWidth(editWidth(*row.txtFilNam, kFileNameCharacters));
+    row.txtFilNam->setMark(row.lblFileChanged);
 
     row.cmdBrowse = named(new QPushButton(frame), arrayName("cmdBrowse", slot));
 
     row.txtStartAddress = named(new QLineEdit(frame), arrayName("txtStartAddress", slot));
     row.txtStartAddress->setAcceptDrops(false);
-    row.txtStartAddress->setFixedWidth(editWidth(*row.txtStartAddress, kAddressCharacters));
+    row.txtStartAddress->setFixedWidth(editWidth(*row.txtStartAddress, kAddressCharacters) + kAddressRoom);
     row.lblStart = named(new QLabel(frame), arrayName("lblStart", slot));
     row.lblStart->setBuddy(row.txtStartAddress);
 
@@ -67,13 +56,13 @@ void makeRow(SlotWidgets& row, std::size_t slot, QWidget* frame) {
     row.lblCodeSize->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     row.lblCodeSize->setMargin(2);
     row.lblCodeSize->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    row.lblCodeSize->setFixedWidth(row.txtStartAddress->width());
+    row.lblCodeSize->setFixedWidth(editWidth(*row.txtStartAddress, kSizeCharacters));
 }
 
 QGridLayout* makeFrame(LoaderWidgets& widgets, QGroupBox* frame, SlotFrame which) {
     auto* grid = new QGridLayout(frame);
-    grid->setHorizontalSpacing(6);
-    grid->setVerticalSpacing(5);
+    grid->setHorizontalSpacing(kSpacing);
+    grid->setVerticalSpacing(kLineSpacing);
     int line = 0;
     for (const Slot number : kWindowOrder) {
         const auto slot = static_cast<std::size_t>(number);
@@ -81,18 +70,23 @@ QGridLayout* makeFrame(LoaderWidgets& widgets, QGroupBox* frame, SlotFrame which
             continue;
         SlotWidgets& row = widgets.slots[slot];
         makeRow(row, slot, frame);
-        QWidget* const cells[] = {row.chkExeURK, row.lblFileChanged,  row.txtFilNam, row.cmdBrowse,
-                                  row.lblStart,  row.txtStartAddress, row.lblSize,   row.lblCodeSize};
-        for (int column = 0; column < kGap; ++column)
+        QWidget* const cells[] = {row.chkExeURK,       row.txtFilNam, row.cmdBrowse,  row.lblStart,
+                                  row.txtStartAddress, row.lblSize,   row.lblCodeSize};
+        for (int column = 0; column < kColumns; ++column)
             grid->addWidget(cells[column], line, column, Qt::AlignVCenter);
         ++line;
     }
     return grid;
 }
 
-QPushButton* makeAction(QGridLayout* grid, int line, QGroupBox* frame, const char* name) {
-    auto* button = named(new QPushButton(frame), QLatin1String(name));
-    grid->addWidget(button, line, kAction);
+/// What is done with a frame's slots stands in the line of its title.
+TitleRow* makeActions(QGroupBox* frame) {
+    return new TitleRow(frame, kActionsInsideRight);
+}
+
+QPushButton* makeAction(TitleRow* row, const char* name) {
+    auto* button = named(new QPushButton(row), QLatin1String(name));
+    row->addWidget(button);
     return button;
 }
 
@@ -101,35 +95,50 @@ QPushButton* makeAction(QGridLayout* grid, int line, QGroupBox* frame, const cha
 void buildSlotFrames(LoaderWidgets& widgets, QWidget* parent) {
     widgets.fraFlashLdr =
         named(new QGroupBox(QStringLiteral("Program Flash"), parent), QStringLiteral("fraFlashLdr"));
-    QGridLayout* flash = makeFrame(widgets, widgets.fraFlashLdr, SlotFrame::ProgramFlash);
-    widgets.cmdPrgFlash = makeAction(flash, 0, widgets.fraFlashLdr, "cmdPrgFlash");
-    widgets.chkErase = named(new QCheckBox(widgets.fraFlashLdr), QStringLiteral("chkErase"));
-    flash->addWidget(widgets.chkErase, 1, kAction);
-    widgets.lblFlashTime = named(new QLabel(widgets.fraFlashLdr), QStringLiteral("lblFlashTime"));
-    flash->addWidget(widgets.lblFlashTime, 2, kFile, 1, kSize - kFile + 1);
+    makeFrame(widgets, widgets.fraFlashLdr, SlotFrame::ProgramFlash);
+    TitleRow* flash = makeActions(widgets.fraFlashLdr);
+    widgets.lblFlashTime = named(new QLabel(flash), QStringLiteral("lblFlashTime"));
+    flash->addWidget(widgets.lblFlashTime);
+    widgets.chkErase = named(new QCheckBox(flash), QStringLiteral("chkErase"));
+    flash->addWidget(widgets.chkErase);
+    widgets.cmdPrgFlash = makeAction(flash, "cmdPrgFlash");
 
     widgets.fraExecutables =
         named(new QGroupBox(QStringLiteral("Executables"), parent), QStringLiteral("fraExecutables"));
-    QGridLayout* executables = makeFrame(widgets, widgets.fraExecutables, SlotFrame::Executables);
-    widgets.cmdStartPrimary = makeAction(executables, 0, widgets.fraExecutables, "cmdStartPrimary");
-    widgets.cmdStartSecondary = makeAction(executables, 1, widgets.fraExecutables, "cmdStartSecondary");
+    makeFrame(widgets, widgets.fraExecutables, SlotFrame::Executables);
+    TitleRow* executables = makeActions(widgets.fraExecutables);
+    widgets.cmdStartPrimary = makeAction(executables, "cmdStartPrimary");
+    widgets.cmdStartSecondary = makeAction(executables, "cmdStartSecondary");
 
     widgets.fraImages = named(new QGroupBox(QStringLiteral("Uboot/RootFS/Kernel Images"), parent),
                               QStringLiteral("fraImages"));
-    QGridLayout* images = makeFrame(widgets, widgets.fraImages, SlotFrame::Images);
-    widgets.cmdURK = makeAction(images, 0, widgets.fraImages, "cmdURK");
+    makeFrame(widgets, widgets.fraImages, SlotFrame::Images);
+    widgets.cmdURK = makeAction(makeActions(widgets.fraImages), "cmdURK");
+}
+
+void showFileNames(const LoaderWidgets& widgets, int characters) {
+    for (const SlotWidgets& row : widgets.slots)
+        row.txtFilNam->setMinimumWidth(editWidth(*row.txtFilNam, characters));
 }
 
 void alignSlotColumns(const LoaderWidgets& widgets) {
+    // A style's least width for buttons is for those that stand alone.
+    for (const SlotWidgets& row : widgets.slots)
+        row.cmdBrowse->setFixedWidth(row.cmdBrowse->fontMetrics().horizontalAdvance(row.cmdBrowse->text()) +
+                                     2 * kBrowseBorder);
     const QGroupBox* const frames[] = {widgets.fraFlashLdr, widgets.fraExecutables, widgets.fraImages};
+    for (QGroupBox* frame : {widgets.fraFlashLdr, widgets.fraExecutables, widgets.fraImages}) {
+        const auto* row = frame->findChild<TitleRow*>();
+        frame->layout()->invalidate();
+        frame->layout()->setContentsMargins(kSideMargin, roomFor(*row, *frame), kSideMargin, kLineSpacing);
+    }
     for (int column = 0; column < kColumns; ++column) {
-        int width = column == kGap ? kGapWidth : 0;
+        int width = 0;
         for (const QGroupBox* frame : frames) {
             const auto* grid = static_cast<const QGridLayout*>(frame->layout());
             for (int line = 0; line < grid->rowCount(); ++line) {
                 const QLayoutItem* item = grid->itemAtPosition(line, column);
-                const bool spans = item != nullptr && item == grid->itemAtPosition(line, column + 1);
-                if (item != nullptr && !spans)
+                if (item != nullptr)
                     width = std::max({width, item->sizeHint().width(), item->minimumSize().width()});
             }
         }

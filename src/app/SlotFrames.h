@@ -9,6 +9,9 @@ struct LoaderWidgets;
 /// Builds the frames of the image slots with their rows and start buttons.
 void buildSlotFrames(LoaderWidgets& widgets, QWidget* parent);
 
+/// Gives the names of the files room for so many characters.
+void showFileNames(const LoaderWidgets& widgets, int characters);
+
 /// Brings the columns of the frames into line; run when all captions are set.
 void alignSlotColumns(const LoaderWidgets& widgets);
 

@@ -3,6 +3,8 @@
 #include "app/Binder.h"
 #include "app/ConsoleTools.h"
 #include "app/ConsoleView.h"
+#include "app/FileNameEdit.h"
+#include "app/LoaderStyle.h"
 #include "app/LoaderWidgets.h"
 #include "app/PortList.h"
 #include "app/StatusPanels.h"
@@ -70,6 +72,9 @@ void bindSlots(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
         binder.checkBox(controls.chkExeURK[i], row.chkExeURK);
         bindFileMark(binder, controls.lblFileChanged[i], row.lblFileChanged);
         binder.textBox(controls.txtFilNam[i], row.txtFilNam);
+        binder.follow(controls.txtFilNam[i].Text, [&controls, i, field = row.txtFilNam] {
+            field->setMissing(FileNameEdit::tellsOfMissing(controls.txtFilNam[i].Text));
+        });
         bindButton(binder, controls.cmdBrowse[i], row.cmdBrowse, WhileBusy::Grey);
         binder.caption(controls.lblStart[i].Caption, row.lblStart);
         binder.textBox(controls.txtStartAddress[i], row.txtStartAddress);
@@ -124,8 +129,13 @@ void bindAddressList(QTreeWidget* list, Loader& loader) {
         for (const AddressList::Row& row : loader.controls.lvwAdrs.rows()) {
             auto* item = new QTreeWidgetItem(list, {row.index, row.start, row.size});
             const QString name = loader.state.SlotNames.at(static_cast<std::size_t>(row.index.toInt()));
-            for (int column = 0; column < list->columnCount(); ++column)
-                item->setToolTip(column, name);
+            for (int column = 0; column < list->columnCount(); ++column) {
+                item->setToolTip(column, row.conflicts ? name + QStringLiteral(": overlaps") : name);
+                if (row.conflicts)
+                    item->setForeground(column, warningColor(list->palette()));
+            }
+            if (row.conflicts)
+                item->setIcon(0, list->style()->standardIcon(QStyle::SP_MessageBoxWarning));
         }
     };
     show();

@@ -71,6 +71,8 @@ void AddressValidation::checkOverlaps() {
         const std::int64_t end = std::int64_t{HexToLong(rows[p].start)} + HexToLong(rows[p].size);
         if (end <= HexToLong(rows[p + 1].start))
             continue;
+        for (const AddressList::Row& row : {rows[p], rows[p + 1]})
+            m_desk.controls.lvwAdrs.mark(row.index);
         const auto name = [this](const AddressList::Row& row) {
             return m_desk.state.SlotNames.at(static_cast<std::size_t>(row.index.toInt()));
         };

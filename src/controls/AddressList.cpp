@@ -16,6 +16,12 @@ void AddressList::add(Row row) {
     changed();
 }
 
+void AddressList::mark(const QString& index) {
+    for (Row& row : m_rows)
+        row.conflicts = row.conflicts || row.index == index;
+    changed();
+}
+
 void AddressList::changed() const {
     if (m_listener)
         m_listener();

@@ -14,6 +14,7 @@ class AddressList {
         QString index;
         QString start;
         QString size;
+        bool conflicts = false; ///< its range overlaps another one
     };
 
     [[nodiscard]] const QList<Row>& rows() const { return m_rows; }
@@ -22,6 +23,9 @@ class AddressList {
     /// Inserts a row at its place, ahead of rows with the same start text: the fixed marker rows are
     /// added last and so come before an image that starts at a marker, which is no overlap.
     void add(Row row);
+
+    /// Marks the row of that index.
+    void mark(const QString& index);
 
     void onChange(std::function<void()> listener) { m_listener = std::move(listener); }
 

@@ -102,6 +102,11 @@ TEST_F(Addresses, ValidationsRowsAndMessages) {
         EXPECT_EQ(bench.boxes.shown, row.boxes);
         EXPECT_EQ(rows(), row.rows);
         EXPECT_EQ(loader.state.MessageText.isEmpty(), row.boxes.isEmpty());
+        for (const auto& listed : loader.controls.lvwAdrs.rows()) {
+            const QString name = loader.state.SlotNames.at(static_cast<std::size_t>(listed.index.toInt()));
+            const bool isTold = row.boxes.join('\n').contains(name) && row.boxes[0].contains("overlap");
+            EXPECT_EQ(listed.conflicts, isTold) << name.toStdString();
+        }
     }
 
     select({{1, "0x80000000", "0x10"}}); // at the marker itself, whichever of the two comes first
