@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QStandardPaths>
 
 namespace zrk {
 
@@ -13,6 +14,9 @@ ProgramFacts programFacts() {
     ProgramFacts facts;
     facts.folder = QDir::toNativeSeparators(QCoreApplication::applicationDirPath());
     facts.name = QFileInfo(QCoreApplication::applicationFilePath()).completeBaseName();
+    const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    if (!config.isEmpty())
+        facts.configFolder = QDir::toNativeSeparators(config + QStringLiteral("/zrk-loader"));
     facts.major = kVersionMajor;
     facts.minor = kVersionMinor;
     facts.revision = kVersionRevision;
@@ -20,10 +24,19 @@ ProgramFacts programFacts() {
 }
 
 IniChoice chooseIni(const QString& option, const ProgramFacts& facts) {
-    if (option.isEmpty())
-        return {Paths(facts.folder).joined(facts.name + QStringLiteral(".INI")), facts.folder};
-    const QFileInfo file(option);
-    return {QDir::toNativeSeparators(file.absoluteFilePath()), QDir::toNativeSeparators(file.absolutePath())};
+    if (!option.isEmpty()) {
+        const QFileInfo file(option);
+        return {QDir::toNativeSeparators(file.absoluteFilePath()),
+                QDir::toNativeSeparators(file.absolutePath())};
+    }
+    const auto in = [&](const QString& folder) {
+        return IniChoice{Paths(folder).joined(facts.name + QStringLiteral(".INI")), folder};
+    };
+    const IniChoice beside = in(facts.folder);
+    if (facts.configFolder.isEmpty() || FileExists(beside.path, true))
+        return beside;
+    const IniChoice ofUser = in(facts.configFolder);
+    return FileExists(ofUser.path, true) ? ofUser : beside;
 }
 
 QString versionText() {

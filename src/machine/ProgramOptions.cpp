@@ -84,7 +84,8 @@ void addProgramOptions(QCommandLineParser& parser) {
           QStringLiteral("BYTES")},
          {kIni,
           QStringLiteral("Preset the images from FILE; relative paths in it start at its folder. Without "
-                         "this: zrk-loader.INI beside the program, if there is one."),
+                         "this: zrk-loader.INI beside the program, else in the folder zrk-loader of the "
+                         "user's configuration, if there is one."),
           QStringLiteral("FILE")}});
 }
 

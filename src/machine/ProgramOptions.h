@@ -16,7 +16,7 @@ struct ProgramOptions {
     PortNames::Overrides ports;
     int portNumber = 1;                    ///< the port to use, 1 to 8
     std::optional<std::uint32_t> lineRate; ///< bytes a second, 0 for a port that is no line
-    QString iniPath;                       ///< absolute; empty: the default beside the program
+    QString iniPath;                       ///< absolute; empty: where the loader looks by itself
 };
 
 /// Adds the options --port, --com, --line-rate and --ini.

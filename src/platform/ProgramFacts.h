@@ -11,6 +11,7 @@ struct ProgramFacts {
     int major = 0;
     int minor = 0;
     int revision = 0;
+    QString configFolder = {}; ///< the user's, for this program; empty: there is none
 };
 
 } // namespace zrk

@@ -65,4 +65,33 @@ TEST_F(StartUpTest, WithAnIniFile) {
     EXPECT_EQ(started->state.IniPath, bench.folder.path() + "/loader.INI");
 }
 
+TEST(ChooseIniTest, LooksBesideTheProgramThenInTheUsersFolder) {
+    const QTemporaryDir folder;
+    const QString beside = folder.filePath("bin");
+    const QString ofUser = folder.filePath("config");
+    const QString option = folder.filePath("rack/board.INI");
+    const struct {
+        QByteArray beside, ofUser;
+        bool hasConfigFolder;
+        QString option, expected;
+    } cases[] = {
+        {"[BINFILES]", "[BINFILES]", true, "", beside},
+        {"", "[BINFILES]", true, "", ofUser}, // an empty one is none
+        {"", "", true, "", beside},           // what the message then names
+        {"", "[BINFILES]", false, "", beside},
+        {"[BINFILES]", "[BINFILES]", true, option, folder.filePath("rack")},
+    };
+    for (const auto& one : cases) {
+        for (const auto& [where, content] : {std::pair{beside, one.beside}, std::pair{ofUser, one.ofUser}}) {
+            QFile file(where + "/loader.INI");
+            ASSERT_TRUE(QDir().mkpath(where) && file.open(QIODevice::WriteOnly));
+            file.write(content);
+        }
+        const zrk::ProgramFacts facts{beside, "loader", 0, 7, 34, one.hasConfigFolder ? ofUser : QString()};
+        const zrk::IniChoice choice = zrk::chooseIni(one.option, facts);
+        EXPECT_EQ(choice.folder, one.expected);
+        EXPECT_EQ(choice.path, one.option.isEmpty() ? one.expected + "/loader.INI" : option);
+    }
+}
+
 } // namespace
