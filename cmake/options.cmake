@@ -17,6 +17,10 @@ elseif(ZRK_SANITIZE STREQUAL "thread")
 elseif(ZRK_SANITIZE)
     message(FATAL_ERROR "ZRK_SANITIZE is \"${ZRK_SANITIZE}\": it may be address, thread or empty.")
 endif()
+# The same commit gives the same bytes, wherever it is built. A debugger wants to find the sources where they are.
+target_compile_options(zrk_options INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>
+    $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>)
 target_compile_definitions(zrk_options INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_CAST_TO_ASCII
                                                  QT_NO_FOREACH QT_NO_KEYWORDS)
 
