@@ -1,19 +1,27 @@
-# What belongs to the programs on a system with manual pages and desktop entries; beside the programs of one
-# folder a package needs no more than `cmake --install`.
+# What belongs to the programs on a system with manual pages and desktop entries. `cmake --install` takes all of it;
+# a package is one component of it: a rack needs no display library, and few need the simulated board.
 include(GNUInstallDirs)
-install(TARGETS zrk-loader zrk-loader-cli zrk-board RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES docs/man/zrk-loader.1 docs/man/zrk-loader-cli.1 docs/man/zrk-board.1
-        DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES README.md docs/architecture.md docs/json.md docs/racks.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+set(zrk_doc ${CMAKE_INSTALL_DATADIR}/doc)
 
-# The shell looks for a file of the command's name.
-foreach(program zrk-loader zrk-loader-cli zrk-board)
+foreach(program zrk-loader-cli zrk-loader zrk-board)
+    install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${program})
+    install(FILES docs/man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${program})
+    # The shell looks for a file of the command's name.
     install(FILES packaging/completions/zrk-loader-cli RENAME ${program}
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT ${program})
+    install(FILES THIRD-PARTY.md DESTINATION ${zrk_doc}/${program} COMPONENT ${program})
+    install(FILES packaging/debian/copyright DESTINATION ${zrk_doc}/${program} COMPONENT ${program})
 endforeach()
 
-install(FILES packaging/zrk-loader.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES README.md SECURITY.md CHANGELOG.md docs/architecture.md docs/json.md docs/racks.md docs/trace.md
+        DESTINATION ${zrk_doc}/zrk-loader-cli COMPONENT zrk-loader-cli)
+install(FILES packaging/udev/70-zrk-loader.rules DESTINATION ${zrk_doc}/zrk-loader-cli/examples
+        COMPONENT zrk-loader-cli)
+
+install(FILES packaging/zrk-loader.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT zrk-loader)
+install(FILES packaging/zrk-loader.metainfo.xml RENAME local.zrk.loader.metainfo.xml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT zrk-loader)
 foreach(size 16 32 48 64 128 256)
     install(FILES packaging/icons/zrk-loader-${size}.png RENAME zrk-loader.png
-            DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps COMPONENT zrk-loader)
 endforeach()
