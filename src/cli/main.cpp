@@ -81,6 +81,7 @@ int runProgram() {
 
 int main(int argc, char** argv) {
     zrk::ignoreBrokenPipes();
+    const zrk::StandardStreams streams;
     const QCoreApplication app(argc, argv);
     return unlessOutputWasLost(runProgram());
 }

@@ -31,7 +31,12 @@ void NativePort::readSome(std::span<char> into, Done done) {
 }
 
 void NativePort::writeSome(std::span<const char> bytes, Done done) {
-    m_stream.async_write_some(asio::buffer(bytes.data(), bytes.size()), std::move(done));
+    m_isWriting = true;
+    m_stream.async_write_some(asio::buffer(bytes.data(), bytes.size()),
+                              [this, done = std::move(done)](const ErrorCode& error, std::size_t count) {
+                                  m_isWriting = false;
+                                  done(error, count);
+                              });
 }
 
 void NativePort::cancel() noexcept {

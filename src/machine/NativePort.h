@@ -46,6 +46,8 @@ class NativePort final : public PortDevice {
     void readSome(std::span<char> into, Done done) override;
     void writeSome(std::span<const char> bytes, Done done) override;
     void cancel() noexcept override;
+    [[nodiscard]] std::chrono::milliseconds lookInterval() const override;
+    [[nodiscard]] boost::system::error_code look() noexcept override;
     [[nodiscard]] QString goneText(const QString& port,
                                    const boost::system::error_code& error) const override;
     void discardReceived() noexcept override;
@@ -59,6 +61,7 @@ class NativePort final : public PortDevice {
     boost::asio::serial_port::native_handle_type m_handle{};
     /// Of systems that tell no counts, only that something has happened since they were asked last.
     mutable LineErrors m_seen;
+    bool m_isWriting = false; ///< driver's thread, and close() after it
 };
 
 } // namespace zrk

@@ -128,6 +128,15 @@ void NativePort::close() noexcept {
     m_stream.close(ignored);
 }
 
+// A hang-up ends the read.
+std::chrono::milliseconds NativePort::lookInterval() const {
+    return {};
+}
+
+boost::system::error_code NativePort::look() noexcept {
+    return {};
+}
+
 void NativePort::discardReceived() noexcept {
     ::tcflush(m_handle, TCIFLUSH);
 }

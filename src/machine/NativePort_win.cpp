@@ -1,5 +1,7 @@
 #include "machine/NativePort.h"
 
+#include <algorithm>
+#include <array>
 #include <windows.h>
 
 namespace zrk {
@@ -69,9 +71,35 @@ OpenResult NativePort::open(const std::string& device) {
 void NativePort::close() noexcept {
     if (!m_stream.is_open())
         return;
-    ::PurgeComm(m_handle, PURGE_TXABORT | PURGE_RXABORT | PURGE_TXCLEAR | PURGE_RXCLEAR);
+    // A write that is under way would keep the close waiting on a stopped line. After the last write has
+    // ended, the adapter may still hold its bytes, and a purge would throw them away.
+    if (m_isWriting || unsentBytes() > 0)
+        ::PurgeComm(m_handle, PURGE_TXABORT | PURGE_TXCLEAR);
+    ::PurgeComm(m_handle, PURGE_RXABORT | PURGE_RXCLEAR);
     boost::system::error_code ignored;
     m_stream.close(ignored);
+}
+
+// Not every adapter's driver ends a read when the adapter is pulled, but none answers for it any more.
+std::chrono::milliseconds NativePort::lookInterval() const {
+    return std::chrono::milliseconds(400);
+}
+
+boost::system::error_code NativePort::look() noexcept {
+    constexpr long kNoSuchDevice = 433; // a name that the compiler's headers lack
+    constexpr std::array kGone{
+        ERROR_ACCESS_DENIED,     ERROR_INVALID_HANDLE, ERROR_BAD_COMMAND,    ERROR_GEN_FAILURE,
+        ERROR_FILE_NOT_FOUND,    kNoSuchDevice,        ERROR_DEVICE_REMOVED, ERROR_DEVICE_NOT_CONNECTED,
+        ERROR_OPERATION_ABORTED, ERROR_NOT_READY,      ERROR_IO_DEVICE};
+    DWORD errors = 0;
+    COMSTAT state = {};
+    if (::ClearCommError(m_handle, &errors, &state))
+        return {};
+    const auto error = static_cast<int>(::GetLastError());
+    // A device that does not know the question is there.
+    if (std::find(kGone.begin(), kGone.end(), error) == kGone.end())
+        return {};
+    return {error, boost::system::system_category()};
 }
 
 void NativePort::discardReceived() noexcept {

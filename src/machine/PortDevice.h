@@ -6,6 +6,7 @@
 
 #include <boost/system/error_code.hpp>
 
+#include <chrono>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -25,6 +26,13 @@ class PortDevice {
     virtual void readSome(std::span<char> into, Done done) = 0;
     virtual void writeSome(std::span<const char> bytes, Done done) = 0;
     virtual void cancel() noexcept = 0;
+
+    /// How often the device has to be looked at because it may leave a read waiting when it is pulled; zero
+    /// when the read tells.
+    [[nodiscard]] virtual std::chrono::milliseconds lookInterval() const { return {}; }
+
+    /// The error that tells that the device has gone, or none.
+    [[nodiscard]] virtual boost::system::error_code look() noexcept { return {}; }
 
     /// What the user is told when reading or writing has ended with this error.
     [[nodiscard]] virtual QString goneText(const QString& port,

@@ -36,7 +36,11 @@ void PortDriver::start(std::unique_ptr<PortDevice> device) {
 void PortDriver::serve(Handshaking handshaking) {
     applyHandshaking(handshaking);
     m_device->discardReceived();
-    asio::post(m_io, [this] { startReading(); });
+    asio::post(m_io, [this] {
+        startReading();
+        if (const auto interval = m_device->lookInterval(); interval.count() > 0)
+            lookAfter(interval);
+    });
 }
 
 bool PortDriver::isLost() const noexcept {
@@ -169,6 +173,7 @@ void PortDriver::fail(QString description) {
         m_device->cancel();
         m_stallTimer.cancel();
         m_paceTimer.cancel();
+        m_lookTimer.cancel();
     });
     m_changed.notify_all();
     m_loop.wake();
@@ -255,6 +260,17 @@ void PortDriver::onSent(const ErrorCode& error, std::size_t count) {
         m_loop.wake();
     if (!next.empty())
         sendFront(next);
+}
+
+void PortDriver::lookAfter(std::chrono::milliseconds interval) {
+    m_lookTimer.expires_after(interval);
+    m_lookTimer.async_wait([this, interval](const ErrorCode& error) {
+        if (error)
+            return;
+        if (const ErrorCode gone = m_device->look())
+            return reportGone(gone);
+        lookAfter(interval);
+    });
 }
 
 // One timer runs on over many bytes, since starting it anew for each would cost too much.

@@ -87,6 +87,7 @@ class PortDriver final : public SerialPort {
     void onSent(const ErrorCode& error, std::size_t count);
     void watchForStall(Clock::time_point due);
     void onStallTimer();
+    void lookAfter(std::chrono::milliseconds interval);
 
     EventLoop& m_loop;
     const QString m_portName;
@@ -100,6 +101,7 @@ class PortDriver final : public SerialPort {
     // Driver thread only.
     boost::asio::steady_timer m_stallTimer{m_io};
     boost::asio::steady_timer m_paceTimer{m_io};
+    boost::asio::steady_timer m_lookTimer{m_io};
     bool m_watchingForStall = false;
     Clock::time_point m_askedAt; ///< when the device got the bytes that it is taking
     std::array<char, 4096> m_chunk{};

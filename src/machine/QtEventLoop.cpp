@@ -22,15 +22,22 @@ class QtTimer final : public Timer {
 
 } // namespace
 
-QtEventLoop::QtEventLoop() = default;
+QtEventLoop::QtEventLoop(Clock clock) : m_clock(std::move(clock)) {}
 QtEventLoop::~QtEventLoop() = default;
 
 void QtEventLoop::yield() {
-    m_loop.processEvents(QEventLoop::AllEvents);
+    if (m_hasNews || m_clock() - m_lastTurn >= kTurnInterval)
+        turn(QEventLoop::AllEvents);
 }
 
 void QtEventLoop::wait() {
-    m_loop.processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    turn(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+void QtEventLoop::turn(QEventLoop::ProcessEventsFlags flags) {
+    m_hasNews = false;
+    m_loop.processEvents(flags);
+    m_lastTurn = m_clock();
 }
 
 void QtEventLoop::wake() {
@@ -38,10 +45,12 @@ void QtEventLoop::wake() {
         return;
     QMetaObject::invokeMethod(
         &m_receiver, [this] { m_wakePending = false; }, Qt::QueuedConnection);
+    m_hasNews = true;
 }
 
 void QtEventLoop::post(std::function<void()> task) {
     QMetaObject::invokeMethod(&m_receiver, std::move(task), Qt::QueuedConnection);
+    m_hasNews = true;
 }
 
 std::unique_ptr<Timer> QtEventLoop::createTimer(std::function<void()> tick) {

@@ -22,11 +22,12 @@ void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept {
                        reinterpret_cast<const char*>(&seconds), sizeof seconds);
 }
 
-std::size_t unconfirmedBytes(SOCKET /*handle*/) noexcept {
+std::size_t unconfirmedBytes(boost::asio::ip::tcp::socket::native_handle_type /*handle*/) noexcept {
     return 0; // what it keeps leaves within the round trip, and the pace knows the line
 }
 
-bool waitReadable(SOCKET handle, std::chrono::milliseconds limit) noexcept {
+bool waitReadable(boost::asio::ip::tcp::socket::native_handle_type handle,
+                  std::chrono::milliseconds limit) noexcept {
     WSAPOLLFD entry{handle, POLLRDNORM, 0};
     return ::WSAPoll(&entry, 1, static_cast<int>(limit.count())) == 1;
 }

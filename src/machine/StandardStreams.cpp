@@ -3,6 +3,8 @@
 #include <cstdio>
 
 #ifdef _WIN32
+#include <fcntl.h>
+#include <initializer_list>
 #include <io.h>
 #include <windows.h>
 #else
@@ -23,6 +25,39 @@ bool isTerminal(std::FILE* stream) {
 }
 
 } // namespace
+
+#ifdef _WIN32
+StandardStreams::StandardStreams() : m_inputBefore(GetConsoleCP()), m_outputBefore(GetConsoleOutputCP()) {
+    SetConsoleCP(CP_UTF8);
+    SetConsoleOutputCP(CP_UTF8);
+    for (std::FILE* stream : {stdout, stderr}) {
+        // What a board sends must not get a second CR on its way into a file.
+        (void)_setmode(_fileno(stream), _O_BINARY);
+        const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
+        DWORD mode = 0;
+        if (GetConsoleMode(handle, &mode) != 0) // lines of progress go up by escape sequences
+            SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+    }
+    // Unbuffered, it would ask the system for every character. Every writer flushes.
+    constexpr std::size_t kBuffer = 4096;
+    (void)std::setvbuf(stderr, nullptr, _IOFBF, kBuffer);
+}
+
+StandardStreams::~StandardStreams() {
+    (void)std::fflush(stdout);
+    (void)std::fflush(stderr);
+    if (m_inputBefore != 0)
+        SetConsoleCP(m_inputBefore);
+    if (m_outputBefore != 0)
+        SetConsoleOutputCP(m_outputBefore);
+}
+#else
+StandardStreams::StandardStreams() = default;
+StandardStreams::~StandardStreams() {
+    (void)m_inputBefore;
+    (void)m_outputBefore;
+}
+#endif
 
 bool hasStandardOutput() {
 #ifdef _WIN32

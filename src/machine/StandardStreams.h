@@ -2,6 +2,20 @@
 
 namespace zrk {
 
+/// Has the standard streams take UTF-8 and write whole messages, byte for byte, for as long as it lives. On a
+/// console of Windows it sets the code page, which belongs to the console and is put back at the end.
+class StandardStreams {
+  public:
+    StandardStreams();
+    ~StandardStreams();
+    StandardStreams(const StandardStreams&) = delete;
+    StandardStreams& operator=(const StandardStreams&) = delete;
+
+  private:
+    unsigned m_inputBefore = 0; ///< code pages; 0 without a console
+    unsigned m_outputBefore = 0;
+};
+
 /// False for a program with a window that neither a console nor a redirection gives a place to write to.
 [[nodiscard]] bool hasStandardOutput();
 

@@ -23,7 +23,8 @@ class EventLoop {
 
     virtual ~EventLoop() = default;
 
-    /// Runs what is pending (clicks, timer ticks, repaints) and returns without blocking.
+    /// Runs what is pending (clicks, timer ticks, repaints) and returns without blocking. A call soon after
+    /// another may leave clicks, ticks and repaints to a later one, for some milliseconds at most.
     virtual void yield() = 0;
 
     /// Blocks until something happens, runs it and returns. Also returns when wake() was called

@@ -1,0 +1,60 @@
+#include "machine/PortDriver.h"
+
+#include "machine/QtEventLoop.h"
+#include "platform/RuntimeFailure.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+namespace {
+
+using namespace std::chrono_literals;
+using ErrorCode = boost::system::error_code;
+
+/// An adapter whose driver leaves the read waiting when it is pulled.
+struct SilentDevice final : zrk::PortDevice {
+    explicit SilentDevice(const std::atomic<bool>& isPulled) : pulled(isPulled) {}
+
+    void readSome(std::span<char>, Done) override {}
+    void writeSome(std::span<const char>, Done) override {}
+    void cancel() noexcept override {}
+    [[nodiscard]] std::chrono::milliseconds lookInterval() const override { return 1ms; }
+    [[nodiscard]] ErrorCode look() noexcept override {
+        return pulled ? make_error_code(boost::system::errc::no_such_device) : ErrorCode();
+    }
+    [[nodiscard]] QString goneText(const QString& port, const ErrorCode& error) const override {
+        return port + (error == boost::system::errc::no_such_device ? " was pulled" : " failed otherwise");
+    }
+    void discardReceived() noexcept override {}
+    [[nodiscard]] bool setXonXoff(bool) noexcept override { return true; }
+    [[nodiscard]] bool setDtr(bool) override { return true; }
+    [[nodiscard]] std::size_t unsentBytes() const noexcept override { return 0; }
+
+    const std::atomic<bool>& pulled;
+};
+
+TEST(PortDriver, ADeviceThatSaysNothingWhenItIsPulledIsFoundMissing) {
+    zrk::QtEventLoop loop;
+    std::atomic<bool> pulled = false;
+    zrk::PortDriver port(loop, "COM1", {10s, 100, 0});
+    port.start(std::make_unique<SilentDevice>(pulled));
+    port.serve(zrk::Handshaking::None);
+    const auto timer = loop.createTimer([&pulled] { pulled = true; });
+    timer->start(20ms);
+    while (!pulled) {
+        EXPECT_FALSE(port.isLost());
+        loop.wait();
+    }
+    timer->stop();
+    while (!port.isLost())
+        loop.wait(); // the driver wakes it
+    try {
+        (void)port.bytesWaiting();
+        FAIL() << "the port is lost";
+    } catch (const zrk::RuntimeFailure& failure) {
+        EXPECT_EQ(failure.description(), "COM1 was pulled");
+    }
+}
+
+} // namespace
