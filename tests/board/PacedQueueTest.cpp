@@ -1,5 +1,6 @@
-#include "board/AdapterBuffer.h"
 #include "board/PacedQueue.h"
+
+#include "board/AdapterBuffer.h"
 
 #include <gtest/gtest.h>
 
