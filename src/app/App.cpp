@@ -1,7 +1,7 @@
 #include "app/App.h"
 
+#include "app/FileRecording.h"
 #include "app/FirstExposure.h"
-#include "app/TraceRecording.h"
 
 #include <QEventLoop>
 #include <QScreen>
@@ -27,15 +27,26 @@ App::App(const AppOptions& options)
       m_boxes([this] { return topWindow(); }), m_fileDialog([this] { return &m_window; }),
       m_waitDialog([this] { return &m_window; }),
       m_loader({m_loop, m_tracedPorts, m_boxes, m_fileDialog, m_waitDialog}, m_ini.folder),
-      m_registry(createRegistry()), m_systemInfo(*m_registry, m_starter, m_loader),
+      m_log(m_loop, m_loader.controls.txtStatus), m_registry(createRegistry()),
+      m_systemInfo(*m_registry, m_starter, m_loader),
       m_window(m_loader, m_catalog, windowStore(), [this] { showAbout(); }) {
     m_loader.activity.limitRate(options.lineRate.value_or(TransferRate::kLineBytesPerSecond));
-    new TraceRecording(m_window.traceEntry(), m_tracedPorts, m_loader); // the entry's child
+    recordTrace(m_window.traceEntry(), m_tracedPorts, m_loader);
+    logToFile(m_window.logEntry(), m_window.logTimesEntry(), m_log, m_loader, windowStore());
+    m_window.onClosing([this] {
+        endRecords();
+        m_loop.yield(); // a failure of their last bytes is told
+    });
 }
 
 App::~App() {
     m_loader.port.CloseComPort();
+    endRecords();
+}
+
+void App::endRecords() {
     m_tracedPorts.stopTrace();
+    m_log.stop();
 }
 
 void App::start() {

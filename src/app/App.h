@@ -2,6 +2,7 @@
 
 #include "app/AboutBox.h"
 #include "app/AppOptions.h"
+#include "app/ConsoleLog.h"
 #include "app/MainWindow.h"
 #include "app/SystemInfo.h"
 #include "app/WaitForCommForm.h"
@@ -26,7 +27,7 @@ namespace zrk {
 class App {
   public:
     explicit App(const AppOptions& options);
-    /// Ends a trace, which is complete then.
+    /// Ends trace and log, which are complete then.
     ~App();
     App(const App&) = delete;
     App& operator=(const App&) = delete;
@@ -43,6 +44,7 @@ class App {
     /// Shows the window, the first time, and returns when it has its place on the screen.
     void showWindow();
     void bringUp();
+    void endRecords();
 
     IniChoice m_ini;
     int m_portNumber;
@@ -55,6 +57,7 @@ class App {
     WindowFileDialog m_fileDialog;
     WindowWaitDialog m_waitDialog;
     Loader m_loader;
+    ConsoleLog m_log;
     std::unique_ptr<Registry> m_registry;
     DetachedStarter m_starter;
     SystemInfo m_systemInfo;

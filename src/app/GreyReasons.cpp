@@ -46,6 +46,10 @@ void greyOnceSpent(Binder& binder, QProperty<bool>& spent, QWidget* control) {
 
 } // namespace
 
+QString reasonWhileBusy() {
+    return kBusy;
+}
+
 void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
     Controls& controls = loader.controls;
     QProperty<bool>& busy = loader.state.OperationActive;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace zrk {
 
 class Binder;
@@ -9,5 +11,8 @@ struct LoaderWidgets;
 /// Greys what a running operation has read already, and lets every grey control's tool tip say why it is
 /// grey and what to do.
 void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loader);
+
+/// The tool tip of what has to wait for an operation's end.
+[[nodiscard]] QString reasonWhileBusy();
 
 } // namespace zrk

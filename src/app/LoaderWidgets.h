@@ -77,6 +77,8 @@ struct LoaderWidgets {
     QAction* mnuExit = nullptr;
     QAction* mnuOpenIni = nullptr;
     QAction* mnuRecentIni = nullptr;
+    QAction* mnuLogToFile = nullptr;
+    QAction* mnuLogTimes = nullptr;
     QAction* mnuRecordTrace = nullptr;
     QAction* mnuAbout = nullptr;
     QAction* mnuFile = nullptr;

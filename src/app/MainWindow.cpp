@@ -112,6 +112,9 @@ void MainWindow::buildMenus(const QString& store) {
     const auto* iniFiles = new IniFiles(*file, m_loader, store);
     m_widgets.mnuOpenIni = iniFiles->openEntry();
     m_widgets.mnuRecentIni = iniFiles->recentEntry();
+    file->addSeparator();
+    m_widgets.mnuLogToFile = named(file->addAction(QString()), QStringLiteral("mnuLogToFile"));
+    m_widgets.mnuLogTimes = named(file->addAction(QString()), QStringLiteral("mnuLogTimes"));
     m_widgets.mnuRecordTrace = named(file->addAction(QString()), QStringLiteral("mnuRecordTrace"));
     m_widgets.mnuAbout = named(menuBar()->addAction(QString()), QStringLiteral("mnuAbout"));
     auto* help = named(menuBar()->addAction(QStringLiteral("&Help")), QStringLiteral("mnuHelp"));
@@ -128,6 +131,8 @@ void MainWindow::callWhenOver() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     event->setAccepted(m_loader.transfer.mayBeEnded() && m_loader.portControl.Form_Unload() == 0);
+    if (event->isAccepted() && m_whenClosing)
+        m_whenClosing();
 }
 
 void MainWindow::resizeEvent(QResizeEvent* event) {

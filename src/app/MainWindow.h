@@ -25,8 +25,13 @@ class MainWindow final : public QMainWindow {
                std::function<void()> showAbout);
     ~MainWindow() override;
 
-    /// The entry of the File menu that records a trace; what it does is up to the program.
+    /// The entries of the File menu that record; what they do is up to the program.
     [[nodiscard]] QAction& traceEntry() const { return *m_widgets.mnuRecordTrace; }
+    [[nodiscard]] QAction& logEntry() const { return *m_widgets.mnuLogToFile; }
+    [[nodiscard]] QAction& logTimesEntry() const { return *m_widgets.mnuLogTimes; }
+
+    /// The last chance to tell the user anything: the window closes then, and nothing runs any more.
+    void onClosing(std::function<void()> listener) { m_whenClosing = std::move(listener); }
 
     /// Makes the window, once it is shown, fit into `available` with its frame. Where the controls alone do
     /// not fit, the top left of the window stays in sight.
@@ -47,6 +52,7 @@ class MainWindow final : public QMainWindow {
     Binder m_binder;
     FormResize m_formResize;
     SnapBack m_snapBack{*this};
+    std::function<void()> m_whenClosing;
 };
 
 } // namespace zrk

@@ -1,17 +1,13 @@
 #pragma once
 
+#include "machine/FileWriter.h"
+#include "platform/EventLoop.h"
+
 #include <QByteArray>
-#include <QByteArrayView>
-#include <QString>
 
 #include <chrono>
-#include <functional>
-#include <memory>
-#include <thread>
 
 namespace zrk {
-
-class EventLoop;
 
 /// What passes a serial port, in a text file for people to read and for the simulated board to replay.
 ///
@@ -27,16 +23,12 @@ class EventLoop;
 /// one direction that belong to the same 20 ms share a line, in hexadecimal and, between bars, as text with a
 /// dot for what does not print. The other lines: open (port, device, settings), refused (why), handshaking
 /// none|xonxoff, dtr on|off, lost (why), and close with the number of bytes that may never have left.
-///
-/// A thread of its own writes, at most 0.2 s after the event; no call waits for the disk.
 class TraceFile {
   public:
     enum class Direction : char { ToBoard = '>', FromBoard = '<' };
-    using Told = std::function<void(const QString&)>;
+    using Told = FileWriter::Told;
 
-    /// Writes over a file that is there. Throws RuntimeFailure (File) that says what, why and what to do.
-    /// `failed` gets to know, once and on the loop's thread, why the trace ended too early: by a task posted
-    /// to the loop, or at the latest by end().
+    /// As FileWriter has it.
     TraceFile(const QString& path, EventLoop& loop, Told failed);
     ~TraceFile();
     TraceFile(const TraceFile&) = delete;
@@ -46,24 +38,22 @@ class TraceFile {
     void bytes(Direction direction, QByteArrayView bytes);
     void event(const QString& text);
 
-    /// Writes what is left; a file that does not take it within seconds is given up.
+    /// As FileWriter has it.
     void end();
 
   private:
-    struct Entry;
-    struct Shared;
-
     [[nodiscard]] std::chrono::microseconds now() const;
-    void append(std::chrono::microseconds at, char kind, QByteArrayView bytes);
-    void tellFailure();
-    static void writeUntilEnd(Shared& shared);
+    void startLine(std::chrono::microseconds at, char kind);
+    void finishLine();
 
     EventLoop& m_loop;
-    Told m_failed; ///< empty once told
-    std::chrono::steady_clock::time_point m_began;
-    std::shared_ptr<Shared> m_shared; ///< outlives this while a write hangs
-    std::shared_ptr<TraceFile*> m_self;
-    std::thread m_writer;
+    EventLoop::TimePoint m_began;
+    FileWriter m_writer;
+    // The line that takes bytes.
+    std::chrono::microseconds m_at{};
+    char m_kind = 0;
+    QByteArray m_bytes; ///< of no line when empty
+    std::unique_ptr<Timer> m_finish;
 };
 
 } // namespace zrk

@@ -1,5 +1,6 @@
+#include "app/ConsoleLog.h"
 #include "app/FileNameEdit.h"
-#include "app/TraceRecording.h"
+#include "app/FileRecording.h"
 #include "gui/WindowRig.h"
 #include "machine/TracedPorts.h"
 
@@ -274,7 +275,7 @@ TEST_F(Window, RecordsATraceBetweenTwoClicks) {
     zrk::Loader recorded({loop, traced, boxes, fileDialog, waitDialog}, folder.path());
     recorded.startUp.prepare({folder.path(), "loader", 0, 7, 34});
     auto* entry = find<QAction>("mnuRecordTrace");
-    new zrk::TraceRecording(*entry, traced, recorded);
+    zrk::recordTrace(*entry, traced, recorded);
     trigger("mnuRecordTrace");
     EXPECT_FALSE(entry->isChecked()) << "the dialog was cancelled";
     EXPECT_TRUE(fileDialog.requests[0].isToBeWritten);
@@ -297,6 +298,47 @@ TEST_F(Window, RecordsATraceBetweenTwoClicks) {
     loop.runFor(1ms);
     EXPECT_EQ(boxes.shown.size(), 1);
     EXPECT_TRUE(boxes.shown.value(0).contains("/nonexistent/bench.trace cannot be written"));
+}
+
+TEST_F(Window, LogsWhatComesIntoTheConsoleBetweenTwoClicks) {
+    zrk::ConsoleLog log(loop, loader.controls.txtStatus);
+    auto* entry = find<QAction>("mnuLogToFile");
+    auto* stamps = find<QAction>("mnuLogTimes");
+    zrk::logToFile(*entry, *stamps, log, loader, folder.filePath("window.conf"));
+    EXPECT_FALSE(stamps->isChecked());
+    loader.console.PrintPlain("before");
+    fileDialog.choice = folder.filePath("bench.log");
+    trigger("mnuLogToFile");
+    EXPECT_EQ(entry->text(), "Log to &file bench.log");
+    loader.state.OperationActive = true;
+    EXPECT_TRUE(entry->isEnabled()) << "to end it takes no dialog";
+    loader.state.OperationActive = false;
+    loader.console.PrintPlain(QStringLiteral("printed \u00e4\r\n"));
+    loader.terminal.ShowReceived(QStringLiteral("\b\u001b[0;32mboard\u00c3\u00a4\b\r\n"));
+    stamps->trigger();
+    loader.console.PrintPlain("at");
+    trigger("mnuLogToFile");
+    loader.console.PrintPlain("behind");
+    QFile file(fileDialog.choice);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray logged = file.readAll();
+    const QByteArray plain = "printed \xC3\xA4\r\n\b\x1b[0;32mboard\xC3\xA4\b\r\n";
+    EXPECT_TRUE(logged.startsWith(plain)) << logged.constData();
+    EXPECT_EQ(logged.size(), plain.size() + QByteArray("2026-03-01 14:05:06.789 at").size());
+    EXPECT_TRUE(
+        QSettings(folder.filePath("window.conf"), QSettings::IniFormat).value("logTimeStamps").toBool());
+
+    // A failure leaves the entry ready for the next try.
+    fileDialog.choice = "/nonexistent/bench.log";
+    trigger("mnuLogToFile");
+    loop.runFor(1ms);
+    EXPECT_TRUE(boxes.shown.value(0).contains("/nonexistent/bench.log cannot be written"));
+    fileDialog.choice = folder.filePath("second.log");
+    trigger("mnuLogToFile");
+    EXPECT_TRUE(entry->isChecked());
+    trigger("mnuLogToFile");
+    loader.state.OperationActive = true;
+    EXPECT_FALSE(entry->isEnabled());
 }
 
 } // namespace

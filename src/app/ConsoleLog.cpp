@@ -1,0 +1,33 @@
+#include "app/ConsoleLog.h"
+
+#include "controls/ConsoleText.h"
+
+#include <utility>
+
+namespace zrk {
+
+ConsoleLog::ConsoleLog(EventLoop& loop, ConsoleText& console) : m_loop(loop) {
+    console.onPiece([this](const QString& piece, TextOrigin origin) {
+        if (m_file && origin != TextOrigin::Anew) // which is nothing that came
+            m_file->append(origin == TextOrigin::Board ? piece.toLatin1() : piece.toUtf8());
+    });
+}
+
+void ConsoleLog::start(const QString& path, FileWriter::Told failed) {
+    stop();
+    m_file = std::make_unique<LogFile>(path, m_loop, std::move(failed));
+    m_file->setTimeStamps(m_hasTimeStamps);
+}
+
+void ConsoleLog::stop() {
+    // First, since whoever is told of a failure may start the next one.
+    const auto ended = std::exchange(m_file, nullptr);
+}
+
+void ConsoleLog::setTimeStamps(bool on) {
+    m_hasTimeStamps = on;
+    if (m_file)
+        m_file->setTimeStamps(on);
+}
+
+} // namespace zrk

@@ -1,0 +1,153 @@
+#include "machine/FileWriter.h"
+
+#include "platform/EventLoop.h"
+#include "platform/RuntimeFailure.h"
+
+#include <QFile>
+
+#include <condition_variable>
+#include <mutex>
+#include <utility>
+
+namespace zrk {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kWriteInterval = 200ms;
+constexpr std::chrono::milliseconds kLastWriteLimit = 3s;
+constexpr qsizetype kMostPending = qsizetype{32} << 20; // a disk so far behind takes nothing any more
+
+} // namespace
+
+struct FileWriter::Shared {
+    QString what;
+    QFile file; ///< the writer's, once it runs
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    // Guarded by mutex.
+    QByteArray pending;
+    bool isBehind = false; ///< some of what came is not in `pending`
+    bool ending = false;
+    bool ended = false;
+    QString failure;
+    std::function<void()> notify; ///< has the owner look at `failure`; empty once that has gone
+
+    [[nodiscard]] QString cannotWrite(const QString& why) const {
+        return QStringLiteral("The %1 %2 cannot be written: %3.").arg(what, file.fileName(), why);
+    }
+
+    void fail(const QString& why) {
+        const std::scoped_lock lock(mutex);
+        failure = cannotWrite(why) + QStringLiteral(" The %1 ends here, the operation does not; make room or "
+                                                    "choose another file and start a new %1.")
+                                         .arg(what);
+        pending.clear();
+        if (notify)
+            notify();
+    }
+
+    /// True when all of it is in the file; else no more than whole lines of it.
+    [[nodiscard]] bool write(const QByteArray& bytes) {
+        const qint64 before = file.pos();
+        const qint64 taken = file.write(bytes);
+        if (taken == bytes.size())
+            return true;
+        const QString why = file.errorString();
+        if (taken != 0) // of which some may be there, whatever the call says
+            file.resize(before + bytes.lastIndexOf('\n', std::max<qint64>(file.size() - before, 1) - 1) + 1);
+        fail(why);
+        return false;
+    }
+};
+
+FileWriter::FileWriter(const QString& path, QString what, EventLoop& loop, Told failed)
+    : m_failed(std::move(failed)), m_shared(std::make_shared<Shared>()),
+      m_self(std::make_shared<FileWriter*>(this)) {
+    m_shared->what = std::move(what);
+    m_shared->file.setFileName(path);
+    if (!m_shared->file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+        throw RuntimeFailure(FailureKind::File,
+                             m_shared->cannotWrite(m_shared->file.errorString()) +
+                                 QStringLiteral(" Choose a file in a folder that you may write to."));
+    m_shared->notify = [&loop, owner = std::weak_ptr(m_self)] {
+        loop.post([owner] {
+            if (const auto self = owner.lock())
+                (*self)->tellFailure();
+        });
+    };
+    m_writer = std::thread([shared = m_shared] { writeUntilEnd(*shared); });
+}
+
+FileWriter::~FileWriter() {
+    end();
+}
+
+void FileWriter::append(QByteArrayView bytes) {
+    const std::scoped_lock lock(m_shared->mutex);
+    if (bytes.isEmpty() || m_shared->ending || m_shared->isBehind || !m_shared->failure.isEmpty())
+        return;
+    // Only then, for the writer gathers for a while anyway.
+    if (m_shared->pending.isEmpty())
+        m_shared->changed.notify_all();
+    if (m_shared->pending.size() + bytes.size() > kMostPending)
+        m_shared->isBehind = true;
+    else
+        m_shared->pending.append(bytes);
+}
+
+void FileWriter::end() {
+    {
+        std::unique_lock lock(m_shared->mutex);
+        m_shared->ending = true;
+        m_shared->changed.notify_all();
+        m_shared->changed.wait_for(lock, kLastWriteLimit, [this] { return m_shared->ended; });
+        m_shared->notify = nullptr;
+        if (!m_shared->ended && m_shared->failure.isEmpty())
+            m_shared->failure = QStringLiteral("The %1 %2 is not complete: its disk does not answer.")
+                                    .arg(m_shared->what, m_shared->file.fileName());
+        if (!m_shared->ended && m_writer.joinable())
+            m_writer.detach();
+    }
+    if (m_writer.joinable())
+        m_writer.join();
+    tellFailure();
+}
+
+void FileWriter::tellFailure() {
+    QString failure;
+    {
+        const std::scoped_lock lock(m_shared->mutex);
+        failure = m_shared->failure;
+    }
+    if (!failure.isEmpty() && m_failed)
+        std::exchange(m_failed, nullptr)(failure);
+}
+
+void FileWriter::writeUntilEnd(Shared& shared) {
+    bool writes = true;
+    std::unique_lock lock(shared.mutex);
+    while (true) {
+        const bool last = shared.ending;
+        const bool isBehind = shared.isBehind;
+        const QByteArray bytes = std::exchange(shared.pending, {});
+        lock.unlock();
+        writes = writes && shared.write(bytes);
+        if (writes && isBehind) {
+            writes = false;
+            shared.fail(QStringLiteral("its disk is too slow"));
+        }
+        lock.lock();
+        if (last)
+            break;
+        shared.changed.wait(lock, [&] { return shared.ending || !shared.pending.isEmpty(); });
+        shared.changed.wait_for(lock, kWriteInterval, [&] { return shared.ending; });
+    }
+    shared.file.close();
+    shared.ended = true;
+    shared.changed.notify_all();
+}
+
+} // namespace zrk

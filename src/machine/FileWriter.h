@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <thread>
+
+namespace zrk {
+
+class EventLoop;
+
+/// A file of what happens, written by a thread of its own at most 0.2 s later, so that no call waits for the
+/// disk.
+class FileWriter {
+  public:
+    using Told = std::function<void(const QString&)>;
+
+    /// Writes over a file that is there. `what` names it in messages: "trace". Throws RuntimeFailure (File)
+    /// that says what, why and what to do.
+    /// `failed` gets to know, once and on the loop's thread, why the file ended too early: by a task posted
+    /// to the loop, or at the latest by end(). It then ends with the last whole line that it took.
+    FileWriter(const QString& path, QString what, EventLoop& loop, Told failed);
+    ~FileWriter();
+    FileWriter(const FileWriter&) = delete;
+    FileWriter& operator=(const FileWriter&) = delete;
+
+    /// Does nothing once the file has ended.
+    void append(QByteArrayView bytes);
+
+    /// Writes what is left; a file that does not take it within seconds is given up.
+    void end();
+
+  private:
+    struct Shared;
+
+    void tellFailure();
+    static void writeUntilEnd(Shared& shared);
+
+    Told m_failed;                    ///< empty once told
+    std::shared_ptr<Shared> m_shared; ///< outlives this while a write hangs
+    std::shared_ptr<FileWriter*> m_self;
+    std::thread m_writer;
+};
+
+} // namespace zrk
