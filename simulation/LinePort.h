@@ -21,6 +21,8 @@ class LinePort : public zrk::SerialPorts {
     [[nodiscard]] std::unique_ptr<zrk::SerialPort> open(int number, const zrk::LineSettings& settings,
                                                         zrk::Handshaking handshaking) override;
     [[nodiscard]] QString deviceName(int number) const override;
+    [[nodiscard]] std::optional<bool> isThere(int /*number*/) const override { return isPresent; }
+    [[nodiscard]] QString notice(int /*number*/) const override { return noticed; }
     [[nodiscard]] bool isOpen() const { return m_open; }
 
     // The line and what happens to it.
@@ -28,6 +30,8 @@ class LinePort : public zrk::SerialPorts {
     bool stalled = false;                      ///< takes no byte any more
     bool failsToOpen = false;                  ///< "The device is not there."
     bool failsHandshaking = false;             ///< "The driver refused."
+    std::optional<bool> isPresent;             ///< as the machine tells
+    QString noticed;                           ///< what a user should know of the port
     std::optional<zrk::LineErrors> lineErrors; ///< as the device counts them
     qsizetype hangUpAfterBytes = 0;            ///< hangs up when the far end has got so many; 0: never
     void hangUp();

@@ -6,16 +6,36 @@
 #include <QAbstractItemView>
 #include <QEvent>
 #include <QItemSelectionModel>
+#include <QStyledItemDelegate>
 #include <QToolTip>
 
 namespace zrk {
 namespace {
 
 constexpr std::chrono::milliseconds kRefreshInterval{1000};
+constexpr int kDeviceRole = Qt::AccessibleDescriptionRole; // which a screen reader tells behind the text
+constexpr int kIsThereRole = Qt::UserRole + 1;             // behind the role of an entry's own data
+
+/// An entry of the open list with its device; its text is the port's name alone.
+class EntryDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->text += QStringLiteral("   ") + index.data(kDeviceRole).toString();
+        if (!index.data(kIsThereRole).toBool()) {
+            const QPalette& palette = option->palette;
+            option->palette.setColor(QPalette::Text, palette.color(QPalette::Disabled, QPalette::Text));
+        }
+    }
+};
 
 } // namespace
 
 PortList::PortList(QWidget* parent) : QComboBox(parent) {
+    setItemDelegate(new EntryDelegate(this));
     // Later, because the keyboard and the mouse change the selection first and then the current entry.
     connect(view()->selectionModel(), &QItemSelectionModel::selectionChanged, this, &PortList::takeSelection,
             Qt::QueuedConnection);
@@ -29,7 +49,9 @@ void PortList::setDescriptions(EventLoop& loop, std::function<Descriptions()> lo
 }
 
 void PortList::showPopup() {
-    refreshToolTips();
+    refresh();
+    const int frame = view()->width() - view()->viewport()->width();
+    view()->setMinimumWidth(view()->sizeHintForColumn(0) + frame);
     QComboBox::showPopup();
     if (m_whileOpen)
         m_whileOpen->start(kRefreshInterval);
@@ -37,7 +59,7 @@ void PortList::showPopup() {
 
 bool PortList::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip)
-        refreshToolTips();
+        refresh();
     return QComboBox::event(event);
 }
 
@@ -49,22 +71,24 @@ void PortList::takeSelection() {
     setCurrentIndex(selected.first().row());
 }
 
-void PortList::refreshToolTips() {
+void PortList::refresh() {
     if (!m_lookUp)
         return;
     const Descriptions all = m_lookUp();
-    for (int i = 0; i < count(); ++i)
-        setItemData(i,
-                    plainToolTip(all.value(itemData(i).toInt(),
-                                           QStringLiteral("There is no such port on this machine."))),
-                    Qt::ToolTipRole);
+    for (int i = 0; i < count(); ++i) {
+        const auto told = all.value(itemData(i).toInt(),
+                                    {{}, QStringLiteral("There is no such port on this machine."), false});
+        setItemData(i, told.device, kDeviceRole);
+        setItemData(i, told.isThere, kIsThereRole);
+        setItemData(i, plainToolTip(told.toolTip), Qt::ToolTipRole);
+    }
     setToolTip(currentData(Qt::ToolTipRole).toString());
 }
 
 void PortList::refreshWhileOpen() {
     if (!view()->isVisible())
         return m_whileOpen->stop();
-    refreshToolTips();
+    refresh();
     // A tool tip that is being read follows, too.
     const QPoint mouse = QCursor::pos();
     const QModelIndex entry = view()->indexAt(view()->viewport()->mapFromGlobal(mouse));

@@ -11,9 +11,10 @@ namespace zrk {
 class EventLoop;
 class Timer;
 
-/// `cmbComPort`: tells in an entry's tool tip what is behind it, looked up whenever it may be seen and every
-/// second while the list is open, because adapters come and go. An entry that a screen reader or another tool
-/// selects in the list is chosen, as a click on it would be.
+/// `cmbComPort`: shows beside each entry of the open list the device behind it, greyed where there is none, and
+/// tells more in the tool tip. That is looked up whenever it may be seen and every second while the list is
+/// open, because adapters come and go. An entry that a screen reader or another tool selects in the list is
+/// chosen, as a click on it would be.
 class PortList : public QComboBox {
     Q_OBJECT
 
@@ -21,8 +22,14 @@ class PortList : public QComboBox {
     explicit PortList(QWidget* parent = nullptr);
     ~PortList() override;
 
-    /// What there is to tell about each port number; none for a port that is not there.
-    using Descriptions = QHash<int, QString>;
+    /// What there is to tell about a port.
+    struct Description {
+        QString device;
+        QString toolTip;
+        bool isThere = true;
+    };
+    /// By port number; none for one that stands for no device.
+    using Descriptions = QHash<int, Description>;
     void setDescriptions(EventLoop& loop, std::function<Descriptions()> lookUp);
 
     void showPopup() override;
@@ -32,7 +39,7 @@ class PortList : public QComboBox {
 
   private:
     void takeSelection();
-    void refreshToolTips();
+    void refresh();
     void refreshWhileOpen();
 
     std::function<Descriptions()> m_lookUp;

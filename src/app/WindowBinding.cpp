@@ -144,17 +144,18 @@ void bindAddressList(QTreeWidget* list, Loader& loader) {
 
 /// A device that is none of the machine's ports still says its name.
 PortList::Descriptions describePorts(const Loader& loader, const PortCatalog& catalog) {
-    PortList::Descriptions texts;
+    PortList::Descriptions all;
     for (const ListEntry& entry : loader.controls.cmbComPort.List.value()) {
         const QString device = loader.port.deviceName(entry.itemData);
         if (!device.isEmpty())
-            texts.insert(entry.itemData, device);
+            all.insert(entry.itemData, {device, device, false});
     }
     for (const PortEntry& port : catalog.ports()) {
         for (const int number : port.numbers)
-            texts.insert(number, describe(port).join(QLatin1Char('\n')));
+            all.insert(number,
+                       {port.device, describe(port).join(QLatin1Char('\n')), port.isThere.value_or(true)});
     }
-    return texts;
+    return all;
 }
 
 } // namespace

@@ -1,14 +1,11 @@
 #include "machine/MachineCatalog.h"
 
+#include "machine/NetworkAddress.h"
+
 #include <algorithm>
 
 namespace zrk {
 namespace {
-
-/// Whether such a port is there shows only when it is connected to.
-bool isOnNetwork(const QString& device) {
-    return device.startsWith(QLatin1String("tcp:")) || device.startsWith(QLatin1String("rfc2217:"));
-}
 
 PortEntry* entryOf(std::vector<PortEntry>& ports, const QString& device) {
     const auto found = std::find_if(ports.begin(), ports.end(), [&device](const PortEntry& port) {

@@ -1,9 +1,11 @@
 #include "machine/MachinePorts.h"
 
 #include "machine/NativePort.h"
+#include "machine/NetworkAddress.h"
 #include "machine/NetworkOpening.h"
 #include "machine/PortDriver.h"
 #include "machine/PortMessages.h"
+#include "machine/SystemPorts.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QScopedValueRollback>
@@ -53,6 +55,15 @@ std::unique_ptr<SerialPort> MachinePorts::open(int number, const LineSettings& s
     driver->start(std::move(native));
     driver->serve(handshaking);
     return driver;
+}
+
+std::optional<bool> MachinePorts::isThere(int number) const {
+    const QString device = m_names.device(number);
+    return isOnNetwork(device) ? std::nullopt : std::optional(isInstalled(device));
+}
+
+QString MachinePorts::notice(int number) const {
+    return m_names.isFallback(number) ? port_messages::fallback(number, m_names.device(number)) : QString();
 }
 
 void MachinePorts::giveUp() {

@@ -33,6 +33,8 @@ class MachinePorts final : public SerialPorts {
                                                    Handshaking handshaking) override;
     void giveUp() override;
     [[nodiscard]] QString deviceName(int number) const override { return m_names.device(number); }
+    [[nodiscard]] std::optional<bool> isThere(int number) const override;
+    [[nodiscard]] QString notice(int number) const override;
 
   private:
     EventLoop& m_loop;

@@ -61,6 +61,10 @@ QString NetworkAddress::place() const {
     return shown + QLatin1Char(':') + QString::number(port);
 }
 
+bool isOnNetwork(const QString& name) {
+    return name.startsWith(QLatin1String("tcp:")) || name.startsWith(QLatin1String("rfc2217:"));
+}
+
 QString networkProblem(const QString& name) {
     try {
         (void)NetworkAddress::parse(name);

@@ -25,6 +25,9 @@ struct NetworkAddress {
     [[nodiscard]] QString place() const;
 };
 
+/// True for a device's name that begins like that of a port on the network, well-formed or not.
+[[nodiscard]] bool isOnNetwork(const QString& name);
+
 /// What is wrong with a device's name that begins like that of a port on the network; "" for nothing.
 [[nodiscard]] QString networkProblem(const QString& name);
 

@@ -65,6 +65,13 @@ QString noDevice(int number) {
              PortNames::variable(number));
 }
 
+QString fallback(int number, const QString& device) {
+    QStringList adapters = PortNames::candidates(number);
+    adapters.removeAll(device);
+    return QStringLiteral("COM%1 is the built-in port %2, since no adapter (%3) is there.")
+        .arg(QString::number(number), device, adapters.join(QStringLiteral(", ")));
+}
+
 QString badName(int number, const QString& problem) {
     return QStringLiteral("Cannot open COM%1: %2").arg(QString::number(number), problem);
 }

@@ -17,6 +17,8 @@ namespace port_messages {
 
 [[nodiscard]] QString noSuchNumber(int number);
 [[nodiscard]] QString noDevice(int number);
+/// Before it is opened: the number stands for the machine's own port, since no adapter is there.
+[[nodiscard]] QString fallback(int number, const QString& device);
 /// `problem` is a sentence that begins with the name.
 [[nodiscard]] QString badName(int number, const QString& problem);
 [[nodiscard]] QString cannotOpen(const QString& port, const OpenResult& result);

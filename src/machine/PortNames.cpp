@@ -50,6 +50,15 @@ bool PortNames::isNamed(int number) const {
     return m_overrides.contains(number) || !m_machine.environment(variable(number)).isEmpty();
 }
 
+bool PortNames::isFallback(int number) const {
+#ifdef Q_OS_WIN
+    (void)number; // COMn is the same port whatever else there is
+    return false;
+#else
+    return isPortNumber(number) && !isNamed(number) && device(number) == candidates(number).constLast();
+#endif
+}
+
 QString PortNames::deviceNamed(const QString& name) const {
     static const QRegularExpression kPort(QStringLiteral("^COM([1-8]):?$"),
                                           QRegularExpression::CaseInsensitiveOption);

@@ -34,6 +34,10 @@ class PortNames {
     /// True when the user, not the system, says which device port `number` is.
     [[nodiscard]] bool isNamed(int number) const;
 
+    /// True when the port is one that is built into the machine, because no adapter is there for `number` and
+    /// the user has named none.
+    [[nodiscard]] bool isFallback(int number) const;
+
     /// The device for what a user names: a port ("COM3", "com3:") or the device itself.
     /// "" when it is a port that has no device.
     [[nodiscard]] QString deviceNamed(const QString& name) const;

@@ -25,6 +25,9 @@ struct PortPlaces {
 /// Fills in what the system tells about each entry's device: stable name, there, permitted, free.
 void inspectPorts(std::vector<PortEntry>& ports, const PortPlaces& places);
 
+/// True when the device, a port of this machine, is there.
+[[nodiscard]] bool isInstalled(const QString& device);
+
 /// True when both names lead to the same device.
 [[nodiscard]] bool isSameDevice(const QString& one, const QString& other);
 

@@ -144,6 +144,10 @@ void inspectPorts(std::vector<PortEntry>& ports, const PortPlaces& places) {
     }
 }
 
+bool isInstalled(const QString& device) {
+    return !device.isEmpty() && QFileInfo::exists(device);
+}
+
 bool isSameDevice(const QString& one, const QString& other) {
     return realDevice(one) == realDevice(other);
 }

@@ -173,6 +173,12 @@ void inspectPorts(std::vector<PortEntry>& ports, const PortPlaces& places) {
     }
 }
 
+bool isInstalled(const QString& device) {
+    std::array<wchar_t, MAX_PATH> target{};
+    return QueryDosDeviceW(comName(device).toStdWString().c_str(), target.data(),
+                           static_cast<DWORD>(target.size())) != 0;
+}
+
 bool isSameDevice(const QString& one, const QString& other) {
     return comName(one) == comName(other);
 }

@@ -28,6 +28,8 @@ class TracedPorts final : public SerialPorts {
                                                    Handshaking handshaking) override;
     void giveUp() override { m_ports.giveUp(); }
     [[nodiscard]] QString deviceName(int number) const override { return m_ports.deviceName(number); }
+    [[nodiscard]] std::optional<bool> isThere(int number) const override { return m_ports.isThere(number); }
+    [[nodiscard]] QString notice(int number) const override { return m_ports.notice(number); }
 
   private:
     class TracedPort;

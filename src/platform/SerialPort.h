@@ -86,6 +86,13 @@ class SerialPorts {
 
     /// The device that `number` stands for, for display ("" when there is none).
     [[nodiscard]] virtual QString deviceName(int number) const = 0;
+
+    /// Whether that device is there; nothing where it shows only when it is opened.
+    [[nodiscard]] virtual std::optional<bool> isThere(int /*number*/) const { return {}; }
+
+    /// What a user should know before the port is opened: that `number` has fallen to a device that he may not
+    /// have meant. "" for nothing.
+    [[nodiscard]] virtual QString notice(int /*number*/) const { return {}; }
 };
 
 } // namespace zrk

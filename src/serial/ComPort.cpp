@@ -30,6 +30,7 @@ void ComPort::OpenComPort() {
                 .arg(m_commPort));
     const QScopedValueRollback opening(m_isOpening, true);
     m_commPort = m_controls.cmbComPort.selectedItemData();
+    tellNotice();
     const QString before = m_controls.lblState.Caption;
     m_controls.lblState.Caption = QStringLiteral("Opening...");
     const auto closedAgain = qScopeGuard([&] {
@@ -40,9 +41,24 @@ void ComPort::OpenComPort() {
     m_open = m_ports.open(m_commPort, LineSettings{}, asked);
     if (m_handshaking != asked) // by a click in the meantime
         m_open->setHandshaking(m_handshaking);
+    m_openedDevice = m_ports.deviceName(m_commPort);
     m_lastReceived.clear();
     m_controls.lblState.Caption = QStringLiteral("Open...");
     m_controls.cmbComPort.Enabled = false;
+}
+
+void ComPort::tellNotice() {
+    const QString notice = m_ports.notice(m_commPort);
+    if (!notice.isEmpty() && notice != m_toldNotice)
+        m_controls.txtStatus.append(QStringLiteral("\r\n--- %1 ---\r\n").arg(notice));
+    m_toldNotice = notice;
+}
+
+std::optional<bool> ComPort::openedDeviceIsThere() const {
+    const auto isThere = m_ports.isThere(m_commPort);
+    return isThere ? std::optional(*isThere && m_ports.deviceName(m_commPort) == m_openedDevice &&
+                                   m_controls.cmbComPort.selectedItemData() == m_commPort)
+                   : std::nullopt;
 }
 
 void ComPort::CloseComPort() noexcept {

@@ -17,7 +17,7 @@ class ComPort {
     ComPort(SerialPorts& ports, Controls& controls) : m_ports(ports), m_controls(controls) {}
 
     /// Opens the selected port at 115200,N,8,1; does nothing when the port is open. Yields while a port on
-    /// the network is connected to.
+    /// the network is connected to. What the user should know of it beforehand comes into the console, once.
     void OpenComPort();
 
     /// Closes the port, or gives up opening it; does nothing when it is closed.
@@ -81,7 +81,15 @@ class ComPort {
     /// The device behind the number, for display.
     [[nodiscard]] QString deviceName(int number) const { return m_ports.deviceName(number); }
 
+    /// The device that was opened last.
+    [[nodiscard]] QString openedDevice() const { return m_openedDevice; }
+
+    /// Whether the selected number stands for that device again or still, and it is there; nothing where that
+    /// shows only when it is opened.
+    [[nodiscard]] std::optional<bool> openedDeviceIsThere() const;
+
   private:
+    void tellNotice();
     [[nodiscard]] SerialPort& opened() const;
     [[nodiscard]] QByteArray take(qsizetype most);
     [[nodiscard]] QByteArray takeFromDevice(qsizetype most);
@@ -94,6 +102,8 @@ class ComPort {
     LineErrors m_errorsBefore;              ///< the device's count when counting began
     std::optional<LineErrors> m_errorsKept; ///< what had come by the time the port was closed
     int m_commPort = 1;
+    QString m_openedDevice;
+    QString m_toldNotice;
     bool m_isOpening = false;
     Handshaking m_handshaking = Handshaking::None;
     InputMode m_inputMode = InputMode::Binary;

@@ -51,8 +51,14 @@ int PortControl::Form_Unload() {
 }
 
 void PortControl::watchIdlePort() {
-    if (m_desk.state.OperationActive || !m_port.isOpen() || !m_port.isLost())
-        return;
+    m_isPulled = m_isPulled && m_desk.state.TerminalMode && !m_desk.state.OperationActive && !m_port.isOpen();
+    if (m_isPulled)
+        reopen();
+    else if (!m_desk.state.OperationActive && m_port.isLost())
+        closeLost();
+}
+
+void PortControl::closeLost() {
     if (m_desk.state.TerminalMode)
         m_terminal.timCommReceive_Timer(); // what arrived before the device went away is still shown
     QString reason;
@@ -63,7 +69,25 @@ void PortControl::watchIdlePort() {
     }
     m_port.CloseComPort();
     resetStartButtons();
-    m_console.PrintPlain(QStringLiteral("\r\n--- ") + reason + QStringLiteral(" Port closed. ---\r\n"));
+    m_isPulled = m_desk.state.TerminalMode && m_port.openedDeviceIsThere().has_value();
+    m_console.PrintPlain(QStringLiteral("\r\n--- ") + reason +
+                         (m_isPulled
+                              ? QStringLiteral(" Port closed. The terminal goes on when it is back. ---\r\n")
+                              : QStringLiteral(" Port closed. ---\r\n")));
+}
+
+void PortControl::reopen() {
+    if (!m_port.openedDeviceIsThere().value_or(false))
+        return;
+    try {
+        m_port.OpenComPort();
+    } catch (const RuntimeFailure&) {
+        return; // the system may not have given it to the user's group yet
+    }
+    m_isPulled = false;
+    m_console.PrintPlain(QStringLiteral("\r\n--- COM%1 (%2) is back. Port open. ---\r\n")
+                             .arg(m_port.CommPort())
+                             .arg(m_port.openedDevice()));
 }
 
 } // namespace zrk

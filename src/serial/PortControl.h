@@ -22,17 +22,21 @@ class PortControl {
     /// window has to stay open because an operation runs, else 0.
     [[nodiscard]] int Form_Unload();
 
-    /// Twice a second: an idle open port whose device is gone is closed, with one line in the console.
-    /// Operations find out by themselves.
+    /// Twice a second: an idle open port whose device is gone is closed, with one line in the console, and in
+    /// terminal mode opened again, with another one, when the same device is back. Operations find out by
+    /// themselves.
     void watchIdlePort();
 
   private:
+    void closeLost();
+    void reopen();
     void resetStartButtons();
 
     Desk& m_desk;
     ComPort& m_port;
     StatusConsole& m_console;
     TerminalMode& m_terminal;
+    bool m_isPulled = false; ///< from a terminal, which goes on when the device is back
     std::unique_ptr<Timer> m_watch;
 };
 

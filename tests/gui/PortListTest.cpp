@@ -22,6 +22,20 @@ TEST_F(WindowTest, TheOpenPortListFollowsAdaptersThatComeAndGo) {
               "/by-id/usb-X|COM2, COM3, /dev/ttyUSB1|FT232R, FTDI|serial number A5, USB 0403:6001|"
               "in use by minicom (4711)|no permission: add yourself to the group dialout and log in again");
     EXPECT_EQ(ports->itemText(1), "COM2:");
+    // In the open list the device stands beside it, and what is not there is grey.
+    const auto drawn = [ports](int row) {
+        const QRect place = ports->view()->visualRect(ports->model()->index(row, 0));
+        const QImage image = ports->view()->viewport()->grab(place).toImage();
+        int darkest = 255;
+        for (int x = image.width() / 3; x < image.width(); ++x)
+            for (int y = 0; y < image.height(); ++y)
+                darkest = std::min(darkest, image.pixelColor(x, y).lightness());
+        return darkest;
+    };
+    EXPECT_LT(drawn(1), 80) << "there";
+    EXPECT_GT(drawn(4), 80) << "a device that no catalog knows";
+    EXPECT_LT(drawn(4), 220);
+    EXPECT_EQ(ports->itemData(1, Qt::AccessibleDescriptionRole), "/dev/ttyUSB1");
     catalog.entries[0].isThere = false;
     EXPECT_NE(told(1).find("|not there: plug the adapter in"), std::string::npos) << told(0);
     // Closed it rests; open again it is as the machine is then.

@@ -24,6 +24,8 @@ TEST(PortNames, OverrideThenEnvironmentThenFirstDeviceThatExists) {
         {5, ""},           {8, "/dev/ttyS7"},   {0, ""},           {9, ""}};
     for (const auto& [number, device] : cases)
         EXPECT_EQ(names.device(number).toStdString(), device) << number;
+    for (int number = 0; number <= 9; ++number)
+        EXPECT_EQ(names.isFallback(number), number == 3 || number == 8) << number;
 
     EXPECT_EQ(names.deviceNamed("com2:"), "/dev/ttyACM1");
     EXPECT_EQ(names.deviceNamed("COM5"), "");

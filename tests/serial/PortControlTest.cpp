@@ -66,4 +66,58 @@ TEST_F(PortControlTest, AnIdlePortThatIsLostIsClosedWithinASecondAndToldOnce) {
     EXPECT_TRUE(port.isOpen());
 }
 
+TEST_F(PortControlTest, ATerminalGoesOnWhenItsAdapterIsBackAndAnythingElseEndsTheWaitForIt) {
+    zrk::Controls& c = loader.controls;
+    const auto pull = [this] {
+        port.isPresent = false;
+        port.failsToOpen = true;
+        port.hangUp();
+        loop.runFor(2s);
+    };
+    const auto plugIn = [this] {
+        port.isPresent = true;
+        loop.runFor(1s); // and is not the user's yet
+        port.failsToOpen = false;
+        loop.runFor(1s);
+    };
+    port.isPresent = true;
+    loader.terminal.cmdTerminal_Click();
+    pull();
+    EXPECT_FALSE(port.isOpen());
+    plugIn();
+    EXPECT_EQ(bench.console(),
+              "\n--- Enabling terminal mode ---\n"
+              "\n--- The device is gone. Port closed. The terminal goes on when it is back. ---\n"
+              "\n--- COM1 (/dev/line1) is back. Port open. ---\n");
+    EXPECT_TRUE(loader.state.TerminalMode);
+    EXPECT_EQ(port.callNames().last(), "open 1 115200,N,8,1 handshaking 1");
+    port.receive("login: ");
+    loop.runFor(300ms);
+    EXPECT_TRUE(bench.console().endsWith("login: "));
+
+    pull();
+    c.cmbComPort.ListIndex = 4;
+    plugIn();
+    EXPECT_FALSE(port.isOpen()) << "another port is selected";
+    c.cmbComPort.ListIndex = 0;
+    loop.runFor(1s);
+    EXPECT_TRUE(port.isOpen());
+
+    pull();
+    loader.portControl.cmdCancel_Click();
+    plugIn();
+    EXPECT_FALSE(port.isOpen()) << "cancelled";
+    EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    bench.expectAtRest();
+}
+
+TEST_F(PortControlTest, WhatIsToBeKnownOfAPortIsToldBeforeItIsOpenedAndOnce) {
+    port.noticed = "COM1 is the built-in port.";
+    for (int i = 0; i < 2; ++i) {
+        loader.port.OpenComPort();
+        loader.port.CloseComPort();
+    }
+    EXPECT_EQ(bench.console(), "\n--- COM1 is the built-in port. ---\n");
+}
+
 } // namespace
