@@ -61,19 +61,20 @@ void PortControl::watchIdlePort() {
 void PortControl::closeLost() {
     if (m_desk.state.TerminalMode)
         m_terminal.timCommReceive_Timer(); // what arrived before the device went away is still shown
-    QString reason;
+    QString end;
     try {
         (void)m_port.transmitRoom();
     } catch (const RuntimeFailure& failure) {
-        reason = failure.description();
+        end = failure.description() + QStringLiteral(" Port closed.");
     }
     m_port.CloseComPort();
     resetStartButtons();
     m_isPulled = m_desk.state.TerminalMode && m_port.openedDeviceIsThere().has_value();
-    m_console.PrintPlain(QStringLiteral("\r\n--- ") + reason +
-                         (m_isPulled
-                              ? QStringLiteral(" Port closed. The terminal goes on when it is back. ---\r\n")
-                              : QStringLiteral(" Port closed. ---\r\n")));
+    if (m_isPulled)
+        end = QStringLiteral("COM%1 (%2) is gone. Port closed. When it is back, the terminal goes on.")
+                  .arg(m_port.CommPort())
+                  .arg(m_port.openedDevice());
+    m_console.PrintPlain(QStringLiteral("\r\n--- ") + end + QStringLiteral(" ---\r\n"));
 }
 
 void PortControl::reopen() {

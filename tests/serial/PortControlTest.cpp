@@ -87,7 +87,7 @@ TEST_F(PortControlTest, ATerminalGoesOnWhenItsAdapterIsBackAndAnythingElseEndsTh
     plugIn();
     EXPECT_EQ(bench.console(),
               "\n--- Enabling terminal mode ---\n"
-              "\n--- The device is gone. Port closed. The terminal goes on when it is back. ---\n"
+              "\n--- COM1 (/dev/line1) is gone. Port closed. When it is back, the terminal goes on. ---\n"
               "\n--- COM1 (/dev/line1) is back. Port open. ---\n");
     EXPECT_TRUE(loader.state.TerminalMode);
     EXPECT_EQ(port.callNames().last(), "open 1 115200,N,8,1 handshaking 1");
