@@ -22,7 +22,7 @@ class Ini : public ScriptedTest {
                                 c.lblCodeSize[i].Caption};
         return QString::number(c.chkExeURK[i].Value)
             .append('|' + texts.join('|'))
-            .replace(bench.folder.path(), "~");
+            .replace(native(bench.folder.path()), "~");
     }
 };
 

@@ -21,7 +21,7 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
         loader.fileChoice.cmdBrowse_Click(slot);
         const zrk::FileRequest& request = bench.fileDialog.requests.last();
         EXPECT_EQ(request.title, "Open binary file");
-        EXPECT_EQ(request.folder, bench.folder.path());
+        EXPECT_EQ(request.folder, native(bench.folder.path()));
         EXPECT_EQ(request.filterIndex, slot >= 2 && slot <= 4 ? 2 : 1) << slot;
         QStringList filters;
         for (const auto& filter : request.filters)
@@ -30,7 +30,7 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
                   "Binary Files (.bin)|*.bin|Uboot Image (.ubt)|*.ubt|All Files (*.*)|*.*");
         EXPECT_EQ(name.Text.value(), "image.ubt");
         EXPECT_EQ(name.Tag.value(), bench.fileDialog.choice);
-        EXPECT_EQ(name.ToolTipText.value(), "Path: " + bench.folder.path() + "/");
+        EXPECT_EQ(name.ToolTipText.value(), "Path: " + native(bench.folder.path() + "/"));
         EXPECT_EQ(c.lblCodeSize[i].Caption.value(), "0x1234");
         EXPECT_EQ(c.txtStartAddress[i].Text.value(), address);
         EXPECT_TRUE(c.chkExeURK[i].isTicked());

@@ -10,10 +10,10 @@ class StartUpTest : public ScriptedTest {
     /// A program that starts afresh in the bench's folder.
     void load() {
         started.emplace(zrk::LoaderSurroundings{loop, port, bench.boxes, bench.fileDialog, bench.waitDialog},
-                        bench.folder.path());
+                        native(bench.folder.path()));
         started->controls.txtStatus.append("old");
         started->state.CancelRequested = true;
-        const zrk::ProgramFacts facts{bench.folder.path(), "loader", 0, 7, 34};
+        const zrk::ProgramFacts facts{native(bench.folder.path()), "loader", 0, 7, 34};
         started->startUp.Form_Load(facts, zrk::chooseIni({}, facts).path);
     }
 
@@ -25,8 +25,8 @@ TEST_F(StartUpTest, WithoutAnIniFileOrWithAnEmptyOne) {
         bench.boxes.shown.clear();
         load();
         EXPECT_EQ(bench.boxes.shown,
-                  QStringList("[No file] i No INI File found. Expect " + bench.folder.path() +
-                              "/loader.INI\nDefault values are NOT set!"));
+                  QStringList("[No file] i No INI File found. Expect " +
+                              native(bench.folder.path() + "/loader.INI") + "\nDefault values are NOT set!"));
         const zrk::Controls& c = started->controls;
         EXPECT_EQ(c.lblHeader.Caption.value(), "ZRK6957 loader, V0.7 (rev 34)");
         ASSERT_EQ(c.cmbComPort.List.value().size(), 8);
@@ -62,14 +62,14 @@ TEST_F(StartUpTest, WithAnIniFile) {
     EXPECT_TRUE(bench.boxes.shown.isEmpty());
     EXPECT_EQ(started->controls.txtStartAddress[0].Text.value(), "0x0010");
     EXPECT_TRUE(started->controls.chkExeURK[0].isTicked() && started->controls.cmdStartPrimary.Enabled);
-    EXPECT_EQ(started->state.IniPath, bench.folder.path() + "/loader.INI");
+    EXPECT_EQ(started->state.IniPath, native(bench.folder.path() + "/loader.INI"));
 }
 
 TEST(ChooseIniTest, LooksBesideTheProgramThenInTheUsersFolder) {
     const QTemporaryDir folder;
-    const QString beside = folder.filePath("bin");
-    const QString ofUser = folder.filePath("config");
-    const QString option = folder.filePath("rack/board.INI");
+    const QString beside = native(folder.filePath("bin"));
+    const QString ofUser = native(folder.filePath("config"));
+    const QString option = native(folder.filePath("rack/board.INI"));
     const struct {
         QByteArray beside, ofUser;
         bool hasConfigFolder;
@@ -79,7 +79,7 @@ TEST(ChooseIniTest, LooksBesideTheProgramThenInTheUsersFolder) {
         {"", "[BINFILES]", true, "", ofUser}, // an empty one is none
         {"", "", true, "", beside},           // what the message then names
         {"", "[BINFILES]", false, "", beside},
-        {"[BINFILES]", "[BINFILES]", true, option, folder.filePath("rack")},
+        {"[BINFILES]", "[BINFILES]", true, option, native(folder.filePath("rack"))},
     };
     for (const auto& one : cases) {
         for (const auto& [where, content] : {std::pair{beside, one.beside}, std::pair{ofUser, one.ofUser}}) {
@@ -90,7 +90,7 @@ TEST(ChooseIniTest, LooksBesideTheProgramThenInTheUsersFolder) {
         const zrk::ProgramFacts facts{beside, "loader", 0, 7, 34, one.hasConfigFolder ? ofUser : QString()};
         const zrk::IniChoice choice = zrk::chooseIni(one.option, facts);
         EXPECT_EQ(choice.folder, one.expected);
-        EXPECT_EQ(choice.path, one.option.isEmpty() ? one.expected + "/loader.INI" : option);
+        EXPECT_EQ(choice.path, one.option.isEmpty() ? native(one.expected + "/loader.INI") : option);
     }
 }
 

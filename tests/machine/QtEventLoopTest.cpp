@@ -11,6 +11,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// The system's clock and its timers count in other steps than ours there.
+#ifdef _WIN32
+constexpr auto kClockStep = 16ms;
+#else
+constexpr auto kClockStep = 0ms;
+#endif
+
 TEST(QtEventLoop, NoTimerIsEarly) {
     zrk::QtEventLoop loop;
     std::vector<std::unique_ptr<zrk::Timer>> timers;
@@ -19,7 +26,7 @@ TEST(QtEventLoop, NoTimerIsEarly) {
         timers.push_back(
             loop.createTimer([&left, &loop, begin = loop.now(), interval, seen = false]() mutable {
                 left -= seen ? 0 : 1;
-                EXPECT_TRUE(seen || loop.now() - begin >= interval);
+                EXPECT_TRUE(seen || loop.now() - begin >= interval - kClockStep);
                 seen = true;
             }));
         timers.back()->start(interval);

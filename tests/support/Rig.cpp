@@ -22,14 +22,14 @@ QString readable(const QString& text) {
 
 Rig::Rig(VirtualEventLoop& eventLoop, LinePort& linePort)
     : loop(eventLoop), port(linePort),
-      loader({eventLoop, linePort, boxes, fileDialog, waitDialog}, folder.path()) {
-    loader.startUp.prepare({folder.path(), QStringLiteral("loader"), 0, 7, 34});
+      loader({eventLoop, linePort, boxes, fileDialog, waitDialog}, native(folder.path())) {
+    loader.startUp.prepare({native(folder.path()), QStringLiteral("loader"), 0, 7, 34});
 }
 
 QString Rig::file(const QString& name, const QByteArray& content) const {
     QFile file(folder.filePath(name));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    return file.fileName();
+    return native(file.fileName());
 }
 
 void Rig::fill(int slot, const QByteArray& content, const QString& address) {

@@ -64,6 +64,11 @@ struct Rig {
     zrk::Loader loader;
 };
 
+/// A path as the programs' own inputs give it: with the system's separators.
+[[nodiscard]] inline QString native(const QString& path) {
+    return QDir::toNativeSeparators(path);
+}
+
 /// One bench over a scripted port, for tests that need many fresh ones.
 struct ScriptedRig {
     VirtualEventLoop loop;
