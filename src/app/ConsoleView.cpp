@@ -103,8 +103,8 @@ void ConsoleView::edit(const ConsoleDisplay::Edit& edit) {
         QTextCursor end(document());
         end.beginEditBlock();
         end.movePosition(QTextCursor::End);
-        end.movePosition(QTextCursor::PreviousCharacter, QTextCursor::KeepAnchor,
-                         static_cast<int>(edit.removed));
+        // Not by movePosition(), which takes a surrogate pair or a letter with its accents for one step.
+        end.setPosition(end.position() - static_cast<int>(edit.removed), QTextCursor::KeepAnchor);
         end.removeSelectedText();
         for (const ConsoleDisplay::Run& run : edit.inserted)
             end.insertText(run.text, formatOf(run.style, palette()));

@@ -93,6 +93,8 @@ TEST(ConsoleView, ShowsWhatTheBoardSaysAsAPlainTerminalDoes) {
         {{"\xC3", "\xA4\xE2\x82", "\xAC\xE4n\x80\xFF"},
          "\u00E4\u20AC\u00E4n\uFFFD\u00FF",
          "\u00E4\u20AC\u00E4n\uFFFD\u00FF"},
+        // A line with characters of several codes is overwritten, and the line above stays.
+        {{"above\r\n", "\xF0\x9F\x98\x80 e\xCC\x81 50 %", "\r100 %\x1B[K"}, "above\n100 %", "above\n100 %"},
         {{QByteArray("\0\x02\x7F", 3)}, "\u2400\u2402\u2421", "\u2400\x02\x7F"},
         // A title that noise began and nothing ends takes 256 bytes with it and no more.
         {{"\x1B]" + QByteArray(300, 'x')}, QString(44, 'x'), QString(44, 'x')},
