@@ -13,6 +13,8 @@ namespace zrkboard {
 namespace {
 
 constexpr const char* kFirstLine = "# zrk trace 1";
+// Far below what a clock can count, so that delays can be reckoned with as they are.
+constexpr std::chrono::hours kLongest{24 * 366};
 
 [[noreturn]] void damaged(const std::string& why) {
     throw std::invalid_argument(why);
@@ -31,7 +33,10 @@ std::chrono::microseconds timeOf(const std::string& text) {
     if (point == std::string::npos || text.size() != point + 1 + kDecimals || error != std::errc() ||
         stop != end || microseconds < 0)
         damaged("\"" + text + "\" is no time; expected seconds with six decimals");
-    return std::chrono::microseconds(microseconds);
+    const std::chrono::microseconds time(microseconds);
+    if (time > kLongest)
+        damaged("\"" + text + "\" is no time of a trace; expected less than a year");
+    return time;
 }
 
 // The bytes in front of the bar, two digits each.
