@@ -83,6 +83,8 @@ void Rfc2217::setDtr(bool on) {
 }
 
 void Rfc2217::handle(const telnet_event_t& event) {
+    if (m_isCompressed)
+        return;
     switch (event.type) {
     case TELNET_EV_SEND:
         return m_toServer({event.data.buffer, event.data.size});
@@ -104,6 +106,12 @@ void Rfc2217::handle(const telnet_event_t& event) {
         return;
     case TELNET_EV_SUBNEGOTIATION:
         return event.sub.telopt == kOption ? takeAnswer({event.sub.buffer, event.sub.size}) : void();
+    case TELNET_EV_COMPRESS:
+        // The library goes along, agreed or not; what follows would be inflated, or lost without a word.
+        m_isCompressed = true;
+        m_refused = "to leave the line's bytes uncompressed";
+        m_state = State::Refused;
+        return;
     default:
         return;
     }

@@ -72,6 +72,7 @@ class Rfc2217 {
     State m_state = State::Negotiating;
     std::string m_refused;
     bool m_hasAsked = false;
+    bool m_isCompressed = false;   ///< by a server that nobody has asked for it
     std::array<Asked, 4> m_line{}; ///< baud rate, data bits, parity, stop bits
     Asked m_flow;
     Asked m_dtr;

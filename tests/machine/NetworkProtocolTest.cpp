@@ -92,6 +92,14 @@ TEST_F(Rfc2217Client, KnowsWhatTheServerRefuses) {
     EXPECT_EQ(client.refused(), "the baud rate");
 }
 
+TEST_F(Rfc2217Client, TellsOfACompressionThatNobodyAskedForInsteadOfLosingBytes) {
+    agree();
+    serverSends("41 fffa56fff0 424344");
+    EXPECT_EQ(received, "A");
+    EXPECT_EQ(client.state(), Rfc2217::State::Refused);
+    EXPECT_EQ(client.refused(), "to leave the line's bytes uncompressed");
+}
+
 TEST_F(Rfc2217Client, LastOfSeveralWishesCounts) {
     agree();
     client.setXonXoff(true);
