@@ -14,8 +14,15 @@ elseif(ZRK_SANITIZE STREQUAL "thread")
     target_link_options(zrk_options INTERFACE -fsanitize=thread)
     add_library(zrk_clone OBJECT ${PROJECT_SOURCE_DIR}/cmake/CloneForThreadSanitizer.cpp)
     target_sources(zrk_options INTERFACE $<TARGET_OBJECTS:zrk_clone>)
+elseif(ZRK_SANITIZE STREQUAL "fuzz")
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "ZRK_SANITIZE=fuzz needs clang, whose libFuzzer it builds with.")
+    endif()
+    target_compile_options(zrk_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                                 -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    target_link_options(zrk_options INTERFACE -fsanitize=address,undefined)
 elseif(ZRK_SANITIZE)
-    message(FATAL_ERROR "ZRK_SANITIZE is \"${ZRK_SANITIZE}\": it may be address, thread or empty.")
+    message(FATAL_ERROR "ZRK_SANITIZE is \"${ZRK_SANITIZE}\": it may be address, thread, fuzz or empty.")
 endif()
 # The same commit gives the same bytes, wherever it is built. A debugger wants to find the sources where they are.
 target_compile_options(zrk_options INTERFACE
