@@ -1,0 +1,44 @@
+#pragma once
+
+#include "monkey/Room.h"
+
+#include <random>
+
+namespace zrkmonkey {
+
+/// What a user, an adapter and a board may do at any moment, chosen by chance.
+class Acts {
+  public:
+    Acts(Room& room, std::uint64_t seed) : m_room(room), m_random(seed) {}
+
+    /// From 0 to `end` - 1.
+    [[nodiscard]] unsigned pick(std::size_t end) { return static_cast<unsigned>(m_random() % end); }
+    template <typename List>
+    [[nodiscard]] auto& oneOf(const List& list) {
+        return list[pick(std::size(list))];
+    }
+
+    /// What the user does with what is on the screen. Says what it will be, then returns it.
+    [[nodiscard]] std::pair<QString, std::function<void()>> ofUser();
+    /// What happens without the user: to board, adapter and files.
+    [[nodiscard]] std::pair<QString, std::function<void()>> ofWorld();
+    /// A file to choose in a dialog; "" cancels it.
+    [[nodiscard]] QString file();
+
+    /// Whether the user may send bytes by hand in the wait dialog, which mutes the protocols for good.
+    bool mayMute = false;
+
+  private:
+    using Act = std::pair<QString, std::function<void()>>;
+    [[nodiscard]] Act inPopup(QWidget& popup);
+    [[nodiscard]] Act press(QWidget& window);
+    [[nodiscard]] Act key(QWidget& window);
+    [[nodiscard]] Act entry();
+    [[nodiscard]] Act address();
+    [[nodiscard]] Act ofWindow(QWidget& window);
+
+    Room& m_room;
+    std::mt19937_64 m_random;
+};
+
+} // namespace zrkmonkey

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "monkey/Acts.h"
+
+namespace zrkmonkey {
+
+/// Plays with the room: one act after the other, and while one lasts, as a bring-up does, others within it.
+/// Checks after each what must hold whatever was done.
+class Monkey {
+  public:
+    explicit Monkey(std::uint64_t seed);
+
+    void play(int acts);
+
+    /// After all that, a good board is brought up as ever.
+    void bringUp();
+
+    [[nodiscard]] const QStringList& faults() const { return m_faults; }
+    /// The seed and what was done last.
+    [[nodiscard]] QString story() const;
+
+    /// The window's objects by their classes, with everything closed that had been opened in it.
+    [[nodiscard]] std::map<QString, int> objects();
+
+  private:
+    void playOne(int depth);
+    void within();
+    void arm();
+    void settle();
+    void rescue();
+    void note(const QString& what);
+    void require(bool holds, const char* what);
+    void checkCancel();
+    void checkIdle();
+
+    std::uint64_t m_seed;
+    QStringList m_told;
+    QStringList m_faults;
+    int m_depth = 0;
+    int m_modal = 0; ///< boxes and file dialogs that are open
+    int m_actsWithin = 0;
+    int m_patience = 0;                             ///< so many acts within one, until the user only gives up
+    std::optional<zrksim::TimePoint> m_cancelledAt; ///< by a click that nothing takes back
+    bool m_isOver = false;                          ///< the user only gives up what is still under way
+    Room m_room;
+    Acts m_acts{m_room, m_seed};
+};
+
+} // namespace zrkmonkey
