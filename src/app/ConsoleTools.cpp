@@ -62,6 +62,7 @@ ConsoleTools::ConsoleTools(ConsoleView* view, QGroupBox* frame, std::function<vo
         view->setFocus();
     });
     connect(m_save, &QToolButton::clicked, this, std::move(save));
+    connect(view, &ConsoleView::cleared, m_search, &ConsoleSearch::stop);
     connect(m_search, &ConsoleSearch::found, this, [this](const QTextCursor& found) {
         m_findState->hide();
         m_view->showFound(found);

@@ -25,6 +25,8 @@ class ConsoleTools final : public TitleRow {
     /// The widgets in the order of the Tab key.
     [[nodiscard]] QList<QWidget*> tabOrder() const;
 
+    [[nodiscard]] QToolButton* saveButton() const { return m_save; }
+
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 

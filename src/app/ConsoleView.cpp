@@ -126,6 +126,8 @@ void ConsoleView::goToEnd() {
         setTextCursor(end);
     }
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    if (std::exchange(m_hasMore, false))
+        tellHold();
 }
 
 void ConsoleView::clearView() {
@@ -133,7 +135,9 @@ void ConsoleView::clearView() {
     m_display = {};
     clear();
     m_hasMore = false;
+    m_isScrolledUp = false;
     tellHold();
+    Q_EMIT cleared();
 }
 
 void ConsoleView::setHeld(bool held) {
@@ -162,7 +166,7 @@ void ConsoleView::noteScrolling() {
 }
 
 void ConsoleView::tellHold() {
-    Q_EMIT holdChanged(isHeld(), isHeld() && m_hasMore);
+    Q_EMIT holdChanged(isHeld(), viewStands() && m_hasMore);
 }
 
 void ConsoleView::showFound(const QTextCursor& found) {
@@ -251,16 +255,28 @@ void ConsoleView::paste(QClipboard::Mode from) {
 }
 
 void ConsoleView::mousePressEvent(QMouseEvent* event) {
-    m_isPressed = true;
+    m_isPressed = event->buttons().testFlag(Qt::LeftButton);
     QPlainTextEdit::mousePressEvent(event);
 }
 
 void ConsoleView::mouseReleaseEvent(QMouseEvent* event) {
-    m_isPressed = event->buttons() != Qt::NoButton;
+    if (event->button() == Qt::LeftButton)
+        release();
     if (event->button() == Qt::MiddleButton && QGuiApplication::clipboard()->supportsSelection())
         paste(QClipboard::Selection);
     else
         QPlainTextEdit::mouseReleaseEvent(event);
+}
+
+/// Also where a box has taken the release.
+void ConsoleView::focusOutEvent(QFocusEvent* event) {
+    QPlainTextEdit::focusOutEvent(event);
+    release();
+}
+
+void ConsoleView::release() {
+    if (std::exchange(m_isPressed, false) && !isHeld())
+        goToEnd();
 }
 
 void ConsoleView::resizeEvent(QResizeEvent* event) {
@@ -273,17 +289,18 @@ void ConsoleView::resizeEvent(QResizeEvent* event) {
 }
 
 void ConsoleView::contextMenuEvent(QContextMenuEvent* event) {
-    QMenu menu(this);
-    QAction* copyAction = menu.addAction(QStringLiteral("&Copy"), this, &ConsoleView::copy);
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction* copyAction = menu->addAction(QStringLiteral("&Copy"), this, &ConsoleView::copy);
     copyAction->setEnabled(textCursor().hasSelection());
     if (keysGoToBoard()) {
         QAction* pasteAction =
-            menu.addAction(QStringLiteral("&Paste"), this, [this] { paste(QClipboard::Clipboard); });
+            menu->addAction(QStringLiteral("&Paste"), this, [this] { paste(QClipboard::Clipboard); });
         pasteAction->setEnabled(!QGuiApplication::clipboard()->text().isEmpty());
     }
-    QAction* selectAll = menu.addAction(QStringLiteral("Select &All"), this, &ConsoleView::selectAll);
+    QAction* selectAll = menu->addAction(QStringLiteral("Select &All"), this, &ConsoleView::selectAll);
     selectAll->setEnabled(!document()->isEmpty());
-    menu.exec(event->globalPos());
+    menu->popup(event->globalPos()); // an operation goes on meanwhile
 }
 
 bool ConsoleView::focusNextPrevChild(bool next) {

@@ -47,6 +47,8 @@ class ConsoleView : public QPlainTextEdit {
     void overwritten();
     /// The view is held, or follows the end again; `more`: there is new text below what is held.
     void holdChanged(bool held, bool more);
+    /// What was shown is gone.
+    void cleared();
     /// Ctrl+F, or Ctrl+Shift+F where Ctrl+F goes to the board.
     void findRequested();
 
@@ -57,6 +59,7 @@ class ConsoleView : public QPlainTextEdit {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool focusNextPrevChild(bool next) override;
     [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
@@ -69,6 +72,7 @@ class ConsoleView : public QPlainTextEdit {
     [[nodiscard]] bool handleViewKey(const QKeyEvent& event);
     void edit(const ConsoleDisplay::Edit& edit);
     void goToEnd();
+    void release();
     void noteScrolling();
     void tellHold();
 
@@ -76,7 +80,7 @@ class ConsoleView : public QPlainTextEdit {
     bool m_isFollowing = false;  ///< what changes is our own doing
     bool m_isHeld = false;       ///< by the switch
     bool m_isScrolledUp = false; ///< by the user
-    bool m_isPressed = false;    ///< a mouse button is down in the text
+    bool m_isPressed = false;    ///< the mouse button that selects is down in the text
     bool m_hasMore = false;      ///< text has come since
     std::function<bool()> m_keysGoToBoard;
 };

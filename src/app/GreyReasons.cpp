@@ -1,6 +1,7 @@
 #include "app/GreyReasons.h"
 
 #include "app/Binder.h"
+#include "app/ConsoleTools.h"
 #include "app/FileNameEdit.h"
 #include "app/LoaderWidgets.h"
 #include "loader/Loader.h"
@@ -11,6 +12,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QToolButton>
 
 namespace zrk {
 namespace {
@@ -71,6 +73,11 @@ void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loade
             entry->setToolTip(busy ? kBusy : QString());
         });
     }
+    binder.follow(busy, [&busy, save = widgets.consoleTools->saveButton(),
+                         own = widgets.consoleTools->saveButton()->toolTip()] {
+        save->setEnabled(!busy);
+        save->setToolTip(busy ? kBusy : own);
+    });
     widgets.mnuFile->menu()->setToolTipsVisible(true);
     for (std::size_t i = 0; i < widgets.slots.size(); ++i) {
         const SlotWidgets& row = widgets.slots[i];

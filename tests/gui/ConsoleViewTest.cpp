@@ -1,14 +1,19 @@
 #include "app/ConsoleView.h"
 
 #include "app/ConsoleSearch.h"
+#include "app/ConsoleTools.h"
 #include "support/Rig.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QEventLoop>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
+#include <QVBoxLayout>
 
 #include <random>
 
@@ -160,7 +165,7 @@ struct Reading : Shown, ::testing::Test {
         view.show();
         say(Origin::Board, "line" + QByteArray("\r\n").repeated(100));
         QObject::connect(&view, &zrk::ConsoleView::holdChanged, [this](bool held, bool more) {
-            state = held ? (more ? "more" : "held") : "follows";
+            state = more ? "more" : held ? "held" : "follows";
         });
     }
     [[nodiscard]] bool atEnd() const { return bar.value() == bar.maximum(); }
@@ -216,9 +221,36 @@ TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
     const int before = bar.value();
     say(Origin::Board, "new\r\n");
     EXPECT_EQ(bar.value(), before);
+    EXPECT_TRUE(state.contains("more")) << state.toStdString();
     QTest::mouseRelease(view.viewport(), Qt::LeftButton);
-    say(Origin::Board, "newer\r\n");
     EXPECT_TRUE(atEnd());
+    bar.setValue(0);
+    EXPECT_EQ(state, "held") << "nothing has come since";
+    view.clearView();
+    EXPECT_FALSE(view.isHeld());
+
+    // The menu of the other button takes its release.
+    QTest::mousePress(view.viewport(), Qt::RightButton);
+    say(Origin::Board, QByteArray("x\r\n").repeated(100));
+    EXPECT_TRUE(atEnd());
+    QTest::mouseRelease(view.viewport(), Qt::RightButton);
+}
+
+TEST_F(Reading, ASearchEndsWithTheTextThatItGoesThrough) {
+    QGroupBox frame;
+    QVBoxLayout inFrame(&frame);
+    auto* shown = new zrk::ConsoleView(&frame);
+    inFrame.addWidget(shown);
+    zrk::ConsoleTools tools(shown, &frame, [] {});
+    shown->follow(QStringLiteral("x\r\n").repeated(100'000), zrk::TextOrigin::Board);
+    auto* txtFind = frame.findChild<QLineEdit*>("txtFind");
+    ASSERT_NE(txtFind, nullptr);
+    txtFind->setText("absent");
+    QTest::keyClick(txtFind, Qt::Key_Return);
+    QApplication::processEvents();
+    shown->clearView();
+    QApplication::processEvents();
+    EXPECT_TRUE(frame.findChild<QLabel*>("lblFind")->isHidden());
 }
 
 TEST_F(Reading, KeysThatLeadBackAreNotForTheBoardAndOthersAre) {
