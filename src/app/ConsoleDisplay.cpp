@@ -48,7 +48,7 @@ QChar visibleSign(QChar character) {
 
 ConsoleDisplay::Edit ConsoleDisplay::show(QStringView text, TextOrigin origin) {
     m_edit = {};
-    if (origin == TextOrigin::Loader)
+    if (origin != TextOrigin::Board)
         showLoaderText(text);
     else
         m_parser.parse(text, *this);

@@ -8,8 +8,10 @@ namespace zrk {
 
 ConsoleLog::ConsoleLog(EventLoop& loop, ConsoleText& console) : m_loop(loop) {
     console.onPiece([this](const QString& piece, TextOrigin origin) {
-        if (m_file && origin != TextOrigin::Anew) // which is nothing that came
-            m_file->append(origin == TextOrigin::Board ? piece.toLatin1() : piece.toUtf8());
+        const bool hasCome =
+            origin != TextOrigin::Anew && !(origin == TextOrigin::Answer && piece == QLatin1Char('\0'));
+        if (m_file && hasCome)
+            m_file->append(origin == TextOrigin::Loader ? piece.toUtf8() : piece.toLatin1());
     });
 }
 

@@ -33,6 +33,8 @@ void FileRecording::entry_Click() {
     if (m_file.isEmpty())
         return start();
     m_recording.stop();
+    if (m_file.isEmpty())
+        return showState(); // its last bytes failed, which is told
     m_file.clear();
     showState();
     m_loader.state.Remark = m_recording.ended;
@@ -67,12 +69,16 @@ void FileRecording::showState() {
                                      : m_recording.entry.arg(QFileInfo(m_file).fileName()));
 }
 
-/// The box is shown when whatever runs yields; it must not run within the file's own end.
+/// Later, for a box must not run within the file's own end. Within an operation it would stop that, with the
+/// board's answer on the way.
 void FileRecording::failed(const QString& why) {
     m_file.clear();
     showState();
     m_loader.loop.post([&loader = m_loader, why, title = m_recording.title] {
-        loader.tell(why, MessageIcon::Exclamation, title);
+        if (loader.state.OperationActive)
+            loader.controls.txtStatus.append(QStringLiteral("\r\n--- %1 ---\r\n").arg(why));
+        else
+            loader.tell(why, MessageIcon::Exclamation, title);
     });
 }
 

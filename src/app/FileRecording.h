@@ -27,7 +27,7 @@ struct Recording {
 
 /// A menu entry that records something in a file: a click asks for the file, the next one ends it. The tick
 /// and the entry's text say that it goes on, and where. While an operation runs none is begun, since the
-/// dialog would hold that up.
+/// dialog would hold that up, and a failure is told in the console, where it holds up nothing either.
 class FileRecording final : public QObject {
     Q_OBJECT
 

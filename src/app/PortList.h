@@ -11,10 +11,10 @@ namespace zrk {
 class EventLoop;
 class Timer;
 
-/// `cmbComPort`: shows beside each entry of the open list the device behind it, greyed where there is none, and
-/// tells more in the tool tip. That is looked up whenever it may be seen and every second while the list is
-/// open, because adapters come and go. An entry that a screen reader or another tool selects in the list is
-/// chosen, as a click on it would be.
+/// `cmbComPort`: shows beside each entry of the open list the device behind it, greyed where there is none,
+/// and tells more in the tool tip. That is looked up whenever it may be seen and every second while the list
+/// is open, because adapters come and go. An entry that a screen reader or another tool selects in the list
+/// is chosen, as a click on it would be.
 class PortList : public QComboBox {
     Q_OBJECT
 

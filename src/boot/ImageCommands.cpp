@@ -34,7 +34,7 @@ bool ImageCommands::SendImageCommand(int slot) {
     m_link.console.PrintStatus(QStringLiteral("Expect final 't' .. "));
     m_link.transport.ArmReplyTimer(true);
     m_link.state.LastChar = m_link.transport.ReadChar();
-    m_link.console.PrintStatus(m_link.state.LastChar);
+    m_link.console.PrintAnswer(m_link.state.LastChar);
     m_link.transport.ArmReplyTimer(false);
     const bool confirmed = m_link.state.LastChar == QLatin1String("t");
     if (confirmed) {
@@ -55,6 +55,8 @@ void ImageCommands::cmdURK_Click() {
     m_link.operation.run({[this] { return download(); }, [this] { abortDownload(); },
                           Operation::Report::DownloadProblem,
                           [this, before](const QString& time) {
+                              if (m_number == 0)
+                                  return QStringLiteral("No image was ticked: nothing was sent.");
                               return QStringLiteral("Downloaded %1 image%2: %3 bytes in %4, confirmed.")
                                   .arg(m_number)
                                   .arg(QLatin1String(m_number == 1 ? "" : "s"),

@@ -53,7 +53,7 @@ bool ImageTransfer::awaitAcceptance() {
     m_link.console.PrintStatus(QStringLiteral("Wait for acceptance from primary boot .. "));
     m_link.transport.ArmReplyTimer(true);
     m_link.state.LastChar = m_link.transport.ReadChar();
-    m_link.console.PrintStatus(m_link.state.LastChar);
+    m_link.console.PrintAnswer(m_link.state.LastChar);
     m_link.transport.ArmReplyTimer(false);
     if (m_link.state.LastChar == QLatin1String("o")) {
         m_link.console.PrintStatus(QStringLiteral(" ..OK!/n"));

@@ -44,7 +44,7 @@ void WaitDialog::Form_Load() {
 void WaitDialog::Form_Activate() {
     do {
         m_link.state.LastChar = m_link.transport.ReadChar();
-        m_link.console.PrintStatus(m_link.state.LastChar);
+        m_link.console.PrintAnswer(m_link.state.LastChar);
     } while (m_link.state.LastChar != QLatin1String("5") && !m_link.state.CancelRequested);
     if (!m_link.state.CancelRequested)
         m_BootIdSeen = true;

@@ -12,6 +12,11 @@ void ConsoleText::replaceEnd(qsizetype removed, const QString& inserted) {
         tell(m_text, TextOrigin::Anew);
 }
 
+void ConsoleText::appendAnswer(const QString& answer) {
+    edit(0, answer);
+    tell(answer, TextOrigin::Answer);
+}
+
 void ConsoleText::receive(const QString& asReceived, qsizetype removed, const QString& inserted) {
     if (removed != 0 || !inserted.isEmpty())
         edit(removed, inserted);

@@ -10,8 +10,9 @@ namespace zrk {
 /// Who said a piece of the console's text.
 enum class TextOrigin {
     Loader,
-    Board, ///< as it came over the line, one byte in each character
-    Anew,  ///< not a further piece, but all of the text in place of what was there
+    Board,  ///< as it came over the line, one byte in each character
+    Answer, ///< the same, printed by the loader as it is; NUL where none came
+    Anew,   ///< not a further piece, but all of the text in place of what was there
 };
 
 /// The text of the console. It only grows at its end, where at most its last characters are replaced;
@@ -27,6 +28,9 @@ class ConsoleText {
 
     /// Replaces the last `removed` characters (0 to the length of the text) by `inserted`.
     void replaceEnd(qsizetype removed, const QString& inserted);
+
+    /// Appends what the board answered in a protocol.
+    void appendAnswer(const QString& answer);
 
     /// Does so because of what the board sent.
     void receive(const QString& asReceived, qsizetype removed, const QString& inserted);

@@ -52,12 +52,15 @@ struct FileWriter::Shared {
     /// True when all of it is in the file; else no more than whole lines of it.
     [[nodiscard]] bool write(const QByteArray& bytes) {
         const qint64 before = file.pos();
-        const qint64 taken = file.write(bytes);
+        qint64 taken = file.write(bytes);
+        if (taken > 0 && taken < bytes.size()) // only a write of nothing at all says why
+            taken += std::max<qint64>(file.write(bytes.sliced(taken)), 0);
         if (taken == bytes.size())
             return true;
         const QString why = file.errorString();
-        if (taken != 0) // of which some may be there, whatever the call says
-            file.resize(before + bytes.lastIndexOf('\n', std::max<qint64>(file.size() - before, 1) - 1) + 1);
+        const qint64 there = file.size() - before; // whatever the calls say
+        if (there > 0)
+            file.resize(before + bytes.lastIndexOf('\n', there - 1) + 1);
         fail(why);
         return false;
     }

@@ -90,8 +90,8 @@ class SerialPorts {
     /// Whether that device is there; nothing where it shows only when it is opened.
     [[nodiscard]] virtual std::optional<bool> isThere(int /*number*/) const { return {}; }
 
-    /// What a user should know before the port is opened: that `number` has fallen to a device that he may not
-    /// have meant. "" for nothing.
+    /// What a user should know before the port is opened: that `number` has fallen to a device that he may
+    /// not have meant. "" for nothing.
     [[nodiscard]] virtual QString notice(int /*number*/) const { return {}; }
 };
 

@@ -13,4 +13,9 @@ void StatusConsole::PrintPlain(const QString& text) {
     m_loop.yield();
 }
 
+void StatusConsole::PrintAnswer(const QString& answer) {
+    m_txtStatus.appendAnswer(answer);
+    m_loop.yield();
+}
+
 } // namespace zrk

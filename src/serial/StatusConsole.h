@@ -17,6 +17,9 @@ class StatusConsole {
     /// Appends a text that is not ours, such as one with a path in it, as it stands. Yields once.
     void PrintPlain(const QString& text);
 
+    /// Appends what the board answered, as it stands. Yields once.
+    void PrintAnswer(const QString& answer);
+
   private:
     ConsoleText& m_txtStatus;
     EventLoop& m_loop;

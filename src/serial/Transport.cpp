@@ -57,7 +57,7 @@ QString Transport::ReadChar() {
 
 bool Transport::ExpectChar(const QString& expected) {
     m_desk.state.LastChar = ReadChar();
-    m_console.PrintStatus(m_desk.state.LastChar);
+    m_console.PrintAnswer(m_desk.state.LastChar);
     if (expected == m_desk.state.LastChar)
         return true;
     noteUnexpected(static_cast<std::uint8_t>(expected.at(0).unicode()), m_desk.state.LastChar);
@@ -107,8 +107,10 @@ void Transport::timTimeOut_Timer() {
         return;
     m_timeOutBoxOpen = true;
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(m_replyInterval).count();
-    m_desk.state.Unanswered =
-        QStringLiteral("No answer to %1 within %2 s.").arg(m_desk.state.LastSent).arg(seconds);
+    const QString unheard = m_desk.state.LastSent.isEmpty()
+                                ? QStringLiteral("Nothing awaited came from the board")
+                                : QStringLiteral("No answer to %1").arg(m_desk.state.LastSent);
+    m_desk.state.Unanswered = QStringLiteral("%1 within %2 s.").arg(unheard).arg(seconds);
     m_desk.tell(QStringLiteral("No valid serial response received within  %1 second\r\n"
                                "Aborting operation")
                     .arg(seconds),

@@ -9,6 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -65,6 +70,22 @@ TEST(FileWriter, AFullDiskIsToldOnceAndEndsTheFileOnly) {
     EXPECT_EQ(told, QStringList("The log /dev/full cannot be written: No space left on device. The log ends "
                                 "here, the operation does not; make room or choose another file and start a "
                                 "new log."));
+    // Most disks fill up in the middle of a write.
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("a");
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit small{1000, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
+    told.clear();
+    zrk::FileWriter limited(path, "log", loop, [&told](const QString& why) { told += why; });
+    limited.append(QByteArray("a line of 20 bytes.\n").repeated(40) + QByteArray(300, 'x') + "\n");
+    limited.end();
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, ignored);
+    EXPECT_TRUE(told.join("").contains("cannot be written: File too large.")) << told.join("").toStdString();
+    EXPECT_EQ(contentOf(path).size(), 800);
     EXPECT_THROW(zrk::FileWriter("/dev/full/a", "log", loop, nullptr), zrk::RuntimeFailure);
 }
 #endif
