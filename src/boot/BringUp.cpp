@@ -21,6 +21,8 @@ void BringUp::cmdStartPrimary_Click() {
         {[this] { return load(); }, [this] { m_link.operation.abort(m_link.controls.cmdStartPrimary); },
          Operation::Report::DownloadProblem,
          [this, before](const QString& time) {
+             if (m_link.state.BytesSentInAll == before)
+                 return QStringLiteral("No image was ticked: nothing was sent.");
              const bool confirmed = m_link.controls.chkExeURK[kSecondaryExecutable].isTicked();
              return QStringLiteral("Loaded: %1 bytes in %2%3.")
                  .arg(QLocale().toString(m_link.state.BytesSentInAll - before), time,

@@ -52,7 +52,7 @@ ExitStatus script(const StepRun& run) {
     }
     loader.script.runScript(run.argument, run.options.limits.script);
     const ExitStatus status = notSeen(run, exitStatusOf(loader.operation.outcome()));
-    if (!loader.state.Remark.isEmpty()) // which line it was, and why
+    if (status != ExitStatus::Done && !loader.state.Remark.isEmpty()) // which line it was, and why
         run.output.tell(
             (status == ExitStatus::NotSeen ? QStringLiteral("--script-timeout ran out: ") : QString()) +
             loader.state.Remark);

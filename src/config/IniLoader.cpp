@@ -65,6 +65,23 @@ void IniLoader::openIni(const QString& path) {
     m_desk.state.IniPath = path;
     m_slots.resolveFrom(QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
     mnuLoadIni_Click();
+    const QStringList kept = keptSlots();
+    if (!kept.isEmpty())
+        m_desk.state.Remark +=
+            (m_desk.state.Remark.isEmpty() ? QString() : QStringLiteral(" ")) +
+            QStringLiteral("Not in this file, kept from before: %1.").arg(kept.join(QStringLiteral(", ")));
+}
+
+/// Those with a file that this INI file does not name, and another one may have.
+QStringList IniLoader::keptSlots() const {
+    QStringList kept;
+    for (std::size_t i = 0; i < kSlots.size(); ++i) {
+        const QString value = GetIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlots[i].section),
+                                          QString::fromLatin1(kSlots[i].key));
+        if (value.isEmpty() && !m_desk.controls.txtFilNam[i].Tag.value().isEmpty())
+            kept += m_desk.controls.slotTitle(i);
+    }
+    return kept;
 }
 
 void IniLoader::checkNames() {

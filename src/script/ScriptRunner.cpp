@@ -81,7 +81,12 @@ void ScriptRunner::runScript(const QString& path, std::optional<std::chrono::mil
         return m_link.state.CancelRequested ? Operation::End::Stopped : Operation::End::Done;
     };
     // Every failure is an end of the run, without a box; the count tells how far it came.
-    m_link.operation.run({body, [&] { finish(counter); }, Operation::Report::Nothing});
+    m_link.operation.run({body, [&] { finish(counter); }, Operation::Report::Nothing,
+                          [&](const QString&) {
+                              return QStringLiteral("The script has ended: %1 line%2 executed.")
+                                  .arg(counter)
+                                  .arg(QLatin1String(counter == 1 ? "" : "s"));
+                          }});
     if (!m_link.operation.failure().isEmpty())
         m_link.state.Remark =
             (counter > 0 ? QStringLiteral("The script ended at line %1: ").arg(counter) : QString()) +

@@ -83,6 +83,7 @@ void Operation::begin() {
     m_desk.state.WrongAnswer.clear();
     m_desk.state.Remark.clear();
     m_desk.state.Unanswered.clear();
+    m_desk.state.LastSent.clear();
     m_desk.state.SendingSince.reset();
     m_desk.state.BytesSent = 0;
     m_desk.state.BytesTotal = 0;

@@ -79,7 +79,7 @@ TEST_F(Window, GreysWhatWouldStartOrStallAnOperationOnTopOfTheControlsOwnState) 
     const QStringList greyed{"cmdPrgFlash", "cmdStartPrimary", "cmdStartSecondary", "cmdURK",
                              "cmdTerminal", "cmdValidateAdrs", "cmdBrowse_0",       "cmdBrowse_6",
                              "mnuLoadIni",  "mnuWriteIni",     "mnuExecScript",     "mnuAbout",
-                             "mnuOpenIni"};
+                             "mnuOpenIni",  "cmdSaveConsole"};
     const QStringList live{"cmdCancel", "mnuExit", "chkExeURK_0", "txtStartAddress_0", "cmbComPort"};
     zrk::Controls& c = loader.controls;
     for (auto* button : {&c.cmdStartPrimary, &c.cmdStartSecondary, &c.cmdURK})
@@ -162,6 +162,9 @@ TEST_F(Window, OpensAnotherIniFileAndListsTheLastOnes) {
     EXPECT_TRUE(boxes.shown.constLast().startsWith("[Open INI file] ! Cannot read " + fileDialog.choice));
     EXPECT_EQ(recent().size(), 1);
     EXPECT_EQ(shown("lblCodeSize_0"), "0x5");
+    fileDialog.choice = write("other.INI", "[BINFILES]\nSECONDARY=image.bin,0x80000000\n");
+    trigger("mnuOpenIni");
+    EXPECT_EQ(loader.state.Remark, "Not in this file, kept from before: Primary Boot (IRAM).");
     for (const char* name : {"1.INI", "2.INI", "3.INI", "4.INI", "5.INI"}) {
         fileDialog.choice = write(name, ";");
         trigger("mnuOpenIni");
@@ -328,17 +331,54 @@ TEST_F(Window, LogsWhatComesIntoTheConsoleBetweenTwoClicks) {
     EXPECT_TRUE(
         QSettings(folder.filePath("window.conf"), QSettings::IniFormat).value("logTimeStamps").toBool());
 
+    // A protocol's answers are bytes of the board as well, and none is none.
+    fileDialog.choice = folder.filePath("answers.log");
+    stamps->trigger();
+    trigger("mnuLogToFile");
+    loader.console.PrintAnswer(QStringLiteral("\u00ff"));
+    loader.console.PrintAnswer(QString(QChar(0)));
+    trigger("mnuLogToFile");
+    QFile answers(fileDialog.choice);
+    ASSERT_TRUE(answers.open(QIODevice::ReadOnly));
+    EXPECT_EQ(answers.readAll(), "\xFF");
+
     // A failure leaves the entry ready for the next try.
     fileDialog.choice = "/nonexistent/bench.log";
     trigger("mnuLogToFile");
     loop.runFor(1ms);
     EXPECT_TRUE(boxes.shown.value(0).contains("/nonexistent/bench.log cannot be written"));
+    EXPECT_FALSE(entry->isChecked());
     fileDialog.choice = folder.filePath("second.log");
     trigger("mnuLogToFile");
     EXPECT_TRUE(entry->isChecked());
     trigger("mnuLogToFile");
     loader.state.OperationActive = true;
     EXPECT_FALSE(entry->isEnabled());
+}
+
+TEST_F(Window, ARecordThatFailsDuringAnOperationHoldsNothingUp) {
+    QAction entry;
+    zrk::FileWriter::Told fail;
+    zrk::Recording recording;
+    recording.start = [&fail](const QString&, zrk::FileWriter::Told failed) { fail = std::move(failed); };
+    recording.stop = [&fail] { fail("The disk is full."); };
+    recording.ended = "It is complete.";
+    new zrk::FileRecording(entry, recording, loader);
+    fileDialog.choice = folder.filePath("a");
+    entry.trigger();
+    loader.state.OperationActive = true;
+    fail("The disk is full.");
+    loop.runFor(1ms);
+    EXPECT_TRUE(boxes.shown.isEmpty());
+    EXPECT_TRUE(loader.controls.txtStatus.text().endsWith("--- The disk is full. ---\r\n"));
+
+    loader.state.OperationActive = false;
+    entry.trigger();
+    entry.trigger(); // ends it, with its last bytes unwritten
+    loop.runFor(1ms);
+    EXPECT_EQ(boxes.shown.size(), 1);
+    EXPECT_NE(loader.state.Remark, "It is complete.");
+    EXPECT_FALSE(entry.isChecked());
 }
 
 } // namespace

@@ -168,7 +168,7 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     expectEnded(0, zrk::Outcome::File);
     EXPECT_TRUE(told().startsWith("Cannot open the script")) << told().toStdString();
     run("#");
-    EXPECT_EQ(told(), "COM1 (/dev/line1): open, terminal");
+    EXPECT_EQ(told(), "The script has ended: 1 line executed.");
 
     bench.fileDialog.choice.clear(); // cancelled: nothing changes
     loader.controls.staStatus.SecondPanel = "as it was";
