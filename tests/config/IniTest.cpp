@@ -38,11 +38,11 @@ TEST_F(Ini, FoundMissingAndUnnamedFiles) {
     load("[BINFILES]\r\nPRIMARY=p.bin,0x12345,ignored\r\nSECONDARY=none.bin,0x80000010\r\n"
          "FLASH=empty.bin,0x100\r\nPG_SIBL=img\\none\r\n"
          "[IMGFILES]\r\nUBOOT=\r\nROOTFS=,0x80000004\r\nKERNEL=img\\k.bin,  0x8000000c  \r\n");
-    EXPECT_EQ(slot(0), "1|p.bin|~/p.bin|Path: ~/|0x2345|0x1388");
+    EXPECT_EQ(slot(0), native("1|p.bin|~/p.bin|Path: ~/|0x2345|0x1388"));
     EXPECT_EQ(slot(1), "0|CAN'T FIND: none.bin||File Not Found, check .INI file|0x80000004|");
     EXPECT_EQ(slot(2), uboot);
     EXPECT_EQ(slot(3), "0|CAN'T FIND: ||File Not Found, check .INI file|0x80000004|");
-    EXPECT_EQ(slot(4), "1|k.bin|~/img/k.bin|Path: ~/img/|0x8000000C|0x1");
+    EXPECT_EQ(slot(4), native("1|k.bin|~/img/k.bin|Path: ~/img/|0x8000000C|0x1"));
     EXPECT_EQ(slot(5), "0|CAN'T FIND: empty.bin||File Not Found, check .INI file|0x0000|");
     EXPECT_EQ(slot(6), "0|CAN'T FIND: none||File Not Found, check .INI file|0x80000004|");
     EXPECT_EQ(bench.buttons(), "1001");
@@ -50,14 +50,14 @@ TEST_F(Ini, FoundMissingAndUnnamedFiles) {
     // Loaded again: what is named is overwritten and what is no longer named stays.
     load("[binfiles]\nprimary = gone.bin\nSecondary=' two .bin'\n[IMGFILES]\nUBOOT=p.bin, no number\n");
     EXPECT_EQ(slot(0), "0|CAN'T FIND: gone.bin||File Not Found, check .INI file|0x0000|");
-    EXPECT_EQ(slot(1), "1| two .bin|~/ two .bin|Path: ~/|0x00000000|0x2");
-    EXPECT_EQ(slot(2), "1|p.bin|~/p.bin|Path: ~/|0x0|0x1388");
-    EXPECT_EQ(slot(4), "1|k.bin|~/img/k.bin|Path: ~/img/|0x8000000C|0x1");
+    EXPECT_EQ(slot(1), native("1| two .bin|~/ two .bin|Path: ~/|0x00000000|0x2"));
+    EXPECT_EQ(slot(2), native("1|p.bin|~/p.bin|Path: ~/|0x0|0x1388"));
+    EXPECT_EQ(slot(4), native("1|k.bin|~/img/k.bin|Path: ~/img/|0x8000000C|0x1"));
     EXPECT_EQ(bench.buttons(), "0001");
 
     loader.state.IniPath = bench.folder.filePath("no.INI");
     loader.iniLoader.mnuLoadIni_Click();
-    EXPECT_EQ(slot(1), "1| two .bin|~/ two .bin|Path: ~/|0x00000000|0x2");
+    EXPECT_EQ(slot(1), native("1| two .bin|~/ two .bin|Path: ~/|0x00000000|0x2"));
     EXPECT_TRUE(bench.boxes.shown.isEmpty());
 
     loader.iniLoader.mnuWriteIni_Click();
