@@ -91,9 +91,8 @@ boost::system::error_code NativePort::look() noexcept {
         ERROR_ACCESS_DENIED,     ERROR_INVALID_HANDLE, ERROR_BAD_COMMAND,    ERROR_GEN_FAILURE,
         ERROR_FILE_NOT_FOUND,    kNoSuchDevice,        ERROR_DEVICE_REMOVED, ERROR_DEVICE_NOT_CONNECTED,
         ERROR_OPERATION_ABORTED, ERROR_NOT_READY,      ERROR_IO_DEVICE};
-    DWORD errors = 0;
     COMSTAT state = {};
-    if (::ClearCommError(m_handle, &errors, &state))
+    if (noteErrors(m_handle, state, m_seen))
         return {};
     const auto error = static_cast<int>(::GetLastError());
     // A device that does not know the question is there.

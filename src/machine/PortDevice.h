@@ -31,7 +31,8 @@ class PortDevice {
     /// when the read tells.
     [[nodiscard]] virtual std::chrono::milliseconds lookInterval() const { return {}; }
 
-    /// The error that tells that the device has gone, or none.
+    /// The error that tells that the device has gone, or none. Never at the same time as unsentBytes() and
+    /// lineErrors().
     [[nodiscard]] virtual boost::system::error_code look() noexcept { return {}; }
 
     /// What the user is told when reading or writing has ended with this error.

@@ -267,7 +267,10 @@ void PortDriver::lookAfter(std::chrono::milliseconds interval) {
     m_lookTimer.async_wait([this, interval](const ErrorCode& error) {
         if (error)
             return;
-        if (const ErrorCode gone = m_device->look())
+        Lock lock(m_mutex); // the owner's calls for counts read the same of the device
+        const ErrorCode gone = m_device->look();
+        lock.unlock();
+        if (gone)
             return reportGone(gone);
         lookAfter(interval);
     });

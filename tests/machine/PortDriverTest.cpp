@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <optional>
+#include <thread>
 
 namespace {
 
@@ -13,7 +15,7 @@ using namespace std::chrono_literals;
 using ErrorCode = boost::system::error_code;
 
 /// An adapter whose driver leaves the read waiting when it is pulled.
-struct SilentDevice final : zrk::PortDevice {
+struct SilentDevice : zrk::PortDevice {
     explicit SilentDevice(const std::atomic<bool>& isPulled) : pulled(isPulled) {}
 
     void readSome(std::span<char>, Done) override {}
@@ -33,6 +35,51 @@ struct SilentDevice final : zrk::PortDevice {
 
     const std::atomic<bool>& pulled;
 };
+
+/// One that notices when it is asked on two threads at a time.
+struct CountingDevice final : SilentDevice {
+    explicit CountingDevice(const std::atomic<bool>& isPulled) : SilentDevice(isPulled) {}
+
+    [[nodiscard]] ErrorCode look() noexcept override {
+        visit();
+        ++looks;
+        return SilentDevice::look();
+    }
+    [[nodiscard]] std::size_t unsentBytes() const noexcept override {
+        visit();
+        return 0;
+    }
+    [[nodiscard]] std::optional<zrk::LineErrors> lineErrors() const noexcept override {
+        visit();
+        return zrk::LineErrors{};
+    }
+    void visit() const {
+        if (++inside > 1)
+            met = true;
+        for (int i = 0; i < 100; ++i)
+            std::this_thread::yield();
+        --inside;
+    }
+
+    std::atomic<int> looks = 0;
+    mutable std::atomic<int> inside = 0;
+    mutable std::atomic<bool> met = false;
+};
+
+TEST(PortDriver, LooksAtTheDeviceWhenNobodyCountsItsErrors) {
+    zrk::QtEventLoop loop;
+    const std::atomic<bool> pulled = false;
+    zrk::PortDriver port(loop, "COM1", {10s, 100, 0});
+    auto owned = std::make_unique<CountingDevice>(pulled);
+    const CountingDevice& device = *owned;
+    port.start(std::move(owned));
+    port.serve(zrk::Handshaking::None);
+    while (device.looks < 50) {
+        EXPECT_TRUE(port.lineErrors().has_value());
+        EXPECT_EQ(port.unsentBytes(), 0);
+    }
+    EXPECT_FALSE(device.met);
+}
 
 TEST(PortDriver, ADeviceThatSaysNothingWhenItIsPulledIsFoundMissing) {
     zrk::QtEventLoop loop;
