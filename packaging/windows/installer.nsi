@@ -1,5 +1,6 @@
 ; The installer. It installs for the user who runs it, which needs no administrator; /S installs silently, /D=FOLDER
-; (last) says where. VERSION, FILES, ICON and OUTPUT are given by ./build.
+; (last) says where. VERSION, FILES, ICON, OUTPUT and LICENCES, what deletes these, are given by
+; ./build.
 Target amd64-unicode ; as the programs are
 !include MUI2.nsh
 
@@ -56,11 +57,7 @@ Section
     SetOutPath "$INSTDIR\licences"
     File "${FILES}\licences\*.*"
     SetOutPath "$INSTDIR"
-    ; The user's own presets stay.
-    ${IfNot} ${FileExists} "$INSTDIR\zrk-loader.INI"
-        File "${FILES}\zrk-loader.INI"
-    ${EndIf}
-    File "/oname=zrk-loader.INI.sample" "${FILES}\zrk-loader.INI"
+    File "${FILES}\zrk-loader.INI.sample"
     WriteUninstaller "$INSTDIR\uninstall.exe"
 
     CreateDirectory "$SMPROGRAMS\${TITLE}"
@@ -83,33 +80,19 @@ SectionEnd
 
 Section Uninstall
     !insertmacro StopIfRunning "remove it"
-    ; Presets that the user has filled in are the user's; those as installed are not.
-    FileOpen $0 "$INSTDIR\zrk-loader.INI" r
-    FileOpen $1 "$INSTDIR\zrk-loader.INI.sample" r
-    ${Do}
-        StrCpy $2 "" ; stays so at the end
-        StrCpy $3 ""
-        FileRead $0 $2
-        FileRead $1 $3
-        ${If} $2 S!= $3
-        ${OrIf} $2 == ""
-            ${ExitDo}
-        ${EndIf}
-    ${Loop}
-    FileClose $0
-    FileClose $1
-    ${If} $2 S== $3
-        Delete "$INSTDIR\zrk-loader.INI"
-    ${EndIf}
+    ; What the user has put there is the user's: presets, and whatever lies in a folder of the same name.
     Delete "$INSTDIR\zrk-loader.INI.sample"
     Delete "$INSTDIR\zrk-loader.exe"
     Delete "$INSTDIR\zrk-loader-cli.exe"
     Delete "$INSTDIR\README.md"
     Delete "$INSTDIR\CHANGELOG.md"
     Delete "$INSTDIR\THIRD-PARTY.md"
-    RMDir /r "$INSTDIR\licences"
+    !include "${LICENCES}"
+    RMDir "$INSTDIR\licences"
     Delete "$INSTDIR\uninstall.exe"
-    RMDir "$INSTDIR" ; only when nothing of the user's is in it
+    RMDir "$INSTDIR" ; only when it is empty
+    Delete "$LOCALAPPDATA\zrk-loader\window.conf"
+    RMDir "$LOCALAPPDATA\zrk-loader"
     Delete "$SMPROGRAMS\${TITLE}\${TITLE}.lnk"
     Delete "$SMPROGRAMS\${TITLE}\Command line.lnk"
     Delete "$SMPROGRAMS\${TITLE}\Uninstall.lnk"
