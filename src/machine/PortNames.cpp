@@ -15,6 +15,17 @@ bool isPortNumber(int number) {
     return number >= PortNames::kLowest && number <= PortNames::kHighest;
 }
 
+/// A device without the colon that Windows' own lists write behind a port, which opens none there.
+QString withoutColon(QString device) {
+#ifdef Q_OS_WIN
+    static const QRegularExpression kColon(QStringLiteral("^COM[0-9]+:$"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    if (kColon.match(device).hasMatch())
+        device.chop(1);
+#endif
+    return device;
+}
+
 } // namespace
 
 PortNames::Machine PortNames::Machine::real() {
@@ -38,9 +49,9 @@ QString PortNames::device(int number) const {
     if (!isPortNumber(number))
         return {};
     if (const auto found = m_overrides.find(number); found != m_overrides.end())
-        return found->second;
+        return withoutColon(found->second);
     if (QString named = m_machine.environment(variable(number)); !named.isEmpty())
-        return named;
+        return withoutColon(std::move(named));
     const QStringList devices = candidates(number);
     const auto found = std::find_if(devices.begin(), devices.end(), m_machine.exists);
     return found == devices.end() ? QString() : *found;
@@ -63,7 +74,7 @@ QString PortNames::deviceNamed(const QString& name) const {
     static const QRegularExpression kPort(QStringLiteral("^COM([1-8]):?$"),
                                           QRegularExpression::CaseInsensitiveOption);
     const auto match = kPort.match(name);
-    return match.hasMatch() ? device(match.captured(1).toInt()) : name;
+    return match.hasMatch() ? device(match.captured(1).toInt()) : withoutColon(name);
 }
 
 QString PortNames::optionDevice(const QString& name) const {

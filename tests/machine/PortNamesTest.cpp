@@ -55,6 +55,24 @@ TEST(PortNames, OverrideIsParsedOrRefusedWithTheReason) {
         EXPECT_EQ(outcome.toStdString(), expected);
     }
 }
+#else
+TEST(PortNames, EveryNumberOfAPortMayHaveItsColon) {
+    const PortNames names({{1, "COM14:"}, {2, "tcp:COM5:"}},
+                          {[](const QString& variable) {
+                               return variable == "ZRK_COM3" ? QStringLiteral("com123:") : QString();
+                           },
+                           [](const QString&) { return true; }});
+    const std::pair<int, const char*> numbers[] = {
+        {1, "COM14"}, {2, "tcp:COM5:"}, {3, "com123"}, {4, R"(\\.\COM4)"}, {9, ""}};
+    for (const auto& [number, device] : numbers)
+        EXPECT_EQ(names.device(number).toStdString(), device) << number;
+    const std::pair<const char*, const char*> devices[] = {
+        {"COM4", R"(\\.\COM4)"}, {"com4:", R"(\\.\COM4)"}, {"COM1:", "COM14"},
+        {"COM9", "COM9"},        {"COM9:", "COM9"},        {"COM14:", "COM14"},
+        {"Com255:", "Com255"},   {"COM:", "COM:"},         {"C:", "C:"}};
+    for (const auto& [name, device] : devices)
+        EXPECT_EQ(names.deviceNamed(name).toStdString(), device) << name;
+}
 #endif
 
 } // namespace
