@@ -48,7 +48,7 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
     loader.fileChoice.cmdBrowse_Click(3);
     EXPECT_EQ(c.lblCodeSize[3].Caption.value(), "0x0");
     // A length that cannot be read keeps the previous label; everything else is the new file's.
-    bench.fileDialog.choice = bench.folder.filePath("gone.bin");
+    bench.fileDialog.choice = native(bench.folder.filePath("gone.bin"));
     loader.fileChoice.cmdBrowse_Click(2);
     EXPECT_EQ(c.lblCodeSize[2].Caption.value(), "0x1234");
     EXPECT_TRUE(c.txtFilNam[2].Text.value() == "gone.bin" && c.chkExeURK[2].isTicked());
