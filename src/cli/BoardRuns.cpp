@@ -27,13 +27,25 @@ void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& pri
 }
 
 /// Opens a session's output and its transcript.
+/// A port's name as that of a file. Windows opens the port itself under its name, whatever suffix is behind
+/// it.
+QString transcriptOf(const QString& name) {
+#ifdef Q_OS_WIN
+    static const QRegularExpression kDevice(QStringLiteral("^(COM[0-9]+|LPT[0-9]+|CON|PRN|AUX|NUL)$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    if (kDevice.match(name).hasMatch())
+        return QStringLiteral("port-%1.log").arg(name);
+#endif
+    return name + QStringLiteral(".log");
+}
+
 void keepTranscript(Output& output, const CliOptions& options, const QString& name) {
     if (options.logFolder.isEmpty() || options.dryRun)
         return;
     if (!QDir().mkpath(options.logFolder))
         throw UsageError(QStringLiteral("--log %1: the folder cannot be made.").arg(options.logFolder));
     try {
-        output.keepTranscript(QDir(options.logFolder).filePath(name + QStringLiteral(".log")));
+        output.keepTranscript(QDir(options.logFolder).filePath(transcriptOf(name)));
     } catch (const RuntimeFailure& failure) {
         throw UsageError(failure.description());
     }
