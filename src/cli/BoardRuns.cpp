@@ -26,7 +26,6 @@ void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& pri
     Session(options, facts, loop, output).prepare();
 }
 
-/// Opens a session's output and its transcript.
 /// A port's name as that of a file. Windows opens the port itself under its name, whatever suffix is behind
 /// it.
 QString transcriptOf(const QString& name) {
@@ -39,6 +38,7 @@ QString transcriptOf(const QString& name) {
     return name + QStringLiteral(".log");
 }
 
+/// Opens a session's output and its transcript.
 void keepTranscript(Output& output, const CliOptions& options, const QString& name) {
     if (options.logFolder.isEmpty() || options.dryRun)
         return;
