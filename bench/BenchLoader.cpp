@@ -2,56 +2,39 @@
 
 #include "board/launcher/BoardProcess.h"
 
-#include <QFile>
 #include <QProcess>
+#include <QScopeGuard>
 
 #include <ctime>
 #include <stdexcept>
 
 namespace zrkbench {
+namespace {
 
-class BenchLoader::Silent final : public zrk::MessageBoxes,
-                                  public zrk::FileDialog,
-                                  public zrk::WaitDialogView {
-  public:
-    zrk::Answer show(const zrk::MessageBox& box) override {
-        said += box.prompt; // and not thrown, for it may be a timer's tick that shows it
-        return box.buttons == zrk::MessageButtons::Ok ? zrk::Answer::Ok : zrk::Answer::Yes;
-    }
-    QString openFile(const zrk::FileRequest& /*request*/) override { return {}; }
-    void show(zrk::WaitDialog& /*dialog*/) override {}
-    void hide() override {}
+constexpr char kCodeByte = '\xA5';
 
-    QString said; ///< what a person would have been told
-};
+} // namespace
 
-BenchLoader::BenchLoader(const QString& device, qsizetype secondarySize, qsizetype flashSize,
+BenchLoader::BenchLoader(const QString& device, const ImageSizes& sizes,
                          std::optional<std::uint32_t> lineRate)
-    : m_silent(std::make_unique<Silent>()),
-      m_ports(m_loop, zrk::PortNames({{1, device}}), {std::chrono::seconds(10), 1 << 20, lineRate}),
-      m_loader(std::make_unique<zrk::Loader>(
-          zrk::LoaderSurroundings{m_loop, m_ports, *m_silent, *m_silent, *m_silent}, m_folder.path())) {
+    : m_quiet(device, lineRate) {
     QProcess::execute(QString::fromStdString(zrkboard::siblingProgram("zrk-board")),
-                      {QStringLiteral("--make-images"), m_folder.path()});
-    m_loader->startUp.prepare({});
+                      {QStringLiteral("--make-images"), m_quiet.folder()});
+    const auto sample = [this](const char* name) { return m_quiet.folder() + QLatin1String(name); };
     const auto make = [this](const QString& name, qsizetype size) {
-        QFile file(m_folder.filePath(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(QByteArray(size, '\xA5')) != size)
-            throw std::runtime_error("cannot write an image file");
-        return file.fileName();
+        return m_quiet.file(name, QByteArray(size, kCodeByte));
     };
-    fillSlot(zrk::kPrimaryBoot, m_folder.filePath(QStringLiteral("primary.bin")), QStringLiteral("0x0000"));
-    fillSlot(zrk::kPgSibl, m_folder.filePath(QStringLiteral("pg_sibl.bin")), QStringLiteral("0x0000"));
-    fillSlot(zrk::kSecondaryExecutable, make(QStringLiteral("secondary"), secondarySize),
+    fillSlot(zrk::kPrimaryBoot, sample("/primary.bin"), QStringLiteral("0x0000"));
+    fillSlot(zrk::kPgSibl, sample("/pg_sibl.bin"), QStringLiteral("0x0000"));
+    fillSlot(zrk::kSecondaryExecutable, make(QStringLiteral("secondary"), sizes.secondary),
              QStringLiteral("0x80000004"));
-    fillSlot(zrk::kFlashImage, make(QStringLiteral("flash"), flashSize), QStringLiteral("0x00000000"));
+    fillSlot(zrk::kUBoot, make(QStringLiteral("uboot"), sizes.uboot), QStringLiteral("0x82800000"));
+    fillSlot(zrk::kFlashImage, make(QStringLiteral("flash"), sizes.flash), QStringLiteral("0x00000000"));
 }
 
-BenchLoader::~BenchLoader() = default;
-
 void BenchLoader::fillSlot(int slot, const QString& file, const QString& address) {
-    m_loader->imageSlots.fill(slot, file);
-    m_loader->controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
+    loader().imageSlots.fill(slot, file);
+    loader().controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
 }
 
 TransferTimes BenchLoader::timed(const QString& begin, const QString& end, const QString& answer,
@@ -59,8 +42,9 @@ TransferTimes BenchLoader::timed(const QString& begin, const QString& end, const
     TransferTimes times;
     enum class Stage { Before, Sending, Awaiting, Over } stage = Stage::Before;
     std::clock_t cpuBegin = 0;
-    m_loader->controls.txtStatus.onEdit([&](qsizetype, const QString&) {
-        const QString& text = m_loader->controls.txtStatus.text();
+    zrk::ConsoleText& console = loader().controls.txtStatus;
+    console.onEdit([&](qsizetype, const QString&) {
+        const QString& text = console.text();
         const auto now = std::chrono::steady_clock::now();
         if (stage == Stage::Before && text.endsWith(begin)) {
             stage = Stage::Sending;
@@ -75,22 +59,27 @@ TransferTimes BenchLoader::timed(const QString& begin, const QString& end, const
             times.answered = now;
         }
     });
+    const auto forget = qScopeGuard([&console] { console.onEdit({}); });
     operation();
     if (stage != Stage::Over)
-        throw std::runtime_error("the operation failed: " +
-                                 (m_loader->controls.txtStatus.text() + m_silent->said).toStdString());
+        throw std::runtime_error("the operation failed: " + (console.text() + m_quiet.said()).toStdString());
     return times;
 }
 
 TransferTimes BenchLoader::bringUp() {
     return timed(QStringLiteral("o ..OK!\r\nSending code .. "), QStringLiteral("done!\r\n"),
                  QStringLiteral("Expect final 't' .. t"),
-                 [this] { m_loader->bringUp.cmdStartPrimary_Click(); });
+                 [this] { loader().bringUp.cmdStartPrimary_Click(); });
+}
+
+TransferTimes BenchLoader::download() {
+    return timed(QStringLiteral("o ..OK!\r\nSending code .. "), QStringLiteral("done!\r\n"),
+                 QStringLiteral("Expect final 't' .. t"), [this] { loader().commands.cmdURK_Click(); });
 }
 
 TransferTimes BenchLoader::programFlash() {
     return timed(QStringLiteral("Sending NAND FLASH DATA frame .. "), QStringLiteral("get ACK .. "),
-                 QStringLiteral("done!\r\n"), [this] { m_loader->flash.cmdPrgFlash_Click(); });
+                 QStringLiteral("done!\r\n"), [this] { loader().flash.cmdPrgFlash_Click(); });
 }
 
 } // namespace zrkbench

@@ -1,13 +1,6 @@
 #pragma once
 
-#include "boot/WaitDialogView.h"
-#include "loader/Loader.h"
-#include "machine/MachinePorts.h"
-#include "machine/QtEventLoop.h"
-#include "platform/FileDialog.h"
-#include "platform/MessageBoxes.h"
-
-#include <QTemporaryDir>
+#include "QuietLoader.h"
 
 #include <chrono>
 
@@ -21,40 +14,45 @@ struct TransferTimes {
     TimePoint answered;      ///< the board has confirmed all of them
     double cpuSeconds = 0.0; ///< processor time of this process between first and handedOver
 
-    [[nodiscard]] double handOverSeconds() const {
-        return std::chrono::duration<double>(handedOver - first).count();
-    }
     [[nodiscard]] double lineSeconds() const {
         return std::chrono::duration<double>(answered - first).count();
     }
+    /// From the last byte's hand-over to the answer.
+    [[nodiscard]] double answerSeconds() const {
+        return std::chrono::duration<double>(answered - handedOver).count();
+    }
 };
 
-/// A loader without a window, on the port of a simulated board.
+/// A loader with images, on the port of a simulated board.
 class BenchLoader {
   public:
-    /// Makes image files of these sizes for the primary boot (from the board's samples), the secondary
-    /// executable, and the flash.
-    BenchLoader(const QString& device, qsizetype secondarySize, qsizetype flashSize,
-                std::optional<std::uint32_t> lineRate = {});
-    ~BenchLoader();
+    struct ImageSizes {
+        qsizetype secondary = 1;
+        qsizetype uboot = 1;
+        qsizetype flash = 1;
+    };
 
-    /// Brings the board up; the times are those of the secondary executable's transfer.
+    BenchLoader(const QString& device, const ImageSizes& sizes, std::optional<std::uint32_t> lineRate = {});
+
+    [[nodiscard]] QuietLoader& quiet() { return m_quiet; }
+    [[nodiscard]] zrk::Loader& loader() { return m_quiet.loader(); }
+
+    /// Brings the board up; the times are those of the secondary executable's transfer. These throw
+    /// std::runtime_error when the operation fails.
     [[nodiscard]] TransferTimes bringUp();
+
+    /// After that: downloads U-Boot.
+    [[nodiscard]] TransferTimes download();
 
     /// Programs the flash; the times are those of the data frame.
     [[nodiscard]] TransferTimes programFlash();
 
   private:
-    class Silent;
     void fillSlot(int slot, const QString& file, const QString& address);
     [[nodiscard]] TransferTimes timed(const QString& begin, const QString& end, const QString& answer,
                                       const std::function<void()>& operation);
 
-    QTemporaryDir m_folder;
-    zrk::QtEventLoop m_loop;
-    std::unique_ptr<Silent> m_silent;
-    zrk::MachinePorts m_ports;
-    std::unique_ptr<zrk::Loader> m_loader;
+    QuietLoader m_quiet;
 };
 
 } // namespace zrkbench

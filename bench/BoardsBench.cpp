@@ -1,5 +1,7 @@
 #include "BenchLoader.h"
 #include "Benches.h"
+#include "FigureTable.h"
+#include "Line.h"
 #include "board/launcher/BoardProcess.h"
 
 #include <QThread>
@@ -10,13 +12,14 @@
 #include <memory>
 #include <optional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace zrkbench {
 namespace {
 
 constexpr qsizetype kImageSize = 126976;
-constexpr double kIdealSeconds = kImageSize / 11520.0;
+constexpr double kIdealSeconds = kImageSize / kLineRate;
 
 /// One board's bring-up on a thread of its own.
 struct Run {
@@ -39,7 +42,7 @@ void benchBoards(int count) {
     for (const auto& run : runs) {
         run->thread.reset(QThread::create([&run = *run] {
             try {
-                BenchLoader loader(QString::fromStdString(run.board.device()), kImageSize, 1);
+                BenchLoader loader(QString::fromStdString(run.board.device()), {kImageSize, 1, 1});
                 run.times = loader.bringUp();
             } catch (const std::exception& error) {
                 std::fprintf(stderr, "zrk-bench: %s\n", error.what());
@@ -54,9 +57,12 @@ void benchBoards(int count) {
     }
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
     const auto [worst, best] = std::minmax_element(use.begin(), use.end());
-    std::printf("%d boards at once: %.2f to %.2f %% of their lines, %.1f s in all, %.1f %% of a core\n",
-                count, 100.0 * *worst, 100.0 * *best, took.count(),
-                100.0 * static_cast<double>(std::clock() - cpuBegin) / CLOCKS_PER_SEC / took.count());
+    const std::string boards = std::to_string(count) + " boards at once, ";
+    for (const auto& [which, share] : {std::pair("the slowest line", *worst), {"the fastest line", *best}})
+        FigureTable::limited(boards + which, rateText(share * kLineRate), rateText(kLineRate), share);
+    const double core = static_cast<double>(std::clock() - cpuBegin) / CLOCKS_PER_SEC / took.count();
+    FigureTable::limited(boards + "processor of all loaders", percentText(core) + " of a core", "a core",
+                         core);
 }
 
 } // namespace zrkbench

@@ -1,47 +1,58 @@
 #include "BenchLoader.h"
 #include "Benches.h"
+#include "FigureTable.h"
+#include "Line.h"
 #include "board/launcher/BoardProcess.h"
+#include "board/launcher/SerialServer.h"
 
-#include <cstdio>
+#include <algorithm>
 
 namespace zrkbench {
 namespace {
 
 constexpr qsizetype kImageSize = 126976;
-constexpr double kLineRate = 11520.0;
-constexpr qsizetype kUnpacedSize = 8 << 20;
+constexpr qsizetype kDataFrameBytes = 9; ///< around the flash image
 
-void printPaced(const char* what, const TransferTimes& times, qsizetype bytesOnLine) {
-    const double ideal = static_cast<double>(bytesOnLine) / kLineRate;
-    std::printf(
-        "%s: %.3f s from first to last byte, the line needs %.3f s: %.2f %% of the line; hand-over ended "
-        "%.3f s before; processor %.3f s/MB\n",
-        what, times.lineSeconds(), ideal, 100.0 * ideal / times.lineSeconds(),
-        times.lineSeconds() - times.handOverSeconds(),
-        times.cpuSeconds / static_cast<double>(bytesOnLine) * 1e6);
+/// A transfer's row of the table; returns how long the answer was awaited.
+double addTransfer(const std::string& name, const TransferTimes& times, qsizetype bytesOnLine) {
+    const double rate = static_cast<double>(bytesOnLine) / times.lineSeconds();
+    FigureTable::limited(name, rateText(rate), rateText(kLineRate), rate / kLineRate);
+    return times.answerSeconds();
+}
+
+void benchPlace(const std::string& place, const QString& device, const QString& flashDevice) {
+    double answer = 0.0;
+    {
+        BenchLoader loader(device, {kImageSize, kImageSize, 1});
+        answer = addTransfer("line use, bring-up, " + place, loader.bringUp(), kImageSize);
+        answer = std::max(answer, addTransfer("line use, download, " + place, loader.download(), kImageSize));
+    }
+    BenchLoader loader(flashDevice, {1, 1, kImageSize});
+    answer = std::max(answer, addTransfer("line use, flash, " + place, loader.programFlash(),
+                                          kImageSize + kDataFrameBytes));
+    constexpr double kReplyLimit = 5.0;
+    FigureTable::limited("longest wait for the answer to an image, " + place, timeText(answer),
+                         timeText(kReplyLimit) + " (reply time-out)", answer / kReplyLimit);
 }
 
 } // namespace
 
-void benchPacedLine() {
+void benchLine() {
     {
         const zrkboard::BoardProcess board({});
-        BenchLoader loader(QString::fromStdString(board.device()), kImageSize, kImageSize);
-        printPaced("bring-up, paced", loader.bringUp(), kImageSize);
+        const zrkboard::BoardProcess flashed({});
+        benchPlace("near", QString::fromStdString(board.device()), QString::fromStdString(flashed.device()));
     }
-    const zrkboard::BoardProcess board({});
-    BenchLoader loader(QString::fromStdString(board.device()), kImageSize, kImageSize);
-    constexpr qsizetype kFrameBytes = 9;
-    printPaced("flash data frame, paced", loader.programFlash(), kImageSize + kFrameBytes);
-}
-
-void benchUnpaced() {
-    const zrkboard::BoardProcess board({"--unpaced"});
-    BenchLoader loader(QString::fromStdString(board.device()), kUnpacedSize, 1, 0);
-    const TransferTimes times = loader.bringUp();
-    const double megabytes = static_cast<double>(kUnpacedSize) / 1e6;
-    std::printf("unpaced: %.0f bytes/s, processor %.3f s/MB\n", megabytes * 1e6 / times.lineSeconds(),
-                times.cpuSeconds / megabytes);
+    for (const bool raw : {true, false}) {
+        const zrkboard::BoardProcess board({});
+        const zrkboard::BoardProcess flashed({});
+        const zrkboard::SerialServer server(QString::fromStdString(board.device()));
+        const zrkboard::SerialServer flashServer(QString::fromStdString(flashed.device()));
+        if (raw)
+            benchPlace("serial server (tcp)", server.raw(), flashServer.raw());
+        else
+            benchPlace("serial server (rfc2217)", server.rfc2217(), flashServer.rfc2217());
+    }
 }
 
 } // namespace zrkbench

@@ -1,9 +1,8 @@
+#include "Program.h"
 #include "Soak.h"
-#include "board/launcher/BoardProcess.h"
 
 #include <QDeadlineTimer>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -20,23 +19,6 @@ constexpr auto kStartLimit = 30s;
 constexpr auto kHungAfter = 100s;  // the command line's own limit is 60 s
 constexpr auto kEndingLimit = 20s; // from a cancel to the end, on a busy machine
 constexpr std::int64_t kSdramBase = 0x8000'0000;
-
-struct Program : QProcess {
-    Program(const char* name, const QStringList& arguments) {
-        setProgram(QString::fromStdString(zrkboard::siblingProgram(name)));
-        setArguments(arguments);
-        // A job in the background has it ignored, and hands that on.
-        setChildProcessModifier([] { (void)::signal(SIGINT, SIG_DFL); });
-        start();
-        if (!waitForStarted(static_cast<int>(std::chrono::milliseconds(kStartLimit).count())))
-            throw std::runtime_error(std::string(name) + " did not start");
-    }
-    ~Program() override {
-        kill();
-        waitForFinished();
-    }
-    Q_DISABLE_COPY_MOVE(Program)
-};
 
 QString deviceOf(QProcess& board) {
     const QDeadlineTimer limit(kStartLimit);

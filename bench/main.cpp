@@ -1,34 +1,83 @@
 #include "Benches.h"
+#include "BusyProcesses.h"
+#include "FigureTable.h"
 #include "Soak.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
-#include <string_view>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace {
+
+struct Part {
+    const char* name;
+    void (*run)();
+};
+
+constexpr int kBoards = 8;
+constexpr Part kParts[] = {
+    {"line", zrkbench::benchLine},
+    {"peers", zrkbench::benchPeers},
+    {"cost", zrkbench::benchCost},
+    {"wait", zrkbench::benchIdleWait},
+    {"reaction", zrkbench::benchReaction},
+    {"cancel", zrkbench::benchCancel},
+    {"window", zrkbench::benchWindow},
+    {"memory", zrkbench::benchMemory},
+    {"boards", [] { zrkbench::benchBoards(kBoards); }},
+};
+
+/// zrk-bench [--busy N] [PART]...: the table, or only these parts of it, with N processes beside it that take
+/// all the processor time they can get. Status 1 when a part could not be measured.
+int printTable(std::vector<std::string> arguments, int argc, char** argv) {
+    int busy = 0;
+    if (arguments.size() >= 2 && arguments[0] == "--busy") {
+        busy = std::stoi(arguments[1]);
+        arguments.erase(arguments.begin(), arguments.begin() + 2);
+    }
+    std::vector<Part> parts;
+    for (const std::string& name : arguments) {
+        const auto* part = std::ranges::find(kParts, name, &Part::name);
+        if (part == std::end(kParts))
+            throw std::invalid_argument("there is no part \"" + name + "\"");
+        parts.push_back(*part);
+    }
+    if (parts.empty())
+        parts.assign(std::begin(kParts), std::end(kParts));
+    const zrkbench::BusyProcesses burners(busy);
+    const QCoreApplication app(argc, argv);
+    zrkbench::FigureTable::begin();
+    int status = 0;
+    for (const Part& part : parts) {
+        try {
+            part.run();
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "zrk-bench %s: %s\n", part.name, error.what());
+            status = 1;
+        }
+    }
+    return status;
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
-    const QCoreApplication app(argc, argv);
+    std::vector<std::string> arguments(argv + 1, argv + argc);
     try {
-        // zrk-bench boards N: only this, over and over if the shell likes
-        if (argc == 3 && std::string_view(argv[1]) == "boards") {
-            zrkbench::benchBoards(std::max(1, std::atoi(argv[2])));
-            return 0;
-        }
         // zrk-bench soak [--runs N] [--seed S] [--pty N] [--jobs N]: status 1 when a run ended wrongly
-        if (argc >= 2 && std::string_view(argv[1]) == "soak")
-            return zrkbench::benchSoak(zrkbench::soakOptions({argv + 2, argv + argc})) ? 0 : 1;
-        zrkbench::benchPacedLine();
-        zrkbench::benchPeers();
-        zrkbench::benchUnpaced();
-        zrkbench::benchIdleWait();
-        zrkbench::benchMemory();
-        zrkbench::benchBoards(8);
+        if (!arguments.empty() && arguments[0] == "soak") {
+            const QCoreApplication app(argc, argv);
+            return zrkbench::benchSoak(zrkbench::soakOptions({arguments.begin() + 1, arguments.end()})) ? 0
+                                                                                                        : 1;
+        }
+        return printTable(std::move(arguments), argc, argv);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "zrk-bench: %s\n", error.what());
         return 1;
     }
-    return 0;
 }

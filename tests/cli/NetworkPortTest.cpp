@@ -1,5 +1,5 @@
+#include "board/launcher/SerialServer.h"
 #include "cli/Processes.h"
-#include "machine/SerialServer.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 
 namespace {
 
-using zrk::test::MuteListener;
-using zrk::test::SerialServer;
+using zrkboard::MuteListener;
+using zrkboard::SerialServer;
 
 class CliNetworkPort : public ::testing::Test {
   protected:

@@ -1,5 +1,5 @@
 #include "PortFixture.h"
-#include "SerialServer.h"
+#include "board/launcher/SerialServer.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -9,6 +9,8 @@ namespace zrk::test {
 namespace {
 
 using namespace std::chrono_literals;
+using zrkboard::MuteListener;
+using zrkboard::SerialServer;
 
 class NetworkPort : public PortFixture {
   protected:

@@ -1,10 +1,8 @@
-#include "machine/SerialServer.h"
+#include "board/launcher/SerialServer.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QStandardPaths>
-
-#include <gtest/gtest.h>
 
 #include <arpa/inet.h>
 #include <poll.h>
@@ -12,7 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace zrk::test {
+namespace zrkboard {
 namespace {
 
 sockaddr_in loopback(int port) {
@@ -23,7 +21,7 @@ sockaddr_in loopback(int port) {
     return address;
 }
 
-/// A listening socket's number, of those that are free.
+// A listening socket's number, of those that are free.
 int listenAnywhere(int socket) {
     sockaddr_in address = loopback(0);
     socklen_t size = sizeof address;
@@ -34,7 +32,7 @@ int listenAnywhere(int socket) {
     return ntohs(address.sin_port);
 }
 
-/// Holds its number so shortly that nobody else gets it in the meantime.
+// Holds its number so shortly that nobody else gets it in the meantime.
 int freePort() {
     return MuteListener().port();
 }
@@ -107,4 +105,4 @@ void SerialServer::kill() {
     m_process.waitForFinished();
 }
 
-} // namespace zrk::test
+} // namespace zrkboard

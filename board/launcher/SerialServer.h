@@ -4,19 +4,19 @@
 #include <QString>
 #include <QTemporaryDir>
 
-namespace zrk::test {
+namespace zrkboard {
 
-/// A real serial server in front of a device, on the loopback address. A test of it fails where ser2net is
-/// missing.
+// A real serial server (ser2net) in front of a device, on the loopback address, for whoever needs one beside
+// it: tests and measurements.
 class SerialServer {
   public:
-    /// Returns when it listens.
+    // Returns when it listens. Throws std::runtime_error when there is none.
     explicit SerialServer(const QString& device);
     ~SerialServer();
     SerialServer(const SerialServer&) = delete;
     SerialServer& operator=(const SerialServer&) = delete;
 
-    /// The device's names at the server.
+    // The device's names at the server.
     [[nodiscard]] QString raw() const;
     [[nodiscard]] QString rfc2217() const;
 
@@ -29,8 +29,8 @@ class SerialServer {
     QProcess m_process;
 };
 
-/// A socket on the loopback address that listens: the system accepts connections, and nobody ever answers.
-/// With its queue filled up it does not accept either.
+// A socket on the loopback address that listens: the system accepts connections, and nobody ever answers.
+// With its queue filled up it does not accept either.
 class MuteListener {
   public:
     MuteListener();
@@ -40,7 +40,7 @@ class MuteListener {
 
     [[nodiscard]] int port() const { return m_port; }
 
-    /// Returns when somebody has connected.
+    // Returns when somebody has connected.
     void awaitConnection() const;
 
   private:
@@ -48,4 +48,4 @@ class MuteListener {
     int m_port;
 };
 
-} // namespace zrk::test
+} // namespace zrkboard
