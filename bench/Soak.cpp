@@ -43,6 +43,7 @@ SoakTable soak(std::uint64_t seed, int runs, int jobs, SoakEnd (*run)(const Soak
         }
     };
     std::vector<std::jthread> threads;
+    threads.reserve(static_cast<std::size_t>(std::max(jobs, 0)));
     for (int i = 0; i < std::min(jobs, runs); ++i)
         threads.emplace_back(work);
     threads.clear();

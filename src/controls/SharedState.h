@@ -30,12 +30,16 @@ struct SharedState {
     QString StopText;       ///< which limit ran out and what was waited for, when StopReason is LimitReached
     bool DebugMode = false; ///< the protocols' own transmissions are muted; never cleared
     bool TerminalMode = false;
+    bool Asking = false;         ///< a message box waits for the user
+    bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait
+    /// From a failure in or after the flash header frame until the next operation: the flash may be erased or
+    /// half written.
+    bool FlashStateUnknown = false;
     QString LastChar;    ///< the character most recently read by a protocol step
     QString MessageText; ///< prompt of the message box being raised; last address error
     QString IniPath;     ///< full path of the configuration file
     QString HeardBehind; ///< what terminal mode has received behind the text that a script waited for last
     QString Remark;      ///< for the first status panel while nothing runs, until the user's next action
-    bool Asking = false; ///< a message box waits for the user
     QString Unanswered; ///< which question of the board's protocols the reply time-out ran out over, in words
     QString LastSent;   ///< what the board's next answer is about, in words
     std::array<QString, 8> SlotNames;
@@ -52,11 +56,7 @@ struct SharedState {
     QString LineErrorsText; ///< what was damaged on the line during the last transfers, in words
     QString WaitingFor;     ///< what an operation without a time limit waits for; empty: nothing
     std::chrono::steady_clock::time_point WaitingSince;
-    QString AwaitedText;         ///< text that a running script waits for; empty: none
-    bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait
-    /// From a failure in or after the flash header frame until the next operation: the flash may be erased or
-    /// half written.
-    bool FlashStateUnknown = false;
+    QString AwaitedText; ///< text that a running script waits for; empty: none
     // From when the running operation has read them until it ends, so that a change would come too late.
     std::array<QProperty<bool>, kSlotCount> SlotIsSpent;
     QProperty<bool> EraseIsSpent{false};

@@ -32,7 +32,7 @@ QString wordsFor(Outcome outcome, const SharedState& state) {
 } // namespace
 
 QString outcomeSentence(Outcome outcome, const SharedState& state, const QString& failure) {
-    const QString words = wordsFor(outcome, state);
+    QString words = wordsFor(outcome, state);
     if (!words.isEmpty())
         return words;
     if (!failure.isEmpty())
