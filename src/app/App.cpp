@@ -3,6 +3,7 @@
 #include "app/FileRecording.h"
 #include "app/FirstExposure.h"
 
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QScreen>
 #include <QStandardPaths>
@@ -11,6 +12,8 @@
 
 namespace zrk {
 namespace {
+
+constexpr int kCancelled = 130; // what the command line ends with, too
 
 /// What the window remembers of one run for the next.
 QString windowStore() {
@@ -22,7 +25,8 @@ QString windowStore() {
 
 App::App(const AppOptions& options)
     : m_ini(chooseIni(options.iniPath, programFacts())), m_portNumber(options.portNumber),
-      m_bringsUp(options.bringUp), m_ports(m_loop, PortNames(options.ports), {.lineRate = options.lineRate}),
+      m_bringsUp(options.bringUp), m_interrupt(m_loop, [this](bool /*ended*/) { leave(); }),
+      m_ports(m_loop, PortNames(options.ports), {.lineRate = options.lineRate}),
       m_tracedPorts(m_loop, m_ports), m_catalog(PortNames(options.ports)),
       m_boxes([this] { return topWindow(); }), m_fileDialog([this] { return &m_window; }),
       m_waitDialog([this] { return &m_window; }),
@@ -37,6 +41,8 @@ App::App(const AppOptions& options)
         endRecords();
         m_loop.yield(); // a failure of their last bytes is told
     });
+    // Where the user's session ends, this may be the last that the program gets to do.
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, &m_window, [this] { endRecords(); });
 }
 
 App::~App() {
@@ -47,6 +53,12 @@ App::~App() {
 void App::endRecords() {
     m_tracedPorts.stopTrace();
     m_log.stop();
+}
+
+/// Nobody is there any more who could be asked. What runs ends as by Cancel; then the program does.
+void App::leave() {
+    (void)m_loader.portControl.Form_Unload();
+    QCoreApplication::exit(kCancelled);
 }
 
 void App::start() {

@@ -11,6 +11,7 @@
 #include "loader/Loader.h"
 #include "loader/ThisProgram.h"
 #include "machine/DetachedStarter.h"
+#include "machine/InterruptSignal.h"
 #include "machine/MachineCatalog.h"
 #include "machine/MachinePorts.h"
 #include "machine/QtEventLoop.h"
@@ -27,7 +28,6 @@ namespace zrk {
 class App {
   public:
     explicit App(const AppOptions& options);
-    /// Ends trace and log, which are complete then.
     ~App();
     App(const App&) = delete;
     App& operator=(const App&) = delete;
@@ -37,6 +37,9 @@ class App {
     /// running.
     void start();
 
+    /// Trace and log are complete then. Also the destructor does so.
+    void endRecords();
+
   private:
     /// The window that a message box belongs to: the wait dialog or the About box while it is open.
     [[nodiscard]] QWidget* topWindow();
@@ -44,12 +47,13 @@ class App {
     /// Shows the window, the first time, and returns when it has its place on the screen.
     void showWindow();
     void bringUp();
-    void endRecords();
+    void leave();
 
     IniChoice m_ini;
     int m_portNumber;
     bool m_bringsUp;
     QtEventLoop m_loop;
+    InterruptSignal m_interrupt;
     MachinePorts m_ports;
     TracedPorts m_tracedPorts;
     MachineCatalog m_catalog;

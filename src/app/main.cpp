@@ -2,6 +2,7 @@
 #include "app/AppOptions.h"
 #include "app/Identity.h"
 #include "app/LoaderStyle.h"
+#include "machine/InterruptSignal.h"
 #include "machine/StandardStreams.h"
 
 #include <QApplication>
@@ -9,8 +10,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <set>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -26,6 +29,24 @@ int print(const zrk::AppCommandLine& commandLine) {
     return commandLine.exitStatus;
 }
 
+/// Something that has to be done before the process ends.
+class LastAct {
+  public:
+    LastAct() = default;
+    ~LastAct() { perform(); }
+    LastAct(const LastAct&) = delete;
+    LastAct& operator=(const LastAct&) = delete;
+
+    void become(std::function<void()> act) { m_act = std::move(act); }
+    void perform() {
+        if (const auto act = std::exchange(m_act, nullptr))
+            act();
+    }
+
+  private:
+    std::function<void()> m_act;
+};
+
 /// Help and version are to be had without a display.
 bool asksForText(int argc, char** argv) {
     const std::set<std::string_view> questions{"-h", "--help", "-v", "--version"};
@@ -39,6 +60,8 @@ int main(int argc, char** argv) {
         const QCoreApplication application(argc, argv);
         return print(zrk::readCommandLine(QCoreApplication::arguments()));
     }
+    zrk::ignoreBrokenPipes();
+    zrk::InterruptSignal::hold();
     QApplication application(argc, argv);
     QApplication::setDesktopFileName(QStringLiteral("zrk-loader"));
     QApplication::setStyle(new zrk::LoaderStyle);
@@ -50,5 +73,10 @@ int main(int argc, char** argv) {
     zrk::App app(*commandLine.options);
     QMetaObject::invokeMethod(
         &application, [&app] { app.start(); }, Qt::QueuedConnection);
-    return QApplication::exec();
+    // Of an exit() in the middle of all, which is what Qt does when the display is gone, only this is left.
+    static LastAct lastAct;
+    lastAct.become([&app] { app.endRecords(); });
+    const int status = QApplication::exec();
+    lastAct.perform();
+    return status;
 }

@@ -47,6 +47,8 @@ struct InterruptSignal::Private {
     std::function<void(bool)> interrupted;
 };
 
+void InterruptSignal::hold() {} // the system has a thread of its own for them
+
 InterruptSignal::InterruptSignal(EventLoop& loop, std::function<void(bool)> interrupted)
     : m_private(std::make_unique<Private>(Private{std::move(interrupted)})) {
     interruptedHandler = &m_private->interrupted;

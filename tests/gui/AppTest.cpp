@@ -4,22 +4,35 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <csignal>
+#endif
+
 namespace {
 
-/// Notes what the window and a message box look like at their first sight, and answers the box.
+/// Notes what the window and a message box look like at their first sight, and answers the box; of a file
+/// dialog it takes `file`.
 class FirstSight final : public QObject {
   public:
     FirstSight() { qApp->installEventFilter(this); }
 
     QStringList seen;
+    QString file;
+    QWidget* window = nullptr;
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() != QEvent::Show || !watched->isWidgetType())
             return false;
-        if (watched->objectName() == "frmLoader")
+        if (auto* dialog = qobject_cast<QFileDialog*>(watched)) {
+            dialog->selectFile(file);
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+        }
+        if (watched->objectName() == "frmLoader") {
+            window = static_cast<QWidget*>(watched);
             seen += watched->findChild<QLabel*>("lblHeader")->text() +
                     QStringLiteral("|%1|").arg(watched->findChild<QComboBox*>("cmbComPort")->count()) +
                     watched->findChild<QLineEdit*>("txtStartAddress_0")->text();
+        }
         if (auto* box = qobject_cast<QMessageBox*>(watched)) {
             seen += box->windowTitle() + (box->parentWidget()->isVisible() ? " on the window" : "");
             QMetaObject::invokeMethod(box, "accept", Qt::QueuedConnection);
@@ -46,5 +59,28 @@ TEST(App, ItsWindowIsCompleteAtItsFirstSightAndAMessageBoxComesUpOnIt) {
         ASSERT_TRUE(ini.open(QIODevice::WriteOnly) && ini.write("[BINFILES]\nPRIMARY=p.bin,0x10\n") > 0);
     }
 }
+
+#ifndef _WIN32
+TEST(App, EndsWhenItIsToldToAndWhatItLoggedIsComplete) {
+    QTemporaryDir folder;
+    zrk::AppOptions options;
+    options.iniPath = folder.filePath("a.INI");
+    QFile ini(options.iniPath);
+    ASSERT_TRUE(ini.open(QIODevice::WriteOnly));
+    FirstSight first;
+    first.file = folder.filePath("a.log");
+    QFile log(first.file);
+    zrk::App app(options);
+    QTimer::singleShot(0, [&] {
+        app.start();
+        first.window->findChild<QAction*>("mnuLogToFile")->trigger();
+        first.window->findChild<QPushButton*>("cmdCancel")->click();
+        std::raise(SIGTERM);
+    });
+    EXPECT_EQ(QApplication::exec(), 130);
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_EQ(log.readAll(), "\r\n--- Closing port ---\r\n");
+}
+#endif
 
 } // namespace
