@@ -148,7 +148,9 @@ void FileWriter::writeUntilEnd(Shared& shared) {
         shared.changed.wait(lock, [&] { return shared.ending || !shared.pending.isEmpty(); });
         shared.changed.wait_for(lock, kWriteInterval, [&] { return shared.ending; });
     }
+    lock.unlock(); // a share may keep the close waiting for long, and the owner for 3 s only
     shared.file.close();
+    lock.lock();
     shared.ended = true;
     shared.changed.notify_all();
 }

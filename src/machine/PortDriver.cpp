@@ -66,19 +66,25 @@ QByteArray PortDriver::read(qsizetype most) {
         bytes = m_received.left(std::max<qsizetype>(most, 0));
         m_received.remove(0, bytes.size());
     }
-    if (m_readingPaused && !m_failure && m_received.size() <= m_limits.received / 2) {
-        m_readingPaused = false;
-        lock.unlock();
-        asio::post(m_io, [this] { startReading(); });
-    }
+    resumeReading(lock);
     return bytes;
 }
 
 void PortDriver::skip(char byte) {
-    const Lock lock(m_mutex);
+    Lock lock(m_mutex);
     const auto other =
         std::find_if(m_received.cbegin(), m_received.cend(), [byte](char c) { return c != byte; });
     m_received.remove(0, other - m_received.cbegin());
+    resumeReading(lock);
+}
+
+/// After bytes have been taken; gives up the lock.
+void PortDriver::resumeReading(Lock& lock) {
+    if (!m_readingPaused || m_failure || m_received.size() > m_limits.received / 2)
+        return;
+    m_readingPaused = false;
+    lock.unlock();
+    asio::post(m_io, [this] { startReading(); });
 }
 
 void PortDriver::write(QByteArrayView bytes) {

@@ -75,6 +75,7 @@ class PortDriver final : public SerialPort {
 
     void applyHandshaking(Handshaking handshaking);
     void throwIfFailed() const;
+    void resumeReading(Lock& lock);
     void reportGone(const ErrorCode& error);
     void fail(QString description);
 

@@ -129,6 +129,19 @@ TEST_F(PortFlow, UnreadBytesHoldTheBoardBackAndNoneIsLost) {
     EXPECT_EQ(got, bytes);
 }
 
+TEST_F(PortFlow, WhatIsSkippedMakesRoomAsWell) {
+    openPort(10s, 8);
+    line.send("5555555555");
+    ASSERT_TRUE(waitUntil([&] { return port->bytesWaiting() >= 8; }));
+    port->skip('5');
+    line.send("x");
+    EXPECT_TRUE(waitUntil([&] {
+        port->skip('5');
+        return port->bytesWaiting() > 0;
+    }));
+    EXPECT_EQ(port->read(9), "x");
+}
+
 TEST_F(PortFlow, TwoPortsLiveSideBySide) {
     openPort();
     Pty otherLine;
