@@ -30,11 +30,7 @@ void PortControl::cmdCancel_Click() {
     m_port.CloseComPort();
     m_console.PrintStatus(QStringLiteral("/n--- Closing port ---/n"));
     resetStartButtons();
-    try {
-        m_terminal.switchTo(false);
-    } catch (const RuntimeFailure&) {
-        // Only in DebugMode; the port is closed, so the mode is set at the next open.
-    }
+    m_terminal.leave();
 }
 
 void PortControl::resetStartButtons() {

@@ -5,6 +5,8 @@
 #include "serial/PortErrors.h"
 #include "serial/StatusConsole.h"
 
+#include <QScopeGuard>
+
 namespace zrk {
 
 using namespace std::chrono_literals;
@@ -74,10 +76,13 @@ void TerminalMode::applyProgrammed() {
     m_console.PrintStatus(QStringLiteral("/n--- Switching to programmed mode ---/n"));
     if (m_AppliedTerminalMode)
         return; // a click inside the print has switched back already
+    // Also behind a port that fails: the mode counts as switched, and what follows reads byte by byte.
+    const auto switched = qScopeGuard([this] {
+        m_timCommReceive->stop();
+        m_port.setInputMode(ComPort::InputMode::Binary);
+        m_desk.controls.mnuExecScript.Enabled = false;
+    });
     m_port.setHandshaking(Handshaking::None);
-    m_timCommReceive->stop();
-    m_port.setInputMode(ComPort::InputMode::Binary);
-    m_desk.controls.mnuExecScript.Enabled = false;
 }
 
 void TerminalMode::cmdTerminal_Click() {
@@ -92,7 +97,15 @@ void TerminalMode::cmdTerminal_Click() {
         m_desk.state.noteStop(outcomeOf(failure.kind()));
         showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
         m_desk.state.TerminalMode = false;
+        leave();
+    }
+}
+
+void TerminalMode::leave() {
+    try {
         switchTo(false);
+    } catch (const RuntimeFailure&) {
+        // Of a port that fails under DebugMode; the mode is switched all the same.
     }
 }
 

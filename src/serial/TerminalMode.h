@@ -23,6 +23,9 @@ class TerminalMode {
         return enable;
     }
 
+    /// Switches to programmed mode, whatever the port makes of it. Yields.
+    void leave();
+
     /// Toggles terminal mode and opens the port when it goes on. Does nothing while an operation runs.
     /// A port that cannot be opened is shown and leaves terminal mode off.
     void cmdTerminal_Click();

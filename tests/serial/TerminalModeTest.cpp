@@ -82,6 +82,13 @@ TEST_F(Terminal, TheFailureHandlerForcesProgrammedModeOnce) {
     loader.port.OpenComPort();
     EXPECT_THROW(loader.terminal.switchTo(true), zrk::RuntimeFailure);
     EXPECT_EQ(bench.boxes.shown.size(), 2);
+
+    // Without the handler the mode is switched all the same.
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_FALSE(loader.controls.mnuExecScript.Enabled || loader.state.TerminalMode);
+    port.receive("ab");
+    loop.runFor(1s);
+    EXPECT_EQ(loader.port.Input(), "a");
 }
 
 TEST_F(Terminal, ShowReceived) {
