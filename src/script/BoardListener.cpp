@@ -119,6 +119,8 @@ Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {
         // A program's own text may begin with a "5" as well; the boot ROM says nothing else.
         if (received.count(kBootId) < received.size())
             return Operation::End::Done;
+        if (m_link.port.isLost())
+            (void)m_link.port.transmitRoom(); // says why
         if (received.size() > 1 || m_link.loop.now() - begin >= limit) {
             if (received.isEmpty())
                 fail(Outcome::LimitReached,

@@ -29,6 +29,7 @@ void ComPort::OpenComPort() {
             QStringLiteral("COM%1 is still being opened. Wait, or cancel that, and start again.")
                 .arg(m_commPort));
     const QScopedValueRollback opening(m_isOpening, true);
+    const int selected = m_controls.cmbComPort.ListIndex;
     m_commPort = m_controls.cmbComPort.selectedItemData();
     tellNotice();
     const QString before = m_controls.lblState.Caption;
@@ -44,6 +45,7 @@ void ComPort::OpenComPort() {
     m_openedDevice = m_ports.deviceName(m_commPort);
     m_lastReceived.clear();
     m_controls.lblState.Caption = QStringLiteral("Open...");
+    m_controls.cmbComPort.ListIndex = selected; // whatever was chosen while it was being opened
     m_controls.cmbComPort.Enabled = false;
 }
 
@@ -90,8 +92,12 @@ QByteArray ComPort::take(qsizetype most) {
         return takeFromDevice(most);
     QByteArray taken = m_putBack.left(most);
     m_putBack.remove(0, taken.size());
-    if (most > taken.size() && opened().bytesWaiting() > 0)
-        taken += takeFromDevice(most - taken.size());
+    try {
+        if (most > taken.size() && opened().bytesWaiting() > 0)
+            taken += takeFromDevice(most - taken.size());
+    } catch (const RuntimeFailure&) {
+        // Told by the next look, which finds nothing left to read.
+    }
     return taken;
 }
 
@@ -108,12 +114,6 @@ void ComPort::skip(char byte) {
         m_putBack.remove(0, 1);
     if (m_putBack.isEmpty())
         opened().skip(byte);
-}
-
-void ComPort::discardReceived() {
-    m_putBack.clear();
-    if (m_open)
-        (void)m_open->read(kAll);
 }
 
 void ComPort::Output(const QString& text) {

@@ -57,6 +57,22 @@ TEST_F(Listening, EveryOtherEnd) {
     EXPECT_EQ(heard, "last words");
 }
 
+TEST_F(Listening, AnAdapterThatIsPulledTakesNothingBackThatWasThere) {
+    for (const char* said : {"hello", "5"}) {
+        loader.port.CloseComPort();
+        loader.listener.openPort({});
+        port.receive(said);
+        loop.after(1s, [this] { port.hangUp(); });
+        loader.listener.awaitProgram(5s);
+        const bool isProgram = *said != '5';
+        EXPECT_EQ(loader.operation.outcome(), isProgram ? Outcome::Done : Outcome::PortLost);
+        loop.runFor(100ms);
+        port.hangUp();
+        EXPECT_EQ(expect(said), Outcome::Done);
+        EXPECT_EQ(expect("more"), Outcome::PortLost);
+    }
+}
+
 TEST_F(Listening, WhetherAProgramHasStarted) {
     struct Row {
         QByteArray says;
@@ -70,7 +86,7 @@ TEST_F(Listening, WhetherAProgramHasStarted) {
                                                      {"hello", 5100ms, Outcome::LimitReached},
                                                      {"", 0ms, Outcome::LimitReached}}) {
         SCOPED_TRACE(row.says.toStdString());
-        loader.port.discardReceived();
+        (void)loader.port.receive();
         const auto late = loop.schedule(loop.now() + row.after, [&] { port.receive(row.says); });
         loader.listener.awaitProgram(5s);
         loop.cancel(late);

@@ -111,6 +111,31 @@ TEST_F(PortControlTest, ATerminalGoesOnWhenItsAdapterIsBackAndAnythingElseEndsTh
     bench.expectAtRest();
 }
 
+/// Whose opening lets the event loop run.
+struct SlowPort final : LinePort {
+    using LinePort::LinePort;
+    std::function<void()> meanwhile;
+
+  private:
+    void opened() override { meanwhile(); }
+    void delivered(char /*byte*/, TimePoint /*when*/) override {}
+};
+
+TEST(PortControl, TheListShowsThePortThatIsOpen) {
+    VirtualEventLoop loop;
+    SlowPort port(loop);
+    Rig bench(loop, port);
+    zrk::ComboBox& list = bench.loader.controls.cmbComPort;
+    list.ListIndex = 3;
+    port.meanwhile = [&] {
+        EXPECT_TRUE(list.Enabled);
+        list.ListIndex = 5;
+    };
+    bench.loader.port.OpenComPort();
+    EXPECT_EQ(port.callNames().last(), "open 4 115200,N,8,1 handshaking 0");
+    EXPECT_EQ(list.ListIndex, 3);
+}
+
 TEST_F(PortControlTest, WhatIsToBeKnownOfAPortIsToldBeforeItIsOpenedAndOnce) {
     port.noticed = "COM1 is the built-in port.";
     for (int i = 0; i < 2; ++i) {
