@@ -21,9 +21,9 @@ void BringUp::cmdStartPrimary_Click() {
         {[this] { return load(); }, [this] { m_link.operation.abort(m_link.controls.cmdStartPrimary); },
          Operation::Report::DownloadProblem,
          [this, before](const QString& time) {
-             if (m_link.state.BytesSentInAll == before)
-                 return QStringLiteral("No image was ticked: nothing was sent.");
              const bool confirmed = m_link.controls.chkExeURK[kSecondaryExecutable].isTicked();
+             if (!confirmed && !m_link.controls.chkExeURK[kPrimaryBoot].isTicked())
+                 return QStringLiteral("No image was ticked: nothing was sent.");
              return QStringLiteral("Loaded: %1 bytes in %2%3.")
                  .arg(QLocale().toString(m_link.state.BytesSentInAll - before), time,
                       confirmed ? QStringLiteral(", confirmed") : QString());

@@ -120,7 +120,8 @@ bool ImageTransfer::passAfterByte() {
 }
 
 bool ImageTransfer::mayBeEnded() {
-    if (!m_link.transport.isTransferring())
+    // The display of a transfer that failed may still be running.
+    if (!m_link.state.OperationActive || !m_link.transport.isTransferring())
         return true;
     return !m_link.state.Asking && userConfirmsCancel();
 }

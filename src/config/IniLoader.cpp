@@ -133,6 +133,8 @@ void IniLoader::clearSlot(int slot, const QString& path) {
     m_desk.controls.txtFilNam[i].Tag = QString();
     m_desk.controls.txtStartAddress[i].Text = QString::fromLatin1(kSlots[i].addressWhenMissing);
     m_desk.controls.lblCodeSize[i].Caption = QString();
+    m_desk.controls.lblFileChanged[i].Caption = QString();
+    m_desk.state.Sent[i] = std::nullopt;
     m_desk.controls.chkExeURK[i].Value = 0;
     if (slot == kPrimaryBoot)
         m_desk.controls.cmdStartPrimary.Enabled = false;

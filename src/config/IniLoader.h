@@ -29,7 +29,6 @@ class IniLoader {
 
     /// What in the file had no effect or another one than it seems to have, since it was read last: names
     /// that nobody knows, and addresses that cannot be used. Full sentences, each naming the place.
-    [[nodiscard]] QStringList keptSlots() const;
     [[nodiscard]] QStringList remarks() const;
 
     /// Why the address that the slot was last filled with cannot be used, or "".
@@ -45,6 +44,7 @@ class IniLoader {
     void applyFile(int slot, const QString& path, const QString& address);
 
   private:
+    [[nodiscard]] QStringList keptSlots() const;
     void checkNames();
     void clearSlot(int slot, const QString& path);
 

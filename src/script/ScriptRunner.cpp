@@ -39,7 +39,11 @@ QStringList readLines(const QString& path) {
     if (!file.open(QIODevice::ReadOnly))
         throw RuntimeFailure(FailureKind::File,
                              QStringLiteral("Cannot open the script %1: %2.").arg(path, file.errorString()));
-    QString text = textOf(file.readAll());
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) // half a script must not run as if it were whole
+        throw RuntimeFailure(FailureKind::File,
+                             QStringLiteral("Cannot read the script %1: %2.").arg(path, file.errorString()));
+    QString text = textOf(bytes);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     if (text.isEmpty())

@@ -141,6 +141,16 @@ TEST(Transfer, ClosingTheWindowDuringTheCode) {
     }
 }
 
+TEST(Transfer, ClosingTheWindowBehindAFailedTransferAsksNothing) {
+    BringUpRig r;
+    r.port.hangUpAfterBytes = 3 + 8 + 2;
+    r.start();
+    EXPECT_EQ(r.outcome(), Outcome::PortLost);
+    EXPECT_TRUE(r.loader.transport.isTransferring()) << "until its display looks again";
+    EXPECT_TRUE(r.loader.transfer.mayBeEnded());
+    EXPECT_EQ(r.bench.boxes.shown.size(), 1);
+}
+
 TEST(Transfer, SizesThatDoNotMatchTheFile) {
     struct Row {
         QByteArray content;
@@ -167,8 +177,23 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
         EXPECT_EQ(r.bench.console(), bringUpTexts().join(QString()));
         const auto sent = r.loader.state.Sent[0].value().value_or(zrk::SentImage{});
         EXPECT_EQ(QStringLiteral("%1 %2").arg(sent.bytes).arg(sent.crcText()), row.sum);
-        r.bench.fill(0, row.content, "0x1234");
+        if (row.content.isEmpty())
+            r.loader.iniLoader.applyValue(0, "gone.bin");
+        else
+            r.bench.fill(0, row.content, "0x1234");
         EXPECT_FALSE(r.loader.state.Sent[0].value()) << "another file has not been sent";
+    }
+}
+
+TEST(Transfer, AnEmptyImageIsOneAllTheSame) {
+    for (const bool ticked : {true, false}) {
+        BringUpRig r;
+        r.bench.fill(0, "", "0x1234");
+        r.loader.controls.chkExeURK[0].Value = ticked ? 1 : 0;
+        r.loader.controls.chkExeURK[1].Value = 0;
+        r.start();
+        EXPECT_EQ(r.loader.state.Remark,
+                  ticked ? "Loaded: 0 bytes in 0 s." : "No image was ticked: nothing was sent.");
     }
 }
 

@@ -167,6 +167,12 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     loader.script.mnuExecScript_Click();
     expectEnded(0, zrk::Outcome::File);
     EXPECT_TRUE(told().startsWith("Cannot open the script")) << told().toStdString();
+#ifdef Q_OS_LINUX
+    bench.fileDialog.choice = "/proc/self/mem"; // opens, and cannot be read
+    loader.script.mnuExecScript_Click();
+    expectEnded(0, zrk::Outcome::File);
+    EXPECT_TRUE(told().startsWith("Cannot read the script")) << told().toStdString();
+#endif
     run("#");
     EXPECT_EQ(told(), "The script has ended: 1 line executed.");
 
