@@ -3,10 +3,13 @@
 #include "app/AddressBoxes.h"
 #include "app/ConsoleView.h"
 #include "app/LoaderWidgets.h"
+#include "app/PortList.h"
 #include "loader/Loader.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QAction>
+#include <QCheckBox>
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace zrk {
@@ -47,6 +50,16 @@ class Wiring {
     Desk& m_desk;
 };
 
+/// An input is an action, too: that the addresses are valid, for one, need not hold any more.
+void wireInputs(const LoaderWidgets& widgets, SharedState& state) {
+    const auto forget = [&state] { state.Remark.clear(); };
+    for (const SlotWidgets& row : widgets.slots) {
+        QObject::connect(row.chkExeURK, &QCheckBox::toggled, row.chkExeURK, forget);
+        QObject::connect(row.txtStartAddress, &QLineEdit::textChanged, row.txtStartAddress, forget);
+    }
+    QObject::connect(widgets.cmbComPort, &PortList::currentIndexChanged, widgets.cmbComPort, forget);
+}
+
 void wireConsole(ConsoleView* console, Loader& loader) {
     console->setKeysGoToBoard([&loader] { return loader.state.TerminalMode && loader.port.isOpen(); });
     QObject::connect(console, &ConsoleView::keyDown, console,
@@ -81,6 +94,7 @@ void wireActions(const LoaderWidgets& widgets, Loader& loader, AddressBoxes& add
     wiring.trigger(widgets.mnuExecScript, [&loader] { loader.script.mnuExecScript_Click(); });
     wiring.trigger(widgets.mnuExit, window.closeWindow);
     wiring.trigger(widgets.mnuAbout, window.showAbout);
+    wireInputs(widgets, loader.state);
     wireConsole(widgets.txtStatus, loader);
 }
 

@@ -1,12 +1,14 @@
 #include "app/FileNameEdit.h"
 
 #include "app/LoaderStyle.h"
+#include "app/PlainToolTip.h"
 
-#include <QEvent>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionFrame>
+#include <QToolTip>
 
 namespace zrk {
 namespace {
@@ -38,13 +40,26 @@ QString FileNameEdit::fitted(int width) const {
                                          width - metrics.horizontalAdvance(kMissing));
 }
 
+QRect FileNameEdit::textRoom(QStyleOptionFrame& frame) const {
+    initStyleOption(&frame);
+    return style()
+        ->subElementRect(QStyle::SE_LineEditContents, &frame, this)
+        .marginsRemoved(textMargins())
+        .adjusted(kTextMargin, 0, -kTextMargin, 0);
+}
+
+bool FileNameEdit::event(QEvent* event) {
+    QStyleOptionFrame frame;
+    if (event->type() != QEvent::ToolTip || fitted(textRoom(frame).width()) == text())
+        return QLineEdit::event(event);
+    const QString told = toolTip().isEmpty() ? text() : toolTip() + QLatin1Char('\n') + text();
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), plainToolTip(told), this);
+    return true;
+}
+
 void FileNameEdit::paintEvent(QPaintEvent* event) {
     QStyleOptionFrame frame;
-    initStyleOption(&frame);
-    const QRect room = style()
-                           ->subElementRect(QStyle::SE_LineEditContents, &frame, this)
-                           .marginsRemoved(textMargins())
-                           .adjusted(kTextMargin, 0, -kTextMargin, 0);
+    const QRect room = textRoom(frame);
     const QString shown = fitted(room.width());
     // In a field that has the focus the whole text can be walked through.
     if (shown == text() || hasFocus())

@@ -3,11 +3,13 @@
 #include <QLineEdit>
 
 class QLabel;
+class QStyleOptionFrame;
 
 namespace zrk {
 
 /// Shows the name of a slot's file. One that is too long for its room is shown without its middle, since
-/// versions stand at the end; that a file cannot be found is shown in any case, in the warning colour.
+/// versions stand at the end, and is whole below the tool tip, which tells the folder; that a file cannot be
+/// found is shown in any case, in the warning colour.
 class FileNameEdit final : public QLineEdit {
     Q_OBJECT
 
@@ -27,12 +29,14 @@ class FileNameEdit final : public QLineEdit {
     [[nodiscard]] QString fitted(int width) const;
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    [[nodiscard]] QRect textRoom(QStyleOptionFrame& frame) const;
     void colour();
     void placeMark();
 

@@ -18,6 +18,10 @@ struct Key {
 };
 
 constexpr std::array kKeys{
+    Key{"", "In the window"},
+    Key{"Alt with an underlined letter", "goes to a control or presses it"},
+    Key{"Alt+F", "goes to Flash image; pressed again it opens the File menu"},
+    Key{"Tab, Shift+Tab", "go from control to control, Space presses or ticks"},
     Key{"", "In the console"},
     Key{"Scroll Lock", "holds the view and lets it go on"},
     Key{"End, Enter", "back to the end of a held view; not sent to the board"},

@@ -20,6 +20,7 @@ namespace {
 constexpr double kHeaderPoints = 12;
 constexpr int kConsoleLines = 26;
 constexpr int kFewestFileCharacters = 16;
+constexpr int kTidyFileCharacters = 28; // with fewer, what short captions leave is worth more than one line
 constexpr int kMostFileCharacters = 44;
 constexpr int kWindowBorders = 16;
 constexpr int kSideMargin = 5;
@@ -76,13 +77,15 @@ void LoaderForm::settle() {
 void LoaderForm::placeControls(const LoaderWidgets& widgets, QSize screen) {
     m_controls->ensurePolished();
     showFileNames(widgets, kFewestFileCharacters);
-    alignSlotColumns(widgets);
+    alignSlotColumns(widgets, NamesBegin::InLine);
     settle();
     const int spare = screen.width() - kWindowBorders - m_controls->sizeHint().width();
     const int more = spare / fontMetrics().horizontalAdvance(QLatin1Char('8'));
-    showFileNames(widgets,
-                  std::clamp(kFewestFileCharacters + more, kFewestFileCharacters, kMostFileCharacters));
-    alignSlotColumns(widgets);
+    const int characters =
+        std::clamp(kFewestFileCharacters + more, kFewestFileCharacters, kMostFileCharacters);
+    showFileNames(widgets, characters);
+    alignSlotColumns(widgets,
+                     characters < kTidyFileCharacters ? NamesBegin::BehindTheirCaptions : NamesBegin::InLine);
     settle();
     m_controls->resize(m_controls->sizeHint());
     m_controls->layout()->activate();

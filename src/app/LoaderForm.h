@@ -16,7 +16,7 @@ class LoaderForm : public QWidget {
     LoaderForm(LoaderWidgets& widgets, QWidget* parent);
 
     /// Gives everything its designed place, by the sizes that fonts, scale and captions ask for. On a screen
-    /// that is wider than they are the names of the files get more room, and on a high one the address list.
+    /// that is wider than they are the names of the files get more room.
     void placeControls(const LoaderWidgets& widgets, QSize screen);
 
     /// The designed size.

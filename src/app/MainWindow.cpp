@@ -73,7 +73,11 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
     wireActions(m_widgets, loader, *addresses, {[this] { close(); }, std::move(showAbout)});
     new SlotDrop(
         m_widgets, [&loader] { return !loader.state.OperationActive; },
-        [&loader](int slot, const QString& path) { loader.imageSlots.fill(slot, path); }, this);
+        [&loader](int slot, const QString& path) {
+            loader.state.Remark.clear();
+            loader.imageSlots.fill(slot, path);
+        },
+        this);
 
     m_panel->placeControls(m_widgets, screen()->availableSize());
     // How small the window gets is up to the resize handler, not to what is in it.

@@ -13,6 +13,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <vector>
 
 namespace zrk {
 namespace {
@@ -90,6 +91,16 @@ QPushButton* makeAction(TitleRow* row, const char* name) {
     return button;
 }
 
+int columnWidth(const QGridLayout& grid, int column) {
+    int width = 0;
+    for (int line = 0; line < grid.rowCount(); ++line) {
+        const QLayoutItem* item = grid.itemAtPosition(line, column);
+        if (item != nullptr)
+            width = std::max({width, item->sizeHint().width(), item->minimumSize().width()});
+    }
+    return width;
+}
+
 } // namespace
 
 void buildSlotFrames(LoaderWidgets& widgets, QWidget* parent) {
@@ -121,29 +132,25 @@ void showFileNames(const LoaderWidgets& widgets, int characters) {
         row.txtFilNam->setMinimumWidth(editWidth(*row.txtFilNam, characters));
 }
 
-void alignSlotColumns(const LoaderWidgets& widgets) {
+void alignSlotColumns(const LoaderWidgets& widgets, NamesBegin names) {
     // A style's least width for buttons is for those that stand alone.
     for (const SlotWidgets& row : widgets.slots)
         row.cmdBrowse->setFixedWidth(row.cmdBrowse->fontMetrics().horizontalAdvance(row.cmdBrowse->text()) +
                                      2 * kBrowseBorder);
-    const QGroupBox* const frames[] = {widgets.fraFlashLdr, widgets.fraExecutables, widgets.fraImages};
+    std::vector<QGridLayout*> grids;
     for (QGroupBox* frame : {widgets.fraFlashLdr, widgets.fraExecutables, widgets.fraImages}) {
         const auto* row = frame->findChild<TitleRow*>();
         frame->layout()->invalidate();
         frame->layout()->setContentsMargins(kSideMargin, roomFor(*row, *frame), kSideMargin, kLineSpacing);
+        grids.push_back(static_cast<QGridLayout*>(frame->layout()));
     }
     for (int column = 0; column < kColumns; ++column) {
-        int width = 0;
-        for (const QGroupBox* frame : frames) {
-            const auto* grid = static_cast<const QGridLayout*>(frame->layout());
-            for (int line = 0; line < grid->rowCount(); ++line) {
-                const QLayoutItem* item = grid->itemAtPosition(line, column);
-                if (item != nullptr)
-                    width = std::max({width, item->sizeHint().width(), item->minimumSize().width()});
-            }
-        }
-        for (const QGroupBox* frame : frames)
-            static_cast<QGridLayout*>(frame->layout())->setColumnMinimumWidth(column, width);
+        const bool inLine = column != kCheck || names == NamesBegin::InLine;
+        int widest = 0;
+        for (const QGridLayout* grid : grids)
+            widest = std::max(widest, columnWidth(*grid, column));
+        for (QGridLayout* grid : grids)
+            grid->setColumnMinimumWidth(column, inLine ? widest : columnWidth(*grid, column));
     }
 }
 

@@ -55,6 +55,11 @@ TEST(App, ItsWindowIsCompleteAtItsFirstSightAndAMessageBoxComesUpOnIt) {
         zrk::App app(options);
         app.start();
         EXPECT_EQ(first.seen, expected);
+        for (const QWidget* shown : QApplication::topLevelWidgets()) {
+            if (shown->objectName() == "frmLoader") {
+                EXPECT_TRUE(shown->screen()->availableGeometry().contains(shown->frameGeometry()));
+            }
+        }
         QFile ini(options.iniPath); // for the next one
         ASSERT_TRUE(ini.open(QIODevice::WriteOnly) && ini.write("[BINFILES]\nPRIMARY=p.bin,0x10\n") > 0);
     }

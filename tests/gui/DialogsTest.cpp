@@ -63,13 +63,15 @@ TEST(FileDialog, OffersTheEntriesInOrderAndOnlyFilesThatExist) {
     QFile file(folder.filePath("a.ubt"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     QWidget parent;
-    bool accept = true;
+    QTemporaryDir first;
+    QString expectedFolder = first.path();
+    bool accept = false;
     zrk::WindowFileDialog dialog(
         [&] { return &parent; },
         [&](QFileDialog& shown) {
             EXPECT_EQ(shown.parentWidget(), &parent);
             EXPECT_EQ(shown.windowTitle(), "Open binary file");
-            EXPECT_EQ(shown.directory().path(), folder.path());
+            EXPECT_EQ(shown.directory().path(), expectedFolder);
             EXPECT_EQ(shown.fileMode(), QFileDialog::ExistingFile);
             EXPECT_EQ(shown.nameFilters().join(';'),
                       "Binary Files (.bin) (*.bin);Uboot Image (.ubt) (*.ubt);All Files (*.*) (*)");
@@ -81,10 +83,13 @@ TEST(FileDialog, OffersTheEntriesInOrderAndOnlyFilesThatExist) {
         "Open binary file",
         {{"Binary Files (.bin)", "*.bin"}, {"Uboot Image (.ubt)", "*.ubt"}, {"All Files (*.*)", "*.*"}},
         2,
-        folder.path()};
-    EXPECT_EQ(dialog.openFile(request), file.fileName());
-    accept = false;
+        first.path()};
     EXPECT_EQ(dialog.openFile(request), "");
+    accept = true;
+    EXPECT_EQ(dialog.openFile(request), file.fileName());
+    // A choice, and no cancelled one, is where the next dialog begins.
+    expectedFolder = folder.path();
+    EXPECT_EQ(dialog.openFile(request), file.fileName());
 }
 
 } // namespace

@@ -107,15 +107,29 @@ TEST_F(Operations, TheWindowStaysOpenWhileAnOperationRunsWhichThenEnds) {
 }
 
 TEST_F(Operations, ClosingTheWindowDuringATransferAsksOnceAndNoGoesOn) {
-    for (const Answer answer : {Answer::No, Answer::Yes}) {
+    const struct {
+        Answer answer;
+        bool cancelAskedBefore;
+    } cases[] = {{Answer::No, false}, {Answer::Yes, false}, {Answer::No, true}};
+    for (const auto& oneCase : cases) {
+        const Answer answer = oneCase.answer;
+        const bool cancelAskedBefore = oneCase.cancelAskedBefore;
         boxes.shown.clear();
         boxes.user = [&](int) {
             EXPECT_TRUE(port.isOpen());
+            if (cancelAskedBefore && boxes.shown.size() == 1) {
+                EXPECT_FALSE(window.close());
+            }
             loader.activity.refresh();
             EXPECT_EQ(shown("staStatus_0"), "Waiting for your answer");
             return answer;
         };
-        const auto closeIt = [&] { EXPECT_FALSE(window.close()); };
+        const auto closeIt = [&] {
+            if (cancelAskedBefore)
+                click("cmdCancel");
+            else
+                EXPECT_FALSE(window.close());
+        };
         port.steps = {
             {"", "5"}, {"A", "5"}, {"U3", "R"}, {hex("00 00 00 00 05 00 00 00 31"), "", closeIt, 0ms}};
         click("cmdStartPrimary");

@@ -1,6 +1,8 @@
 #include "app/ConsoleLog.h"
+#include "app/ConsoleTools.h"
 #include "app/FileNameEdit.h"
 #include "app/FileRecording.h"
+#include "app/LoaderForm.h"
 #include "gui/WindowRig.h"
 #include "machine/TracedPorts.h"
 
@@ -155,6 +157,10 @@ TEST_F(Window, OpensAnotherIniFileAndListsTheLastOnes) {
 
     ASSERT_EQ(recent().size(), 2);
     EXPECT_EQ(recent()[0]->text(), "&1 " + fileDialog.choice);
+    loader.state.OperationActive = true;
+    recent()[1]->trigger();
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "an operation reads the slots";
+    loader.state.OperationActive = false;
     recent()[1]->trigger();
     EXPECT_EQ(shown("lblCodeSize_0"), "0x5") << "back to the one before";
     QFile::remove(fileDialog.choice);
@@ -213,7 +219,7 @@ TEST_F(Window, AFileDroppedOnARowFillsThatSlot) {
     EXPECT_TRUE(loader.controls.chkExeURK[4].isTicked());
 }
 
-TEST_F(Window, NoCaptionIsCutAndTheColumnsOfAllFramesStandInLine) {
+TEST_F(Window, NoCaptionIsCut) {
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
         const bool hasCaption = widget->inherits("QAbstractButton") || widget->inherits("QLabel");
         if (!hasCaption || !widget->isVisible() || widget->objectName() == "staStatus_0")
@@ -225,14 +231,42 @@ TEST_F(Window, NoCaptionIsCutAndTheColumnsOfAllFramesStandInLine) {
         EXPECT_GE(widget->width(), width) << widget->objectName().toStdString();
         EXPECT_GE(widget->height(), widget->minimumSizeHint().height()) << widget->objectName().toStdString();
     }
-    for (const QString column : {"txtFilNam_%1", "cmdBrowse_%1", "txtStartAddress_%1", "lblCodeSize_%1"}) {
-        std::set<int> lefts;
-        for (int slot = 0; slot < 7; ++slot)
-            lefts.insert(find(column.arg(slot))->mapTo(&window, QPoint()).x());
-        EXPECT_EQ(lefts.size(), 1U) << column.toStdString();
-    }
     const auto* address = find<QLineEdit>("txtStartAddress_1");
     EXPECT_GT(address->width(), address->fontMetrics().horizontalAdvance("0x80000000") + 8);
+}
+
+TEST_F(Window, TheColumnsStandInLineButOnASmallScreenTheNamesOfFilesUseWhatShortCaptionsLeave) {
+    zrk::LoaderWidgets widgets;
+    zrk::LoaderForm form(widgets, nullptr);
+    widgets.consoleTools = new zrk::ConsoleTools(widgets.txtStatus, widgets.fraControl, [] {});
+    for (std::size_t i = 0; i < widgets.slots.size(); ++i) {
+        widgets.slots[i].chkExeURK->setText(loader.controls.chkExeURK[i].Caption);
+        widgets.slots[i].lblStart->setText(loader.controls.lblStart[i].Caption);
+        widgets.slots[i].cmdBrowse->setText(loader.controls.cmdBrowse[i].Caption);
+    }
+    widgets.cmdTerminal->setText(loader.controls.cmdTerminal.Caption);
+    form.show();
+    const auto lefts = [&](auto member) {
+        std::set<int> all;
+        for (const zrk::SlotWidgets& row : widgets.slots)
+            all.insert((row.*member)->mapTo(&form, QPoint()).x());
+        return all.size();
+    };
+    const auto characters = [&](std::size_t slot) {
+        const QLineEdit* field = widgets.slots[slot].txtFilNam;
+        return field->width() / field->fontMetrics().horizontalAdvance('8');
+    };
+    for (const bool small : {true, false}) {
+        form.placeControls(widgets, small ? QSize(960, 540) : QSize(1920, 1080));
+        QApplication::processEvents();
+        EXPECT_EQ(lefts(&zrk::SlotWidgets::txtFilNam), small ? 3U : 1U);
+        EXPECT_EQ(lefts(&zrk::SlotWidgets::cmdBrowse), 1U);
+        EXPECT_EQ(lefts(&zrk::SlotWidgets::txtStartAddress), 1U);
+        EXPECT_EQ(lefts(&zrk::SlotWidgets::lblCodeSize), 1U);
+        EXPECT_GE(characters(0), small ? 16 : 44);
+        EXPECT_GE(characters(4), small ? 26 : 44);
+        EXPECT_LE(form.sizeHint().width(), small ? 960 : 1920);
+    }
 }
 
 /// At 200 % on a Full HD screen, and at 100 % on a small one.
@@ -264,12 +298,39 @@ TEST_F(Window, ShowsTheEndsOfALongFileNameAndThatAFileIsMissing) {
     EXPECT_TRUE(shown.startsWith("u-b") && shown.endsWith(".bin") && shown.contains(QChar(0x2026)))
         << shown.toStdString();
     EXPECT_EQ(field->text(), name);
+    const auto tip = [field] {
+        QHelpEvent hovers(QEvent::ToolTip, QPoint(5, 5), field->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(field, &hovers);
+        return QToolTip::text();
+    };
+    loader.controls.txtFilNam[2].ToolTipText = "Path: /img/";
+    EXPECT_EQ(tip(), "Path: /img/\n" + name);
     const QColor usual = field->palette().color(QPalette::Text);
     loader.controls.txtFilNam[2].Text = "CAN'T FIND: " + name;
     EXPECT_TRUE(asFileName->fitted(width("CAN'T FIND: u-boot")).startsWith("CAN'T FIND: "));
     EXPECT_NE(field->palette().color(QPalette::Text), usual);
     loader.controls.txtFilNam[2].Text = "u.bin";
     EXPECT_EQ(field->palette().color(QPalette::Text), usual);
+    EXPECT_EQ(tip(), "Path: /img/");
+}
+
+TEST_F(Window, WhatTheStatusBarSaysOfTheLastActionLastsUntilTheNextOrAnInput) {
+    const std::function<void()> inputs[] = {
+        [this] { QTest::keyClick(find("txtStartAddress_2"), Qt::Key_1); },
+        [this] { click("chkExeURK_2"); },
+        [this] { QTest::keyClick(find("cmbComPort"), Qt::Key_Down); },
+    };
+    fill(2);
+    loader.controls.txtStartAddress[2].Text = "0x80100000";
+    for (const auto& input : inputs) {
+        click("cmdValidateAdrs");
+        loop.runFor(300ms);
+        EXPECT_TRUE(shown("staStatus_0").startsWith("The addresses are valid"));
+        input();
+        loop.runFor(300ms);
+        EXPECT_TRUE(shown("staStatus_0").startsWith("COM")) << shown("staStatus_0").toStdString();
+        loader.controls.txtStartAddress[2].Text = "0x80100000";
+    }
 }
 
 /// Over the scripted port of the fixture, which the window's own loader does not open.

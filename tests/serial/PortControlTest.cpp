@@ -82,9 +82,12 @@ TEST_F(PortControlTest, ATerminalGoesOnWhenItsAdapterIsBackAndAnythingElseEndsTh
     };
     port.isPresent = true;
     loader.terminal.cmdTerminal_Click();
+    loader.state.Remark = "The start command has been sent.";
     pull();
     EXPECT_FALSE(port.isOpen());
+    EXPECT_TRUE(c.staStatus.FirstPanel.value().startsWith("COM1 (/dev/line1) is gone."));
     plugIn();
+    EXPECT_EQ(c.staStatus.FirstPanel.value(), "COM1 (/dev/line1): open, terminal");
     EXPECT_EQ(bench.console(),
               "\n--- Enabling terminal mode ---\n"
               "\n--- COM1 (/dev/line1) is gone. Port closed. When it is back, the terminal goes on. ---\n"
