@@ -66,10 +66,14 @@ void requireVerify(const Plan& plan, const QString& argument) {
             QStringLiteral("verify %1: give the board's checksum command, with %a for the address "
                            "and %n for the bytes, for example \"crc32 %a %n\".")
                 .arg(argument));
-    if (!(plan.has("load") && plan.isSelected(kSecondaryExecutable)) && !plan.has("download"))
+    if (!(plan.hasBefore("load") && plan.isSelected(kSecondaryExecutable)) && !plan.hasBefore("download"))
         throw UsageError(
-            QStringLiteral("The step verify compares what the steps load and download of the same "
-                           "run have sent into SDRAM; here they send nothing."));
+            QStringLiteral("The step verify compares what the steps load and download in front of it have "
+                           "sent into SDRAM; here they send nothing."));
+    // The primary boot would take the command's letters for its own commands.
+    if (!plan.hasBefore("start") && !plan.hasBefore("script") && !plan.hasBefore("terminal"))
+        throw UsageError(QStringLiteral("The step verify types at the prompt of a program, and no step in "
+                                        "front of it starts one: put start and expect PROMPT there."));
 }
 
 ExitStatus verify(const StepRun& run) {

@@ -25,13 +25,18 @@ QString nameOf(Memory memory) {
     return QStringLiteral("NAND flash");
 }
 
+bool hasStep(StepList::const_iterator begin, StepList::const_iterator end, const char* step) {
+    return std::any_of(begin, end,
+                       [step](const StepCall& one) { return std::string_view(one.facts->name) == step; });
+}
+
 } // namespace
 
 void Plan::check() {
     checkAddresses();
     checkSizes();
-    for (const StepCall& step : m_steps)
-        step.facts->require(*this, step.argument);
+    for (m_checked = m_steps.cbegin(); m_checked != m_steps.cend(); ++m_checked)
+        m_checked->facts->require(*this, m_checked->argument);
     const auto checks = [](const StepCall& step) { return step.facts->checksAddresses; };
     const bool checksLater = std::any_of(m_steps.cbegin(), m_steps.cend(), checks);
     if (checksLater && !checks(m_steps.front()) && !m_loader.validation.ValidateAddresses())
@@ -127,8 +132,11 @@ QString Plan::stepsText() const {
 }
 
 bool Plan::has(const char* step) const {
-    return std::any_of(m_steps.cbegin(), m_steps.cend(),
-                       [step](const StepCall& one) { return std::string_view(one.facts->name) == step; });
+    return hasStep(m_steps.cbegin(), m_steps.cend(), step);
+}
+
+bool Plan::hasBefore(const char* step) const {
+    return hasStep(m_steps.cbegin(), m_checked, step);
 }
 
 bool Plan::isSelected(int slot) const {

@@ -31,6 +31,8 @@ class Plan {
     [[nodiscard]] QString stepsText() const;
 
     [[nodiscard]] bool has(const char* step) const;
+    /// For a step's `require`: whether the other one stands in front of it.
+    [[nodiscard]] bool hasBefore(const char* step) const;
     [[nodiscard]] bool isSelected(int slot) const;
 
     /// True when an option or the INI file names a file for the slot, be it there or not.
@@ -47,6 +49,7 @@ class Plan {
 
     Loader& m_loader;
     const StepList& m_steps;
+    StepList::const_iterator m_checked = m_steps.cbegin(); ///< the step whose `require` is asked
 };
 
 } // namespace zrk

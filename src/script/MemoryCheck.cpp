@@ -13,7 +13,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds kLook = 100ms;
-constexpr std::chrono::milliseconds kQuiet = 1s; ///< behind a whole line: the answer is over
+constexpr std::chrono::milliseconds kQuiet = 1s;     ///< behind a prompt: the answer is over
+constexpr std::chrono::milliseconds kLongQuiet = 5s; ///< behind a line that ended: a command may be at work
 
 /// What stands behind the echo of the command: an earlier answer that comes late confirms nothing.
 QByteArray behindEcho(const QByteArray& received, const QByteArray& command) {
@@ -27,10 +28,12 @@ bool holdsSum(const QByteArray& answer, const QString& sum) {
     return word.match(QString::fromLatin1(answer)).hasMatch();
 }
 
-/// True when there is more than the prompt, which ends no line.
-bool holdsALine(const QByteArray& answer) {
+/// True when there is more than the prompt, which ends no line, and nothing has followed for long enough.
+bool isOver(const QByteArray& answer, std::chrono::milliseconds quiet) {
     const qsizetype end = answer.lastIndexOf('\n');
-    return end >= 0 && !answer.left(end).trimmed().isEmpty();
+    if (end < 0 || answer.left(end).trimmed().isEmpty())
+        return false;
+    return quiet >= (end + 1 < answer.size() ? kQuiet : kLongQuiet);
 }
 
 } // namespace
@@ -55,7 +58,8 @@ Operation::End MemoryCheck::compare(std::size_t slot, const QString& command, st
     const QString asked = commandFor(slot, command);
     const QString sum = m_link.state.Sent[slot].value()->crcText();
     const QString title = m_link.controls.slotTitle(slot);
-    heard(m_link.port.receive());
+    if (const QByteArray unread = m_link.port.receive(); !unread.isEmpty())
+        heard(unread);
     m_link.state.HeardBehind.clear();
     m_link.port.Output(asked + QLatin1Char('\r'));
     const PendingWait note =
@@ -76,7 +80,7 @@ Operation::End MemoryCheck::compare(std::size_t slot, const QString& command, st
         // Behind the word something has to stand, or it may be the beginning of a longer one.
         if (holdsSum(answer.chopped(answer.isEmpty() ? 0 : 1), sum))
             return Operation::End::Done;
-        if (holdsALine(answer) && now - last >= kQuiet)
+        if (isOver(answer, std::chrono::duration_cast<std::chrono::milliseconds>(now - last)))
             fail(Outcome::WrongAnswer,
                  QStringLiteral("%1: the board does not confirm CRC-32 %2 of what was sent. It says: %3. "
                                 "Either the memory holds something else, or the command is no checksum: %4")

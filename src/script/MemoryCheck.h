@@ -21,8 +21,9 @@ class MemoryCheck {
     explicit MemoryCheck(Link& link) : m_link(link) {}
 
     /// Checks one slot, which SharedState::Sent has to know. An operation, with its outcome at the gate;
-    /// yields. A line of answer without the sum, and quiet behind it, is a WrongAnswer; no answer within
-    /// `limit` a LimitReached. `heard` gets what the board says, also what nobody had read before.
+    /// yields. A line of answer without the sum, and a second of quiet behind the prompt that follows it
+    /// (five where none follows: the command may be at work), is a WrongAnswer; no answer within `limit` a
+    /// LimitReached. `heard` gets what the board says, also what nobody had read before.
     void check(std::size_t slot, const QString& command, std::chrono::milliseconds limit,
                const std::function<void(const QByteArray&)>& heard);
 

@@ -78,7 +78,8 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
          "longer than --timeout 0.3. It was at"},
         {"", "load start expect zrk> verify \"md %a %n\"", 5, "the board does not confirm CRC-32 "},
         {"--fault R=wrong:0x00", "load", 5, "Expected 'R' (0x52), got 0x00."},
-        {"--fault bootid=none --noise U-Boot\\x20banner", "load --wait 0.5", 4, "service jumper, then"},
+        {"--fault bootid=none --power-on-delay 0.1 --patience 0.2 --noise U-Boot\\x20banner",
+         "load --wait 1.5", 4, "service jumper, then"},
         {"--fault bootid=none", "load --wait 0.3", 4, "Nothing at all has come over COM1 (/"},
     };
     for (const auto& ending : endings) {
@@ -123,7 +124,8 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
     } lines[] = {
         {"expect", "The step expect needs a TEXT behind it"},
         {"--ini " + images.ini() + " load verify crc32", "with %a for the address"},
-        {"--ini " + images.ini() + " verify \"crc32 %a %n\"", "here they send nothing"},
+        {"--ini " + images.ini() + " verify \"crc32 %a %n\" load start", "here they send nothing"},
+        {"--ini " + images.ini() + " load verify \"crc32 %a %n\" start", "no step in front of it starts one"},
         {"script /nonexistent.scr", "script /nonexistent.scr: there is no such file"},
         {"--timeout 0 load", "--timeout 0: give the seconds as a number above 0"},
         {"--on-wait no-such-program load", "--on-wait no-such-program: there is no such program"},

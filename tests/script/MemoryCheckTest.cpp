@@ -22,7 +22,8 @@ TEST_F(Memory, IsComparedWithWhatTheBoardsCommandSays) {
          "UBoot image: the board does not confirm CRC-32 00C0FFEE of what was sent. It says: \"sum "
          "00C0FFE0\\r\\n>\". Either the memory holds something else, or the command is no checksum: crc32 "
          "0x80000004 0xA000"},
-        {{"@\r\n", "00C0FFEE", "0 1200C0FFEE\r\n"}, Outcome::WrongAnswer, "It says: \"00C0FFEE0 12"},
+        {{"@\r\n", "00C0FFEE", "0 1200C0FFEE\r\n> "}, Outcome::WrongAnswer, "It says: \"00C0FFEE0 12"},
+        {{"@\r\nreading\r\n", "", "", "", "", "", "", "", "", "00C0FFEE\r\n> "}, Outcome::Done, ""},
         {{"> ", "@\r\n", "still at it"},
          Outcome::LimitReached,
          "UBoot image: no checksum came within 5 s. Received last: \"> crc32 0x80000004 0xA000\\r\\nstill at "
