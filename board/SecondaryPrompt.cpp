@@ -1,5 +1,7 @@
 #include "board/SecondaryPrompt.h"
 
+#include "board/Text.h"
+
 #include <utility>
 
 namespace zrkboard {
@@ -94,7 +96,7 @@ void SecondaryPrompt::interrupt() {
 void SecondaryPrompt::runLine() {
     m_chip.say("\r\n");
     const std::string line = std::exchange(m_line, {});
-    m_chip.log("secondary program: \"" + line + "\"");
+    m_chip.log("secondary program: " + quoted(line));
     const auto chatter = m_commands.run(line);
     if (chatter)
         m_chatter.start(*chatter);

@@ -93,4 +93,17 @@ std::optional<std::string> unescape(std::string_view text) {
     return plain;
 }
 
+std::string quoted(std::string_view text) {
+    constexpr std::size_t kMost = 80;
+    std::string shown = "\"";
+    for (const char character : text.substr(0, kMost)) {
+        const auto byte = static_cast<std::uint8_t>(character);
+        if (byte >= 0x20 && byte < 0x7F)
+            shown += character;
+        else
+            shown += "\\" + hex(byte, 2).substr(1);
+    }
+    return shown + (text.size() > kMost ? "...\"" : "\"");
+}
+
 } // namespace zrkboard

@@ -25,4 +25,8 @@ namespace zrkboard {
 // Resolves \r, \n, \t, \\ and \xHH. Empty for any other use of a backslash.
 [[nodiscard]] std::optional<std::string> unescape(std::string_view text);
 
+// The text in quotes for a message, no more than its first 80 characters: what others have written must not
+// steer the terminal, so what does not print is \xHH.
+[[nodiscard]] std::string quoted(std::string_view text);
+
 } // namespace zrkboard

@@ -32,10 +32,10 @@ std::chrono::microseconds timeOf(const std::string& text) {
     const auto [stop, error] = std::from_chars(digits.data(), end, microseconds);
     if (point == std::string::npos || text.size() != point + 1 + kDecimals || error != std::errc() ||
         stop != end || microseconds < 0)
-        damaged("\"" + text + "\" is no time; expected seconds with six decimals");
+        damaged(quoted(text) + " is no time; expected seconds with six decimals");
     const std::chrono::microseconds time(microseconds);
     if (time > kLongest)
-        damaged("\"" + text + "\" is no time of a trace; expected less than a year");
+        damaged(quoted(text) + " is no time of a trace; expected less than a year");
     return time;
 }
 
@@ -49,7 +49,7 @@ std::vector<std::uint8_t> bytesOf(const std::string& text) {
     for (std::string word; words >> word;) {
         const auto value = word.size() == 2 ? parseNumber(word, 16) : std::nullopt;
         if (!value)
-            damaged("\"" + word + "\" is no byte; expected two hexadecimal digits");
+            damaged(quoted(word) + " is no byte; expected two hexadecimal digits");
         bytes.push_back(static_cast<std::uint8_t>(*value));
     }
     // The text tells how many there were, if one was lost on the way.
@@ -93,7 +93,7 @@ bool parse(const std::string& text, TraceLine& line) {
     } else if (std::find(passedOver.begin(), passedOver.end(), what) != passedOver.end()) {
         return false;
     } else {
-        damaged("\"" + what + "\" is unknown; expected <, >, open, close, lost, refused, handshaking or dtr");
+        damaged(quoted(what) + " is unknown; expected <, >, open, close, lost, refused, handshaking or dtr");
     }
     return true;
 }

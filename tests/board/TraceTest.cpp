@@ -39,6 +39,7 @@ TEST(Trace, RefusesWhatIsDamaged) {
         {head + "0.1 < 35 |5|\n", "line 3: \"0.1\" is no time"},
         {head + "9223372036854.775807 < 35 |5|\n", "line 3: \"9223372036854.775807\" is no time"},
         {head + "0.100000 ? 35 |5|\n", "line 3: \"?\" is unknown"},
+        {head + "0.100000 \x1B[2J 35 |5|\n", "line 3: \"\\x1B[2J\" is unknown"},
         {head + "0.100000 < 3 |5|\n", "line 3: \"3\" is no byte"},
         {head + "0.100000 < 35 36 |5|\n", "line 3: there are 2 bytes in hexadecimal"},
         {head + "0.100000 < 35\n", "line 3: the bytes are cut off"},
