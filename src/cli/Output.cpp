@@ -3,8 +3,6 @@
 #include "cli/VisibleText.h"
 #include "machine/StandardStreams.h"
 
-#include <QJsonDocument>
-
 #include <utility>
 
 namespace zrk {
@@ -165,7 +163,7 @@ void Output::event(const char* name, QJsonObject fields) {
     QByteArray line = QByteArray("{\"event\":\"") + name + '"';
     if (!m_place.name.isEmpty())
         fields.insert(QStringLiteral("port"), m_place.port);
-    const QByteArray rest = QJsonDocument(fields).toJson(QJsonDocument::Compact);
+    const QByteArray rest = jsonLine(fields);
     line += fields.isEmpty() ? QByteArray("}") : "," + rest.mid(1);
     m_printer.out(line + '\n');
 }

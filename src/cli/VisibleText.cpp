@@ -1,5 +1,7 @@
 #include "cli/VisibleText.h"
 
+#include <QJsonDocument>
+
 namespace zrk {
 
 QString withVisibleControls(const QString& text) {
@@ -16,6 +18,25 @@ QString withVisibleControls(const QString& text) {
             shown += QStringLiteral("\\x") + QString::number(c, 16).toUpper();
     }
     return shown;
+}
+
+QByteArray jsonLine(const QJsonObject& object) {
+    constexpr int kDelete = 0x7F;
+    constexpr int kLeader = 0xC2; // of the codes 0x80 to 0xBF in UTF-8
+    const QByteArray text = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    QByteArray line;
+    line.reserve(text.size());
+    for (const char* at = text.constData(); at != text.constData() + text.size(); ++at) {
+        const int byte = static_cast<unsigned char>(*at);
+        const int next = static_cast<unsigned char>(at[1]); // behind the last one stands a NUL
+        const bool isHigh = byte == kLeader && next < 0xA0;
+        if (byte == kDelete || isHigh)
+            line += "\\u00" + QByteArray::number(isHigh ? next : byte, 16);
+        else
+            line += *at;
+        at += isHigh ? 1 : 0;
+    }
+    return line;
 }
 
 } // namespace zrk

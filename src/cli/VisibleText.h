@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 
 namespace zrk {
@@ -7,5 +9,9 @@ namespace zrk {
 /// The text with every control character but line ends and tabs as a sign, such as "^[" for Escape: neither a
 /// board nor a file must steer the user's terminal.
 [[nodiscard]] QString withVisibleControls(const QString& text);
+
+/// The object as one line without its end. Every control character in it is escaped, also those above 0x7E,
+/// which JSON would allow as they are.
+[[nodiscard]] QByteArray jsonLine(const QJsonObject& object);
 
 } // namespace zrk

@@ -6,7 +6,6 @@
 #include "platform/RuntimeFailure.h"
 
 #include <QCoreApplication>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 
@@ -26,7 +25,7 @@ int unlessOutputWasLost(int status) {
 }
 
 void printJson(const QJsonObject& object) {
-    std::printf("%s\n", QJsonDocument(object).toJson(QJsonDocument::Compact).constData());
+    std::printf("%s\n", zrk::jsonLine(object).constData());
 }
 
 int fail(ExitStatus status, const QString& text, bool json) {
