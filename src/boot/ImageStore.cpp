@@ -1,8 +1,7 @@
 #include "boot/ImageStore.h"
 
+#include "config/Paths.h"
 #include "platform/RuntimeFailure.h"
-
-#include <QFile>
 
 namespace zrk {
 
@@ -11,10 +10,10 @@ QByteArray readImage(const QString& path) {
         throw RuntimeFailure(FailureKind::File,
                              QStringLiteral("No image file has been chosen. Choose one first."));
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw RuntimeFailure(FailureKind::File, QStringLiteral("Cannot open the image file %1: %2. Choose "
-                                                               "the file again.")
-                                                    .arg(path, file.errorString()));
+    if (const QString why = openForReading(file); !why.isEmpty())
+        throw RuntimeFailure(
+            FailureKind::File,
+            QStringLiteral("Cannot open the image file %1: %2. Choose the file again.").arg(path, why));
     QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
         throw RuntimeFailure(

@@ -1,7 +1,7 @@
 #include "config/IniFile.h"
 
-#include <QFile>
-#include <QFileInfo>
+#include "config/Paths.h"
+
 #include <QStringDecoder>
 #include <QStringList>
 
@@ -12,7 +12,7 @@ constexpr qsizetype kMaxValueLength = 254;
 
 QString readText(const QString& path) {
     QFile file(path);
-    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+    if (!openForReading(file).isEmpty())
         return {};
     const QByteArray bytes = file.readAll();
     // Stateless: a character that the end of the file cuts off is an error, not a wait for more.

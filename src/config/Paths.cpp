@@ -1,6 +1,5 @@
 #include "config/Paths.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 namespace zrk {
@@ -31,12 +30,16 @@ QString Paths::FolderOf(const QString& path) const {
     return path.left(nameStart(path));
 }
 
+QString openForReading(QFile& file) {
+    const QFileInfo info(file.fileName());
+    if (info.exists() && !info.isFile())
+        return QStringLiteral("It is no regular file");
+    return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+}
+
 bool FileExists(const QString& path, bool rejectEmpty) {
-    // Opening a pipe or a device could block or take something away, so only regular files count.
-    if (!QFileInfo(path).isFile())
-        return false;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!openForReading(file).isEmpty())
         return false;
     char first = 0;
     return !rejectEmpty || file.read(&first, 1) == 1;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDir>
+#include <QFile>
 #include <QString>
 
 namespace zrk {
@@ -34,6 +35,10 @@ class Paths {
     QString m_folder;
     QChar m_separator;
 };
+
+/// Opens the file for reading; "", or why it cannot be. A pipe or a device could block or take something
+/// away, so only regular files are opened.
+[[nodiscard]] QString openForReading(QFile& file);
 
 /// True when the file can be opened for reading and, if `rejectEmpty`, holds at least one byte.
 [[nodiscard]] bool FileExists(const QString& path, bool rejectEmpty);

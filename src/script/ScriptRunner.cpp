@@ -6,7 +6,6 @@
 #include "platform/SecondsText.h"
 #include "script/BoardListener.h"
 
-#include <QFile>
 #include <QScopedValueRollback>
 #include <QStringDecoder>
 
@@ -36,9 +35,9 @@ QString textOf(const QByteArray& bytes) {
 /// The lines of the file, ended by CR, LF or CR LF.
 QStringList readLines(const QString& path) {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (const QString why = openForReading(file); !why.isEmpty())
         throw RuntimeFailure(FailureKind::File,
-                             QStringLiteral("Cannot open the script %1: %2.").arg(path, file.errorString()));
+                             QStringLiteral("Cannot open the script %1: %2.").arg(path, why));
     const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError) // half a script must not run as if it were whole
         throw RuntimeFailure(FailureKind::File,

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <sys/stat.h>
 
 namespace {
 
@@ -63,6 +64,7 @@ TEST_F(MachineFaults, OfImagesAreToldWhenTheyAreSent) {
         QByteArray now; // none: the file is gone
         int status;
         const char* error;
+        bool isPipe = false; // has come in its place, and nobody writes into it
     } faults[] = {
         {before + "grown", 0,
          "(SDRAM): the file has changed since this run began; what was sent are the first "
@@ -70,6 +72,7 @@ TEST_F(MachineFaults, OfImagesAreToldWhenTheyAreSent) {
         {before.chopped(1), 4,
          "(SDRAM): the file has become shorter than the 2000 bytes that the board was told"},
         {{}, 1, "Cannot open the image file "},
+        {{}, 1, "secondary.bin: It is no regular file. Choose the file again.", true},
     };
     for (const auto& fault : faults) {
         SCOPED_TRACE(fault.error);
@@ -84,6 +87,7 @@ TEST_F(MachineFaults, OfImagesAreToldWhenTheyAreSent) {
         ASSERT_TRUE(run.waitFor(QProcess::StandardOutput, "Sending code .. "));
         run.send(SIGSTOP);
         ASSERT_TRUE(fault.now.isEmpty() ? QFile::remove(path) : write(fault.now));
+        ASSERT_TRUE(!fault.isPipe || mkfifo(qPrintable(path), 0600) == 0);
         run.send(SIGCONT);
         EXPECT_EQ(run.status(), fault.status);
         EXPECT_TRUE(run.error().contains(fault.error)) << run.error().toStdString();
@@ -94,13 +98,19 @@ TEST_F(MachineFaults, OfImagesAreToldWhenTheyAreSent) {
 TEST_F(MachineFaults, OfTextsDoNotReachTheTerminal) {
     QFile file(images.file("own.INI"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[BINFILES]\nPRIM\x1B]0;title\x07=x\n");
+    file.write("[BINFILES]\nPRIM\x1B]0;title\x07\xC2\x9B\x7F=x\n");
     file.close();
-    QProcess shell; // which makes a terminal of its standard error
-    shell.start("script", {"-qec", program() + " --ini " + file.fileName() + " check", "/dev/null"});
-    ASSERT_TRUE(shell.waitForFinished(60000));
-    const QByteArray shown = shell.readAllStandardOutput();
-    EXPECT_TRUE(shown.contains("PRIM^[]0;title^G")) << shown.toStdString();
+    for (const QString json : {"", "--json "}) {
+        QProcess shell; // which makes a terminal of its streams
+        shell.start("script",
+                    {"-qec", program() + " --ini " + file.fileName() + ' ' + json + "check", "/dev/null"});
+        ASSERT_TRUE(shell.waitForFinished(60000));
+        const QByteArray shown = shell.readAllStandardOutput();
+        EXPECT_TRUE(shown.contains("PRIM^[]0;title^G\\x9B^?")) << shown.toStdString();
+        EXPECT_EQ(shown.contains("PRIM\\u001b]0;title\\u0007\\u009b\\u007f"), !json.isEmpty())
+            << shown.toStdString();
+        EXPECT_FALSE(shown.contains("\xC2\x9B") || shown.contains('\x7F'));
+    }
 }
 
 } // namespace

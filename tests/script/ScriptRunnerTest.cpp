@@ -1,5 +1,9 @@
 #include "support/Rig.h"
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 namespace {
 
 using namespace zrktest;
@@ -175,6 +179,12 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
 #endif
     run("#");
     EXPECT_EQ(told(), "The script has ended: 1 line executed.");
+#ifndef _WIN32
+    bench.fileDialog.choice = bench.folder.filePath("pipe"); // to open it would be to wait for its writer
+    ASSERT_EQ(mkfifo(qPrintable(bench.fileDialog.choice), 0600), 0);
+    loader.script.mnuExecScript_Click();
+    EXPECT_TRUE(told().endsWith("pipe: It is no regular file.")) << told().toStdString();
+#endif
 
     bench.fileDialog.choice.clear(); // cancelled: nothing changes
     loader.controls.staStatus.SecondPanel = "as it was";
