@@ -11,7 +11,6 @@ constexpr QChar kCarriageReturn(u'\r');
 constexpr QChar kBackspace(u'\b');
 constexpr QChar kTab(u'\t');
 constexpr QChar kBell(u'\a');
-constexpr std::size_t kTabColumns = 8;
 constexpr ushort kControlPictures = 0x2400;
 constexpr ushort kDelete = 0x7F;
 constexpr ushort kPictureOfDelete = 0x2421;
@@ -56,21 +55,25 @@ ConsoleDisplay::Edit ConsoleDisplay::show(QStringView text, TextOrigin origin) {
     return std::move(m_edit);
 }
 
+qsizetype ConsoleDisplay::cursor() const {
+    return m_lineStart + static_cast<qsizetype>(std::min(m_line.column(), m_line.size()));
+}
+
 void ConsoleDisplay::showLoaderText(QStringView text) {
     resolveLineEnd();
     const ConsoleStyle boards = std::exchange(m_style, {});
-    moveTo(m_line.size());
+    m_line.moveToEnd();
     for (const QChar character : text) {
         const bool afterReturn = std::exchange(m_afterReturn, character == kCarriageReturn);
         if (character == kLineFeed && afterReturn) {
-            erase(m_line.size() - 1, m_line.size()); // the sign that the CR had for as long as it stood alone
+            m_line.eraseLast(); // the sign that the CR had for as long as it stood alone
             endLine();
             continue;
         }
         // A CR is mostly half a line end, which needs no break before it.
         if (character != kCarriageReturn || afterReturn)
             breakLine();
-        put(visibleSign(character));
+        put(character);
     }
     m_style = boards;
 }
@@ -78,30 +81,30 @@ void ConsoleDisplay::showLoaderText(QStringView text) {
 void ConsoleDisplay::print(QChar character) {
     resolveLineEnd();
     breakLine();
-    put(visibleSign(character));
+    put(character);
 }
 
 void ConsoleDisplay::control(QChar character) {
+    if (character.isNull()) // shells send them to terminals of old to win time
+        return;
     if (character == kLineFeed && m_returned) {
         m_returned = false;
-        m_endsLinesWithFeeds = true;
-        return endLine();
+        return feedLine();
     }
     if (character == kCarriageReturn) {
         if (!std::exchange(m_fed, false)) {
             m_returned = true;
             return;
         }
-        m_endsLinesWithFeeds = true;
-        return endLine();
+        return feedLine();
     }
     resolveLineEnd();
     if (character == kLineFeed)
         m_fed = true;
     else if (character == kBackspace)
-        moveTo(m_column - std::min<std::size_t>(m_column, 1));
-    else if (character == kTab && m_column < m_line.size())
-        moveTo(std::min(m_line.size(), (m_column / kTabColumns + 1) * kTabColumns));
+        m_line.moveLeft(1);
+    else if (character == kTab && m_line.column() < m_line.size())
+        m_line.moveToTab();
     else if (character != kBell)
         print(character);
 }
@@ -114,23 +117,27 @@ void ConsoleDisplay::sequence(QChar final, const std::vector<int>& parameters) {
     const auto count = static_cast<std::size_t>(std::max(parameters.front(), 1));
     switch (final.unicode()) {
     case u'K':
-        return eraseInLine(mode);
+        return m_line.eraseInRow(mode);
     case u'J': // what is on the screen above stays: it is a record
         if (mode == 0)
-            return erase(m_column, m_line.size());
-        if (!m_line.empty())
+            return m_line.eraseToEnd();
+        if (m_line.size() > 0)
             endLine();
         return;
+    case u'A':
+        return m_line.moveUp(count);
+    case u'B':
+        return m_line.moveDown(count);
     case u'C':
-        return moveTo(m_column + count);
+        return m_line.moveRight(count);
     case u'D':
-        return moveTo(m_column - std::min(m_column, count));
+        return m_line.moveLeft(count);
     case u'G':
-        return moveTo(count - 1);
+        return m_line.moveToColumn(count - 1);
     case u'P':
-        return erase(m_column, m_column + count);
+        return m_line.deleteCharacters(count);
     case u'@':
-        return insertBlanks(count);
+        return m_line.insertBlanks(count);
     default:
         return;
     }
@@ -142,58 +149,20 @@ void ConsoleDisplay::resolveLineEnd() {
     if (!std::exchange(m_returned, false))
         return;
     if (m_endsLinesWithFeeds)
-        moveTo(0);
+        m_line.returnToStart();
     else
         endLine();
 }
 
-void ConsoleDisplay::moveTo(std::size_t column) {
-    m_column = std::min(column, std::max(kLongestLine - 1, m_line.size()));
-}
-
-void ConsoleDisplay::put(QChar shown) {
-    while (m_line.size() < m_column)
-        m_line.push_back({QChar(u' '), {}});
-    changedFrom(m_column);
-    if (m_column < m_line.size())
-        m_line[m_column] = {shown, m_style};
-    else
-        m_line.push_back({shown, m_style});
-    ++m_column;
-}
-
-void ConsoleDisplay::eraseInLine(int mode) {
-    if (mode == 0)
-        return erase(m_column, m_line.size());
-    const std::size_t end = mode == 1 ? std::min(m_column + 1, m_line.size()) : m_line.size();
-    changedFrom(0);
-    std::fill_n(m_line.begin(), end, Cell{QChar(u' '), {}});
-    if (mode == 2)
-        erase(0, m_line.size());
-}
-
-void ConsoleDisplay::erase(std::size_t from, std::size_t to) {
-    from = std::min(from, m_line.size());
-    changedFrom(from);
-    m_line.erase(m_line.begin() + static_cast<std::ptrdiff_t>(from),
-                 m_line.begin() + static_cast<std::ptrdiff_t>(std::min(to, m_line.size())));
-}
-
-void ConsoleDisplay::insertBlanks(std::size_t count) {
-    if (m_column >= m_line.size())
-        return;
-    const std::size_t room = kLongestLine - std::min(kLongestLine, m_line.size());
-    changedFrom(m_column);
-    m_line.insert(m_line.begin() + static_cast<std::ptrdiff_t>(m_column), std::min(count, room),
-                  Cell{QChar(u' '), {}});
-}
-
-void ConsoleDisplay::changedFrom(std::size_t column) {
-    m_unchanged = std::min(m_unchanged, std::min(column, m_line.size()));
+/// CR and LF of the board's.
+void ConsoleDisplay::feedLine() {
+    m_endsLinesWithFeeds = true;
+    if (!m_line.moveToNextRow())
+        endLine();
 }
 
 void ConsoleDisplay::breakLine() {
-    if (m_column < kLongestLine)
+    if (m_line.column() < kLongestLine)
         return;
     m_longLineBreaks.push_back(m_lineStart + static_cast<qsizetype>(m_line.size()));
     endLine();
@@ -206,18 +175,20 @@ void ConsoleDisplay::endLine() {
     m_edit.inserted.back().text += kLineFeed;
     m_lineStart += static_cast<qsizetype>(m_line.size()) + 1;
     m_line.clear();
-    m_column = m_shown = m_unchanged = 0;
+    m_shown = 0;
 }
 
 /// Brings the document's last line up to date.
 void ConsoleDisplay::flushLine() {
-    m_edit.removed += static_cast<qsizetype>(m_shown - std::min(m_shown, m_unchanged));
-    for (std::size_t i = m_unchanged; i < m_line.size(); ++i) {
-        if (m_edit.inserted.empty() || m_edit.inserted.back().style != m_line[i].style)
-            m_edit.inserted.push_back({{}, m_line[i].style});
-        m_edit.inserted.back().text += m_line[i].character;
+    const auto& cells = m_line.cells();
+    m_edit.removed += static_cast<qsizetype>(m_shown - std::min(m_shown, m_line.unchanged()));
+    for (std::size_t i = m_line.unchanged(); i < cells.size(); ++i) {
+        if (m_edit.inserted.empty() || m_edit.inserted.back().style != cells[i].style)
+            m_edit.inserted.push_back({{}, cells[i].style});
+        m_edit.inserted.back().text += cells[i].character;
     }
-    m_shown = m_unchanged = m_line.size();
+    m_line.noteSeen();
+    m_shown = cells.size();
 }
 
 QString ConsoleDisplay::original(QStringView shown, qsizetype position) const {

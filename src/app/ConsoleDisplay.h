@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/ConsoleStyle.h"
+#include "app/TerminalLine.h"
 #include "app/TerminalParser.h"
 #include "controls/ConsoleText.h"
 
@@ -9,6 +10,9 @@
 #include <vector>
 
 namespace zrk {
+
+/// The sign for a character that has no glyph of its own, any other character as it is.
+[[nodiscard]] QChar visibleSign(QChar character);
 
 /// How the console's text looks in a document that grows without end. What the board says looks as on a plain
 /// terminal: colours, and within the last line the cursor, overwriting and erasing; of what the loader says
@@ -21,7 +25,7 @@ class ConsoleDisplay : private TerminalActions {
   public:
     /// A line that goes on for so long is broken in the document (not in what is copied), because the
     /// cost of laying out a line grows with its length and a board need not end its lines at all.
-    static constexpr std::size_t kLongestLine = 1000;
+    static constexpr std::size_t kLongestLine = TerminalLine::kLongest;
 
     /// Characters that look alike.
     struct Run {
@@ -38,38 +42,30 @@ class ConsoleDisplay : private TerminalActions {
     /// The piece that the text went on with.
     [[nodiscard]] Edit show(QStringView text, TextOrigin origin);
 
+    /// Where in the document the next character goes, or its end where the line does not reach so far.
+    [[nodiscard]] qsizetype cursor() const;
+
     /// What a part of the document that begins at `position` stands for: control characters instead of
     /// their signs (but for NUL), lines ended by '\n', and no breaks that only the document has.
     [[nodiscard]] QString original(QStringView shown, qsizetype position) const;
 
   private:
-    struct Cell {
-        QChar character;
-        ConsoleStyle style;
-    };
-
     void print(QChar character) override;
     void control(QChar character) override;
     void sequence(QChar final, const std::vector<int>& parameters) override;
 
     void showLoaderText(QStringView text);
-    void put(QChar shown);
+    void put(QChar shown) { m_line.put(visibleSign(shown), m_style); }
+    void feedLine();
     void endLine();
     void breakLine();
     void flushLine();
     void resolveLineEnd();
-    void moveTo(std::size_t column);
-    void eraseInLine(int mode);
-    void erase(std::size_t from, std::size_t to);
-    void insertBlanks(std::size_t count);
-    void changedFrom(std::size_t column);
 
     TerminalParser m_parser;
     Edit m_edit;
-    std::vector<Cell> m_line;    ///< the last one
-    std::size_t m_column = 0;    ///< where the next character goes
-    std::size_t m_shown = 0;     ///< characters of the line that the document has
-    std::size_t m_unchanged = 0; ///< and how many of them, from its beginning, are right
+    TerminalLine m_line;     ///< the last one
+    std::size_t m_shown = 0; ///< characters of it that the document has
     ConsoleStyle m_style;
     bool m_returned = false; ///< a CR of the board's, which the next character gives its meaning
     bool m_fed = false;      ///< an LF of the board's without a CR before it
@@ -80,8 +76,5 @@ class ConsoleDisplay : private TerminalActions {
     qsizetype m_lineStart = 0;               ///< where the last line begins in the document
     std::vector<qsizetype> m_longLineBreaks; ///< positions of the breaks that are not in the text
 };
-
-/// The sign for a character that has no glyph of its own, any other character as it is.
-[[nodiscard]] QChar visibleSign(QChar character);
 
 } // namespace zrk

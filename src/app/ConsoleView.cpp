@@ -120,14 +120,17 @@ void ConsoleView::edit(const ConsoleDisplay::Edit& edit) {
 /// A selection stays what it is; without one the caret shows where the text goes on.
 void ConsoleView::goToEnd() {
     const QScopedValueRollback following(m_isFollowing, true);
-    if (!textCursor().hasSelection()) {
-        QTextCursor end(document());
-        end.movePosition(QTextCursor::End);
-        setTextCursor(end);
-    }
+    if (!textCursor().hasSelection())
+        placeCaret();
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
     if (std::exchange(m_hasMore, false))
         tellHold();
+}
+
+void ConsoleView::placeCaret() {
+    QTextCursor caret(document());
+    caret.setPosition(static_cast<int>(m_display.cursor()));
+    setTextCursor(caret);
 }
 
 void ConsoleView::clearView() {
@@ -146,9 +149,7 @@ void ConsoleView::setHeld(bool held) {
         const QScopedValueRollback following(m_isFollowing, true);
         m_isScrolledUp = false;
         m_hasMore = false;
-        QTextCursor end(document());
-        end.movePosition(QTextCursor::End);
-        setTextCursor(end);
+        placeCaret();
         goToEnd();
     }
     tellHold();

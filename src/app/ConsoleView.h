@@ -72,6 +72,7 @@ class ConsoleView : public QPlainTextEdit {
     [[nodiscard]] bool handleViewKey(const QKeyEvent& event);
     void edit(const ConsoleDisplay::Edit& edit);
     void goToEnd();
+    void placeCaret();
     void release();
     void noteScrolling();
     void tellHold();

@@ -100,12 +100,59 @@ TEST(ConsoleView, ShowsWhatTheBoardSaysAsAPlainTerminalDoes) {
          "\u00E4\u20AC\u00E4n\uFFFD\u00FF"},
         // A line with characters of several codes is overwritten, and the line above stays.
         {{"above\r\n", "\xF0\x9F\x98\x80 e\xCC\x81 50 %", "\r100 %\x1B[K"}, "above\n100 %", "above\n100 %"},
-        {{QByteArray("\0\x02\x7F", 3)}, "\u2400\u2402\u2421", "\u2400\x02\x7F"},
+        {{"\x02\x7F"}, "\u2402\u2421", "\x02\x7F"},
+        // The padding that terminals of old needed.
+        {{QByteArray("\r\n\0one\r\0\ntwo\r\0t\0\x1B[\0K!", 21)}, "\none\nt!", "\none\nt!"},
         // A title that noise began and nothing ends takes 256 bytes with it and no more.
         {{"\x1B]" + QByteArray(300, 'x')}, QString(44, 'x'), QString(44, 'x')},
     };
     for (const Case& oneCase : cases)
         expectShown(oneCase, Origin::Board);
+}
+
+/// What a shell sends that takes the terminal for 80 columns wide, as it does on a serial line.
+TEST(ConsoleView, ALongCommandIsEditedInRowsOf80Columns) {
+    const QByteArray full = "$ " + QByteArray("12345678 ").repeated(8) + "123456"; // 80 characters
+    const Case cases[] = {
+        {{full + " \r7 end\r\nout"}, full + "7 end\nout", full + "7 end\nout"},
+        {{full, " ", "\r", "7"}, full + "7", full + "7"},
+        // Two rows further, and back at the beginning of that row.
+        {{full + " \r" + QByteArray(80, 'b') + " \rccc\rd"},
+         full + QByteArray(80, 'b') + "dcc",
+         full + QByteArray(80, 'b') + "dcc"},
+        // Up into the first row, where something is deleted, inserted and erased, and down again.
+        {{full + " \rabcde\x1B[A\r#\x1B[P\x1B[2C\x1B[@!\x1B[B\b\b\b\b\b\b\b\bA"},
+         "#12!" + full.mid(4) + "Abcde",
+         "#12!" + full.mid(4) + "Abcde"},
+        {{full + " \rabc\x1B[A\x1B[K\x1B[B\x1B[GA\x1B[K"},
+         full.left(3) + QByteArray(77, ' ') + "A",
+         full.left(3) + QByteArray(77, ' ') + "A"},
+        {{full + " \rabc\x1B[9Ax\x1B[J"}, full.left(3) + "x", full.left(3) + "x"},
+        // One of an earlier command, which comes all at once.
+        {{full + "7 end\x1B[A\r$>\x1B[BX"}, "$>" + full.mid(2) + "7 Xnd", "$>" + full.mid(2) + "7 Xnd"},
+        // Enter in the first row: the shell goes below before it ends the line.
+        {{full + " \rabc\x1B[A\r\n\r\nout"}, full + "abc\nout", full + "abc\nout"},
+        // No row: a progress that is written over, and what is below is another line.
+        {{full + " 10 %\r" + "20 %\x1B[K"}, "20 %", "20 %"},
+        {{"above\r\nb\x1B[Ac"}, "above\nbc", "above\nbc"},
+    };
+    for (const Case& oneCase : cases) {
+        Case afterLine = oneCase;
+        afterLine.pieces.insert(afterLine.pieces.begin(), "\r\n");
+        afterLine.display.prepend('\n');
+        afterLine.copied.prepend('\n');
+        expectShown(afterLine, Origin::Board);
+    }
+}
+
+TEST(ConsoleView, TheCaretIsWhereTheBoardsCursorIs) {
+    Shown shown;
+    const std::pair<const char*, int> steps[] = {{"one\r\n$ command", 13}, {"\b\b", 11}, {"\x1B[3D", 8},
+                                                 {"X\x1B[K", 9},           {"\r\n", 10}, {"\x1B[5C", 10}};
+    for (const auto& [piece, position] : steps) {
+        shown.say(Origin::Board, piece);
+        EXPECT_EQ(shown.view.textCursor().position(), position) << piece;
+    }
 }
 
 TEST(ConsoleView, AnyPiecesEndLikeTheWholeTextAtOnce) {
@@ -119,7 +166,7 @@ TEST(ConsoleView, AnyPiecesEndLikeTheWholeTextAtOnce) {
             const auto length = random() % 40;
             for (unsigned i = 0; i < length; ++i)
                 added += "ab\r\n\r\n\x1B[K3;m\b\xC3\xA4"
-                         "C"[random() % 17];
+                         "CAP@"[random() % 20];
             shown.say(Origin::Board, added);
             all += added;
         }
