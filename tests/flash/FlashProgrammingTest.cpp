@@ -175,9 +175,11 @@ TEST(FlashProgramming, WithoutPgSibl) {
         EXPECT_EQ(b.bench.boxes.shown, QStringList(box));
         EXPECT_EQ(b.outcome(), Outcome::Done);
 
-        // A board may announce itself once only, and behind the open box.
+        // A board that announces itself behind the open box is not believed until it does so again.
         b.bench.boxes.user = [&](int) {
             b.loop.runFor(2s);
+            b.port.receive("5x5");
+            b.loop.after(500ms, [&] { b.port.receive("5"); });
             return Answer::Ok;
         };
         const qsizetype before = b.bench.console().size();
