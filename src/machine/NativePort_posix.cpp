@@ -1,4 +1,5 @@
 #include "machine/NativePort.h"
+#include "platform/SerialPort.h"
 
 #include <array>
 #include <cerrno>
@@ -113,6 +114,24 @@ OpenResult NativePort::open(const std::string& device) {
     m_handle = descriptor.release();
     ::ioctl(m_handle, TIOCEXCL);
     return {};
+}
+
+bool NativePort::applySettings(const LineSettings& settings) {
+    using Options = boost::asio::serial_port_base;
+    const auto parity = settings.parity == 'E'   ? Options::parity::even
+                        : settings.parity == 'O' ? Options::parity::odd
+                                                 : Options::parity::none;
+    const auto stopBits = settings.stopBits == 2 ? Options::stop_bits::two : Options::stop_bits::one;
+    bool accepted = settings.dataBits >= 5 && settings.dataBits <= 8 && settings.baudRate > 0;
+    const auto apply = [&](const auto& option) {
+        boost::system::error_code error;
+        accepted = accepted && !m_stream.set_option(option, error);
+    };
+    apply(Options::baud_rate(static_cast<unsigned>(settings.baudRate)));
+    apply(Options::character_size(accepted ? static_cast<unsigned>(settings.dataBits) : 8));
+    apply(Options::parity(parity));
+    apply(Options::stop_bits(stopBits));
+    return accepted;
 }
 
 void NativePort::close() noexcept {

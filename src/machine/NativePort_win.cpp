@@ -1,4 +1,5 @@
 #include "machine/NativePort.h"
+#include "platform/SerialPort.h"
 
 #include <algorithm>
 #include <array>
@@ -49,23 +50,81 @@ bool noteErrors(HANDLE handle, COMSTAT& state, LineErrors& seen) noexcept {
     return true;
 }
 
+/// Bytes as they are, both lines on, no handshake, whatever the last user of the port has left.
+void makeRaw(DCB& line) noexcept {
+    line.fBinary = TRUE;
+    line.fNull = FALSE;
+    line.fErrorChar = FALSE;
+    line.fAbortOnError = FALSE;
+    line.fOutxCtsFlow = FALSE;
+    line.fOutxDsrFlow = FALSE;
+    line.fDsrSensitivity = FALSE;
+    line.fOutX = FALSE;
+    line.fInX = FALSE;
+    line.fDtrControl = DTR_CONTROL_ENABLE;
+    line.fRtsControl = RTS_CONTROL_ENABLE;
+}
+
+/// Closed again on every way out on which nobody takes it over.
+class Handle {
+  public:
+    explicit Handle(HANDLE value) : m_value(value) {}
+    ~Handle() {
+        if (m_value != INVALID_HANDLE_VALUE)
+            ::CloseHandle(m_value);
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    [[nodiscard]] HANDLE get() const { return m_value; }
+    HANDLE release() { return std::exchange(m_value, INVALID_HANDLE_VALUE); }
+
+  private:
+    HANDLE m_value;
+};
+
+/// Only ports of one digit can be opened without the prefix.
+HANDLE openDevice(const std::string& device) noexcept {
+    const std::string name = device.starts_with('\\') ? device : "\\\\.\\" + device;
+    return ::CreateFileA(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                         FILE_FLAG_OVERLAPPED, nullptr);
+}
+
+boost::system::error_code lastError() noexcept {
+    return {static_cast<int>(::GetLastError()), boost::system::system_category()};
+}
+
 } // namespace
 
 OpenResult NativePort::open(const std::string& device) {
+    Handle port(openDevice(device));
+    if (port.get() == INVALID_HANDLE_VALUE)
+        return openFailure(lastError());
+    // The stream's own open would switch DTR and RTS off until we switch them on again, and a board that has
+    // DTR wired to its reset would be reset by every open.
+    COMMTIMEOUTS waits = {};
+    waits.ReadIntervalTimeout = 1; // a read ends with what has come in one go, and never without a byte
+    if (!changeSettings(port.get(), makeRaw) || !::SetCommTimeouts(port.get(), &waits))
+        return openFailure(lastError());
+    // Whoever had the port last may have left the line at a break. What cannot send one has nothing to end.
+    (void)::ClearCommBreak(port.get());
     boost::system::error_code error;
-    m_stream.open(device, error);
+    m_stream.assign(port.get(), error);
     if (error)
         return openFailure(error);
-    m_handle = m_stream.native_handle();
-    // The stream switches both lines off, which holds a board in reset that has DTR wired to it. A device
-    // without these lines refuses, and does without.
-    (void)::EscapeCommFunction(m_handle, SETDTR);
-    (void)::EscapeCommFunction(m_handle, SETRTS);
-    (void)changeSettings(m_handle, [](DCB& line) {
-        line.fDtrControl = DTR_CONTROL_ENABLE;
-        line.fRtsControl = RTS_CONTROL_ENABLE;
-    });
+    m_handle = port.release();
     return {};
+}
+
+bool NativePort::applySettings(const LineSettings& settings) {
+    // All at once: a driver may set its lines anew with every change.
+    return changeSettings(m_handle, [&settings](DCB& line) {
+        line.BaudRate = static_cast<DWORD>(settings.baudRate);
+        line.ByteSize = static_cast<BYTE>(settings.dataBits);
+        line.fParity = settings.parity == 'N' ? FALSE : TRUE;
+        line.Parity = settings.parity == 'E' ? EVENPARITY : settings.parity == 'O' ? ODDPARITY : NOPARITY;
+        line.StopBits = settings.stopBits == 2 ? TWOSTOPBITS : ONESTOPBIT;
+    });
 }
 
 void NativePort::close() noexcept {
