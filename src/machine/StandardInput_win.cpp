@@ -1,8 +1,12 @@
 #include "machine/StandardInput.h"
 #include "platform/EventLoop.h"
 
+#include <QStringEncoder>
+
 #include <array>
 #include <condition_variable>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -21,20 +25,45 @@ struct Shared {
     EventLoop* loop = nullptr; ///< null once nobody listens
 };
 
-void readInput(const std::shared_ptr<Shared>& shared, HANDLE input) {
-    std::array<char, 1024> piece{};
-    for (;;) {
+/// Blocks until there is some input, and appends it; false at its end.
+using Reader = std::function<bool(QByteArray& into)>;
+
+Reader plainReader(HANDLE input) {
+    return [input, piece = std::array<char, 1024>{}](QByteArray& into) mutable {
         DWORD count = 0;
-        const bool isRead =
-            ReadFile(input, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) != 0;
+        if (ReadFile(input, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) == 0)
+            return false;
+        into.append(piece.data(), static_cast<qsizetype>(count));
+        return count > 0;
+    };
+}
+
+/// Reading a console as a file would take Ctrl-Z for the end of the input, and lose all characters that are
+/// not ASCII on consoles that have no UTF-8 input.
+Reader consoleReader(HANDLE console) {
+    return [console, piece = std::array<wchar_t, 512>{},
+            toUtf8 = std::make_shared<QStringEncoder>(QStringConverter::Utf8)](QByteArray& into) mutable {
+        DWORD count = 0;
+        if (ReadConsoleW(console, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) == 0)
+            return false;
+        // Half of a character outside the basic plane waits for the other. Nothing was read where Ctrl-Break
+        // has interrupted, which is no end.
+        into.append(toUtf8->encode(QStringView(piece.data(), static_cast<qsizetype>(count))));
+        return true;
+    };
+}
+
+void readInput(const std::shared_ptr<Shared>& shared, const Reader& read) {
+    for (bool goesOn = true; goesOn;) {
+        QByteArray piece;
+        const bool isRead = read(piece);
         std::unique_lock lock(shared->mutex);
-        shared->ended = !isRead || count == 0;
-        shared->waiting.append(piece.data(), static_cast<qsizetype>(count));
+        shared->ended = !isRead;
+        shared->waiting.append(piece);
         if (shared->loop != nullptr)
             shared->loop->wake();
         shared->room.wait(lock, [&] { return shared->waiting.isEmpty() || shared->loop == nullptr; });
-        if (shared->ended || shared->loop == nullptr)
-            return;
+        goesOn = isRead && shared->loop != nullptr;
     }
 }
 
@@ -46,7 +75,7 @@ struct StandardInput::Private {
         if (isConsole)
             SetConsoleMode(input, ENABLE_VIRTUAL_TERMINAL_INPUT);
         shared->loop = &loop;
-        std::thread(readInput, shared, input).detach();
+        std::thread(readInput, shared, isConsole ? consoleReader(input) : plainReader(input)).detach();
     }
     ~Private() {
         if (isConsole)

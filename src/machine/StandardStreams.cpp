@@ -37,10 +37,11 @@ StandardStreams::StandardStreams() : m_inputBefore(GetConsoleCP()), m_outputBefo
         DWORD mode = 0;
         if (GetConsoleMode(handle, &mode) != 0) // lines of progress go up by escape sequences
             SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+        // Unbuffered, as consoles and standard error are, a stream asks the system for every character, or
+        // for the first one alone, which tears one of several bytes. Every writer flushes.
+        constexpr std::size_t kBuffer = 4096;
+        (void)std::setvbuf(stream, nullptr, _IOFBF, kBuffer);
     }
-    // Unbuffered, it would ask the system for every character. Every writer flushes.
-    constexpr std::size_t kBuffer = 4096;
-    (void)std::setvbuf(stderr, nullptr, _IOFBF, kBuffer);
 }
 
 StandardStreams::~StandardStreams() {
