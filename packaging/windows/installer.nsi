@@ -1,6 +1,5 @@
 ; The installer. It installs for the user who runs it, which needs no administrator; /S installs silently, /D=FOLDER
-; (last) says where. VERSION, FILES, ICON, OUTPUT and LICENCES, what deletes these, are given by
-; ./build.
+; (last) says where. VERSION, FILES, REMOVAL_OF_FILES, which deletes them again, ICON and OUTPUT are given by ./build.
 Target amd64-unicode ; as the programs are
 !include MUI2.nsh
 
@@ -49,15 +48,7 @@ BrandingText " "
 Section
     !insertmacro StopIfRunning "install"
     SetOutPath "$INSTDIR"
-    File "${FILES}\zrk-loader.exe"
-    File "${FILES}\zrk-loader-cli.exe"
-    File "${FILES}\README.md"
-    File "${FILES}\CHANGELOG.md"
-    File "${FILES}\THIRD-PARTY.md"
-    SetOutPath "$INSTDIR\licences"
-    File "${FILES}\licences\*.*"
-    SetOutPath "$INSTDIR"
-    File "${FILES}\zrk-loader.INI.sample"
+    File /r "${FILES}\*.*"
     WriteUninstaller "$INSTDIR\uninstall.exe"
 
     CreateDirectory "$SMPROGRAMS\${TITLE}"
@@ -81,14 +72,7 @@ SectionEnd
 Section Uninstall
     !insertmacro StopIfRunning "remove it"
     ; What the user has put there is the user's: presets, and whatever lies in a folder of the same name.
-    Delete "$INSTDIR\zrk-loader.INI.sample"
-    Delete "$INSTDIR\zrk-loader.exe"
-    Delete "$INSTDIR\zrk-loader-cli.exe"
-    Delete "$INSTDIR\README.md"
-    Delete "$INSTDIR\CHANGELOG.md"
-    Delete "$INSTDIR\THIRD-PARTY.md"
-    !include "${LICENCES}"
-    RMDir "$INSTDIR\licences"
+    !include "${REMOVAL_OF_FILES}"
     Delete "$INSTDIR\uninstall.exe"
     RMDir "$INSTDIR" ; only when it is empty
     Delete "$LOCALAPPDATA\zrk-loader\window.conf"
