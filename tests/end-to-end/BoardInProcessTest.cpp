@@ -111,4 +111,44 @@ TEST(BoardInProcess, ALostByteIsATimeOutAndTheNextPowerCycleWorks) {
     EXPECT_EQ(read(b.port.board.sdram(), 0x80000004, 2'000), image(2'000));
 }
 
+/// The machine sleeps, or the program is stopped, for ten minutes; the clock goes on.
+TEST(BoardInProcess, ASleepOfTheMachineIsATimeOutAtMost) {
+    const struct {
+        const char* when; // the console ends with it
+        bool flashes;
+        Outcome outcome;
+    } sleeps[] = {
+        {"Waiting for BootID .. ", false, Outcome::Done},
+        {"Sending code .. ", false, Outcome::Done},
+        {"Wait for 'X' .. ", false, Outcome::TimedOut},
+        {"Expect final 't' .. ", false, Outcome::TimedOut},
+        {"Sending NAND FLASH DATA frame .. ", true, Outcome::Done},
+        {"(ERASING FLASH) .. get ACK .. ", true, Outcome::Done},
+    };
+    for (const auto& sleep : sleeps) {
+        SCOPED_TRACE(sleep.when);
+        BoardRig b;
+        b.bench.fill(sleep.flashes ? 6 : 0, sleep.flashes ? kPgSibl : kPrimary, "0x0000");
+        b.bench.fill(sleep.flashes ? 5 : 1, image(30'000), "0x80000004");
+        b.loader.controls.txtStartAddress[5].Text = "0";
+        b.loader.controls.chkErase.Value = 1;
+        Duration slept{};
+        const std::function<void()> look = [&] {
+            if (!b.loader.controls.txtStatus.text().endsWith(sleep.when))
+                return b.loop.after(10ms, look);
+            b.loop.skipTo(b.loop.now() + (slept = 10min));
+        };
+        look();
+        sleep.flashes ? b.loader.flash.cmdPrgFlash_Click() : b.loader.bringUp.cmdStartPrimary_Click();
+        EXPECT_EQ(slept, 10min);
+        EXPECT_EQ(b.loader.operation.outcome(), sleep.outcome) << b.bench.console().toStdString();
+        EXPECT_EQ(b.bench.boxes.shown.size(), sleep.outcome == Outcome::Done ? 0 : 1);
+        EXPECT_LT(b.loop.elapsed(), 11min);
+        const auto& board = b.port.board;
+        const bool isWhole = (sleep.flashes ? read(board.nand(), 0, 30'000)
+                                            : read(board.sdram(), 0x80000004, 30'000)) == image(30'000);
+        EXPECT_TRUE(isWhole || sleep.outcome != Outcome::Done);
+    }
+}
+
 } // namespace
