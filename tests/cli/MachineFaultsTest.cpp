@@ -37,6 +37,9 @@ TEST_F(MachineFaults, OfStreamsAndEnvironmentSpoilNoBoard) {
         {"env -i @", 0, "Port: COM1"},
         {"cd / && HOME=/nonexistent TMPDIR=/nonexistent @", 0, "Port: COM1"},
         {"umask 777; @ --trace t", 0, "Port: COM1"},
+        {"@ --trace /dev/full", 0, "The trace /dev/full cannot be written: No space left on device."},
+        {"mkdir l; for n in {0..4095}; do ln -s /dev/full l/$n.log; done; @ --log l", 0,
+         ".log ends here: No space left on device. The run goes on."},
     };
     for (const auto& fault : faults) {
         SCOPED_TRACE(fault.how);
