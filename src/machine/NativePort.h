@@ -19,7 +19,7 @@ enum class OpenFault { None, NoSuchDevice, InUse, PermissionDenied, NotASerialPo
 
 struct OpenResult {
     OpenFault fault = OpenFault::None;
-    std::string reason{}; ///< the system's own words, for Other
+    std::string reason{}; ///< the system's own words, for Other; of InUse whose terminal it is, or ""
     std::string group{};  ///< of PermissionDenied: whose members may use the device, "" if nobody's
 };
 

@@ -1,4 +1,5 @@
 #include "machine/NativePort.h"
+#include "machine/TerminalHolder.h"
 #include "platform/SerialPort.h"
 
 #include <array>
@@ -100,6 +101,10 @@ OpenResult NativePort::open(const std::string& device) {
     termios line = {};
     if (::tcgetattr(descriptor.get(), &line) != 0)
         return openFailure(errno, device);
+    // A shell whose terminal is made raw answers to nobody any more, and a log-in on the board's port would
+    // answer in the board's place.
+    if (std::string holder = terminalHolder(descriptor.get()); !holder.empty())
+        return {OpenFault::InUse, std::move(holder)};
     // Before anything is changed, or the line of the program that has it would be upset. The lock
     // is what keeps out root, whom TIOCEXCL does not.
     if (::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0)

@@ -4,6 +4,8 @@
 
 #include <QFileInfo>
 
+#include <filesystem>
+
 namespace zrk {
 
 QString portProblem(const PortNames& names, int number) {
@@ -19,6 +21,9 @@ QString portProblem(const PortNames& names, int number) {
     const QFileInfo file(device);
     if (!file.exists())
         return QStringLiteral("%1: no such device").arg(device);
+    std::error_code fault;
+    if (!std::filesystem::is_character_file(device.toStdString(), fault))
+        return QStringLiteral("%1: it is not a serial port").arg(device);
     if (!file.isReadable() || !file.isWritable())
         return QStringLiteral("%1: no permission; join the group %2").arg(device, file.group());
     return {};

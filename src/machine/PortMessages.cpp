@@ -31,6 +31,9 @@ QString whyAndWhatToDo(const OpenResult& result) {
     case OpenFault::NoSuchDevice:
         return QStringLiteral("no such device. Plug the adapter in, or choose another port.");
     case OpenFault::InUse:
+        if (!result.reason.empty())
+            return QStringLiteral("it is the terminal of %1. Choose the board's port, or end that program.")
+                .arg(QString::fromLocal8Bit(result.reason));
         return QStringLiteral("the device is in use. Close the program that uses it and try again.");
     case OpenFault::PermissionDenied:
         return permissionDenied(QString::fromLocal8Bit(result.group));

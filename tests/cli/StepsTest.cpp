@@ -105,6 +105,10 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
          "flash.bin to NAND flash address 0x00000000"},
         {here + "load --kernel " + images.file("kernel.img") + ",0x80000100", 2, "Addresses: wrong"},
         {"-n --port /nonexistent --ini " + images.ini() + " load", 3, "Port: "},
+        {"-n --port " + images.ini() + " --ini " + images.ini() + " load", 3,
+         "INI: it is not a serial port\n"},
+        {"-n --port " + images.file(".") + " --ini " + images.ini() + " load", 3,
+         "it is not a serial port\n"},
     };
     for (const auto& dry : runs) {
         SCOPED_TRACE(dry.arguments.toStdString());

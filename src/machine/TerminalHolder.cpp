@@ -1,0 +1,78 @@
+#include "machine/TerminalHolder.h"
+
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace zrk {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What the system tells of a process, as far as it matters here.
+struct Process {
+    std::string name;
+    int session = 0;
+    int terminal = 0; ///< the number of its controlling terminal's device; 0: none
+};
+
+std::optional<Process> processIn(const fs::path& folder) {
+    std::ifstream file(folder / "stat");
+    std::string text;
+    std::getline(file, text, '\0');
+    // "4711 (name) S parent group session terminal": the name may hold anything.
+    const auto begin = text.find('(');
+    const auto end = text.rfind(')');
+    if (begin == std::string::npos || end == std::string::npos)
+        return {};
+    Process process;
+    process.name = text.substr(begin + 1, end - begin - 1);
+    std::istringstream fields(text.substr(end + 1));
+    std::string ignored;
+    fields >> ignored >> ignored >> ignored >> process.session >> process.terminal;
+    return fields ? std::optional(process) : std::nullopt;
+}
+
+/// In the numbers that processes are told with; 0 for what is no terminal.
+int numberOf(int descriptor) {
+    unsigned int number = 0;
+#ifdef TIOCGDEV
+    if (::ioctl(descriptor, TIOCGDEV, &number) != 0)
+        return 0;
+#endif
+    return static_cast<int>(number);
+}
+
+bool isStandardStream(int device) {
+    return numberOf(STDIN_FILENO) == device || numberOf(STDOUT_FILENO) == device ||
+           numberOf(STDERR_FILENO) == device;
+}
+
+} // namespace
+
+std::string terminalHolder(int descriptor) {
+    const int device = numberOf(descriptor);
+    if (device == 0)
+        return {};
+    const int own = isStandardStream(device) ? 0 : ::getsid(0);
+    std::string holder;
+    std::error_code fault;
+    for (fs::directory_iterator entry("/proc", fault), end; !fault && entry != end; entry.increment(fault)) {
+        const std::string number = entry->path().filename().string();
+        if (std::isdigit(static_cast<unsigned char>(number.front())) == 0)
+            continue;
+        const auto process = processIn(entry->path());
+        if (!process || process->terminal != device || process->session == own)
+            continue;
+        holder = process->name + " (" + number + ")";
+        if (number == std::to_string(process->session)) // whose terminal it is, not what was started there
+            break;
+    }
+    return holder;
+}
+
+} // namespace zrk
