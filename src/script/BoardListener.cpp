@@ -97,8 +97,9 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
             heard(piece);
         received = received.right(qMax(kRemembered, text.size()));
         if (limit && m_link.loop.now() - begin >= *limit)
-            fail(Outcome::LimitReached, QStringLiteral("%1 did not come within %2 s. Received last: %3")
-                                            .arg(quotedEnd(text), secondsText(*limit), quotedEnd(received)));
+            m_link.operation.fail(Outcome::LimitReached,
+                                  QStringLiteral("%1 did not come within %2 s. Received last: %3")
+                                      .arg(quotedEnd(text), secondsText(*limit), quotedEnd(received)));
         if (piece.isEmpty())
             m_link.loop.wait();
         else
@@ -123,23 +124,20 @@ Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {
             (void)m_link.port.transmitRoom(); // says why
         if (received.size() > 1 || m_link.loop.now() - begin >= limit) {
             if (received.isEmpty())
-                fail(Outcome::LimitReached,
-                     QStringLiteral("The board has said nothing within %1 s of the start. Was the secondary "
-                                    "executable loaded, and is its address right?")
-                         .arg(secondsText(limit)));
-            fail(Outcome::WrongAnswer,
-                 QStringLiteral(
-                     "The board announces its BootID (\"5\") instead of starting the program: it is "
-                     "in its boot ROM. Load the program again, then start it."));
+                m_link.operation.fail(
+                    Outcome::LimitReached,
+                    QStringLiteral("The board has said nothing within %1 s of the start. Was the secondary "
+                                   "executable loaded, and is its address right?")
+                        .arg(secondsText(limit)));
+            m_link.operation.fail(
+                Outcome::WrongAnswer,
+                QStringLiteral(
+                    "The board announces its BootID (\"5\") instead of starting the program: it is "
+                    "in its boot ROM. Load the program again, then start it."));
         }
         m_link.loop.wait();
     }
     return Operation::End::Stopped;
-}
-
-void BoardListener::fail(Outcome why, const QString& text) {
-    m_link.state.noteStop(why);
-    throw RuntimeFailure(FailureKind::WrongAnswer, text);
 }
 
 } // namespace zrk

@@ -35,7 +35,6 @@ class BoardListener {
     [[nodiscard]] Operation::End listen(const QByteArray& text, Limit limit,
                                         const std::function<void(const QByteArray&)>& heard);
     [[nodiscard]] Operation::End watchStart(std::chrono::milliseconds limit);
-    [[noreturn]] void fail(Outcome why, const QString& text);
 
     Link& m_link;
 };

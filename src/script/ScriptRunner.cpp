@@ -166,11 +166,10 @@ void ScriptRunner::waitFor(const QString& text, int number) {
 void ScriptRunner::requireTime(const QString& shown) const {
     if (!m_waitLimit || m_link.loop.now() - m_link.state.WaitingSince < *m_waitLimit)
         return;
-    m_link.state.noteStop(Outcome::LimitReached);
     const QString received = m_link.controls.txtStatus.text().mid(m_consoleAtStart);
-    throw RuntimeFailure(FailureKind::WrongAnswer,
-                         QStringLiteral("\"%1\" did not come within %2 s. Received last: %3")
-                             .arg(shown, secondsText(*m_waitLimit), quotedEnd(received.toLatin1())));
+    m_link.operation.fail(Outcome::LimitReached,
+                          QStringLiteral("\"%1\" did not come within %2 s. Received last: %3")
+                              .arg(shown, secondsText(*m_waitLimit), quotedEnd(received.toLatin1())));
 }
 
 } // namespace zrk

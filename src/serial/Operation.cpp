@@ -20,7 +20,7 @@ void Operation::run(const Plan& plan) {
     if (isRunning())
         return;
     const QScopedValueRollback running(m_running, true);
-    const Report report =
+    const Report how =
         plan.report != Report::Nothing && m_desk.state.DebugMode ? Report::InConsole : plan.report;
     m_desk.state.StopReason = Outcome::Done;
     m_failure.clear();
@@ -30,19 +30,19 @@ void Operation::run(const Plan& plan) {
         tellLineErrors();
         remark(plan);
     });
-    if (carryOut(plan, report) == End::Abort)
+    if (carryOut(plan, how) == End::Abort)
         plan.abort();
 }
 
-Operation::End Operation::carryOut(const Plan& plan, Report report) {
+Operation::End Operation::carryOut(const Plan& plan, Report how) {
     try {
         const End end = plan.body();
         m_outcome = endedBy(end);
         return end;
     } catch (const RuntimeFailure& failure) {
-        fail(failure, report);
+        report(failure, how);
     } catch (const std::exception& error) { // out of memory, for one
-        fail({FailureKind::Internal, QString::fromLocal8Bit(error.what())}, report);
+        report({FailureKind::Internal, QString::fromLocal8Bit(error.what())}, how);
     }
     return End::Abort;
 }
@@ -135,12 +135,17 @@ Outcome Operation::failedBy(FailureKind kind) const {
                                                                        : outcomeOf(kind);
 }
 
-void Operation::fail(const RuntimeFailure& failure, Report report) {
+void Operation::fail(Outcome why, const QString& description) {
+    m_desk.state.noteStop(why);
+    throw RuntimeFailure(FailureKind::WrongAnswer, description);
+}
+
+void Operation::report(const RuntimeFailure& failure, Report how) {
     m_outcome = failedBy(failure.kind());
     m_failure = failure.description();
     // A wait that ended in a failure must not run out while its message is being read.
     m_transport.ArmReplyTimer(false);
-    switch (report) {
+    switch (how) {
     case Report::DownloadProblem:
         return showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherDownload, failure);
     case Report::IoProblem:

@@ -69,6 +69,10 @@ class Operation {
     /// told of the noise of a power-on.
     void watchLine();
 
+    /// Ends the running body as `why`, unless something else has asked it to stop before, with a description
+    /// of the failure.
+    [[noreturn]] void fail(Outcome why, const QString& description);
+
     /// How the last one ended.
     [[nodiscard]] Outcome outcome() const { return m_outcome; }
 
@@ -76,11 +80,11 @@ class Operation {
     [[nodiscard]] const QString& failure() const { return m_failure; }
 
   private:
-    [[nodiscard]] End carryOut(const Plan& plan, Report report);
+    [[nodiscard]] End carryOut(const Plan& plan, Report how);
     void remark(const Plan& plan) const;
     [[nodiscard]] Outcome endedBy(End end) const;
     [[nodiscard]] Outcome failedBy(FailureKind kind) const;
-    void fail(const RuntimeFailure& failure, Report report);
+    void report(const RuntimeFailure& failure, Report how);
     void tellLineErrors();
     void forgetSpent();
 
