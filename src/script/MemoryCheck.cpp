@@ -6,6 +6,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace zrk {
 
 using namespace std::chrono_literals;
@@ -16,25 +18,55 @@ constexpr std::chrono::milliseconds kLook = 100ms;
 constexpr std::chrono::milliseconds kQuiet = 1s;     ///< behind a prompt: the answer is over
 constexpr std::chrono::milliseconds kLongQuiet = 5s; ///< behind a line that ended: a command may be at work
 
-/// What stands behind the echo of the command: an earlier answer that comes late confirms nothing.
-QByteArray behindEcho(const QByteArray& received, const QByteArray& command) {
-    const qsizetype echo = received.indexOf(command);
-    return echo < 0 ? QByteArray() : received.mid(echo + command.size());
-}
+/// What the board says, kept as far as it can still matter, however much it is. Only what stands behind the
+/// echo of the command counts: an earlier answer that comes late confirms nothing.
+class BoardAnswer {
+  public:
+    BoardAnswer(const QByteArray& command, const QString& sum)
+        : m_command(command),
+          m_sum(QStringLiteral("\\b(0x)?%1\\b").arg(sum), QRegularExpression::CaseInsensitiveOption) {}
 
-bool holdsSum(const QByteArray& answer, const QString& sum) {
-    const QRegularExpression word(QStringLiteral("\\b(0x)?%1\\b").arg(sum),
-                                  QRegularExpression::CaseInsensitiveOption);
-    return word.match(QString::fromLatin1(answer)).hasMatch();
-}
+    void add(const QByteArray& piece) {
+        m_heard += piece;
+        const qsizetype echo = m_begin < 0 ? m_heard.indexOf(m_command) : -1;
+        if (echo >= 0)
+            m_begin = echo + m_command.size();
+        if (m_begin >= 0)
+            look();
+        const qsizetype cut = m_heard.size() - std::max(kMostKept, m_command.size());
+        if (cut <= 0)
+            return;
+        m_heard.remove(0, cut);
+        // One character stays in front, which tells where a word begins.
+        if (m_begin >= 0)
+            m_begin = std::max<qsizetype>(m_begin - cut, 1);
+    }
 
-/// True when there is more than the prompt, which ends no line, and nothing has followed for long enough.
-bool isOver(const QByteArray& answer, std::chrono::milliseconds quiet) {
-    const qsizetype end = answer.lastIndexOf('\n');
-    if (end < 0 || answer.left(end).trimmed().isEmpty())
-        return false;
-    return quiet >= (end + 1 < answer.size() ? kQuiet : kLongQuiet);
-}
+    [[nodiscard]] bool holdsSum() const { return m_holdsSum; }
+    /// True when there is more than the prompt, which ends no line, and nothing has followed for long enough.
+    [[nodiscard]] bool isOver(std::chrono::nanoseconds quiet) const {
+        return m_holdsALine && quiet >= (m_heard.endsWith('\n') ? kLongQuiet : kQuiet);
+    }
+    [[nodiscard]] QByteArray text() const { return m_heard.mid(m_begin).trimmed(); }
+    [[nodiscard]] const QByteArray& heard() const { return m_heard; }
+
+  private:
+    void look() {
+        // Behind the word something has to stand, or it may be the beginning of a longer one.
+        m_holdsSum = m_holdsSum || m_sum.match(QString::fromLatin1(m_heard.chopped(1)), m_begin).hasMatch();
+        const QByteArray lines = m_heard.mid(m_begin, m_heard.lastIndexOf('\n') - m_begin);
+        m_holdsALine = m_holdsALine || (m_heard.lastIndexOf('\n') > m_begin && !lines.trimmed().isEmpty());
+    }
+
+    static constexpr qsizetype kMostKept = 4096;
+
+    QByteArray m_command;
+    QRegularExpression m_sum;
+    QByteArray m_heard;
+    qsizetype m_begin = -1; ///< of the answer in what was heard, -1 before the echo
+    bool m_holdsSum = false;
+    bool m_holdsALine = false;
+};
 
 } // namespace
 
@@ -67,35 +99,30 @@ Operation::End MemoryCheck::compare(std::size_t slot, const QString& command, st
     const auto begin = m_link.loop.now();
     auto last = begin;
     const auto look = m_link.loop.wakeEvery(kLook);
-    QByteArray received;
+    BoardAnswer answer(asked.toLatin1(), sum);
     while (!m_link.state.CancelRequested) {
         const QByteArray piece = m_link.port.receive();
         const auto now = m_link.loop.now();
         if (!piece.isEmpty()) {
             heard(piece);
-            received += piece;
+            answer.add(piece);
             last = now;
         }
-        const QByteArray answer = behindEcho(received, asked.toLatin1());
-        // Behind the word something has to stand, or it may be the beginning of a longer one.
-        if (holdsSum(answer.chopped(answer.isEmpty() ? 0 : 1), sum))
+        if (answer.holdsSum())
             return Operation::End::Done;
-        if (isOver(answer, std::chrono::duration_cast<std::chrono::milliseconds>(now - last)))
-            fail(Outcome::WrongAnswer,
-                 QStringLiteral("%1: the board does not confirm CRC-32 %2 of what was sent. It says: %3. "
-                                "Either the memory holds something else, or the command is no checksum: %4")
-                     .arg(title, sum, quotedEnd(answer.trimmed()), asked));
+        if (answer.isOver(now - last))
+            m_link.operation.fail(
+                Outcome::WrongAnswer,
+                QStringLiteral("%1: the board does not confirm CRC-32 %2 of what was sent. It says: %3. "
+                               "Either the memory holds something else, or the command is no checksum: %4")
+                    .arg(title, sum, quotedEnd(answer.text()), asked));
         if (now - begin >= limit)
-            fail(Outcome::LimitReached, QStringLiteral("%1: no checksum came within %2 s. Received last: %3")
-                                            .arg(title, secondsText(limit), quotedEnd(received)));
+            m_link.operation.fail(Outcome::LimitReached,
+                                  QStringLiteral("%1: no checksum came within %2 s. Received last: %3")
+                                      .arg(title, secondsText(limit), quotedEnd(answer.heard())));
         m_link.loop.wait();
     }
     return Operation::End::Stopped;
-}
-
-void MemoryCheck::fail(Outcome why, const QString& text) {
-    m_link.state.noteStop(why);
-    throw RuntimeFailure(FailureKind::WrongAnswer, text);
 }
 
 } // namespace zrk

@@ -32,7 +32,6 @@ class MemoryCheck {
     [[nodiscard]] Operation::End compare(std::size_t slot, const QString& command,
                                          std::chrono::milliseconds limit,
                                          const std::function<void(const QByteArray&)>& heard);
-    [[noreturn]] void fail(Outcome why, const QString& text);
 
     Link& m_link;
 };

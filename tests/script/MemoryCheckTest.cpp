@@ -24,6 +24,10 @@ TEST_F(Memory, IsComparedWithWhatTheBoardsCommandSays) {
          "0x80000004 0xA000"},
         {{"@\r\n", "00C0FFEE", "0 1200C0FFEE\r\n> "}, Outcome::WrongAnswer, "It says: \"00C0FFEE0 12"},
         {{"@\r\nreading\r\n", "", "", "", "", "", "", "", "", "00C0FFEE\r\n> "}, Outcome::Done, ""},
+        {{"@\r\n", QByteArray(5000, '.'), "00C0", "FFEE\r\n"}, Outcome::Done, ""},
+        {{"@\r\nx00C0FFEE" + QByteArray(4088, '.'), "\r\n> "}, // of which the end is kept, from the sum on
+         Outcome::WrongAnswer,
+         "UBoot image: the board does not confirm"},
         {{"> ", "@\r\n", "still at it"},
          Outcome::LimitReached,
          "UBoot image: no checksum came within 5 s. Received last: \"> crc32 0x80000004 0xA000\\r\\nstill at "
