@@ -121,7 +121,7 @@ qsizetype PortDriver::unsentBytes() const noexcept {
         return 0;
     // A driver that has let go of its bytes says nothing of what lies between it and the line.
     const std::size_t handedOn = std::max(m_device->unsentBytes(), m_pace.onLine(Clock::now()));
-    return static_cast<qsizetype>(m_queue.size() + handedOn);
+    return static_cast<qsizetype>(m_queue.size()) + static_cast<qsizetype>(handedOn);
 }
 
 void PortDriver::setHandshaking(Handshaking handshaking) {

@@ -80,7 +80,7 @@ qsizetype ComPort::InBufferCount() {
 }
 
 QByteArray ComPort::takeFromDevice(qsizetype most) {
-    const QByteArray taken = opened().read(most);
+    QByteArray taken = opened().read(most);
     m_lastReceived += taken;
     if (m_lastReceived.size() > 2 * kRemembered) // so that not every byte moves all the others
         m_lastReceived = m_lastReceived.right(kRemembered);
