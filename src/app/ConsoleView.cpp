@@ -1,5 +1,7 @@
 #include "app/ConsoleView.h"
 
+#include "app/ConsoleLayout.h"
+#include "app/DocumentDisposal.h"
 #include "app/TypedText.h"
 
 #include <QFontDatabase>
@@ -71,23 +73,33 @@ ConsoleView::ConsoleView(QWidget* parent) : QPlainTextEdit(parent) {
     setReadOnly(true);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setAttribute(Qt::WA_InputMethodEnabled); // dead keys and composing, which a read-only text goes without
-    setUndoRedoEnabled(false);
     setWordWrapMode(QTextOption::WrapAnywhere);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setFont(consoleFont());
-    setTabStopDistance(kTabColumns * QFontMetricsF(font()).horizontalAdvance(QLatin1Char(' ')));
+    beginDocument();
     setAcceptDrops(false);
     setCenterOnScroll(false);
-    // Read-only holds for keys and mouse; an assistive tool writes into the document all the same.
-    connect(document(), &QTextDocument::contentsChanged, this, [this] {
-        if (!m_isFollowing)
-            Q_EMIT overwritten();
-    });
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ConsoleView::noteScrolling);
     // The text moves its bar in silence when pages are turned.
     connect(this, &ConsoleView::updateRequest, this, [this](const QRect&, int scrolledBy) {
         if (scrolledBy != 0)
             noteScrolling();
+    });
+}
+
+void ConsoleView::beginDocument() {
+    auto* document = new QTextDocument(this);
+    m_layout = new ConsoleLayout(document);
+    document->setDocumentLayout(m_layout);
+    document->setUndoRedoEnabled(false);
+    document->setDefaultFont(font());
+    m_layout->setWidth(viewport()->width());
+    setDocument(document);
+    setTabStopDistance(kTabColumns * QFontMetricsF(font()).horizontalAdvance(QLatin1Char(' ')));
+    // Read-only holds for keys and mouse; an assistive tool writes into the document all the same.
+    connect(document, &QTextDocument::contentsChanged, this, [this] {
+        if (!m_isFollowing)
+            Q_EMIT overwritten();
     });
 }
 
@@ -136,7 +148,10 @@ void ConsoleView::placeCaret() {
 void ConsoleView::clearView() {
     const QScopedValueRollback following(m_isFollowing, true);
     m_display = {};
-    clear();
+    QTextDocument* old = document();
+    beginDocument();
+    old->disconnect(this);
+    new DocumentDisposal(old, this);
     m_hasMore = false;
     m_isScrolledUp = false;
     tellHold();
@@ -283,7 +298,10 @@ void ConsoleView::release() {
 void ConsoleView::resizeEvent(QResizeEvent* event) {
     {
         const QScopedValueRollback following(m_isFollowing, true);
-        QPlainTextEdit::resizeEvent(event);
+        m_layout->setWidth(viewport()->width());
+        // At another width the base class would go through all of the text.
+        QResizeEvent sameWidth(event->size(), {event->size().width(), event->oldSize().height()});
+        QPlainTextEdit::resizeEvent(&sameWidth);
     }
     if (!viewStands())
         goToEnd();

@@ -9,6 +9,8 @@
 
 namespace zrk {
 
+class ConsoleLayout;
+
 /// `txtStatus`: shows the console's text and takes the keyboard. What is typed never changes the text.
 ///
 /// While keys go to the board all of them do, Tab and Ctrl+C included; Shift+Tab leaves the console.
@@ -65,6 +67,7 @@ class ConsoleView : public QPlainTextEdit {
     [[nodiscard]] QMimeData* createMimeDataFromSelection() const override;
 
   private:
+    void beginDocument();
     void type(const QString& characters);
     void paste(QClipboard::Mode from);
     [[nodiscard]] bool keysGoToBoard() const { return m_keysGoToBoard && m_keysGoToBoard(); }
@@ -78,11 +81,12 @@ class ConsoleView : public QPlainTextEdit {
     void tellHold();
 
     ConsoleDisplay m_display;
-    bool m_isFollowing = false;  ///< what changes is our own doing
-    bool m_isHeld = false;       ///< by the switch
-    bool m_isScrolledUp = false; ///< by the user
-    bool m_isPressed = false;    ///< the mouse button that selects is down in the text
-    bool m_hasMore = false;      ///< text has come since
+    ConsoleLayout* m_layout = nullptr; ///< of the present document
+    bool m_isFollowing = false;        ///< what changes is our own doing
+    bool m_isHeld = false;             ///< by the switch
+    bool m_isScrolledUp = false;       ///< by the user
+    bool m_isPressed = false;          ///< the mouse button that selects is down in the text
+    bool m_hasMore = false;            ///< text has come since
     std::function<bool()> m_keysGoToBoard;
 };
 

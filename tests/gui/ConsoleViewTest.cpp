@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextBlock>
@@ -281,6 +282,47 @@ TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
     say(Origin::Board, QByteArray("x\r\n").repeated(100));
     EXPECT_TRUE(atEnd());
     QTest::mouseRelease(view.viewport(), Qt::RightButton);
+}
+
+TEST_F(Reading, AnotherWidthOrAClearGoesThroughNothingThatIsOutOfSight) {
+    say(Origin::Board, QByteArray("123456789 ").repeated(30) + "\r\n");
+    const QTextBlock longLine = view.document()->lastBlock().previous();
+    QApplication::processEvents();
+    say(Origin::Board, QByteArray("x\r\n").repeated(100) + QByteArray(300, 'x'));
+    const auto rows = [&] { return std::pair(longLine.lineCount(), longLine.layout()->lineAt(0).width()); };
+    const auto room = [&] { return view.viewport()->width() - 2 * view.document()->documentMargin(); };
+    const auto [before, width] = rows();
+    EXPECT_EQ(width, room());
+    view.resize(250, 120);
+    QApplication::processEvents();
+    EXPECT_EQ(rows(), std::pair(before, width));
+    const int range = bar.maximum();
+    bar.setValue(longLine.firstLineNumber());
+    QApplication::processEvents();
+    EXPECT_GT(longLine.lineCount(), before);
+    EXPECT_EQ(bar.maximum() - range, longLine.lineCount() - before);
+    EXPECT_EQ(longLine.layout()->lineAt(0).width(), room());
+    view.setHeld(false);
+    for (const int wide : {300, 200, 280}) { // the end stays in sight
+        view.resize(wide, 120);
+        QApplication::processEvents();
+        EXPECT_TRUE(atEnd());
+        EXPECT_TRUE(view.viewport()->rect().contains(view.cursorRect())) << wide;
+        EXPECT_EQ(view.horizontalScrollBar()->maximum(), 0);
+    }
+
+    say(Origin::Board, QByteArray("\r\n").repeated(50'000));
+    const QPointer<QTextDocument> old = view.document();
+    const qreal tabStop = view.tabStopDistance();
+    view.clearView();
+    EXPECT_FALSE(old.isNull()) << "it takes its time";
+    while (!old.isNull())
+        QApplication::processEvents();
+    EXPECT_EQ(view.tabStopDistance(), tabStop);
+    EXPECT_EQ(view.document()->defaultFont(), view.font());
+    say(Origin::Board, "x\ty");
+    EXPECT_TRUE(atEnd());
+    EXPECT_EQ(copied(), "x\ty");
 }
 
 TEST_F(Reading, ASearchEndsWithTheTextThatItGoesThrough) {
