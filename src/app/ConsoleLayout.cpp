@@ -24,6 +24,12 @@ QSizeF ConsoleLayout::documentSize() const {
     return {static_cast<qreal>(m_width), QPlainTextDocumentLayout::documentSize().height()};
 }
 
+QRectF ConsoleLayout::frameBoundingRect(QTextFrame* frame) const {
+    QRectF all = QPlainTextDocumentLayout::frameBoundingRect(frame);
+    all.setWidth(m_width);
+    return all;
+}
+
 QRectF ConsoleLayout::blockBoundingRect(const QTextBlock& block) const {
     if (block.isValid() && block.userState() != m_generation)
         const_cast<ConsoleLayout*>(this)->layOut(block); // as the base class does

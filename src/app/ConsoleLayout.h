@@ -18,6 +18,8 @@ class ConsoleLayout final : public QPlainTextDocumentLayout {
 
     [[nodiscard]] QRectF blockBoundingRect(const QTextBlock& block) const override;
     [[nodiscard]] QSizeF documentSize() const override;
+    /// As wide as the view, within which a selection is painted.
+    [[nodiscard]] QRectF frameBoundingRect(QTextFrame* frame) const override;
 
   protected:
     void documentChanged(int from, int charsRemoved, int charsAdded) override;

@@ -72,6 +72,8 @@ void FileRecording::showState() {
 /// Later, for a box must not run within the file's own end. Within an operation it would stop that, with the
 /// board's answer on the way.
 void FileRecording::failed(const QString& why) {
+    if (m_loader.state.Remark == m_recording.begun.arg(m_file))
+        m_loader.state.Remark.clear();
     m_file.clear();
     showState();
     m_loader.loop.post([&loader = m_loader, why, title = m_recording.title] {

@@ -4,6 +4,7 @@
 #include "app/ConsoleTools.h"
 #include "support/Rig.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QClipboard>
 #include <QEventLoop>
@@ -309,6 +310,9 @@ TEST_F(Reading, AnotherWidthOrAClearGoesThroughNothingThatIsOutOfSight) {
         EXPECT_TRUE(atEnd());
         EXPECT_TRUE(view.viewport()->rect().contains(view.cursorRect())) << wide;
         EXPECT_EQ(view.horizontalScrollBar()->maximum(), 0);
+        EXPECT_EQ(view.document()->documentLayout()->frameBoundingRect(nullptr).width(),
+                  view.viewport()->width())
+            << "within which a selection is painted";
     }
 
     say(Origin::Board, QByteArray("\r\n").repeated(50'000));

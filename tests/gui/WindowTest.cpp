@@ -413,6 +413,16 @@ TEST_F(Window, LogsWhatComesIntoTheConsoleBetweenTwoClicks) {
     trigger("mnuLogToFile");
     EXPECT_TRUE(entry->isChecked());
     trigger("mnuLogToFile");
+#ifndef _WIN32
+    fileDialog.choice = "/dev/full";
+    trigger("mnuLogToFile");
+    EXPECT_EQ(loader.state.Remark, "Logging what comes into the console to /dev/full");
+    loader.console.PrintPlain("x");
+    trigger("mnuLogToFile");
+    EXPECT_EQ(loader.state.Remark, "") << "it does not log any more";
+    loop.runFor(1ms);
+    EXPECT_EQ(boxes.shown.size(), 2);
+#endif
     loader.state.OperationActive = true;
     EXPECT_FALSE(entry->isEnabled());
 }
