@@ -82,7 +82,8 @@ void PortList::refresh() {
         setItemData(i, told.isThere, kIsThereRole);
         setItemData(i, plainToolTip(told.toolTip), Qt::ToolTipRole);
     }
-    setToolTip(currentData(Qt::ToolTipRole).toString());
+    setToolTip(currentData(Qt::ToolTipRole).toString() +
+               (isEnabled() ? QString() : QStringLiteral("\nClose the port to choose another one.")));
 }
 
 void PortList::refreshWhileOpen() {

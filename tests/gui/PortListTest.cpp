@@ -44,6 +44,15 @@ TEST_F(WindowTest, TheOpenPortListFollowsAdaptersThatComeAndGo) {
     EXPECT_NE(told(3).find("|not there"), std::string::npos) << told(0);
     ports->showPopup();
     EXPECT_EQ(told(0).find("|not there"), std::string::npos) << told(0);
+    ports->hidePopup();
+    for (const bool open : {true, false}) {
+        loader.terminal.cmdTerminal_Click();
+        if (!open)
+            loader.portControl.cmdCancel_Click();
+        QHelpEvent hovers(QEvent::ToolTip, QPoint(5, 5), ports->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(ports, &hovers);
+        EXPECT_EQ(ports->toolTip().contains("Close the port"), open) << "why it is grey";
+    }
 }
 
 } // namespace
