@@ -13,8 +13,10 @@ foreach(program zrk-loader-cli zrk-loader zrk-board)
     install(FILES packaging/debian/copyright DESTINATION ${zrk_doc}/${program} COMPONENT ${program})
 endforeach()
 
-install(FILES README.md SECURITY.md CHANGELOG.md docs/architecture.md docs/json.md docs/racks.md docs/trace.md
-        DESTINATION ${zrk_doc}/zrk-loader-cli COMPONENT zrk-loader-cli)
+install(FILES README.md SECURITY.md CHANGELOG.md DESTINATION ${zrk_doc}/zrk-loader-cli COMPONENT zrk-loader-cli)
+# Where README's links lead.
+install(FILES docs/architecture.md docs/json.md docs/racks.md docs/trace.md
+        DESTINATION ${zrk_doc}/zrk-loader-cli/docs COMPONENT zrk-loader-cli)
 install(FILES packaging/udev/70-zrk-loader.rules DESTINATION ${zrk_doc}/zrk-loader-cli/examples
         COMPONENT zrk-loader-cli)
 

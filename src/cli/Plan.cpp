@@ -75,10 +75,14 @@ void Plan::requireFile(int slot) const {
         throw UsageError(QStringLiteral("%1, which %2 names. Give the file with %3 or mend the INI file.")
                              .arg(m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text.value(),
                                   iniPath, slotOption(slot)));
+    QString presets = iniPath + QStringLiteral(" names none");
+    if (!FileExists(iniPath, true)) {
+        presets = QStringLiteral("there is no INI file ") + iniPath;
+        if (!m_ini.alsoSought.isEmpty())
+            presets += QStringLiteral(", nor ") + m_ini.alsoSought;
+    }
     throw UsageError(QStringLiteral("No image given: name one with %1 FILE[,ADDRESS]; %2.")
-                         .arg(slotOption(slot), FileExists(iniPath, true)
-                                                    ? iniPath + QStringLiteral(" names none")
-                                                    : QStringLiteral("there is no INI file ") + iniPath));
+                         .arg(slotOption(slot), presets));
 }
 
 QStringList Plan::announcement() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/Steps.h"
+#include "loader/ThisProgram.h"
 
 #include <QStringList>
 
@@ -11,7 +12,9 @@ struct Loader;
 /// What the steps will do with the slots as they are filled now.
 class Plan {
   public:
-    Plan(Loader& loader, const StepList& steps) : m_loader(loader), m_steps(steps) {}
+    /// All of it has to outlive the plan; `ini` is where the slots' presets were looked for.
+    Plan(Loader& loader, const StepList& steps, const IniChoice& ini)
+        : m_loader(loader), m_steps(steps), m_ini(ini) {}
 
     /// Throws UsageError for whatever can be found wrong before anything is sent. A selected slot whose
     /// address the entry rule had to change and that no step uses is left out, so that it stops none.
@@ -50,6 +53,7 @@ class Plan {
     Loader& m_loader;
     const StepList& m_steps;
     StepList::const_iterator m_checked = m_steps.cbegin(); ///< the step whose `require` is asked
+    const IniChoice& m_ini;
 };
 
 } // namespace zrk

@@ -29,8 +29,8 @@ Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop
       m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
       m_tracedPorts(loop, m_ports),
       m_loader({loop, m_tracedPorts, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
-      m_progress(m_loader, output, m_messages), m_sent(m_loader, output), m_plan(m_loader, m_options.steps),
-      m_runTimer(loop.createTimer([this] { runOut(); })) {}
+      m_progress(m_loader, output, m_messages), m_sent(m_loader, output),
+      m_plan(m_loader, m_options.steps, m_ini), m_runTimer(loop.createTimer([this] { runOut(); })) {}
 
 void Session::prepare(Remarks remarks) {
     m_loader.startUp.prepare(m_facts);

@@ -32,11 +32,14 @@ IniChoice chooseIni(const QString& option, const ProgramFacts& facts) {
     const auto in = [&](const QString& folder) {
         return IniChoice{Paths(folder).joined(facts.name + QStringLiteral(".INI")), folder};
     };
-    const IniChoice beside = in(facts.folder);
+    IniChoice beside = in(facts.folder);
     if (facts.configFolder.isEmpty() || FileExists(beside.path, true))
         return beside;
     const IniChoice ofUser = in(facts.configFolder);
-    return FileExists(ofUser.path, true) ? ofUser : beside;
+    if (FileExists(ofUser.path, true))
+        return ofUser;
+    beside.alsoSought = ofUser.path;
+    return beside;
 }
 
 QString versionText() {

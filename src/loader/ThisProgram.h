@@ -12,6 +12,7 @@ namespace zrk {
 struct IniChoice {
     QString path;
     QString folder;
+    QString alsoSought = {}; ///< the user's file, when neither that nor `path` holds anything; else empty
 };
 
 /// The file that an option names, which may be relative. With "" the one beside the program, or else the one

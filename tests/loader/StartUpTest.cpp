@@ -91,6 +91,8 @@ TEST(ChooseIniTest, LooksBesideTheProgramThenInTheUsersFolder) {
         const zrk::IniChoice choice = zrk::chooseIni(one.option, facts);
         EXPECT_EQ(choice.folder, one.expected);
         EXPECT_EQ(choice.path, one.option.isEmpty() ? native(one.expected + "/loader.INI") : option);
+        const bool bothEmpty = one.beside.isEmpty() && one.ofUser.isEmpty();
+        EXPECT_EQ(choice.alsoSought, bothEmpty ? native(ofUser + "/loader.INI") : QString());
     }
 }
 
