@@ -36,32 +36,47 @@ struct SilentDevice : zrk::PortDevice {
     const std::atomic<bool>& pulled;
 };
 
-/// One that notices when it is asked on two threads at a time.
-struct CountingDevice final : SilentDevice {
-    explicit CountingDevice(const std::atomic<bool>& isPulled) : SilentDevice(isPulled) {}
+/// One that notices when it is asked on two threads at a time; each look lasts until the owner is asking,
+/// too.
+struct MeetingDevice final : SilentDevice {
+    explicit MeetingDevice(const std::atomic<bool>& isPulled) : SilentDevice(isPulled) {}
 
     [[nodiscard]] ErrorCode look() noexcept override {
-        visit();
-        ++looks;
-        return SilentDevice::look();
+        enter();
+        isLooking = true;
+        isLooking.notify_one();
+        isAsking.wait(false);
+        leave();
+        isLooking = false;
+        return {};
     }
     [[nodiscard]] std::size_t unsentBytes() const noexcept override {
-        visit();
+        enter();
+        leave();
         return 0;
     }
     [[nodiscard]] std::optional<zrk::LineErrors> lineErrors() const noexcept override {
-        visit();
+        enter();
+        leave();
         return zrk::LineErrors{};
     }
-    void visit() const {
+    void enter() const {
         if (++inside > 1)
             met = true;
+    }
+    void leave() const {
         for (int i = 0; i < 100; ++i)
             std::this_thread::yield();
         --inside;
     }
 
-    std::atomic<int> looks = 0;
+    void setAsking(bool asking) {
+        isAsking = asking;
+        isAsking.notify_one();
+    }
+
+    std::atomic<bool> isLooking = false;
+    std::atomic<bool> isAsking = false;
     mutable std::atomic<int> inside = 0;
     mutable std::atomic<bool> met = false;
 };
@@ -70,14 +85,19 @@ TEST(PortDriver, LooksAtTheDeviceWhenNobodyCountsItsErrors) {
     zrk::QtEventLoop loop;
     const std::atomic<bool> pulled = false;
     zrk::PortDriver port(loop, "COM1", {10s, 100, 0});
-    auto owned = std::make_unique<CountingDevice>(pulled);
-    const CountingDevice& device = *owned;
+    auto owned = std::make_unique<MeetingDevice>(pulled);
+    MeetingDevice& device = *owned;
     port.start(std::move(owned));
     port.serve(zrk::Handshaking::None);
-    while (device.looks < 50) {
-        EXPECT_TRUE(port.lineErrors().has_value());
-        EXPECT_EQ(port.unsentBytes(), 0);
+    for (int round = 0; round < 10; ++round) {
+        for (const bool errors : {true, false}) {
+            device.isLooking.wait(false);
+            device.setAsking(true);
+            EXPECT_TRUE(errors ? port.lineErrors().has_value() : port.unsentBytes() == 0);
+            device.setAsking(false);
+        }
     }
+    device.setAsking(true); // lets go a look that has begun meanwhile
     EXPECT_FALSE(device.met);
 }
 
