@@ -105,16 +105,22 @@ void Rfc2217::handle(const telnet_event_t& event) {
             m_state = State::NotSpoken;
         return;
     case TELNET_EV_SUBNEGOTIATION:
-        return event.sub.telopt == kOption ? takeAnswer({event.sub.buffer, event.sub.size}) : void();
-    case TELNET_EV_COMPRESS:
-        // The library goes along, agreed or not; what follows would be inflated, or lost without a word.
-        m_isCompressed = true;
-        m_refused = "to leave the line's bytes uncompressed";
-        m_state = State::Refused;
+        if (event.sub.telopt == kOption)
+            takeAnswer({event.sub.buffer, event.sub.size});
+        if (event.sub.telopt == TELNET_TELOPT_COMPRESS2)
+            noteCompression();
         return;
     default:
         return;
     }
+}
+
+/// The library goes along, agreed or not: what follows would be inflated, or lost without a word, or, by one
+/// without zlib, taken for the line's bytes.
+void Rfc2217::noteCompression() {
+    m_isCompressed = true;
+    m_refused = "to leave the line's bytes uncompressed";
+    m_state = State::Refused;
 }
 
 void Rfc2217::askForAll() {

@@ -60,6 +60,7 @@ class Rfc2217 {
     };
 
     void handle(const telnet_event_t& event);
+    void noteCompression();
     void askForAll();
     void ask(std::uint8_t command, Asked& asked, std::uint32_t value);
     void command(std::uint8_t command, std::uint32_t value);
