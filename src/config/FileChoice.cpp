@@ -1,7 +1,6 @@
 #include "config/FileChoice.h"
 
 #include "config/ImageSlots.h"
-#include "config/Paths.h"
 #include "platform/FileDialog.h"
 
 namespace zrk {
@@ -17,7 +16,7 @@ void FileChoice::cmdBrowse_Click(int slot) {
                        {QStringLiteral("Uboot Image (.ubt)"), QStringLiteral("*.ubt")},
                        {QStringLiteral("All Files (*.*)"), QStringLiteral("*.*")}};
     request.filterIndex = factsOf(slot).fileFilter;
-    request.folder = m_slots.paths().folder();
+    request.folder = m_desk.state.DialogFolder;
     const QString path = m_desk.fileDialog.openFile(request);
     if (!path.isEmpty())
         m_slots.fill(slot, path);

@@ -35,11 +35,12 @@ struct SharedState {
     /// From a failure in or after the flash header frame until the next operation: the flash may be erased or
     /// half written.
     bool FlashStateUnknown = false;
-    QString LastChar;    ///< the character most recently read by a protocol step
-    QString MessageText; ///< prompt of the message box being raised; last address error
-    QString IniPath;     ///< full path of the configuration file
-    QString HeardBehind; ///< what terminal mode has received behind the text that a script waited for last
-    QString Remark;      ///< for the first status panel while nothing runs, until the user's next action
+    QString LastChar;     ///< the character most recently read by a protocol step
+    QString MessageText;  ///< prompt of the message box being raised; last address error
+    QString IniPath;      ///< full path of the configuration file
+    QString DialogFolder; ///< where the file dialogs begin: the program's own folder
+    QString HeardBehind;  ///< what terminal mode has received behind the text that a script waited for last
+    QString Remark;       ///< for the first status panel while nothing runs, until the user's next action
     QString Unanswered; ///< which question of the board's protocols the reply time-out ran out over, in words
     QString LastSent;   ///< what the board's next answer is about, in words
     std::array<QString, 8> SlotNames;

@@ -27,6 +27,7 @@ void StartUp::prepare(const ProgramFacts& facts) {
                                             .arg(facts.minor)
                                             .arg(facts.revision);
     m_link.controls.pgbDownload.Value = 0.0;
+    m_link.state.DialogFolder = facts.folder;
 }
 
 void StartUp::Form_Load(const ProgramFacts& facts, const QString& iniPath) {

@@ -54,7 +54,7 @@ QStringList readLines(const QString& path) {
 
 } // namespace
 
-ScriptRunner::ScriptRunner(Link& link, const Paths& paths) : m_link(link), m_paths(paths) {}
+ScriptRunner::ScriptRunner(Link& link) : m_link(link) {}
 
 void ScriptRunner::mnuExecScript_Click() {
     if (m_link.operation.isRunning())
@@ -63,7 +63,7 @@ void ScriptRunner::mnuExecScript_Click() {
     request.title = QStringLiteral("Open script file");
     request.filters = {{QStringLiteral("Script Files (.scr)"), QStringLiteral("*.scr")},
                        {QStringLiteral("All Files (*.*)"), QStringLiteral("*.*")}};
-    request.folder = m_paths.folder();
+    request.folder = m_link.state.DialogFolder;
     const QString path = m_link.fileDialog.openFile(request);
     if (!path.isEmpty())
         runScript(path);

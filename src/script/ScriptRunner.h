@@ -9,13 +9,11 @@
 
 namespace zrk {
 
-class Paths;
-
 /// Runs send-and-wait scripts in terminal mode. A line ">text" sends, "<text" waits until the text has
 /// been received; "/n" in either is a carriage return; other lines are counted only.
 class ScriptRunner {
   public:
-    ScriptRunner(Link& link, const Paths& paths);
+    explicit ScriptRunner(Link& link);
 
     /// Lets the user choose a script and runs it to its end inside the call, yielding in its waits.
     /// Every failure ends the run; the second status panel tells how many lines were read, the
@@ -35,7 +33,6 @@ class ScriptRunner {
     void requireTime(const QString& shown) const;
 
     Link& m_link;
-    const Paths& m_paths;
     std::optional<std::chrono::milliseconds> m_waitLimit;
     qsizetype m_consoleAtStart = 0; ///< where the console's text of this run begins
 };

@@ -63,6 +63,16 @@ TEST_F(StartUpTest, WithAnIniFile) {
     EXPECT_EQ(started->controls.txtStartAddress[0].Text.value(), "0x0010");
     EXPECT_TRUE(started->controls.chkExeURK[0].isTicked() && started->controls.cmdStartPrimary.Enabled);
     EXPECT_EQ(started->state.IniPath, native(bench.folder.path() + "/loader.INI"));
+
+    // Wherever the INI file lies, the first dialog begins in the program's folder.
+    const zrk::ProgramFacts installed{native("/opt/loader"), "loader", 0, 7, 34};
+    started->startUp.Form_Load(installed, started->state.IniPath);
+    started->fileChoice.cmdBrowse_Click(5);
+    started->controls.mnuExecScript.Enabled = true;
+    started->script.mnuExecScript_Click();
+    ASSERT_EQ(bench.fileDialog.requests.size(), 2);
+    for (const zrk::FileRequest& request : bench.fileDialog.requests)
+        EXPECT_EQ(request.folder, native("/opt/loader"));
 }
 
 TEST(ChooseIniTest, LooksBesideTheProgramThenInTheUsersFolder) {
