@@ -32,8 +32,9 @@ constexpr KeyStroke kKeys[]{{Qt::Key_Return},
                             {Qt::Key_F, Qt::ControlModifier},
                             {Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier}};
 
-constexpr const char* kStarters[]{"cmdStartPrimary", "cmdPrgFlash", "cmdURK", "cmdStartSecondary",
-                                  "cmdTerminal"};
+/// What begins something, the last steps of an evening first.
+constexpr const char* kStarters[]{"cmdURK", "cmdStartSecondary", "cmdTerminal", "cmdPrgFlash",
+                                  "cmdStartPrimary"};
 
 QString nameOf(const QWidget& widget) {
     return widget.objectName().isEmpty() ? QString::fromLatin1(widget.metaObject()->className())
@@ -59,14 +60,25 @@ Acts::Act Acts::ofUser() {
     const bool waits = window != nullptr;
     if (!waits)
         window = m_room.window.get();
-    const unsigned what = pick(20);
+    if (QWidget* keys = m_room.window->findChild<QDialog*>("frmKeys");
+        keys != nullptr && !waits && pick(3) == 0)
+        return ofDialog(*keys);
+    const unsigned what = pick(23);
     if (what < 9)
         return press(*window);
     if (what < 13 || waits)
         return what % 4 == 3 ? ofWindow(*window) : key(*window);
     if (what < 16)
         return entry();
-    return what < 18 ? address() : ofWindow(*window);
+    if (what < 18)
+        return address();
+    return what < 20 ? ofWindow(*window) : ofMouse();
+}
+
+Acts::Act Acts::ofDialog(QWidget& dialog) {
+    if (pick(3) == 0)
+        return ofWindow(dialog);
+    return pick(2) == 0 ? press(dialog) : key(dialog);
 }
 
 Acts::Act Acts::inPopup(QWidget& popup) {
@@ -86,12 +98,19 @@ Acts::Act Acts::press(QWidget& window) {
     if (buttons.isEmpty())
         return {"nothing to press", [] {}};
     QAbstractButton* button = oneOf(buttons);
-    // Most of what can go wrong begins with one of these.
-    if (pick(3) == 0) {
-        QAbstractButton* starter = window.findChild<QAbstractButton*>(QString::fromLatin1(oneOf(kStarters)));
-        button = buttons.contains(starter) ? starter : button;
-    }
+    if (pick(2) == 0) // most of what can go wrong begins with a starter
+        button = starterAmong(buttons, button);
     return {"press " + nameOf(*button), [button] { QTest::mouseClick(button, Qt::LeftButton); }};
+}
+
+QAbstractButton* Acts::starterAmong(const QList<QAbstractButton*>& buttons, QAbstractButton* otherwise) {
+    for (const char* name : kStarters) {
+        for (QAbstractButton* button : buttons) {
+            if (button->objectName() == QLatin1String(name) && pick(2) == 0)
+                return button;
+        }
+    }
+    return otherwise;
 }
 
 Acts::Act Acts::key(QWidget& window) {
@@ -161,8 +180,8 @@ Acts::Act Acts::ofWorld() {
     case 0:
         return {"the adapter is pulled", [this] { m_room.boards.now().hangUp(); }};
     case 1:
-        return {"another board", [this] { m_room.boards.plugIn({}, {}); }};
     case 2:
+        return {"another board", [this] { m_room.boards.plugIn({}, {}); }};
     case 3:
         return {"a bad board", [this, seed = m_random()] { m_room.boards.plugInBadOne(seed); }};
     case 4:
@@ -192,10 +211,11 @@ Acts::Act Acts::ofWorld() {
     }
 }
 
-QString Acts::file() {
+QString Acts::file(bool isToBeWritten) {
     static constexpr const char* kFiles[]{"",        "slot0.bin", "slot3.bin",   "none.bin", "board.INI",
                                           "odd.INI", "good.scr",  "endless.scr", "odd.scr",  "saved.txt"};
-    const QString name = QString::fromLatin1(oneOf(kFiles));
+    static constexpr const char* kToBeWritten[]{"", "saved.txt", "board.INI", "other.txt", "none/saved.txt"};
+    const QString name = QString::fromLatin1(isToBeWritten ? oneOf(kToBeWritten) : oneOf(kFiles));
     return name.isEmpty() ? QString() : m_room.folder.filePath(name);
 }
 

@@ -4,6 +4,8 @@
 
 #include <random>
 
+class QAbstractButton;
+
 namespace zrkmonkey {
 
 /// What a user, an adapter and a board may do at any moment, chosen by chance.
@@ -20,10 +22,13 @@ class Acts {
 
     /// What the user does with what is on the screen. Says what it will be, then returns it.
     [[nodiscard]] std::pair<QString, std::function<void()>> ofUser();
+    /// What the user does with a dialog.
+    [[nodiscard]] std::pair<QString, std::function<void()>> ofDialog(QWidget& dialog);
     /// What happens without the user: to board, adapter and files.
     [[nodiscard]] std::pair<QString, std::function<void()>> ofWorld();
-    /// A file to choose in a dialog; "" cancels it.
-    [[nodiscard]] QString file();
+    /// A file to choose in a dialog; "" cancels it. One to be written is no image: logs and traces are
+    /// written in real time, beside which virtual time stands still.
+    [[nodiscard]] QString file(bool isToBeWritten);
 
     /// Whether the user may send bytes by hand in the wait dialog, which mutes the protocols for good.
     bool mayMute = false;
@@ -32,10 +37,15 @@ class Acts {
     using Act = std::pair<QString, std::function<void()>>;
     [[nodiscard]] Act inPopup(QWidget& popup);
     [[nodiscard]] Act press(QWidget& window);
+    [[nodiscard]] QAbstractButton* starterAmong(const QList<QAbstractButton*>& buttons,
+                                                QAbstractButton* otherwise);
     [[nodiscard]] Act key(QWidget& window);
     [[nodiscard]] Act entry();
     [[nodiscard]] Act address();
     [[nodiscard]] Act ofWindow(QWidget& window);
+    [[nodiscard]] Act ofMouse();
+    [[nodiscard]] Act drop();
+    [[nodiscard]] Act inConsole(QWidget& viewport);
 
     Room& m_room;
     std::mt19937_64 m_random;

@@ -1,7 +1,7 @@
 #include "monkey/Monkey.h"
 
+#include <QAbstractButton>
 #include <QApplication>
-#include <QDialog>
 #include <QTest>
 
 #include <cstdio>
@@ -36,24 +36,53 @@ class Counted {
 
 } // namespace
 
-Monkey::Monkey(std::uint64_t seed) : m_seed(seed) {
+Monkey::Monkey(std::uint64_t seed, bool tells) : m_seed(seed), m_tells(tells) {
     m_acts.mayMute = seed % 4 == 3;
-    m_room.boxes.user = [this](int) {
-        note("  box: " + m_room.boxes.shown.last().left(60));
-        const Counted open(m_modal);
-        require(m_modal <= kMostAtOnce, "boxes do not pile up");
-        // Now and then nobody is there to read it.
-        m_room.loop.runFor(m_isOver ? 1ms : 1ms * m_acts.pick(m_acts.pick(4) == 0 ? 30'000 : 4000));
-        return m_isOver || m_acts.pick(2) == 0 ? zrk::Answer::Yes : zrk::Answer::No;
-    };
-    m_room.fileDialog.choose = [this] {
+    m_room.answer = [this](QMessageBox& box) { return answer(box); };
+    m_room.readAbout = [this](QDialog& about) { readAbout(about); };
+    m_room.fileDialog.choose = [this](const zrk::FileRequest& request) {
         const Counted open(m_modal);
         m_room.loop.runFor(1ms * m_acts.pick(2000));
-        const QString file = m_isOver ? QString() : m_acts.file();
+        const QString file = m_isOver ? QString() : m_acts.file(request.isToBeWritten);
         note("  file: " + file.section('/', -1));
         return file;
     };
     arm();
+}
+
+int Monkey::answer(QMessageBox& box) {
+    note("  box: " + box.text().left(60));
+    const Counted modal(m_modal);
+    const Counted open(m_boxes);
+    ++m_boxesShown;
+    require(m_boxes <= kMostAtOnce, "boxes do not pile up");
+    require(box.parentWidget() != nullptr && box.parentWidget()->isVisible(), "a box has a window below it");
+    Room::openModal(box);
+    // Now and then nobody is there to read it.
+    m_room.loop.runFor(m_isOver ? 1ms : 1ms * m_acts.pick(m_acts.pick(4) == 0 ? 30'000 : 4000));
+    require(box.isVisible(), "a box stays until it is answered");
+    static constexpr Qt::Key kAnswers[]{Qt::Key_Escape, Qt::Key_Return};
+    const QList<QAbstractButton*> buttons = box.buttons();
+    if (m_isOver) // which is Yes, where it is asked for
+        QTest::mouseClick(buttons.first(), Qt::LeftButton);
+    else if (m_acts.pick(3) == 0)
+        QTest::keyClick(&box, m_acts.oneOf(kAnswers));
+    else
+        QTest::mouseClick(m_acts.oneOf(buttons), Qt::LeftButton);
+    require(!box.isVisible(), "an answered box is gone");
+    return box.result();
+}
+
+void Monkey::readAbout(QDialog& about) {
+    const Counted modal(m_modal);
+    Room::openModal(about);
+    for (int i = 0; i < 3 && about.isVisible() && !m_isOver; ++i) {
+        m_room.loop.runFor(1ms * m_acts.pick(4000));
+        const auto [name, act] = m_acts.ofDialog(about);
+        note("  " + name);
+        act();
+    }
+    about.close();
 }
 
 /// From time to time something happens, also within what is under way.
@@ -71,15 +100,19 @@ void Monkey::within() {
         m_isOver = true;
     if (m_isOver)
         return rescue();
-    playOne(m_depth);
+    if (!m_isCalm || m_acts.pick(8) == 0)
+        playOne(m_depth);
+    else if (m_room.waitDialog.openWindow() != nullptr)
+        m_room.boards.now().powerOn(); // as it asks for
 }
 
 void Monkey::play(int acts) {
     for (int i = 0; i < acts && m_faults.isEmpty(); ++i) {
         m_actsWithin = 0;
         m_patience = static_cast<int>(m_acts.pick(m_acts.pick(2) == 0 ? 8 : kMostPatience));
+        m_isCalm = m_acts.pick(2) == 0;
         m_cancelledAt.reset();
-        const auto boxesBefore = m_room.boxes.shown.size();
+        const auto boxesBefore = m_boxesShown;
         const auto began = m_room.loop.now();
         const auto giveUp = m_room.loop.schedule(began + kLongest, [this] { m_isOver = true; });
         const auto hang = m_room.loop.schedule(began + kLongest + kEnding, [this] {
@@ -93,7 +126,7 @@ void Monkey::play(int acts) {
         m_room.loop.cancel(hang);
         m_isOver = false;
         checkCancel();
-        require(m_room.boxes.shown.size() - boxesBefore <= 4 + m_actsWithin, "no storm of boxes");
+        require(m_boxesShown - boxesBefore <= 4 + m_actsWithin, "no storm of boxes");
         checkIdle();
         m_room.loop.runFor(1ms * m_acts.pick(1000));
         QApplication::processEvents();
@@ -170,7 +203,7 @@ void Monkey::bringUp() {
     m_room.boards.plugIn({}, {});
     for (int slot = 0; slot < 7; ++slot) {
         m_room.fillWell(slot);
-        m_room.loader.controls.chkExeURK[static_cast<std::size_t>(slot)].Value = slot < 2 ? 1 : 0;
+        m_room.loader.controls.chkExeURK[static_cast<std::size_t>(slot)].Value = slot < 5 ? 1 : 0;
     }
     note("a good bring-up");
     m_room.loop.runFor(1s); // which notices the pulled adapter
@@ -181,7 +214,6 @@ void Monkey::bringUp() {
     require(m_room.loader.operation.outcome() == zrk::Outcome::Done, "a good board is brought up");
     require(m_room.boards.now().board.sdram().read(0x80008000, 4) == std::vector<std::uint8_t>(4, 'B'),
             "and has its image");
-    QTest::mouseClick(m_room.window->findChild<QWidget*>("cmdCancel"), Qt::LeftButton);
     checkIdle();
     m_isOver = false;
 }
@@ -189,6 +221,8 @@ void Monkey::bringUp() {
 void Monkey::note(const QString& what) {
     const auto time = std::chrono::duration<double>(m_room.loop.elapsed());
     m_told += QStringLiteral("%1 %2").arg(time.count(), 9, 'f', 3).arg(what);
+    if (m_tells)
+        std::fprintf(stderr, "%s\n", m_told.last().toUtf8().constData());
     if (m_told.size() > kMostTold)
         m_told.removeFirst();
 }

@@ -7,7 +7,8 @@
 
 // A monkey at the real window, on virtual time. A seed is the same play again:
 //   ZRK_MONKEY_SEED=17 ZRK_MONKEY_ROUNDS=1 build/dev/bin/monkey_tests
-// plays that one, and ZRK_MONKEY_ROUNDS=2000 so many from seed 1 on; ZRK_MONKEY_ACTS is the length of each.
+// plays that one and prints each act; ZRK_MONKEY_ROUNDS=2000 plays so many from seed 1 on. ZRK_MONKEY_ACTS is
+// the length of each.
 
 namespace {
 
@@ -40,17 +41,18 @@ void tellMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, cons
 class Play : public ::testing::TestWithParam<int> {};
 
 /// A part of the rounds, so that several run at a time.
-constexpr int kParts = 2;
+constexpr int kParts = 6;
 
 TEST_P(Play, NothingThatIsDoneBreaksTheWindow) {
     qInstallMessageHandler(tellMessage);
     const int first = setting("ZRK_MONKEY_SEED", 1);
-    const int rounds = setting("ZRK_MONKEY_ROUNDS", 200);
+    const int rounds = setting("ZRK_MONKEY_ROUNDS", 480);
     const int acts = setting("ZRK_MONKEY_ACTS", 60);
     for (int round = GetParam(); round < rounds; round += kParts) {
         const auto seed = static_cast<std::uint64_t>(first + round);
+        std::fprintf(stderr, "seed %d\n", first + round); // all that a crash or a hang leaves to begin with
         {
-            zrkmonkey::Monkey monkey(seed);
+            zrkmonkey::Monkey monkey(seed, rounds == 1);
             monkey.play(acts / 2);
             monkey.bringUp();
             const auto before = monkey.objects();

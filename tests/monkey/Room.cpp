@@ -1,5 +1,8 @@
 #include "monkey/Room.h"
 
+#include "app/AboutBox.h"
+#include "app/FileRecording.h"
+
 #include <QApplication>
 #include <QFile>
 
@@ -16,7 +19,11 @@ Room::Room() {
     write("odd.scr", "\xFF\xFE<\x00\xD8");
     for (int slot = 0; slot < 7; ++slot)
         fillWell(slot);
-    window = std::make_unique<zrk::MainWindow>(loader, catalog, folder.filePath("window.conf"), [] {});
+    const QString store = folder.filePath("window.conf");
+    window = std::make_unique<zrk::MainWindow>(loader, catalog, store, [this] { showAbout(); });
+    zrk::recordTrace(window->traceEntry(), tracedPorts, loader);
+    zrk::logToFile(window->logEntry(), window->logTimesEntry(), log, loader, store);
+    window->onClosing([this] { endRecords(); });
     window->show();
     QApplication::processEvents();
 }
@@ -38,6 +45,29 @@ void Room::fillWell(int slot) {
     loader.imageSlots.fill(slot, write(QStringLiteral("slot%1.bin").arg(slot), image));
     loader.controls.txtStartAddress[static_cast<std::size_t>(slot)].Text =
         QString::fromLatin1(kAddresses[slot]);
+}
+
+void Room::openModal(QDialog& dialog) {
+    dialog.setWindowModality(Qt::ApplicationModal);
+    dialog.show();
+}
+
+/// As the program has it.
+QWidget* Room::topWindow() const {
+    if (QWidget* waiting = waitDialog.openWindow())
+        return waiting;
+    return m_about.isNull() ? static_cast<QWidget*>(window.get()) : m_about.data();
+}
+
+void Room::showAbout() {
+    zrk::AboutBox about(systemInfo, window.get());
+    m_about = &about;
+    readAbout(about);
+}
+
+void Room::endRecords() {
+    tracedPorts.stopTrace();
+    log.stop();
 }
 
 std::map<QString, int> Room::objects() const {

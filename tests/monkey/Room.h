@@ -1,9 +1,19 @@
 #pragma once
 
+#include "app/ConsoleLog.h"
 #include "app/MainWindow.h"
+#include "app/SystemInfo.h"
 #include "app/WaitForCommForm.h"
+#include "app/WindowMessageBoxes.h"
+#include "machine/TracedPorts.h"
 #include "monkey/Boards.h"
+#include "platform/ProgramStarter.h"
+#include "platform/Registry.h"
 #include "support/Rig.h"
+
+#include <QDialog>
+#include <QMessageBox>
+#include <QPointer>
 
 namespace zrkmonkey {
 
@@ -28,11 +38,21 @@ class WatchedWaitDialog final : public zrk::WaitDialogView {
 /// Chooses what it is told to, while the world goes on.
 class MonkeyFileDialog final : public zrk::FileDialog {
   public:
-    std::function<QString()> choose;
-    [[nodiscard]] QString openFile(const zrk::FileRequest& /*request*/) override { return choose(); }
+    std::function<QString(const zrk::FileRequest& request)> choose;
+    [[nodiscard]] QString openFile(const zrk::FileRequest& request) override { return choose(request); }
 };
 
-/// All that the monkey plays with: the real window on virtual time, boards, files.
+/// A desktop without a System Information program.
+class BareDesktop final : public zrk::Registry, public zrk::ProgramStarter {
+  public:
+    [[nodiscard]] std::optional<zrk::RegistryValue> query(std::uint32_t /*root*/, const QString& /*key*/,
+                                                          const QString& /*value*/) const override {
+        return {};
+    }
+    [[nodiscard]] bool start(const QString& /*path*/) override { return false; }
+};
+
+/// All that the monkey plays with: the real window and its real boxes on virtual time, boards, files.
 struct Room {
     Room();
 
@@ -45,15 +65,33 @@ struct Room {
     /// The QObjects that belong to the window and what is open beside it, by their classes.
     [[nodiscard]] std::map<QString, int> objects() const;
 
+    /// Opens a dialog as exec() does, and returns at once.
+    static void openModal(QDialog& dialog);
+
+    std::function<int(QMessageBox&)> answer; ///< opens a box, and returns the button that ended it
+    std::function<void(QDialog&)> readAbout; ///< opens the About box, until it is closed
+
     zrksim::VirtualEventLoop loop;
     Boards boards{loop};
-    zrktest::RecordingBoxes boxes;
+    zrk::TracedPorts tracedPorts{loop, boards};
+    zrk::WindowMessageBoxes boxes{[this] { return topWindow(); },
+                                  [this](QMessageBox& box) { return answer(box); }};
     MonkeyFileDialog fileDialog;
     WatchedWaitDialog waitDialog{[this] { return window.get(); }};
     QTemporaryDir folder;
     zrktest::FakeCatalog catalog;
-    zrk::Loader loader{{loop, boards, boxes, fileDialog, waitDialog}, folder.path()};
+    zrk::Loader loader{{loop, tracedPorts, boxes, fileDialog, waitDialog}, folder.path()};
+    zrk::ConsoleLog log{loop, loader.controls.txtStatus};
+    BareDesktop desktop;
+    zrk::SystemInfo systemInfo{desktop, desktop, loader};
     std::unique_ptr<zrk::MainWindow> window;
+
+  private:
+    [[nodiscard]] QWidget* topWindow() const;
+    void showAbout();
+    void endRecords();
+
+    QPointer<QWidget> m_about; ///< while it is open
 };
 
 } // namespace zrkmonkey
