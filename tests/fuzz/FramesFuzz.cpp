@@ -11,6 +11,8 @@ namespace {
 using namespace zrkfuzz;
 using namespace std::chrono_literals;
 
+constexpr auto kPatience = 7s; // longer than the reply time-out, and time costs
+
 struct Expected {
     bool good = false;
     bool fails = false;
@@ -84,7 +86,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     under.port.steps = {{"", bytes}};
     under.loader.port.OpenComPort();
     zrk::FlashFrames frames(under.loader.transport, under.loader.console);
-    under.loop.after(60s, [&] { under.loader.state.requestStop(zrk::Outcome::Cancelled); });
+    under.loop.after(kPatience, [&] { under.loader.state.requestStop(zrk::Outcome::Cancelled); });
     if ((choice & 2U) != 0)
         checkAck(frames, bytes);
     else
