@@ -43,7 +43,7 @@ Monkey::Monkey(std::uint64_t seed, bool tells) : m_seed(seed), m_tells(tells) {
     m_room.fileDialog.choose = [this](const zrk::FileRequest& request) {
         const Counted open(m_modal);
         m_room.loop.runFor(1ms * m_acts.pick(2000));
-        const QString file = m_isOver ? QString() : m_acts.file(request.isToBeWritten);
+        QString file = m_isOver ? QString() : m_acts.file(request.isToBeWritten);
         note("  file: " + file.section('/', -1));
         return file;
     };
@@ -137,7 +137,7 @@ void Monkey::play(int acts) {
 void Monkey::playOne(int depth) {
     const bool byUser = m_modal == 0 && m_acts.pick(4) != 0;
     const auto [name, act] = byUser ? m_acts.ofUser() : m_acts.ofWorld();
-    note(QString(2 * depth, ' ') + name);
+    note(QString(qsizetype{2} * depth, ' ') + name);
     const bool running = m_room.loader.operation.isRunning();
     const int opened = m_room.boards.timesOpened();
     const auto sent = m_room.loader.state.BytesSentInAll;

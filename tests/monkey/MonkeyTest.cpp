@@ -41,7 +41,7 @@ void tellMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, cons
 class Play : public ::testing::TestWithParam<int> {};
 
 /// A part of the rounds, so that several run at a time.
-constexpr int kParts = 6;
+constexpr int kParts = 12;
 
 TEST_P(Play, NothingThatIsDoneBreaksTheWindow) {
     qInstallMessageHandler(tellMessage);
@@ -49,7 +49,7 @@ TEST_P(Play, NothingThatIsDoneBreaksTheWindow) {
     const int rounds = setting("ZRK_MONKEY_ROUNDS", 480);
     const int acts = setting("ZRK_MONKEY_ACTS", 60);
     for (int round = GetParam(); round < rounds; round += kParts) {
-        const auto seed = static_cast<std::uint64_t>(first + round);
+        const std::uint64_t seed = static_cast<unsigned>(first + round);
         std::fprintf(stderr, "seed %d\n", first + round); // all that a crash or a hang leaves to begin with
         {
             zrkmonkey::Monkey monkey(seed, rounds == 1);
