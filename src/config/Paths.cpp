@@ -41,8 +41,9 @@ bool FileExists(const QString& path, bool rejectEmpty) {
     QFile file(path);
     if (!openForReading(file).isEmpty())
         return false;
+    // The kernel's own files have no size, and some let their reader wait.
     char first = 0;
-    return !rejectEmpty || file.read(&first, 1) == 1;
+    return !rejectEmpty || (file.size() > 0 && file.read(&first, 1) == 1);
 }
 
 } // namespace zrk

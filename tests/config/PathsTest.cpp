@@ -38,6 +38,8 @@ TEST(Paths, FileExists) {
     EXPECT_TRUE(zrk::FileExists(empty, false) && !zrk::FileExists(empty, true));
     for (const QString& path : {b.bench.folder.path(), b.bench.folder.filePath("missing"), QString()})
         EXPECT_FALSE(zrk::FileExists(path, false)) << path.toStdString();
+    EXPECT_FALSE(zrk::FileExists("/proc/self/status", true))
+        << "no image, but something that is made to be read";
 }
 
 } // namespace
