@@ -2,6 +2,7 @@
 #include "cli/Plan.h"
 #include "cli/UsageError.h"
 #include "fuzz/LoaderUnderFuzz.h"
+#include "loader/ThisProgram.h"
 
 #include <cstdio>
 
@@ -33,7 +34,8 @@ void plan(const zrk::CliOptions& options) {
     for (std::size_t slot = 0; slot < options.slotValues.size(); ++slot)
         under.loader.iniLoader.applyValue(static_cast<int>(slot), options.slotValues[slot]);
     under.loader.controls.cmbComPort.ListIndex = options.program.portNumber - 1;
-    zrk::Plan plan(under.loader, options.steps);
+    const zrk::IniChoice ini{QStringLiteral("/none.INI"), QStringLiteral("/")};
+    zrk::Plan plan(under.loader, options.steps, ini);
     require(!plan.stepsText().isEmpty(), "steps have names");
     plan.check();
     (void)plan.warnings();
