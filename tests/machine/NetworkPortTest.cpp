@@ -71,8 +71,9 @@ TEST_F(NetworkPort, FailureToOpenSaysWhereAndWhatToDo) {
     EXPECT_EQ(opening(server.raw()),
               "at the serial server " + raw.toStdString() +
                   " the port is in use (\"Port already in use\"). Close the other connection and try again.");
-    EXPECT_NE(opening(server.rfc2217()).find("the port is in use (\"Port's device already in use\")"),
-              std::string::npos);
+    const std::string inUse = opening(server.rfc2217());
+    EXPECT_NE(inUse.find("the port is in use (\"Port's device already in use\")"), std::string::npos)
+        << inUse;
     int free = 0;
     {
         const MuteListener gone;
