@@ -52,6 +52,15 @@ void MuteListener::awaitConnection() const {
         throw std::runtime_error("nobody has connected");
 }
 
+void MuteListener::refuseOne(std::string_view text) const {
+    awaitConnection();
+    const int connection = ::accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC);
+    const auto written = ::write(connection, text.data(), text.size());
+    ::close(connection);
+    if (written != static_cast<ssize_t>(text.size()))
+        throw std::runtime_error("nobody could be refused");
+}
+
 SerialServer::SerialServer(const QString& device) : m_rawPort(freePort()), m_telnetPort(freePort()) {
     QString program = QStandardPaths::findExecutable(QStringLiteral("ser2net"));
     if (program.isEmpty()) // where an ordinary user's path does not lead

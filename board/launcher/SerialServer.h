@@ -4,6 +4,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <string_view>
+
 namespace zrkboard {
 
 // A real serial server (ser2net) in front of a device, on the loopback address, for whoever needs one beside
@@ -42,6 +44,9 @@ class MuteListener {
 
     // Returns when somebody has connected.
     void awaitConnection() const;
+
+    /// Waits for a connection, says `text` to it and closes it.
+    void refuseOne(std::string_view text) const;
 
   private:
     int m_socket;

@@ -4,6 +4,7 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
+#include <thread>
 
 namespace zrk::test {
 namespace {
@@ -94,6 +95,13 @@ TEST_F(NetworkPort, FailureToOpenSaysWhereAndWhatToDo) {
     EXPECT_EQ(opening(QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port())).rfind("127.0.0.1:", 0), 0U);
     EXPECT_GE(loop.now() - begin, 5s);
     EXPECT_FALSE(other->isLost());
+}
+
+TEST_F(NetworkPort, ARefusalHoldsThoughTheNextConnectionGetsNoWord) {
+    const MuteListener busy;
+    const std::jthread refusing([&] { busy.refuseOne("Port's device already in use\r\n"); });
+    EXPECT_NE(opening(QStringLiteral("rfc2217:127.0.0.1:%1").arg(busy.port())).find("the port is in use"),
+              std::string::npos);
 }
 
 TEST_F(NetworkPort, ConnectingHasALimitAndCanBeGivenUp) {
