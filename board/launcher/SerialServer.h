@@ -45,7 +45,7 @@ class MuteListener {
     // Returns when somebody has connected.
     void awaitConnection() const;
 
-    /// Waits for a connection, says `text` to it and closes it.
+    // Waits for a connection, says `text` to it and closes it.
     void refuseOne(std::string_view text) const;
 
   private:
