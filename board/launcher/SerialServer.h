@@ -45,7 +45,7 @@ class MuteListener {
     // Returns when somebody has connected.
     void awaitConnection() const;
 
-    // Waits for a connection, says `text` to it and closes it.
+    // Says `text` to whoever connects within a tenth of a second and closes without having heard anything.
     void refuseOne(std::string_view text) const;
 
   private:

@@ -39,7 +39,6 @@ NetworkOpening::NetworkOpening(EventLoop& loop, NetworkAddress address, QString 
 std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Handshaking handshaking) {
     const auto endpoints = lookUp();
     const auto triesUntil = m_loop.now() + kWhileInUse;
-    std::optional<NetworkFailure> inUse;
     for (;;) {
         NetworkFailure failure;
         auto driver = connect(endpoints, settings, failure);
@@ -47,10 +46,6 @@ std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Ha
             driver->serve(handshaking);
             return driver;
         }
-        if (failure.fault == NetworkFault::InUse)
-            inUse = failure;
-        else if (inUse && m_loop.now() >= m_end)
-            fail(*inUse); // a server that has refused may leave the next connection without a word
         if (failure.fault != NetworkFault::InUse || m_loop.now() >= triesUntil)
             fail(failure);
         (void)waitFor([end = m_loop.now() + kLook, this] { return m_loop.now() >= end; });

@@ -128,7 +128,7 @@ void NetworkPort::onReceived(const ErrorCode& error, std::size_t count) {
         m_received.append(bytes.data(), bytes.size());
     flush();
     if (error)
-        m_error = error;
+        m_error = m_sendError ? m_sendError : error;
     if (error && m_opened)
         return judgeClosing();
     judgeOpening();
@@ -179,8 +179,8 @@ void NetworkPort::flush() {
 
 void NetworkPort::onFlushed(const ErrorCode& error) {
     m_flying.clear();
-    if (error && !m_error)
-        m_error = error;
+    if (error)
+        m_sendError = error; // the reception ends by itself, behind the server's last words
     if (m_writer && (m_writerIsFlying || error))
         std::exchange(m_writer, nullptr)(error, error ? 0 : m_written);
     if (!error)

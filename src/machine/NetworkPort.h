@@ -73,6 +73,7 @@ class NetworkPort final : public PortDevice {
     bool m_isReceiving = false;
     std::string m_received; ///< the line's bytes, not read yet
     ErrorCode m_error;      ///< which ended the reception
+    ErrorCode m_sendError;  ///< which ended the sending, and is the reason for the other end
     std::span<char> m_readInto;
     Done m_reader;
 
