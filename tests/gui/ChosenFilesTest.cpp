@@ -1,0 +1,82 @@
+#include "gui/WindowRig.h"
+
+namespace {
+
+using namespace zrktest;
+
+class ChosenFiles : public WindowTest {};
+
+TEST_F(ChosenFiles, OpensAnotherIniFileAndListsTheLastOnes) {
+    const auto write = [this](const QString& name, const QByteArray& text) {
+        QDir(folder.path()).mkpath(QFileInfo(name).path());
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(text) == text.size());
+        return file.fileName();
+    };
+    const auto recent = [this] {
+        auto* menu = find<QMenu>("mnuRecentIni");
+        Q_EMIT menu->aboutToShow();
+        return menu->actions();
+    };
+    EXPECT_FALSE(recent().constFirst()->isEnabled()) << "none yet";
+    loader.state.IniPath = write("first.INI", "[BINFILES]\nPRIMARY=p.bin\n");
+    (void)image("p.bin");
+    (void)write("other/p.bin", "123456");
+    fileDialog.choice = write("other/board.INI", "[BINFILES]\nPRIMARY=p.bin,0x10\n");
+    trigger("mnuOpenIni");
+    EXPECT_EQ(loader.state.IniPath, fileDialog.choice);
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "of the file beside the INI file";
+    loader.imageSlots.fill(0, folder.filePath("p.bin"));
+    trigger("mnuLoadIni");
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "what is there is read again";
+
+    ASSERT_EQ(recent().size(), 2);
+    EXPECT_EQ(recent()[0]->text(), "&1 " + fileDialog.choice);
+    loader.state.OperationActive = true;
+    recent()[1]->trigger();
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "an operation reads the slots";
+    loader.state.OperationActive = false;
+    recent()[1]->trigger();
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x5") << "back to the one before";
+    QFile::remove(fileDialog.choice);
+    recent()[1]->trigger();
+    EXPECT_TRUE(boxes.shown.constLast().startsWith("[Open INI file] ! Cannot read " + fileDialog.choice));
+    EXPECT_EQ(recent().size(), 1);
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x5");
+    fileDialog.choice = write("other.INI", "[BINFILES]\nSECONDARY=image.bin,0x80000000\n");
+    trigger("mnuOpenIni");
+    EXPECT_EQ(loader.state.Remark, "Not in this file, kept from before: Primary Boot (IRAM).");
+    for (const char* name : {"1.INI", "2.INI", "3.INI", "4.INI", "5.INI"}) {
+        fileDialog.choice = write(name, ";");
+        trigger("mnuOpenIni");
+    }
+    EXPECT_EQ(recent().size(), 5);
+}
+
+TEST_F(ChosenFiles, AFileDroppedOnARowFillsThatSlot) {
+    const QUrl file = QUrl::fromLocalFile(image("dropped.img"));
+    const QPoint kernelRow = find("txtStartAddress_4")->geometry().center();
+    const auto drop = [&](const QList<QUrl>& urls, QPoint position) {
+        QMimeData data;
+        data.setUrls(urls);
+        QDragEnterEvent enter(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(find("fraImages"), &enter);
+        QDropEvent event(position, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        event.ignore();
+        QApplication::sendEvent(find("fraImages"), &event);
+        return enter.isAccepted() && event.isAccepted();
+    };
+    EXPECT_FALSE(drop({QUrl::fromLocalFile(folder.path())}, kernelRow)) << "a folder";
+    EXPECT_FALSE(drop({file, file}, kernelRow)) << "two files";
+    EXPECT_FALSE(drop({QUrl("https://example.org/x.img")}, kernelRow));
+    EXPECT_FALSE(drop({file}, QPoint(kernelRow.x(), 1))) << "no row";
+    loader.state.OperationActive = true;
+    EXPECT_FALSE(drop({file}, kernelRow)) << "an operation runs";
+    loader.state.OperationActive = false;
+    EXPECT_EQ(shown("txtFilNam_4"), "");
+    EXPECT_TRUE(drop({file}, kernelRow));
+    EXPECT_EQ(loader.controls.txtFilNam[4].Tag.value(), file.toLocalFile());
+    EXPECT_TRUE(loader.controls.chkExeURK[4].isTicked());
+}
+
+} // namespace
