@@ -31,6 +31,9 @@ QString Paths::FolderOf(const QString& path) const {
 }
 
 QString openForReading(QFile& file) {
+    const QString name = file.fileName();
+    if (name.isEmpty() || name.contains(QChar::Null)) // of which Qt would complain on standard error
+        return QStringLiteral("It has no name that a file can have");
     const QFileInfo info(file.fileName());
     if (info.exists() && !info.isFile())
         return QStringLiteral("It is no regular file");
