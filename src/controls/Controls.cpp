@@ -55,7 +55,7 @@ std::optional<std::int64_t> Controls::sizeInBytes(std::size_t slot) const {
 }
 
 QString Controls::sizeOf(std::size_t slot) const {
-    const QString size = lblCodeSize.at(slot).Caption;
+    QString size = lblCodeSize.at(slot).Caption;
     if (size.isEmpty())
         throw RuntimeFailure(FailureKind::TypeMismatch,
                              QStringLiteral("Type mismatch: the slot \"%1\" has no file and so no size. "

@@ -35,7 +35,7 @@ IniChoice chooseIni(const QString& option, const ProgramFacts& facts) {
     IniChoice beside = in(facts.folder);
     if (facts.configFolder.isEmpty() || FileExists(beside.path, true))
         return beside;
-    const IniChoice ofUser = in(facts.configFolder);
+    IniChoice ofUser = in(facts.configFolder);
     if (FileExists(ofUser.path, true))
         return ofUser;
     beside.alsoSought = ofUser.path;

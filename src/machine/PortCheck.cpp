@@ -12,7 +12,7 @@ QString portProblem(const PortNames& names, int number) {
     const QString device = names.device(number);
     if (device.isEmpty())
         return QStringLiteral("COM%1 stands for no device; name one with --port DEVICE").arg(number);
-    if (const QString problem = networkProblem(device); !problem.isEmpty())
+    if (QString problem = networkProblem(device); !problem.isEmpty())
         return problem;
     // Only paths can be looked at: a COM name tells nothing before it is opened, and a port on the network
     // would have to be connected to, which is left to a run.

@@ -16,7 +16,7 @@ namespace {
 constexpr std::chrono::milliseconds kLookInterval = 20ms;
 
 // Received and not read by the loader; beyond that the port keeps what comes.
-constexpr qsizetype kMostReceived = 64 * 1024;
+constexpr qsizetype kMostReceived = 0x10000;
 
 QString nameOf(Handshaking handshaking) {
     return QStringLiteral("handshaking %1")
@@ -65,7 +65,7 @@ class TracedPorts::TracedPort final : public SerialPort {
     }
     [[nodiscard]] QByteArray read(qsizetype most) override {
         if (bytesWaiting() > most) {
-            const QByteArray bytes = m_received.left(std::max<qsizetype>(most, 0));
+            QByteArray bytes = m_received.left(std::max<qsizetype>(most, 0));
             m_received.remove(0, bytes.size());
             return bytes;
         }

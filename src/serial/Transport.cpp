@@ -17,8 +17,7 @@ constexpr std::chrono::milliseconds kLetOutLook = 5ms;
 
 /// "'R' (0x52)", or "0x00" for what cannot be seen.
 QString byteText(std::uint8_t byte) {
-    const QString code =
-        QStringLiteral("0x") + QStringLiteral("%1").arg(byte, 2, 16, QLatin1Char('0')).toUpper();
+    QString code = QStringLiteral("0x") + QStringLiteral("%1").arg(byte, 2, 16, QLatin1Char('0')).toUpper();
     constexpr std::uint8_t kFirstVisible = 0x21;
     constexpr std::uint8_t kLastVisible = 0x7E;
     if (byte < kFirstVisible || byte > kLastVisible)

@@ -50,7 +50,7 @@ TEST(Faults, EveryStepCanGoWrongInEveryWay) {
         SCOPED_TRACE(step);
         ASSERT_FALSE(answer.empty());
         const auto heardWith = [&step = step](const std::string& fault, BoardRig::Milliseconds pause = 0ms) {
-            return playAll(withFault(step + "=" + fault), pause).at(step);
+            return playAll(withFault(std::string(step).append("=").append(fault)), pause).at(step);
         };
         EXPECT_EQ(heardWith("wrong"), "?" + answer.substr(1));
         EXPECT_EQ(heardWith("wrong:0x80"), "\x80" + answer.substr(1));

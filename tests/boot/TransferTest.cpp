@@ -69,9 +69,9 @@ TEST(Transfer, CancelDuringTheCode) {
 /// What a power-on does to the line is no fault; what comes later is told, however the operation ends.
 TEST(Transfer, DamageOnTheLineIsToldOnceTheImagesGoOverIt) {
     const struct {
-        bool cancelled;
+        bool cancelled = false;
         zrk::LineErrors atPowerOn, meanwhile;
-        const char* told;
+        const char* told = "";
     } rows[] = {
         {false, {9, 1, 2}, {9, 1, 2}, ""},
         {false,

@@ -68,7 +68,7 @@ void checkView(const QString& loaders, const QByteArray& boards, unsigned seed, 
 } // namespace
 
 // Fonts that are read once are kept until the end.
-extern "C" const char* __lsan_default_suppressions() {
+extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
     return "leak:libfontconfig\n";
 }
 

@@ -7,8 +7,8 @@ namespace {
 TEST(UsbInstance, IdsAndSerialNumberOfTheAdapterBehindAPort) {
     struct Row {
         QStringList ids;
-        const char* usbId;
-        const char* serialNumber;
+        const char* usbId = "";
+        const char* serialNumber = "";
     };
     const char* const hub = R"(USB\ROOT_HUB30\4&2B7A1C5E&0&0)";
     for (const Row& row : std::initializer_list<Row>{

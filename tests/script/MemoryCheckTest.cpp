@@ -11,8 +11,8 @@ TEST_F(Memory, IsComparedWithWhatTheBoardsCommandSays) {
     const QByteArray asked = "crc32 0x80000004 0xA000";
     const struct {
         QList<QByteArray> answers; // a quarter of a second apart; "@" is the echo of the command
-        Outcome outcome;
-        const char* failure;
+        Outcome outcome = {};
+        const char* failure = "";
     } rows[] = {
         {{"@\r\n", "crc32 for 80000004 ... 8000a003 ==> 00c", "0ffee\r\n=> "}, Outcome::Done, ""},
         {{"old words 00C0FFEE\r\n", "@\r\nsum=0x00C0FFEE "}, Outcome::Done, ""},
