@@ -4,6 +4,7 @@
 
 #include <QChar>
 
+#include <algorithm>
 #include <vector>
 
 namespace zrk {
@@ -61,7 +62,9 @@ class TerminalLine {
   private:
     [[nodiscard]] std::size_t rowStart() const { return m_hasRows ? m_column / kRowLength * kRowLength : 0; }
     /// Where the row ends, also one that is not full.
-    [[nodiscard]] std::size_t rowLimit() const { return m_hasRows ? rowStart() + kRowLength : kLongest; }
+    [[nodiscard]] std::size_t rowLimit() const {
+        return m_hasRows ? std::min(rowStart() + kRowLength, kLongest) : kLongest;
+    }
     [[nodiscard]] bool isInLastRow() const { return m_cells.size() <= rowLimit() || !m_hasRows; }
     void moveTo(std::size_t column);
     void blank(std::size_t from, std::size_t to);

@@ -134,6 +134,10 @@ TEST(ConsoleView, ALongCommandIsEditedInRowsOf80Columns) {
         {{full + "7 end\x1B[A\r$>\x1B[BX"}, "$>" + full.mid(2) + "7 Xnd", "$>" + full.mid(2) + "7 Xnd"},
         // Enter in the first row: the shell goes below before it ends the line.
         {{full + " \rabc\x1B[A\r\n\r\nout"}, full + "abc\nout", full + "abc\nout"},
+        // The last row that a line can have ends with the line, at a thousand characters.
+        {{full + " \r" + QByteArray(915, 'b') + "\r\x1B[30@"},
+         full + QByteArray(880, 'b') + QByteArray(30, ' ') + QByteArray(10, 'b'),
+         full + QByteArray(880, 'b') + QByteArray(30, ' ') + QByteArray(10, 'b')},
         // No row: a progress that is written over, and what is below is another line.
         {{full + " 10 %\r" + "20 %\x1B[K"}, "20 %", "20 %"},
         {{"above\r\nb\x1B[Ac"}, "above\nbc", "above\nbc"},
