@@ -65,7 +65,7 @@ class TerminalLine {
     [[nodiscard]] std::size_t rowLimit() const {
         return m_hasRows ? std::min(rowStart() + kRowLength, kLongest) : kLongest;
     }
-    [[nodiscard]] bool isInLastRow() const { return m_cells.size() <= rowLimit() || !m_hasRows; }
+    [[nodiscard]] bool isInLastRow() const { return !m_hasRows || m_cells.size() <= rowStart() + kRowLength; }
     void moveTo(std::size_t column);
     void blank(std::size_t from, std::size_t to);
     void insert(std::size_t at, std::size_t count);

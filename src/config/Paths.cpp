@@ -33,8 +33,8 @@ QString Paths::FolderOf(const QString& path) const {
 QString openForReading(QFile& file) {
     const QString name = file.fileName();
     if (name.isEmpty() || name.contains(QChar::Null)) // of which Qt would complain on standard error
-        return QStringLiteral("It has no name that a file can have");
-    const QFileInfo info(file.fileName());
+        return QStringLiteral("Its name is empty or holds a NUL character");
+    const QFileInfo info(name);
     if (info.exists() && !info.isFile())
         return QStringLiteral("It is no regular file");
     return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();

@@ -37,7 +37,7 @@ class Paths {
 };
 
 /// Opens the file for reading; "", or why it cannot be. A pipe or a device could block or take something
-/// away, so only regular files are opened.
+/// away, so only regular files are opened. An empty name and one with a NUL are refused, too.
 [[nodiscard]] QString openForReading(QFile& file);
 
 /// True when the file can be opened for reading and, if `rejectEmpty`, holds at least one byte.

@@ -179,8 +179,11 @@ void NetworkPort::flush() {
 
 void NetworkPort::onFlushed(const ErrorCode& error) {
     m_flying.clear();
-    if (error)
-        m_sendError = error; // the reception ends by itself, behind the server's last words
+    if (error && !m_sendError) {
+        m_sendError = error;
+        ErrorCode ignored; // the reception ends as well, but behind the server's last words
+        m_socket.shutdown(Socket::shutdown_receive, ignored);
+    }
     if (m_writer && (m_writerIsFlying || error))
         std::exchange(m_writer, nullptr)(error, error ? 0 : m_written);
     if (!error)

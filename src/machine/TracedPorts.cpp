@@ -16,7 +16,7 @@ namespace {
 constexpr std::chrono::milliseconds kLookInterval = 20ms;
 
 // Received and not read by the loader; beyond that the port keeps what comes.
-constexpr qsizetype kMostReceived = 0x10000;
+constexpr qsizetype kMostReceived = qsizetype{64} * 1024;
 
 QString nameOf(Handshaking handshaking) {
     return QStringLiteral("handshaking %1")

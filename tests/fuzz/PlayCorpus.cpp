@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -15,13 +17,15 @@ extern "C" [[gnu::weak]] int LLVMFuzzerInitialize(int* argc, char*** argv);
 int main(int argc, char** argv) {
     if (LLVMFuzzerInitialize != nullptr && LLVMFuzzerInitialize(&argc, &argv) != 0)
         return EXIT_FAILURE;
-    int played = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(argc > 1 ? argv[1] : ".")) {
-        std::fprintf(stderr, "%s\n", entry.path().c_str()); // the last one is what to look at after a failure
-        std::ifstream file(entry.path(), std::ios::binary);
+    std::vector<std::filesystem::path> paths;
+    for (const auto& entry : std::filesystem::directory_iterator(argc > 1 ? argv[1] : "."))
+        paths.push_back(entry.path());
+    std::sort(paths.begin(), paths.end()); // a target may treat its first input as none of the others
+    for (const auto& path : paths) {
+        std::fprintf(stderr, "%s\n", path.c_str()); // the last one is what to look at after a failure
+        std::ifstream file(path, std::ios::binary);
         const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
         (void)LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-        ++played;
     }
-    return played > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+    return !paths.empty() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
