@@ -61,6 +61,22 @@ void MuteListener::refuseOne(std::string_view text) const {
     ::close(connection);
 }
 
+std::size_t MuteListener::floodOne(std::size_t most) const {
+    awaitConnection();
+    const int connection = ::accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+    const std::string block(std::size_t{64} << 10, 'x');
+    std::size_t taken = 0;
+    pollfd entry{connection, POLLOUT, 0};
+    while (taken < most && ::poll(&entry, 1, 500) == 1) {
+        const ssize_t count = ::send(connection, block.data(), block.size(), MSG_NOSIGNAL);
+        if (count <= 0)
+            break;
+        taken += static_cast<std::size_t>(count);
+    }
+    ::close(connection);
+    return taken;
+}
+
 SerialServer::SerialServer(const QString& device) : m_rawPort(freePort()), m_telnetPort(freePort()) {
     QString program = QStandardPaths::findExecutable(QStringLiteral("ser2net"));
     if (program.isEmpty()) // where an ordinary user's path does not lead

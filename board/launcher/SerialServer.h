@@ -48,6 +48,10 @@ class MuteListener {
     // Says `text` to whoever connects within a tenth of a second and closes without having heard anything.
     void refuseOne(std::string_view text) const;
 
+    // Sends bytes to the first that connects until it takes none for half a second, at most `most` of them.
+    // Returns how many it took.
+    [[nodiscard]] std::size_t floodOne(std::size_t most) const;
+
   private:
     int m_socket;
     int m_port;

@@ -1,6 +1,6 @@
 #include "boot/ImageStore.h"
 
-#include "config/Paths.h"
+#include "files/RegularFile.h"
 #include "platform/RuntimeFailure.h"
 
 namespace zrk {

@@ -3,6 +3,7 @@
 #include "boot/ImageStore.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
+#include "files/RegularFile.h"
 #include "machine/InterruptSignal.h"
 #include "machine/QtEventLoop.h"
 
@@ -77,9 +78,9 @@ void requireTraces(const CliOptions& options, const QStringList& names) {
         return;
     for (const QString& name : names) {
         QFile file(traceOf(options.traceFile, name));
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
-            throw UsageError(QStringLiteral("--trace: The trace %1 cannot be written: %2.")
-                                 .arg(file.fileName(), file.errorString()));
+        if (const QString why = openRecord(file, OldRecord::Continue); !why.isEmpty())
+            throw UsageError(
+                QStringLiteral("--trace: The trace %1 cannot be written: %2.").arg(file.fileName(), why));
     }
 }
 

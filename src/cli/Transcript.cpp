@@ -1,5 +1,6 @@
 #include "cli/Transcript.h"
 
+#include "files/RegularFile.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QDateTime>
@@ -8,11 +9,10 @@
 
 namespace zrk {
 
-Transcript::Transcript(const QString& path) : m_file(path) {
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered))
-        throw RuntimeFailure(
-            FailureKind::File,
-            QStringLiteral("Cannot write the transcript %1: %2.").arg(path, m_file.errorString()));
+Transcript::Transcript(const QString& path) : m_path(path), m_file(path) {
+    if (const QString why = openRecord(m_file, OldRecord::Continue); !why.isEmpty())
+        throw RuntimeFailure(FailureKind::File,
+                             QStringLiteral("Cannot write the transcript %1: %2.").arg(path, why));
 }
 
 void Transcript::write(const QString& text) {
@@ -31,7 +31,7 @@ void Transcript::write(const QString& text) {
     if (m_file.write(bytes) == bytes.size())
         return;
     m_failure = QStringLiteral("The transcript %1 ends here: %2. The run goes on.")
-                    .arg(m_file.fileName(), m_file.errorString());
+                    .arg(m_path, m_file.errorString());
     m_file.close();
 }
 

@@ -21,6 +21,7 @@ class Transcript {
     [[nodiscard]] QString takeFailure();
 
   private:
+    QString m_path; ///< a QFile over a descriptor has none
     QFile m_file;
     QString m_failure;
     bool m_lineBegins = true;

@@ -1,6 +1,6 @@
 #include "config/IniFile.h"
 
-#include "config/Paths.h"
+#include "files/RegularFile.h"
 
 #include <QStringDecoder>
 #include <QStringList>

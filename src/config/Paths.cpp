@@ -1,6 +1,6 @@
 #include "config/Paths.h"
 
-#include <QFileInfo>
+#include "files/RegularFile.h"
 
 namespace zrk {
 
@@ -28,16 +28,6 @@ QString Paths::FileNameOf(const QString& path) const {
 
 QString Paths::FolderOf(const QString& path) const {
     return path.left(nameStart(path));
-}
-
-QString openForReading(QFile& file) {
-    const QString name = file.fileName();
-    if (name.isEmpty() || name.contains(QChar::Null)) // of which Qt would complain on standard error
-        return QStringLiteral("Its name is empty or holds a NUL character");
-    const QFileInfo info(name);
-    if (info.exists() && !info.isFile())
-        return QStringLiteral("It is no regular file");
-    return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
 }
 
 bool FileExists(const QString& path, bool rejectEmpty) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDir>
-#include <QFile>
 #include <QString>
 
 namespace zrk {
@@ -35,10 +34,6 @@ class Paths {
     QString m_folder;
     QChar m_separator;
 };
-
-/// Opens the file for reading; "", or why it cannot be. A pipe or a device could block or take something
-/// away, so only regular files are opened. An empty name and one with a NUL are refused, too.
-[[nodiscard]] QString openForReading(QFile& file);
 
 /// True when the file can be opened for reading and, if `rejectEmpty`, holds at least one byte.
 [[nodiscard]] bool FileExists(const QString& path, bool rejectEmpty);

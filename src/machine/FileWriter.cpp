@@ -1,5 +1,6 @@
 #include "machine/FileWriter.h"
 
+#include "files/RegularFile.h"
 #include "platform/EventLoop.h"
 #include "platform/RuntimeFailure.h"
 
@@ -23,6 +24,7 @@ constexpr qsizetype kMostPending = qsizetype{32} << 20; // a disk so far behind 
 
 struct FileWriter::Shared {
     QString what;
+    QString path; ///< a QFile over a descriptor has none
     QFile file; ///< the writer's, once it runs
 
     std::mutex mutex;
@@ -36,7 +38,7 @@ struct FileWriter::Shared {
     std::function<void()> notify; ///< has the owner look at `failure`; empty once that has gone
 
     [[nodiscard]] QString cannotWrite(const QString& why) const {
-        return QStringLiteral("The %1 %2 cannot be written: %3.").arg(what, file.fileName(), why);
+        return QStringLiteral("The %1 %2 cannot be written: %3.").arg(what, path, why);
     }
 
     void fail(const QString& why) {
@@ -70,10 +72,11 @@ FileWriter::FileWriter(const QString& path, QString what, EventLoop& loop, Told 
     : m_failed(std::move(failed)), m_shared(std::make_shared<Shared>()),
       m_self(std::make_shared<FileWriter*>(this)) {
     m_shared->what = std::move(what);
+    m_shared->path = path;
     m_shared->file.setFileName(path);
-    if (!m_shared->file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+    if (const QString why = openRecord(m_shared->file, OldRecord::Empty); !why.isEmpty())
         throw RuntimeFailure(FailureKind::File,
-                             m_shared->cannotWrite(m_shared->file.errorString()) +
+                             m_shared->cannotWrite(why) +
                                  QStringLiteral(" Choose a file in a folder that you may write to."));
     m_shared->notify = [&loop, owner = std::weak_ptr(m_self)] {
         loop.post([owner] {
@@ -110,7 +113,7 @@ void FileWriter::end() {
         m_shared->notify = nullptr;
         if (!m_shared->ended && m_shared->failure.isEmpty())
             m_shared->failure = QStringLiteral("The %1 %2 is not complete: its disk does not answer.")
-                                    .arg(m_shared->what, m_shared->file.fileName());
+                                    .arg(m_shared->what, m_shared->path);
         if (!m_shared->ended && m_writer.joinable())
             m_writer.detach();
     }

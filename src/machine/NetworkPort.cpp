@@ -20,6 +20,9 @@ namespace {
 // A server whose port is taken accepts, says so and closes; a raw port has no other way to tell.
 constexpr std::chrono::milliseconds kGrace = 250ms;
 constexpr std::chrono::milliseconds kFarewell = 500ms;
+// A server must not decide how much memory its bytes take. What is more waits in the connection, until it holds up
+// the server.
+constexpr std::size_t kMostWaiting = std::size_t{64} << 10;
 
 /// Says that there is no more, and throws away what comes until the server ends the connection as well.
 void endInOrder(asio::ip::tcp::socket& socket) {
@@ -112,8 +115,13 @@ void NetworkPort::judgeClosing() {
     finishOpening({inUse ? NetworkFault::InUse : NetworkFault::ClosedAtOnce, m_received});
 }
 
+bool NetworkPort::hasRoom() const {
+    return m_received.size() - m_firstUnread < kMostWaiting && m_toSend.size() < kMostWaiting;
+}
+
+/// Asks for more of what the server sends while there is room for it and an opening or a reader that needs it.
 void NetworkPort::receive() {
-    if (std::exchange(m_isReceiving, true))
+    if (m_error || !hasRoom() || !(m_opened || m_reader) || std::exchange(m_isReceiving, true))
         return;
     m_socket.async_read_some(asio::buffer(m_wire),
                              [this](const ErrorCode& error, std::size_t count) { onReceived(error, count); });
@@ -133,25 +141,29 @@ void NetworkPort::onReceived(const ErrorCode& error, std::size_t count) {
         return judgeClosing();
     judgeOpening();
     deliver();
-    if (!m_error && (m_opened || m_reader))
-        receive();
+    receive();
 }
 
 void NetworkPort::readSome(std::span<char> into, Done done) {
     m_readInto = into;
     m_reader = std::move(done);
-    if (m_received.empty() && !m_error)
+    if (isEverythingRead() && !m_error)
         receive();
     else
         asio::post(m_io, [this] { deliver(); });
 }
 
 void NetworkPort::deliver() {
-    if (!m_reader || (m_received.empty() && !m_error))
+    if (!m_reader || (isEverythingRead() && !m_error))
         return;
-    const std::size_t count = std::min(m_received.size(), m_readInto.size());
-    std::copy_n(m_received.begin(), count, m_readInto.begin());
-    m_received.erase(0, count);
+    const std::string_view unread = std::string_view(m_received).substr(m_firstUnread);
+    const std::size_t count = std::min(unread.size(), m_readInto.size());
+    std::copy_n(unread.begin(), count, m_readInto.begin());
+    m_firstUnread += count;
+    if (isEverythingRead()) {
+        m_received.clear();
+        m_firstUnread = 0;
+    }
     // What came before the end is still read.
     std::exchange(m_reader, nullptr)(count > 0 ? ErrorCode() : m_error, count);
 }
@@ -186,8 +198,10 @@ void NetworkPort::onFlushed(const ErrorCode& error) {
     }
     if (m_writer && (m_writerIsFlying || error))
         std::exchange(m_writer, nullptr)(error, error ? 0 : m_written);
-    if (!error)
-        flush();
+    if (error)
+        return;
+    flush();
+    receive();
 }
 
 void NetworkPort::cancel() noexcept {

@@ -53,6 +53,8 @@ class NetworkPort final : public PortDevice {
     void finishOpening(const NetworkFailure& failure);
     void judgeOpening();
     void judgeClosing();
+    [[nodiscard]] bool hasRoom() const;
+    [[nodiscard]] bool isEverythingRead() const { return m_firstUnread == m_received.size(); }
     void receive();
     void onReceived(const ErrorCode& error, std::size_t count);
     void deliver();
@@ -71,7 +73,8 @@ class NetworkPort final : public PortDevice {
 
     std::array<char, 4096> m_wire{};
     bool m_isReceiving = false;
-    std::string m_received; ///< the line's bytes, not read yet
+    std::string m_received;          ///< the line's bytes
+    std::size_t m_firstUnread = 0;   ///< in m_received
     ErrorCode m_error;      ///< which ended the reception
     ErrorCode m_sendError;  ///< which ended the sending, and is the reason for the other end
     std::span<char> m_readInto;

@@ -92,11 +92,11 @@ void Rfc2217::handle(const telnet_event_t& event) {
         return m_received({event.data.buffer, event.data.size});
     case TELNET_EV_WILL:
         if (event.neg.telopt != kBinary && event.neg.telopt != kSuppressGoAhead)
-            telnet_negotiate(m_telnet.get(), TELNET_DONT, event.neg.telopt);
+            refuse(event.neg.telopt, true);
         return;
     case TELNET_EV_DO:
         if (!isOffered(event.neg.telopt))
-            telnet_negotiate(m_telnet.get(), TELNET_WONT, event.neg.telopt);
+            refuse(event.neg.telopt, false);
         else if (event.neg.telopt == kOption && !m_hasAsked)
             askForAll();
         return;
@@ -113,6 +113,16 @@ void Rfc2217::handle(const telnet_event_t& event) {
     default:
         return;
     }
+}
+
+/// Refuses an option once. An option that stays off needs no second answer, and a server that asks without end
+/// must not make the loader answer without end.
+void Rfc2217::refuse(std::uint8_t option, bool theirs) {
+    const std::size_t place = option + (theirs ? 0U : 256U);
+    if (m_refusedOptions.test(place))
+        return;
+    m_refusedOptions.set(place);
+    telnet_negotiate(m_telnet.get(), theirs ? TELNET_DONT : TELNET_WONT, option);
 }
 
 /// The library goes along, agreed or not: what follows would be inflated, or lost without a word, or, by one

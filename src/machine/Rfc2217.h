@@ -3,6 +3,7 @@
 #include "platform/SerialPort.h"
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -60,6 +61,7 @@ class Rfc2217 {
     };
 
     void handle(const telnet_event_t& event);
+    void refuse(std::uint8_t option, bool theirs);
     void noteCompression();
     void askForAll();
     void ask(std::uint8_t command, Asked& asked, std::uint32_t value);
@@ -75,6 +77,7 @@ class Rfc2217 {
     bool m_hasAsked = false;
     bool m_isCompressed = false;   ///< by a server that nobody has asked for it
     std::array<Asked, 4> m_line{}; ///< baud rate, data bits, parity, stop bits
+    std::bitset<512> m_refusedOptions; ///< the server's own, then what it asked of the loader
     Asked m_flow;
     Asked m_dtr;
     std::unique_ptr<telnet_t, void (*)(telnet_t*)> m_telnet;

@@ -92,6 +92,7 @@ int terminalColumns() {
 void ignoreBrokenPipes() {
 #ifndef _WIN32
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a record that may not grow ends by itself and not the program
 #endif
 }
 

@@ -1,5 +1,7 @@
 #include "machine/SystemPorts.h"
 
+#include "files/RegularFile.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -88,7 +90,12 @@ QHash<QString, QString> openDevices(const QHash<QString, QString>& devices, cons
 
 /// By custom a program that uses a port leaves its process number in a lock file.
 QString lockHolder(const QString& device, const PortPlaces& places) {
-    const QString number = firstLine(places.locks + QStringLiteral("/LCK..") + QFileInfo(device).fileName());
+    // Any account may write to the folder of locks: a pipe of that name must not keep the reader waiting.
+    constexpr qint64 kLongestNumber = 32;
+    QFile lock(places.locks + QStringLiteral("/LCK..") + QFileInfo(device).fileName());
+    if (!openForReading(lock, Links::Refuse).isEmpty())
+        return {};
+    const QString number = QString::fromLatin1(lock.readLine(kLongestNumber)).simplified();
     bool isNumber = false;
     return number.toInt(&isNumber) > 0 && isNumber ? processNamed(number, places) : QString();
 }

@@ -1,7 +1,7 @@
 #include "script/ScriptRunner.h"
 
-#include "config/Paths.h"
 #include "controls/PendingWait.h"
+#include "files/RegularFile.h"
 #include "platform/FileDialog.h"
 #include "platform/SecondsText.h"
 #include "script/BoardListener.h"

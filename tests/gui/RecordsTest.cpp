@@ -3,6 +3,11 @@
 #include "gui/WindowRig.h"
 #include "machine/TracedPorts.h"
 
+#ifndef _WIN32
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
 namespace {
 
 using namespace zrktest;
@@ -90,11 +95,18 @@ TEST_F(Records, LogsWhatComesIntoTheConsoleBetweenTwoClicks) {
     EXPECT_TRUE(entry->isChecked());
     trigger("mnuLogToFile");
 #ifndef _WIN32
-    fileDialog.choice = "/dev/full";
+    fileDialog.choice = folder.filePath("full.log");
     trigger("mnuLogToFile");
-    EXPECT_EQ(loader.state.Remark, "Logging what comes into the console to /dev/full");
+    EXPECT_EQ(loader.state.Remark, "Logging what comes into the console to " + fileDialog.choice);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit none{0, before.rlim_max};
+    const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &none);
     loader.console.PrintPlain("x");
     trigger("mnuLogToFile");
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, ignored);
     EXPECT_EQ(loader.state.Remark, "") << "it does not log any more";
     loop.runFor(1ms);
     EXPECT_EQ(boxes.shown.size(), 2);

@@ -12,6 +12,7 @@
 #ifndef _WIN32
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #endif
 
 namespace {
@@ -58,35 +59,60 @@ TEST(FileWriter, WritesAllWhileTheProgramGoesOnAndAtItsEnd) {
 }
 
 #ifndef _WIN32
-TEST(FileWriter, AFullDiskIsToldOnceAndEndsTheFileOnly) {
+TEST(FileWriter, AFullDiskIsReportedOnceAndEndsTheFileOnly) {
     zrk::QtEventLoop loop;
-    QStringList told;
-    zrk::FileWriter file("/dev/full", "log", loop, [&told](const QString& why) { told += why; });
-    file.append("line\n");
-    while (told.isEmpty())
-        loop.wait();
-    file.append("another\n");
-    file.end();
-    EXPECT_EQ(told, QStringList("The log /dev/full cannot be written: No space left on device. The log ends "
-                                "here, the operation does not; make room or choose another file and start a "
-                                "new log."));
-    // Most disks fill up in the middle of a write.
+    QStringList reports;
     const QTemporaryDir folder;
     const QString path = folder.filePath("a");
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small{1000, before.rlim_max};
+    const rlimit small{1000, before.rlim_max}; // as most disks, full in the middle of a write
     setrlimit(RLIMIT_FSIZE, &small);
     const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
-    told.clear();
-    zrk::FileWriter limited(path, "log", loop, [&told](const QString& why) { told += why; });
-    limited.append(QByteArray("a line of 20 bytes.\n").repeated(40) + QByteArray(300, 'x') + "\n");
-    limited.end();
+    zrk::FileWriter file(path, "log", loop, [&reports](const QString& why) { reports += why; });
+    file.append(QByteArray("a line of 20 bytes.\n").repeated(40) + QByteArray(300, 'x') + "\n");
+    while (reports.isEmpty())
+        loop.wait();
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, ignored);
-    EXPECT_TRUE(told.join("").contains("cannot be written: File too large.")) << told.join("").toStdString();
+    file.append("another\n");
+    file.end();
+    EXPECT_EQ(reports,
+              QStringList("The log " + path +
+                          " cannot be written: File too large. The log ends here, the operation does not; "
+                          "make room or choose another file and start a new log."));
     EXPECT_EQ(contentOf(path).size(), 800);
-    EXPECT_THROW(zrk::FileWriter("/dev/full/a", "log", loop, nullptr), zrk::RuntimeFailure);
+}
+
+/// Another account may write to the folder of a record, and another run may be writing the record.
+TEST(FileWriter, WritesOnlyToARegularFileOfItsOwn) {
+    zrk::QtEventLoop loop;
+    const QTemporaryDir folder;
+    const auto path = [&folder](const char* name) { return folder.filePath(name); };
+    const auto failure = [&loop](const QString& name) {
+        try {
+            const zrk::FileWriter file(name, "trace", loop, nullptr);
+        } catch (const zrk::RuntimeFailure& refused) {
+            return refused.description();
+        }
+        return QString();
+    };
+    ASSERT_TRUE(QFile::link(path("target"), path("link")));
+    ASSERT_EQ(mkfifo(qPrintable(path("pipe")), 0600), 0);
+    EXPECT_TRUE(failure(path("link")).contains("cannot be written: it is a link."));
+    EXPECT_FALSE(QFile::exists(path("target")));
+    for (const QString& name : {path("pipe"), folder.path(), QString("/dev/null")})
+        EXPECT_TRUE(failure(name).contains("it is no regular file.")) << name.toStdString();
+    EXPECT_TRUE(failure("/dev/full/a").contains("Not a directory."));
+
+    zrk::FileWriter running(path("a"), "trace", loop, nullptr);
+    running.append("kept");
+    EXPECT_TRUE(failure(path("a")).contains("another run of this program is writing it"));
+    running.end();
+    EXPECT_EQ(contentOf(path("a")), "kept");
+    EXPECT_EQ(QFile::permissions(path("a")) & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup), 0);
+    EXPECT_EQ(failure(path("a")), "");
+    EXPECT_EQ(contentOf(path("a")), "");
 }
 #endif
 

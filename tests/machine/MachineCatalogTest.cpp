@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace zrk {
 namespace {
 
@@ -79,6 +81,12 @@ TEST(MachineCatalog, ListsPortsWithHardwareAndPortsWithANameAndTellsWhoUsesThem)
     EXPECT_EQ(system.told(named).find(b6 + "free\n"), 0U);
     system.write("proc/4713/comm", "picocom\n");
     EXPECT_EQ(system.told(named).find(b6 + "in use by picocom (4713)\n"), 0U);
+    // Any account may put a pipe there, or a link to one.
+    const QString lock = system.path("lock/LCK..ttyUSB1");
+    ASSERT_TRUE(QFile::remove(lock) && ::mkfifo(qPrintable(lock), 0600) == 0);
+    EXPECT_EQ(system.told(named).find(b6 + "free\n"), 0U);
+    ASSERT_TRUE(QFile::rename(lock, system.path("pipe")) && QFile::link(system.path("pipe"), lock));
+    EXPECT_EQ(system.told(named).find(b6 + "free\n"), 0U);
 }
 
 } // namespace

@@ -109,6 +109,17 @@ TEST_F(NetworkPort, ARefusalIsReadThoughTheAnswersToItDoNotArrive) {
     EXPECT_NE(failure.find("the port is in use"), std::string::npos) << failure;
 }
 
+TEST_F(NetworkPort, AServerThatFloodsIsHeldUp) {
+    constexpr std::size_t kMuch = std::size_t{64} << 20;
+    const MuteListener flooding;
+    std::size_t taken = 0;
+    std::jthread flood([&] { taken = flooding.floodOne(kMuch); });
+    open(QStringLiteral("tcp:127.0.0.1:%1").arg(flooding.port()));
+    flood.join();
+    EXPECT_LT(taken, kMuch / 2) << "more than the system's own buffers";
+    EXPECT_EQ(readAll(*port, 1000), QByteArray(1000, 'x'));
+}
+
 TEST_F(NetworkPort, ConnectingHasALimitAndCanBeGivenUp) {
     const MuteListener full;
     const QString device = QStringLiteral("tcp:127.0.0.1:%1").arg(full.port());

@@ -75,6 +75,8 @@ TEST_F(Rfc2217Client, AsksForTheLineOnceTheServerAgrees) {
     EXPECT_EQ(sent, "") << "asked again for what is agreed";
     serverSends("fffb00 fffb01 fffd18 fffc01");
     EXPECT_EQ(sent, QByteArray::fromHex("fffe01fffc18"));
+    serverSends("fffb01 fffd18 fffd18");
+    EXPECT_EQ(sent, "") << "refused once and for all";
     serverSends("41fffa2c6b00fff0ffff42");
     EXPECT_EQ(received, "A\xFF"
                         "B");

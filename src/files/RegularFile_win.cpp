@@ -1,0 +1,37 @@
+#include "files/RegularFile.h"
+
+#include <QFileInfo>
+
+namespace zrk {
+namespace {
+
+QString unusableName(const QString& name) {
+    return name.isEmpty() || name.contains(QChar::Null) // Qt would complain on standard error
+               ? QStringLiteral("Its name is empty or holds a NUL character")
+               : QString();
+}
+
+} // namespace
+
+QString openForReading(QFile& file, Links links) {
+    if (const QString why = unusableName(file.fileName()); !why.isEmpty())
+        return why;
+    const QFileInfo info(file.fileName());
+    if ((info.exists() && !info.isFile()) || (links == Links::Refuse && info.isSymLink()))
+        return QStringLiteral("It is no regular file");
+    return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
+}
+
+QString openRecord(QFile& file, OldRecord old) {
+    if (const QString why = unusableName(file.fileName()); !why.isEmpty())
+        return why;
+    const QFileInfo info(file.fileName());
+    if (info.isSymLink())
+        return QStringLiteral("it is a link");
+    if (info.exists() && !info.isFile())
+        return QStringLiteral("it is no regular file");
+    const auto mode = old == OldRecord::Empty ? QIODevice::Truncate : QIODevice::Append;
+    return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered | mode) ? QString() : file.errorString();
+}
+
+} // namespace zrk
