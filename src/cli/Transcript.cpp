@@ -27,11 +27,10 @@ void Transcript::write(const QString& text) {
         lines += c;
         m_lineBegins = c == QLatin1Char('\n');
     }
-    const QByteArray bytes = lines.toUtf8();
-    if (m_file.write(bytes) == bytes.size())
+    const QString why = appendToRecord(m_file, lines.toUtf8());
+    if (why.isEmpty())
         return;
-    m_failure = QStringLiteral("The transcript %1 ends here: %2. The run goes on.")
-                    .arg(m_path, m_file.errorString());
+    m_failure = QStringLiteral("The transcript %1 ends here: %2. The run goes on.").arg(m_path, why);
     m_file.close();
 }
 

@@ -71,7 +71,8 @@ QString openForReading(QFile& file, Links links) {
     // can have been replaced in between.
     if (::stat(path.constData(), &status) == 0 && !S_ISREG(status.st_mode))
         return notRegular;
-    const int flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (links == Links::Refuse ? O_NOFOLLOW : 0);
+    const int flags =
+        O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (links == Links::Refuse ? O_NOFOLLOW : 0);
     Descriptor opened(::open(path.constData(), flags));
     if (opened.number() < 0)
         return errno == ELOOP && links == Links::Refuse ? notRegular : systemText(errno);
@@ -89,7 +90,8 @@ QString openRecord(QFile& file, OldRecord old) {
     const QByteArray path = QFile::encodeName(file.fileName());
     struct stat status {};
     if (::lstat(path.constData(), &status) == 0 && !S_ISREG(status.st_mode))
-        return S_ISLNK(status.st_mode) ? QStringLiteral("it is a link") : QStringLiteral("it is no regular file");
+        return S_ISLNK(status.st_mode) ? QStringLiteral("it is a link")
+                                       : QStringLiteral("it is no regular file");
     const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC |
                       (old == OldRecord::Continue ? O_APPEND : 0);
     Descriptor opened(::open(path.constData(), flags, S_IRUSR | S_IWUSR));

@@ -25,7 +25,7 @@ constexpr qsizetype kMostPending = qsizetype{32} << 20; // a disk so far behind 
 struct FileWriter::Shared {
     QString what;
     QString path; ///< a QFile over a descriptor has none
-    QFile file; ///< the writer's, once it runs
+    QFile file;   ///< the writer's, once it runs
 
     std::mutex mutex;
     std::condition_variable changed;
@@ -53,18 +53,10 @@ struct FileWriter::Shared {
 
     /// True when all of it is in the file; else no more than whole lines of it.
     [[nodiscard]] bool write(const QByteArray& bytes) {
-        const qint64 before = file.pos();
-        qint64 taken = file.write(bytes);
-        if (taken > 0 && taken < bytes.size()) // only a write of nothing at all says why
-            taken += std::max<qint64>(file.write(bytes.sliced(taken)), 0);
-        if (taken == bytes.size())
-            return true;
-        const QString why = file.errorString();
-        const qint64 there = file.size() - before; // whatever the calls say
-        if (there > 0)
-            file.resize(before + bytes.lastIndexOf('\n', there - 1) + 1);
-        fail(why);
-        return false;
+        const QString why = appendToRecord(file, bytes);
+        if (!why.isEmpty())
+            fail(why);
+        return why.isEmpty();
     }
 };
 

@@ -20,8 +20,8 @@ namespace {
 // A server whose port is taken accepts, says so and closes; a raw port has no other way to tell.
 constexpr std::chrono::milliseconds kGrace = 250ms;
 constexpr std::chrono::milliseconds kFarewell = 500ms;
-// A server must not decide how much memory its bytes take. What is more waits in the connection, until it holds up
-// the server.
+// A server must not decide how much memory its bytes take. What is more waits in the connection, until it
+// holds up the server.
 constexpr std::size_t kMostWaiting = std::size_t{64} << 10;
 
 /// Says that there is no more, and throws away what comes until the server ends the connection as well.
@@ -119,7 +119,8 @@ bool NetworkPort::hasRoom() const {
     return m_received.size() - m_firstUnread < kMostWaiting && m_toSend.size() < kMostWaiting;
 }
 
-/// Asks for more of what the server sends while there is room for it and an opening or a reader that needs it.
+/// Asks for more of what the server sends while there is room for it and an opening or a reader that needs
+/// it.
 void NetworkPort::receive() {
     if (m_error || !hasRoom() || !(m_opened || m_reader) || std::exchange(m_isReceiving, true))
         return;

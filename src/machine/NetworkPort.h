@@ -73,10 +73,10 @@ class NetworkPort final : public PortDevice {
 
     std::array<char, 4096> m_wire{};
     bool m_isReceiving = false;
-    std::string m_received;          ///< the line's bytes
-    std::size_t m_firstUnread = 0;   ///< in m_received
-    ErrorCode m_error;      ///< which ended the reception
-    ErrorCode m_sendError;  ///< which ended the sending, and is the reason for the other end
+    std::string m_received;        ///< the line's bytes
+    std::size_t m_firstUnread = 0; ///< in m_received
+    ErrorCode m_error;             ///< which ended the reception
+    ErrorCode m_sendError;         ///< which ended the sending, and is the reason for the other end
     std::span<char> m_readInto;
     Done m_reader;
 

@@ -115,8 +115,8 @@ void Rfc2217::handle(const telnet_event_t& event) {
     }
 }
 
-/// Refuses an option once. An option that stays off needs no second answer, and a server that asks without end
-/// must not make the loader answer without end.
+/// Refuses an option once. An option that stays off needs no second answer, and a server that asks without
+/// end must not make the loader answer without end.
 void Rfc2217::refuse(std::uint8_t option, bool theirs) {
     const std::size_t place = option + (theirs ? 0U : 256U);
     if (m_refusedOptions.test(place))

@@ -75,8 +75,8 @@ class Rfc2217 {
     State m_state = State::Negotiating;
     std::string m_refused;
     bool m_hasAsked = false;
-    bool m_isCompressed = false;   ///< by a server that nobody has asked for it
-    std::array<Asked, 4> m_line{}; ///< baud rate, data bits, parity, stop bits
+    bool m_isCompressed = false;       ///< by a server that nobody has asked for it
+    std::array<Asked, 4> m_line{};     ///< baud rate, data bits, parity, stop bits
     std::bitset<512> m_refusedOptions; ///< the server's own, then what it asked of the loader
     Asked m_flow;
     Asked m_dtr;

@@ -1,6 +1,5 @@
-#include "machine/SystemPorts.h"
-
 #include "files/RegularFile.h"
+#include "machine/SystemPorts.h"
 
 #include <QCoreApplication>
 #include <QDir>

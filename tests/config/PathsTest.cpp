@@ -36,8 +36,8 @@ TEST(Paths, FileExists) {
     EXPECT_TRUE(zrk::FileExists(b.bench.file("full", "x"), true));
     const QString empty = b.bench.file("empty", "");
     EXPECT_TRUE(zrk::FileExists(empty, false) && !zrk::FileExists(empty, true));
-    for (const QString& path :
-         {b.bench.folder.path(), QString("/sys/kernel/notes"), b.bench.folder.filePath("missing"), QString(), QString(QChar::Null)})
+    for (const QString& path : {b.bench.folder.path(), QString("/sys/kernel/notes"),
+                                b.bench.folder.filePath("missing"), QString(), QString(QChar::Null)})
         EXPECT_FALSE(zrk::FileExists(path, false)) << path.toStdString();
     EXPECT_FALSE(zrk::FileExists("/proc/self/status", true))
         << "no image, but something that is made to be read";

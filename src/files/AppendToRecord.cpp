@@ -1,0 +1,21 @@
+#include "files/RegularFile.h"
+
+#include <algorithm>
+
+namespace zrk {
+
+QString appendToRecord(QFile& file, const QByteArray& bytes) {
+    const qint64 before = file.size();
+    qint64 taken = file.write(bytes);
+    if (taken > 0 && taken < bytes.size()) // a short write has no reason, the one after it has
+        taken += std::max<qint64>(file.write(bytes.sliced(taken)), 0);
+    if (taken == bytes.size())
+        return {};
+    QString why = file.errorString();
+    const qint64 written = file.size() - before; // also where a failed write has written something
+    if (written > 0)
+        file.resize(before + bytes.lastIndexOf('\n', written - 1) + 1);
+    return why;
+}
+
+} // namespace zrk
