@@ -15,9 +15,9 @@ namespace zrkboard {
 
 namespace {
 
-constexpr int kPatience = 60'000; // milliseconds; only a fault lasts that long
+constexpr int kPatience = 600'000; // milliseconds; only a fault lasts that long
 
-// One byte, or false at the end of the stream or after a minute of silence.
+// One byte, or false at the end of the stream or after ten minutes of silence.
 bool readByte(int fd, char& byte) {
     pollfd entry{fd, POLLIN, 0};
     return ::poll(&entry, 1, kPatience) == 1 && ::read(fd, &byte, 1) == 1;

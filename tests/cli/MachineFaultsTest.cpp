@@ -48,7 +48,7 @@ TEST_F(MachineFaults, OfStreamsAndEnvironmentSpoilNoBoard) {
         QProcess shell;
         shell.setWorkingDirectory(images.file("."));
         shell.start("bash", {"-c", "set -o pipefail; " + QString(fault.how).replace('@', load(board))});
-        ASSERT_TRUE(shell.waitForFinished(60000));
+        ASSERT_TRUE(shell.waitForFinished(600'000));
         EXPECT_EQ(shell.exitCode(), fault.status);
         const QByteArray error = shell.readAllStandardError();
         EXPECT_TRUE(error.contains(fault.error)) << error.toStdString();
@@ -107,7 +107,7 @@ TEST_F(MachineFaults, OfTextsDoNotReachTheTerminal) {
         QProcess shell; // which makes a terminal of its streams
         shell.start("script",
                     {"-qec", program() + " --ini " + file.fileName() + ' ' + json + "check", "/dev/null"});
-        ASSERT_TRUE(shell.waitForFinished(60000));
+        ASSERT_TRUE(shell.waitForFinished(600'000));
         const QByteArray shown = shell.readAllStandardOutput();
         EXPECT_TRUE(shown.contains("PRIM^[]0;title^G\\x9B^?")) << shown.toStdString();
         EXPECT_EQ(shown.contains("PRIM\\u001b]0;title\\u0007\\u009b\\u007f"), !json.isEmpty())

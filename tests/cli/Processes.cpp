@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int kLimit = 60000; // ms; only a fault lasts that long
+constexpr int kLimit = 600'000; // ms; only a fault lasts that long
 
 QString program(const char* name) {
     return QString::fromStdString(zrkboard::siblingProgram(name));

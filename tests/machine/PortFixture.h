@@ -82,7 +82,7 @@ class PortFixture : public ::testing::Test {
     bool waitUntil(Condition&& condition) {
         bool late = false;
         const auto limit = loop.createTimer([&late] { late = true; });
-        limit->start(std::chrono::seconds(10));
+        limit->start(std::chrono::minutes(10)); // only a fault lasts that long
         while (!condition()) {
             if (late)
                 return false;
@@ -121,7 +121,7 @@ class PortFixture : public ::testing::Test {
                                                      Handshaking handshaking = Handshaking::None) {
         return MachinePorts(loop, PortNames({{1, line.device()}}), options).open(1, kLine, handshaking);
     }
-    void openPort(std::chrono::milliseconds stall = std::chrono::seconds(10), qsizetype receive = 1 << 20) {
+    void openPort(std::chrono::milliseconds stall = std::chrono::minutes(10), qsizetype receive = 1 << 20) {
         port = opened({stall, receive, 0});
     }
 

@@ -11,7 +11,7 @@
 namespace zrk::test {
 namespace {
 
-constexpr int kPatience = 60'000; // milliseconds; only a fault lasts that long
+constexpr int kPatience = 600'000; // milliseconds; only a fault lasts that long
 
 void check(bool good, const char* what) {
     if (!good)
@@ -20,7 +20,7 @@ void check(bool good, const char* what) {
 
 void waitFor(int descriptor, short event) {
     pollfd entry{descriptor, event, 0};
-    check(::poll(&entry, 1, kPatience) == 1, "pty: nothing happened in a minute");
+    check(::poll(&entry, 1, kPatience) == 1, "pty: nothing happened in ten minutes");
 }
 
 } // namespace
