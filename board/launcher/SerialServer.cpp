@@ -48,7 +48,7 @@ MuteListener::~MuteListener() {
 
 void MuteListener::awaitConnection() const {
     pollfd entry{m_socket, POLLIN, 0};
-    if (::poll(&entry, 1, 60000) != 1)
+    if (::poll(&entry, 1, 600'000) != 1)
         throw std::runtime_error("nobody has connected");
 }
 

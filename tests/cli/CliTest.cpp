@@ -18,7 +18,8 @@ TEST_F(Cli, BringsUpABoardAndStartsIt) {
     const QString sdram = images.file("sdram.dump");
     BoardProcess board("--unpaced --verbose --bootid-interval 5 --dump-iram " + iram + " --dump-sdram " +
                        sdram);
-    CliRun run("--port " + board.device() + " --ini " + images.ini() + " --line-rate 0 load start");
+    CliRun run("--port " + board.device() + " --ini " + images.ini() +
+               " --line-rate 0 load start --start-timeout 600");
     EXPECT_EQ(run.status(), 0) << run.error().toStdString();
     EXPECT_EQ(run.output(),
               (zrktest::bringUpTexts().join("") + "\n-- Starting Secondary Executable --\n").toLatin1());

@@ -15,7 +15,8 @@ struct MachineFaults : ::testing::Test {
         return QString::fromStdString(zrkboard::siblingProgram("zrk-loader-cli"));
     }
     [[nodiscard]] QString load(const BoardProcess& board) const {
-        return program() + " " + images.on(board.device(), "--line-rate 0 load start expect 'zrk>'");
+        return program() + " " +
+               images.on(board.device(), "--line-rate 0 load start expect 'zrk>' --start-timeout 600");
     }
     const SampleImages images;
 };

@@ -22,7 +22,7 @@ TEST_F(CliNetworkPort, BringsUpAndProgramsABoardBehindAServer) {
         const QString device = raw ? server.raw() : server.rfc2217();
         SCOPED_TRACE(device.toStdString());
         // The first step opens the port, the second closes it and opens it again.
-        CliRun load(images.on(device, "--line-rate 92160 --wait-port 5 load start"));
+        CliRun load(images.on(device, "--line-rate 92160 --wait-port 600 --start-timeout 600 load start"));
         EXPECT_EQ(load.status(), 0) << load.error().toStdString();
         EXPECT_TRUE(board.waitForLog("secondary program: started"));
         CliRun flash(images.on(device, "--line-rate 92160 flash --erase"));

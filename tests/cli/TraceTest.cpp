@@ -27,7 +27,7 @@ QByteArray bytesOf(const QByteArray& text, char direction) {
 }
 
 TEST_F(Trace, HasEveryByteAndIsAnsweredAsBefore) {
-    const QString run = "load start expect zrk>";
+    const QString run = "load start expect zrk> --start-timeout 600";
     QByteArray before;
     {
         const BoardProcess board("--unpaced --bootid-interval 5");
