@@ -32,9 +32,9 @@ ConsoleTools::ConsoleTools(ConsoleView* view, QGroupBox* frame, std::function<vo
     m_txtFind->setAccessibleName(QStringLiteral("Find in the console"));
     m_txtFind->setToolTip(QStringLiteral("Enter: next, Shift+Enter: previous, Escape: back to the console"));
     m_txtFind->setFixedWidth(kFindCharacters * fontMetrics().averageCharWidth());
-    m_hold = addButton(
-        "tglHold", QStringLiteral("Hold"),
-        QStringLiteral("Stops the view, not the text (Scroll Lock). Enter or End goes back to the end."));
+    m_hold =
+        addButton("tglHold", QStringLiteral("Hold"),
+                  QStringLiteral("Stops the view, not the text (Scroll Lock). End goes back to the end."));
     m_hold->setCheckable(true);
     m_find =
         addButton("cmdFind", QStringLiteral("Find"), QStringLiteral("Ctrl+F, in terminal mode Ctrl+Shift+F"));
@@ -49,7 +49,7 @@ ConsoleTools::ConsoleTools(ConsoleView* view, QGroupBox* frame, std::function<vo
     m_more->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_more->setCursor(Qt::ArrowCursor);
     m_more->setFocusPolicy(Qt::NoFocus);
-    m_more->setToolTip(QStringLiteral("New text has come. Enter or End goes to it."));
+    m_more->setToolTip(QStringLiteral("New text has come. End goes to it."));
     m_more->hide();
 
     connect(m_hold, &QToolButton::toggled, view, &ConsoleView::setHeld);

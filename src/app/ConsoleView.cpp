@@ -101,6 +101,7 @@ void ConsoleView::beginDocument() {
         if (!m_isFollowing)
             Q_EMIT overwritten();
     });
+    takeCursor(QTextCursor(document));
 }
 
 void ConsoleView::follow(const QString& piece, TextOrigin origin) {
@@ -142,7 +143,14 @@ void ConsoleView::goToEnd() {
 void ConsoleView::placeCaret() {
     QTextCursor caret(document());
     caret.setPosition(static_cast<int>(m_display.cursor()));
-    setTextCursor(caret);
+    takeCursor(caret);
+}
+
+/// A selection that reaches to the end must not take in what is appended. The mouse and the keys move this
+/// cursor and do not replace it.
+void ConsoleView::takeCursor(QTextCursor cursor) {
+    cursor.setKeepPositionOnInsert(true);
+    setTextCursor(cursor);
 }
 
 void ConsoleView::clearView() {
@@ -186,7 +194,7 @@ void ConsoleView::tellHold() {
 }
 
 void ConsoleView::showFound(const QTextCursor& found) {
-    setTextCursor(found);
+    takeCursor(found);
     centerCursor();
     noteScrolling();
 }
@@ -195,6 +203,7 @@ void ConsoleView::showFound(const QTextCursor& found) {
 bool ConsoleView::handleViewKey(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
     const bool boards = keysGoToBoard();
+    const bool isEnter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     const auto find =
         boards ? Qt::ControlModifier | Qt::ShiftModifier : Qt::KeyboardModifiers(Qt::ControlModifier);
     if (event.key() == Qt::Key_ScrollLock) {
@@ -202,8 +211,7 @@ bool ConsoleView::handleViewKey(const QKeyEvent& event) {
     } else if (event.key() == Qt::Key_F && modifiers == find) {
         Q_EMIT findRequested();
     } else if (isHeld() && modifiers == Qt::NoModifier &&
-               (event.key() == Qt::Key_End || event.key() == Qt::Key_Return ||
-                event.key() == Qt::Key_Enter)) {
+               (event.key() == Qt::Key_End || (isEnter && !boards))) {
         setHeld(false);
     } else if (boards && modifiers == Qt::ShiftModifier &&
                (event.key() == Qt::Key_PageUp || event.key() == Qt::Key_PageDown)) {

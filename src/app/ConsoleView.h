@@ -32,7 +32,7 @@ class ConsoleView : public QPlainTextEdit {
     void clearView();
 
     /// Freezes the view, or lets it go to the end and follow it again. The user freezes it, too, by scrolling
-    /// up; Enter and End then lead back, and are not sent to the board.
+    /// up. End then leads back and is not sent to the board; so does Enter while no keys go to the board.
     void setHeld(bool held);
     [[nodiscard]] bool isHeld() const { return m_isHeld || m_isScrolledUp; }
 
@@ -76,6 +76,7 @@ class ConsoleView : public QPlainTextEdit {
     void edit(const ConsoleDisplay::Edit& edit);
     void goToEnd();
     void placeCaret();
+    void takeCursor(QTextCursor cursor);
     void release();
     void noteScrolling();
     void tellHold();

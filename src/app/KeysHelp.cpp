@@ -24,7 +24,7 @@ constexpr std::array kKeys{
     Key{"Tab, Shift+Tab", "go from control to control, Space presses or ticks"},
     Key{"", "In the console"},
     Key{"Scroll Lock", "holds the view and lets it go on"},
-    Key{"End, Enter", "back to the end of a held view; not sent to the board"},
+    Key{"End", "back to the end of a held view; not sent to the board"},
     Key{"Ctrl+F", "finds text; Ctrl+Shift+F in terminal mode"},
     Key{"Alt+B", "switches DTR off for a tenth of a second, which resets a board that is wired so"},
     Key{"", "In terminal mode"},

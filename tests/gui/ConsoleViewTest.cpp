@@ -258,6 +258,20 @@ TEST_F(Reading, TheEndStaysInSightAndASelectionLasts) {
     EXPECT_EQ(metrics.horizontalAdvance("iii"), metrics.horizontalAdvance("WWW"));
 }
 
+TEST_F(Reading, ASelectionAtTheEndDoesNotGrow) {
+    for (const bool fromTheEnd : {false, true}) {
+        say(Origin::Board, "last");
+        QTest::keyClick(&view, Qt::Key_End, Qt::ControlModifier);
+        for (int i = 0; i < 4; ++i)
+            QTest::keyClick(&view, Qt::Key_Left, fromTheEnd ? Qt::ShiftModifier : Qt::NoModifier);
+        if (!fromTheEnd)
+            QTest::keyClick(&view, Qt::Key_End, Qt::ShiftModifier);
+        say(Origin::Board, " new");
+        say(Origin::Loader, "newer\r\n");
+        EXPECT_EQ(view.textCursor().selectedText(), "last") << fromTheEnd;
+    }
+}
+
 TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
     const auto press = [this](Qt::Key key) { QTest::keyClick(&view, key); };
     view.setHeld(true);
@@ -356,15 +370,21 @@ TEST_F(Reading, KeysThatLeadBackAreNotForTheBoardAndOthersAre) {
     QObject::connect(&view, &zrk::ConsoleView::typed, [&](int character) { typed += QChar(character); });
     view.setHeld(true);
     QTest::keyClick(&view, Qt::Key_X);
+    QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_TRUE(view.isHeld()) << "what was stopped with intent";
+    QTest::keyClick(&view, Qt::Key_End);
+    EXPECT_FALSE(view.isHeld());
+    for (const auto key : {Qt::Key_Y, Qt::Key_Return, Qt::Key_Enter}) {
+        QTest::keyClick(&view, Qt::Key_PageUp, Qt::ShiftModifier);
+        EXPECT_TRUE(view.isHeld());
+        QTest::keyClick(&view, key);
+        EXPECT_FALSE(view.isHeld()) << "who types wants to see it";
+    }
+    EXPECT_EQ(typed, "x\ry\r\r");
+    view.setKeysGoToBoard([] { return false; });
+    view.setHeld(true);
     QTest::keyClick(&view, Qt::Key_Return);
     EXPECT_FALSE(view.isHeld());
-    QTest::keyClick(&view, Qt::Key_PageUp, Qt::ShiftModifier);
-    EXPECT_TRUE(view.isHeld());
-    QTest::keyClick(&view, Qt::Key_Y);
-    EXPECT_FALSE(view.isHeld()) << "who types wants to see it";
-    QTest::keyClick(&view, Qt::Key_Return);
-    EXPECT_EQ(typed, "xy\r");
 }
 
 TEST_F(Reading, FindsInBothDirectionsAroundTheEndsAndClearsTheView) {
