@@ -38,7 +38,7 @@ QLabel* makeIcon(QWidget* parent) {
 
 } // namespace
 
-AboutBox::AboutBox(SystemInfo& systemInfo, QWidget* parent) : QDialog(parent) {
+AboutBox::AboutBox(SystemInfo& systemInfo, QWidget* parent) : QDialog(parent), m_systemInfo(systemInfo) {
     setObjectName(QStringLiteral("frmAbout"));
     m_lblTitle = makeText(QStringLiteral("lblTitle"), this);
     QFont titleFont = m_lblTitle->font();
@@ -73,8 +73,8 @@ AboutBox::AboutBox(SystemInfo& systemInfo, QWidget* parent) : QDialog(parent) {
     grid->setColumnStretch(1, 1);
     grid->setSizeConstraint(QLayout::SetFixedSize);
 
-    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(sysInfo, &QPushButton::clicked, this, [&systemInfo] { systemInfo.StartSysInfo(); });
+    connect(ok, &QPushButton::clicked, this, &AboutBox::cmdOK_Click);
+    connect(sysInfo, &QPushButton::clicked, this, &AboutBox::cmdSysInfo_Click);
     Form_Load();
 }
 
@@ -82,6 +82,14 @@ void AboutBox::Form_Load() {
     setWindowTitle(QStringLiteral("About ") + applicationTitle());
     m_lblTitle->setText(applicationTitle());
     m_lblVersion->setText(QStringLiteral("Version ") + versionText());
+}
+
+void AboutBox::cmdOK_Click() {
+    accept();
+}
+
+void AboutBox::cmdSysInfo_Click() {
+    m_systemInfo.StartSysInfo();
 }
 
 } // namespace zrk

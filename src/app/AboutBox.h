@@ -17,8 +17,13 @@ class AboutBox final : public QDialog {
 
     /// Fills the caption and the labels; runs each time the box is opened.
     void Form_Load();
+    /// Closes the box.
+    void cmdOK_Click();
+    /// Starts the System Information program; a message box reports a failure, and the box stays open.
+    void cmdSysInfo_Click();
 
   private:
+    SystemInfo& m_systemInfo;
     QLabel* m_lblTitle;
     QLabel* m_lblVersion;
 };

@@ -92,8 +92,8 @@ void wireActions(const LoaderWidgets& widgets, Loader& loader, AddressBoxes& add
     wiring.trigger(widgets.mnuLoadIni, [&loader] { loader.iniLoader.mnuLoadIni_Click(); });
     wiring.trigger(widgets.mnuWriteIni, [&loader] { loader.iniLoader.mnuWriteIni_Click(); });
     wiring.trigger(widgets.mnuExecScript, [&loader] { loader.script.mnuExecScript_Click(); });
-    wiring.trigger(widgets.mnuExit, window.closeWindow);
-    wiring.trigger(widgets.mnuAbout, window.showAbout);
+    wiring.trigger(widgets.mnuExit, window.mnuExit_Click);
+    wiring.trigger(widgets.mnuAbout, window.mnuAbout_Click);
     wireInputs(widgets, loader.state);
     wireConsole(widgets.txtStatus, loader);
 }

@@ -12,8 +12,8 @@ struct LoaderWidgets;
 
 /// What clicks and menu entries do beyond the loader's handlers.
 struct WindowActions {
-    std::function<void()> closeWindow;
-    std::function<void()> showAbout;
+    std::function<void()> mnuExit_Click;
+    std::function<void()> mnuAbout_Click;
 };
 
 /// Leads every click, key and menu entry to its handler. Before each the address box that is being

@@ -67,6 +67,7 @@ struct LoaderWidgets {
     ConsoleTools* consoleTools = nullptr;
 
     QStatusBar* staStatus = nullptr;
+    QWidget* textPanels = nullptr; ///< holds the first and the second panel
     ElidedLabel* firstPanel = nullptr;
     QLabel* secondPanel = nullptr;
     QProgressBar* pgbDownload = nullptr;

@@ -26,6 +26,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <utility>
 
 namespace zrk {
 namespace {
@@ -55,7 +56,8 @@ class Twips {
 
 MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString& store,
                        std::function<void()> showAbout)
-    : m_loader(loader), m_panel(new LoaderForm(m_widgets, this)), m_binder(loader.state.OperationActive) {
+    : m_loader(loader), m_panel(new LoaderForm(m_widgets, this)), m_binder(loader.state.OperationActive),
+      m_showAbout(std::move(showAbout)) {
     setObjectName(QStringLiteral("frmLoader"));
     setWindowTitle(applicationTitle());
     buildMenus(store);
@@ -70,7 +72,7 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
     setTabOrders(m_widgets);
 
     auto* addresses = new AddressBoxes(m_widgets, loader.addresses, this);
-    wireActions(m_widgets, loader, *addresses, {[this] { close(); }, std::move(showAbout)});
+    wireActions(m_widgets, loader, *addresses, {[this] { mnuExit_Click(); }, [this] { mnuAbout_Click(); }});
     new SlotDrop(
         m_widgets, [&loader] { return !loader.state.OperationActive; },
         [&loader](int slot, const QString& path) {
@@ -133,6 +135,14 @@ void MainWindow::callWhenOver() {
     });
 }
 
+void MainWindow::mnuExit_Click() {
+    close();
+}
+
+void MainWindow::mnuAbout_Click() {
+    m_showAbout();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
     event->setAccepted(m_loader.transfer.mayBeEnded() && m_loader.portControl.Form_Unload() == 0);
     if (event->isAccepted() && m_whenClosing)
@@ -142,6 +152,12 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
     frmLoader_Form_Resize();
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (!std::exchange(m_hasBeenShown, true))
+        keepPanelWidths(m_widgets);
 }
 
 void MainWindow::frmLoader_Form_Resize() {

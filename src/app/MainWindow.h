@@ -37,9 +37,15 @@ class MainWindow final : public QMainWindow {
     /// not fit, the top left of the window stays in sight.
     void fitInto(const QRect& available);
 
+    /// Closes the window, as its close button does.
+    void mnuExit_Click();
+    /// Opens the About box; the event loop runs until it is closed.
+    void mnuAbout_Click();
+
   protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
   private:
     void buildMenus(const QString& store);
@@ -52,6 +58,8 @@ class MainWindow final : public QMainWindow {
     Binder m_binder;
     FormResize m_formResize;
     SnapBack m_snapBack{*this};
+    std::function<void()> m_showAbout;
+    bool m_hasBeenShown = false;
     std::function<void()> m_whenClosing;
 };
 
