@@ -18,7 +18,8 @@ void FileChoice::cmdBrowse_Click(int slot) {
     request.filterIndex = factsOf(slot).fileFilter;
     request.folder = m_desk.state.DialogFolder;
     const QString path = m_desk.fileDialog.openFile(request);
-    if (!path.isEmpty())
+    // An operation may have begun while the dialog was open.
+    if (!path.isEmpty() && !m_desk.state.OperationActive)
         m_slots.fill(slot, path);
 }
 

@@ -14,7 +14,8 @@ class FileChoice {
     FileChoice(Desk& desk, ImageSlots& slots);
 
     /// Lets the user pick a file for the slot; a cancelled dialog changes nothing. The event loop runs
-    /// while the dialog is open. Does nothing while an operation runs.
+    /// while the dialog is open. Changes nothing while an operation runs, also when it
+    /// began during the dialog.
     void cmdBrowse_Click(int slot);
 
   private:
