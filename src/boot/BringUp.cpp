@@ -2,6 +2,7 @@
 
 #include "boot/BootRomHandshake.h"
 #include "boot/ImageCommands.h"
+#include "boot/ImageStore.h"
 #include "boot/ImageTransfer.h"
 #include "config/AddressValidation.h"
 #include "config/ImageSlots.h"
@@ -38,6 +39,8 @@ Operation::End BringUp::load() {
     m_link.controls.cmdStartPrimary.Enabled = false;
     m_link.controls.cmdStartSecondary.Enabled = false;
     m_link.controls.cmdURK.Enabled = false;
+    if (m_link.controls.chkExeURK[kPrimaryBoot].isTicked())
+        requireSendable(m_link.controls, kPrimaryBoot);
     m_link.port.CloseComPort();
     m_link.terminal.switchTo(false);
     m_link.port.OpenComPort();

@@ -1,5 +1,6 @@
 #include "boot/ImageCommands.h"
 
+#include "boot/ImageStore.h"
 #include "boot/ImageTransfer.h"
 #include "config/AddressValidation.h"
 #include "config/ImageSlots.h"
@@ -24,6 +25,7 @@ ImageCommands::ImageCommands(Link& link, AddressValidation& validation, ImageTra
 
 bool ImageCommands::SendImageCommand(int slot) {
     const QString letter = commandLetter(slot);
+    requireSendable(m_link.controls, slot);
     m_link.console.PrintStatus(QStringLiteral("-- Sending command .. ") + letter + QStringLiteral(" .."));
     m_link.transport.SendString(letter);
     m_link.console.PrintStatus(QStringLiteral("done!/n"));

@@ -1,7 +1,10 @@
 #include "boot/ImageStore.h"
 
+#include "controls/Controls.h"
 #include "files/RegularFile.h"
 #include "platform/RuntimeFailure.h"
+
+#include <limits>
 
 namespace zrk {
 
@@ -20,6 +23,19 @@ QByteArray readImage(const QString& path) {
             FailureKind::File,
             QStringLiteral("Cannot read the image file %1: %2.").arg(path, file.errorString()));
     return content;
+}
+
+void requireSendable(const Controls& controls, int slot) {
+    constexpr std::int64_t kMostBytes = std::numeric_limits<std::int32_t>::max();
+    const auto i = static_cast<std::size_t>(slot);
+    const std::int64_t size = controls.sizeInBytes(i).value_or(0);
+    if (size > kMostBytes)
+        throw RuntimeFailure(FailureKind::File,
+                             QStringLiteral("The image for \"%1\" has %2 bytes, more than the %3 that can be "
+                                            "sent. Choose another file.")
+                                 .arg(controls.slotTitle(i))
+                                 .arg(size)
+                                 .arg(kMostBytes));
 }
 
 QByteArray ImageStore::image(const QString& path) {

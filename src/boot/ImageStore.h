@@ -12,6 +12,12 @@ namespace zrk {
 /// when it cannot be opened or read.
 [[nodiscard]] QByteArray readImage(const QString& path);
 
+struct Controls;
+
+/// Throws RuntimeFailure (File), which names the slot, when its file is longer than the protocols' signed
+/// 32-bit sizes can say. An operation asks before it sends anything of the slot.
+void requireSendable(const Controls& controls, int slot);
+
 /// What several boards are given at once: each file is read once and held once, so that all of them get the
 /// same bytes even when somebody builds anew meanwhile. For any thread.
 class ImageStore {

@@ -14,6 +14,7 @@ ImageTransfer::ImageTransfer(Link& link, ImageSlots& imageSlots) : m_link(link),
 
 bool ImageTransfer::SendImage(int slot) {
     m_imageSlots.checkFile(slot);
+    requireSendable(m_link.controls, slot);
     m_link.operation.watchLine();
     const bool payloadOnly = slot == kFlashImage;
     if (!payloadOnly) {

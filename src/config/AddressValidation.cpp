@@ -15,6 +15,11 @@ QString offsetText(const QString& address) {
     return QStringLiteral("0x0") + strictHexForm(NormalizeHex(address)).right(7);
 }
 
+/// Not by HexToLong(), which makes little of a size of 2 GiB and more. A marker's text is empty: 0.
+std::int64_t bytesOf(const QString& size) {
+    return size.toLongLong(nullptr, 16);
+}
+
 } // namespace
 
 AddressValidation::AddressValidation(Desk& desk) : m_desk(desk) {}
@@ -68,7 +73,7 @@ void AddressValidation::checkOverlaps() {
     // A message box keeps the event loop running, so the rows are taken as they stand now.
     const QList<AddressList::Row> rows = m_desk.controls.lvwAdrs.rows();
     for (qsizetype p = 0; p + 1 < rows.size(); ++p) {
-        const std::int64_t end = std::int64_t{HexToLong(rows[p].start)} + HexToLong(rows[p].size);
+        const std::int64_t end = HexToLong(rows[p].start) + bytesOf(rows[p].size);
         if (end <= HexToLong(rows[p + 1].start))
             continue;
         for (const AddressList::Row& row : {rows[p], rows[p + 1]})

@@ -1,6 +1,7 @@
 #include "flash/FlashProgramming.h"
 
 #include "boot/BootRomHandshake.h"
+#include "boot/ImageStore.h"
 #include "boot/ImageTransfer.h"
 #include "config/HexConversions.h"
 #include "config/ImageSlots.h"
@@ -57,6 +58,8 @@ Operation::End FlashProgramming::program() {
     m_link.operation.begin();
     m_headerStarted = false;
     m_link.controls.cmdPrgFlash.Enabled = false;
+    for (const int slot : {kPgSibl, kFlashImage})
+        requireSendable(m_link.controls, slot);
     m_link.port.CloseComPort();
     m_link.terminal.switchTo(false);
     m_link.port.OpenComPort();

@@ -52,6 +52,54 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
     loader.fileChoice.cmdBrowse_Click(2);
     EXPECT_EQ(c.lblCodeSize[2].Caption.value(), "0x1234");
     EXPECT_TRUE(c.txtFilNam[2].Text.value() == "gone.bin" && c.chkExeURK[2].isTicked());
+    // An operation that began while the dialog was open.
+    struct SlowChoice final : zrk::FileDialog {
+        zrk::SharedState* state = nullptr;
+        [[nodiscard]] QString openFile(const zrk::FileRequest& /*request*/) override {
+            state->OperationActive = true;
+            return QStringLiteral("late.bin");
+        }
+    } dialog;
+    zrk::Desk desk(loop, bench.boxes, dialog);
+    dialog.state = &desk.state;
+    zrk::FileChoice(desk, loader.imageSlots).cmdBrowse_Click(2);
+    EXPECT_EQ(c.txtFilNam[2].Text.value(), "gone.bin");
+}
+
+TEST_F(Slots, AnImageOf2GibAndMoreIsRefusedBeforeAnythingIsSent) {
+    constexpr qint64 kGib = 1LL << 30;
+    for (const auto& [size, label, text] :
+         std::initializer_list<std::tuple<qint64, const char*, const char*>>{
+             {2 * kGib, "0x80000000", "2147483648"}, {5 * kGib, "0x140000000", "5368709120"}}) {
+        for (const int slot : {0, 1, 4, 5, 6}) {
+            SCOPED_TRACE(std::to_string(slot) + label);
+            ScriptedRig fresh;
+            zrk::Controls& c = fresh.loader.controls;
+            QFile sparse(fresh.bench.folder.filePath("large.bin"));
+            ASSERT_TRUE(sparse.open(QIODevice::WriteOnly) && sparse.resize(size));
+            fresh.bench.fill(5, "x", "0");
+            fresh.bench.fill(6, "x", "0");
+            fresh.bench.fill(slot, "x", "0x83000000");
+            fresh.loader.imageSlots.fill(slot, sparse.fileName());
+            EXPECT_EQ(c.lblCodeSize[static_cast<std::size_t>(slot)].Caption.value(), label);
+            if (slot >= 5)
+                fresh.loader.flash.cmdPrgFlash_Click();
+            else if (slot == 4)
+                fresh.loader.commands.cmdURK_Click();
+            else
+                fresh.loader.bringUp.cmdStartPrimary_Click();
+            ASSERT_EQ(fresh.bench.boxes.shown.size(), 1);
+            const QString box = fresh.bench.boxes.shown.last();
+            if (slot == 1 || slot == 4)
+                EXPECT_TRUE(box.contains("overlaps the address range for maximum address"))
+                    << box.toStdString();
+            else
+                EXPECT_TRUE(box.contains("The image for \"" + c.slotTitle(static_cast<std::size_t>(slot)) +
+                                         "\" has " + text + " bytes"))
+                    << box.toStdString();
+            fresh.bench.expectAtRest();
+        }
+    }
 }
 
 TEST_F(Slots, AFileThatChangedSinceItWasChosenIsMarked) {
