@@ -10,7 +10,7 @@ namespace {
 
 constexpr qsizetype kMaxValueLength = 254;
 
-QString readText(const QString& path) {
+QString readText(const QString& path, CodePage codePage) {
     QFile file(path);
     if (!openForReading(file).isEmpty())
         return {};
@@ -20,7 +20,7 @@ QString readText(const QString& path) {
     QStringDecoder decoder(marked.value_or(QStringConverter::Utf8), QStringConverter::Flag::Stateless);
     QString text = decoder(bytes);
     if (!marked && decoder.hasError())
-        text = QString::fromLatin1(bytes);
+        text = codePage(bytes);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     return text;
@@ -66,8 +66,8 @@ QList<Entry> entriesOf(const QString& text) {
 
 } // namespace
 
-IniNames readIniNames(const QString& iniPath) {
-    const QString text = readText(iniPath);
+IniNames readIniNames(const QString& iniPath, CodePage codePage) {
+    const QString text = readText(iniPath, codePage);
     IniNames found;
     found.isText = !text.contains(QChar(u'\0'));
     const QList<Entry> entries = entriesOf(text);
@@ -76,19 +76,23 @@ IniNames readIniNames(const QString& iniPath) {
     return found;
 }
 
-QString GetIniValue(const QString& iniPath, const QString& section, const QString& key) {
+IniValue readIniValue(const QString& iniPath, const QString& section, const QString& key, CodePage codePage) {
     bool inSection = false;
-    const QList<Entry> entries = entriesOf(readText(iniPath));
+    const QList<Entry> entries = entriesOf(readText(iniPath, codePage));
     for (const Entry& entry : entries) {
         if (!entry.name.key) {
             if (inSection)
                 return {};
             inSection = entry.name.section.compare(section, Qt::CaseInsensitive) == 0;
         } else if (inSection && entry.name.key->compare(key, Qt::CaseInsensitive) == 0) {
-            return entry.value.left(kMaxValueLength);
+            return {entry.value.left(kMaxValueLength), entry.value.size() > kMaxValueLength};
         }
     }
     return {};
+}
+
+QString GetIniValue(const QString& iniPath, const QString& section, const QString& key) {
+    return readIniValue(iniPath, section, key).text;
 }
 
 } // namespace zrk

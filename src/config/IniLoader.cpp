@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 namespace zrk {
 namespace {
@@ -41,19 +42,56 @@ QString remarkOn(const IniName& name) {
         .arg(*name.key, name.section, keys.join(QStringLiteral(", ")));
 }
 
+/// Finds the sections and keys that have no effect because an earlier one has the same name.
+class IniRepeats {
+  public:
+    /// The remark on a name that is repeated and known, or "". To be asked for each name in turn.
+    [[nodiscard]] QString remarkOn(const IniName& name) {
+        const QString section = name.section.toLower();
+        if (!name.key) {
+            m_keys.clear();
+            m_ignored = m_sections.contains(section) && !keysOf(name.section).isEmpty();
+            m_sections.insert(section);
+            return m_ignored
+                       ? QStringLiteral("a second section [%1]; only the first counts.").arg(name.section)
+                       : QString();
+        }
+        const QString key = name.key->toLower();
+        const bool repeated = m_keys.contains(key) && keysOf(name.section).contains(key, Qt::CaseInsensitive);
+        m_keys.insert(key);
+        return repeated && !m_ignored ? QStringLiteral("a second %1 in [%2]; only the first counts.")
+                                            .arg(*name.key, name.section)
+                                      : QString();
+    }
+
+    /// The present section and its keys have no effect.
+    [[nodiscard]] bool inIgnoredSection() const { return m_ignored; }
+
+  private:
+    QSet<QString> m_sections;
+    QSet<QString> m_keys; ///< of the present section
+    bool m_ignored = false;
+};
+
 } // namespace
 
 IniLoader::IniLoader(Desk& desk, ImageSlots& slots, AddressEntry& addresses)
     : m_desk(desk), m_slots(slots), m_addresses(addresses) {}
 
 void IniLoader::mnuLoadIni_Click() {
-    std::array<QString, kSlotCount> values;
+    std::array<IniValue, kSlotCount> values;
     for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = GetIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlots[i].section),
-                                QString::fromLatin1(kSlots[i].key));
+        values[i] = readIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlots[i].section),
+                                 QString::fromLatin1(kSlots[i].key));
     m_addressFaults.fill({});
-    for (int slot = 0; slot < kSlotCount; ++slot)
-        applyValue(slot, values[static_cast<std::size_t>(slot)]);
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+        const IniValue& value = values[static_cast<std::size_t>(slot)];
+        applyValue(slot, value.text);
+        if (value.isCut)
+            m_addressFaults[static_cast<std::size_t>(slot)] =
+                QStringLiteral("the value is too long and is cut after %1 characters.")
+                    .arg(value.text.size());
+    }
     checkNames();
     const QStringList all = remarks();
     m_desk.state.Remark = all.isEmpty() ? QString()
@@ -91,8 +129,10 @@ void IniLoader::checkNames() {
         m_nameRemarks += QStringLiteral("This is no text that can be read; save it as UTF-8.");
         return;
     }
+    IniRepeats repeats;
     for (const IniName& name : found.names) {
-        const QString remark = remarkOn(name);
+        const QString repeat = repeats.remarkOn(name);
+        const QString remark = repeat.isEmpty() && !repeats.inIgnoredSection() ? remarkOn(name) : repeat;
         if (!remark.isEmpty())
             m_nameRemarks += QStringLiteral("Line %1: ").arg(name.line) + remark;
     }
@@ -135,6 +175,7 @@ void IniLoader::clearSlot(int slot, const QString& path) {
     m_desk.controls.lblCodeSize[i].Caption = QString();
     m_desk.controls.lblFileChanged[i].Caption = QString();
     m_desk.state.Sent[i] = std::nullopt;
+    m_addressFaults[i].clear();
     m_desk.controls.chkExeURK[i].Value = 0;
     if (slot == kPrimaryBoot)
         m_desk.controls.cmdStartPrimary.Enabled = false;

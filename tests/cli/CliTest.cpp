@@ -107,6 +107,8 @@ TEST_F(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
 /// begins to send ends with 3.
 TEST_F(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
     const QString ini = images.file("own.INI");
+    const QByteArray cut =
+        "[BINFILES]|PG_SIBL=pg_sibl.bin|FLASH=" + QByteArray("./").repeated(120) + "flash.bin,0x00100000";
     const struct {
         const char* values; // lines of the file
         const char* steps;
@@ -135,6 +137,7 @@ TEST_F(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
          ""},
         {"[BINFILES]|PRIMARY=primary.bin,0x12345", "load", 2, "PRIMARY: 0x12345 does not fit into the IRAM",
          ""},
+        {cut.constData(), "flash", 2, "FLASH: the value is too long and is cut after 254 characters.", ""},
         {"[IMGFILES]|KERNEL=secondary.bin,none", "check", 2, "KERNEL: the address cannot be read", ""},
     };
     for (const auto& oneRun : runs) {

@@ -85,7 +85,17 @@ TEST_F(Ini, ToldInTheStatusBarUntilAnOperationBegins) {
               "PG_SIBL: 0x10000 does not fit into the IRAM, whose addresses go from 0x0000 to 0xFFFF."},
              {"[BINFILES]\nPG_SIBL=p.bin,-1",
               "PG_SIBL: -1 does not fit into the IRAM, whose addresses go from 0x0000 to 0xFFFF."},
-             {"[BINFILES]\nPG_SIBL=gone.bin,0x10000", ""}}) {
+             {"[BINFILES]\nPG_SIBL=gone.bin,0x10000", ""},
+             {"[binfiles]\nFLASH=p.bin\nflash=p.bin\nX=\nx=\n[Other]\n[other]\n[BINFILES]\nPRIMRY=x\n["
+              "IMGFILES]",
+              "Line 3: a second flash in [binfiles]; only the first counts. "
+              "Line 4: unknown key X in [binfiles]; known are PRIMARY, SECONDARY, FLASH, PG_SIBL. "
+              "Line 5: unknown key x in [binfiles]; known are PRIMARY, SECONDARY, FLASH, PG_SIBL. "
+              "Line 6: unknown section [Other]; known are [BINFILES] and [IMGFILES]. "
+              "Line 7: unknown section [other]; known are [BINFILES] and [IMGFILES]. "
+              "Line 8: a second section [BINFILES]; only the first counts."},
+             {"[BINFILES]\nFLASH=" + QByteArray(254, '/') + "p.bin",
+              "FLASH: the value is too long and is cut after 254 characters."}}) {
         load(text);
         EXPECT_EQ(told(), *remark == '\0' ? idle : "loader.INI: " + QString(remark)) << text.toStdString();
     }
@@ -115,6 +125,12 @@ TEST_F(Ini, Values) {
     for (const auto& [section, key, value] : values)
         EXPECT_EQ(zrk::GetIniValue(path, section, key), value) << key;
     EXPECT_EQ(zrk::GetIniValue(bench.file("latin", "[S]\nName=caf\xE9"), "S", "Name"), "caf\xC3\xA9");
+    const auto codePage = [](const QByteArray& bytes) {
+        return QString::fromLatin1(bytes).replace(QChar(0xE9), QChar(0x0439));
+    };
+    EXPECT_EQ(zrk::readIniValue(bench.file("cyrillic", "[S]\nName=caf\xE9"), "S", "Name", codePage).text,
+              "caf\xD0\xB9");
+    EXPECT_EQ(zrk::readIniValue(path, "Sect", "Name", codePage).text, "caf\xC3\xA9") << "it is UTF-8";
     const QString marked = QStringLiteral("\uFEFF[S]\r\nKey=caf\u00E9\r\n");
     for (const auto encoding : {QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE})
         EXPECT_EQ(zrk::GetIniValue(bench.file("marked", QStringEncoder(encoding)(marked)), "S", "Key"),
