@@ -25,8 +25,7 @@ bool ImageTransfer::SendImage(int slot) {
         m_link.console.PrintStatus(QStringLiteral("Sending code .. "));
     }
     sendCode(slot);
-    // Of a port that was closed under the transfer nothing is done.
-    if (!payloadOnly && m_link.port.isOpen())
+    if (!payloadOnly)
         m_link.console.PrintStatus(QStringLiteral("done!/n"));
     return true;
 }
@@ -109,7 +108,7 @@ bool ImageTransfer::passAfterByte() {
     m_link.transport.pass();
     for (;;) {
         if (m_link.state.CancelRequested) {
-            // Whoever closed the port meanwhile has been asked before.
+            // The window's question before its close was the confirmation.
             if (!m_link.port.isOpen() || userConfirmsCancel())
                 return false;
             m_link.state.withdrawStop();
