@@ -40,11 +40,10 @@ std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Ha
     const auto endpoints = lookUp();
     const auto triesUntil = m_loop.now() + kWhileInUse;
     for (;;) {
-        NetworkFailure failure;
-        auto driver = connect(endpoints, settings, failure);
+        const NetworkFailure failure = connect(endpoints, settings);
         if (failure.fault == NetworkFault::None) {
-            driver->serve(handshaking);
-            return driver;
+            m_driver->serve(handshaking);
+            return std::move(m_driver);
         }
         if (failure.fault != NetworkFault::InUse || m_loop.now() >= triesUntil)
             fail(failure);
@@ -53,8 +52,7 @@ std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Ha
 }
 
 /// One attempt.
-std::unique_ptr<PortDriver> NetworkOpening::connect(const NameLookup::Endpoints& endpoints,
-                                                    const LineSettings& settings, NetworkFailure& failure) {
+NetworkFailure NetworkOpening::connect(const NameLookup::Endpoints& endpoints, const LineSettings& settings) {
     // The thread's as well: an answer that comes too late is still written down.
     const auto answer = std::make_shared<Answer>();
     const auto opened = [answer, &loop = m_loop](const NetworkFailure& told) {
@@ -64,17 +62,15 @@ std::unique_ptr<PortDriver> NetworkOpening::connect(const NameLookup::Endpoints&
         }
         loop.wake();
     };
-    auto driver = std::make_unique<PortDriver>(m_loop, m_port, m_limits);
-    auto device = std::make_unique<NetworkPort>(driver->io(), m_address);
+    m_driver = std::make_unique<PortDriver>(m_loop, m_port, m_limits);
+    auto device = std::make_unique<NetworkPort>(m_driver->io(), m_address);
     NetworkPort& port = *device;
-    driver->start(std::move(device));
-    boost::asio::post(driver->io(),
+    m_driver->start(std::move(device));
+    boost::asio::post(m_driver->io(),
                       [&port, &endpoints, &settings, opened] { port.open(endpoints, settings, opened); });
     if (!waitFor([&] { return answer->isThere(); }))
-        failure = {port.isConnected() ? NetworkFault::NotRfc2217 : NetworkFault::NoAnswer};
-    else
-        failure = *answer->failure;
-    return driver;
+        return {port.isConnected() ? NetworkFault::NotRfc2217 : NetworkFault::NoAnswer};
+    return *answer->failure;
 }
 
 NameLookup::Endpoints NetworkOpening::lookUp() {
@@ -89,18 +85,20 @@ NameLookup::Endpoints NetworkOpening::lookUp() {
 /// False when the time is over.
 bool NetworkOpening::waitFor(const std::function<bool()>& condition) {
     const auto look = m_loop.wakeEvery(kLook);
-    while (!condition()) {
+    for (;;) {
         if (m_isGivenUp)
             throw RuntimeFailure(FailureKind::Cancelled, network_messages::givenUp(m_port));
+        if (condition())
+            return true;
         if (m_loop.now() >= m_end)
             return false;
         m_loop.wait();
     }
-    return true;
 }
 
 void NetworkOpening::giveUp() {
     m_isGivenUp = true;
+    m_driver.reset();
     m_loop.wake();
 }
 

@@ -17,13 +17,14 @@ class NetworkOpening {
     /// Throws RuntimeFailure: PortNotOpened, or Cancelled after giveUp(). Yields.
     [[nodiscard]] std::unique_ptr<PortDriver> run(const LineSettings& settings, Handshaking handshaking);
 
-    /// Ends run(), which is further up the stack.
+    /// Ends run(), which is further up the stack, and drops its connection at once: run() itself may not
+    /// return before another port, which may be the same one, has been opened and used.
     void giveUp();
 
   private:
     [[nodiscard]] NameLookup::Endpoints lookUp();
-    [[nodiscard]] std::unique_ptr<PortDriver> connect(const NameLookup::Endpoints& endpoints,
-                                                      const LineSettings& settings, NetworkFailure& failure);
+    [[nodiscard]] NetworkFailure connect(const NameLookup::Endpoints& endpoints,
+                                         const LineSettings& settings);
     [[nodiscard]] bool waitFor(const std::function<bool()>& condition);
     [[noreturn]] void fail(const NetworkFailure& failure) const;
 
@@ -32,6 +33,7 @@ class NetworkOpening {
     const QString m_port;
     const PortDriver::Limits m_limits;
     const std::chrono::steady_clock::time_point m_end;
+    std::unique_ptr<PortDriver> m_driver; ///< of the latest attempt
     bool m_isGivenUp = false;
 };
 

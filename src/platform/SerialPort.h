@@ -81,7 +81,8 @@ class SerialPorts {
     [[nodiscard]] virtual std::unique_ptr<SerialPort> open(int number, const LineSettings& settings,
                                                            Handshaking handshaking) = 0;
 
-    /// Ends an open() that is under way further up the stack; without one it does nothing.
+    /// Ends an open() that is under way further up the stack, whose device is free at once for another
+    /// open(); without one it does nothing.
     virtual void giveUp() {}
 
     /// The device that `number` stands for, for display ("" when there is none).

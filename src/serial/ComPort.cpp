@@ -3,7 +3,6 @@
 #include "platform/RuntimeFailure.h"
 
 #include <QScopeGuard>
-#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <limits>
@@ -23,23 +22,22 @@ bool fitsOneByteCodes(const QString& text) {
 void ComPort::OpenComPort() {
     if (m_open)
         return;
-    if (m_isOpening)
-        throw RuntimeFailure(
-            FailureKind::PortNotOpen,
-            QStringLiteral("COM%1 is still being opened. Wait, or cancel that, and start again.")
-                .arg(m_commPort));
-    const QScopedValueRollback opening(m_isOpening, true);
+    giveUpOpening();
+    const unsigned opening = m_opening = ++m_openings;
     const int selected = m_controls.cmbComPort.ListIndex;
     m_commPort = m_controls.cmbComPort.selectedItemData();
     tellNotice();
-    const QString before = m_controls.lblState.Caption;
     m_controls.lblState.Caption = QStringLiteral("Opening...");
-    const auto closedAgain = qScopeGuard([&] {
-        if (!m_open)
-            m_controls.lblState.Caption = before;
+    const auto notOpened = qScopeGuard([&] {
+        if (m_opening == opening)
+            noteClosed();
     });
     const Handshaking asked = m_handshaking;
-    m_open = m_ports.open(m_commPort, LineSettings{}, asked);
+    auto device = m_ports.open(m_commPort, LineSettings{}, asked);
+    if (m_opening != opening) // whatever has come of the port since then stays
+        throw RuntimeFailure(FailureKind::Cancelled, QStringLiteral("Opening the port was given up."));
+    m_opening = 0;
+    m_open = std::move(device);
     if (m_handshaking != asked) // by a click in the meantime
         m_open->setHandshaking(m_handshaking);
     m_openedDevice = m_ports.deviceName(m_commPort);
@@ -47,6 +45,18 @@ void ComPort::OpenComPort() {
     m_controls.lblState.Caption = QStringLiteral("Open...");
     m_controls.cmbComPort.ListIndex = selected; // whatever was chosen while it was being opened
     m_controls.cmbComPort.Enabled = false;
+}
+
+void ComPort::giveUpOpening() {
+    if (m_opening == 0)
+        return;
+    noteClosed();
+    m_ports.giveUp();
+}
+
+void ComPort::noteClosed() {
+    m_opening = 0;
+    m_controls.lblState.Caption = QStringLiteral("Closed...");
 }
 
 void ComPort::tellNotice() {
@@ -70,7 +80,7 @@ void ComPort::CloseComPort() noexcept {
     m_errorsKept = lineErrors();
     m_open.reset();
     m_putBack.clear();
-    m_controls.lblState.Caption = QStringLiteral("Closed...");
+    noteClosed();
     m_controls.cmbComPort.Enabled = true;
 }
 

@@ -17,14 +17,16 @@ class ComPort {
     ComPort(SerialPorts& ports, Controls& controls) : m_ports(ports), m_controls(controls) {}
 
     /// Opens the selected port at 115200,N,8,1; does nothing when the port is open. Yields while a port on
-    /// the network is connected to. What the user should know of it beforehand comes into the console, once.
+    /// the network is connected to. An opening that is still under way further up the stack is given up: the
+    /// later one wins. What the user should know of it beforehand comes into the console, once.
     void OpenComPort();
 
     /// Closes the port, or gives up opening it; does nothing when it is closed.
     void CloseComPort() noexcept;
 
-    /// Ends an OpenComPort() further up the stack, which fails with Cancelled; without one it does nothing.
-    void giveUpOpening() { m_ports.giveUp(); }
+    /// Ends an OpenComPort() further up the stack: it fails with Cancelled and changes nothing, however long
+    /// it takes to return. Without one it does nothing.
+    void giveUpOpening();
 
     [[nodiscard]] bool isOpen() const noexcept { return m_open != nullptr; }
     [[nodiscard]] bool isLost() const noexcept { return m_open && m_open->isLost(); }
@@ -89,6 +91,7 @@ class ComPort {
     [[nodiscard]] std::optional<bool> openedDeviceIsThere() const;
 
   private:
+    void noteClosed();
     void tellNotice();
     [[nodiscard]] SerialPort& opened() const;
     [[nodiscard]] QByteArray take(qsizetype most);
@@ -104,7 +107,8 @@ class ComPort {
     int m_commPort = 1;
     QString m_openedDevice;
     QString m_toldNotice;
-    bool m_isOpening = false;
+    unsigned m_openings = 0; ///< begun so far
+    unsigned m_opening = 0;  ///< the number of the one under way; 0: none
     Handshaking m_handshaking = Handshaking::None;
     InputMode m_inputMode = InputMode::Binary;
 };

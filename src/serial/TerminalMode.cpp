@@ -28,6 +28,7 @@ TerminalMode::TerminalMode(Desk& desk, ComPort& port, StatusConsole& console)
 
 void TerminalMode::SetTerminalMode(bool& Enable) {
     const bool handlerInstalled = !m_desk.state.DebugMode;
+    ++m_switches;
     try {
         apply(Enable);
         return;
@@ -88,12 +89,17 @@ void TerminalMode::applyProgrammed() {
 void TerminalMode::cmdTerminal_Click() {
     if (m_desk.state.OperationActive)
         return;
+    unsigned switches = m_switches;
     try {
         m_desk.state.TerminalMode = !m_desk.state.TerminalMode;
         SetTerminalMode(m_desk.state.TerminalMode);
+        switches = m_switches;
         if (m_desk.state.TerminalMode)
             m_port.OpenComPort();
     } catch (const RuntimeFailure& failure) {
+        // Something that began while the port was being opened has taken it over, and the mode with it.
+        if (failure.kind() == FailureKind::Cancelled && m_switches != switches)
+            return;
         m_desk.state.noteStop(outcomeOf(failure.kind()));
         showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
         m_desk.state.TerminalMode = false;

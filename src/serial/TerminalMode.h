@@ -46,6 +46,7 @@ class TerminalMode {
     ComPort& m_port;
     StatusConsole& m_console;
     std::unique_ptr<Timer> m_timCommReceive;
+    unsigned m_switches = 0; ///< calls of SetTerminalMode so far
     bool m_AppliedTerminalMode = false;
 };
 

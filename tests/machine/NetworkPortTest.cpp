@@ -32,6 +32,19 @@ class NetworkPort : public PortFixture {
         return failureOf([this] { (void)port->transmitRoom(); });
     }
 
+    /// This process's sockets that are connected.
+    static std::vector<int> connections() {
+        std::vector<int> found;
+        for (int fd = 0; fd < 256; ++fd) {
+            sockaddr_in peer{};
+            socklen_t size = sizeof peer;
+            if (::getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
+                peer.sin_family == AF_INET)
+                found.push_back(fd);
+        }
+        return found;
+    }
+
     SerialServer server{line.device()};
 };
 
@@ -135,6 +148,26 @@ TEST_F(NetworkPort, ConnectingHasALimitAndCanBeGivenUp) {
     }
 }
 
+/// The one that was given up is up the stack and cannot return yet, but must not keep the server's port.
+TEST_F(NetworkPort, AnOpeningThatWasGivenUpDropsItsConnectionForTheNextOne) {
+    const MuteListener mute;
+    MachinePorts ports(
+        loop, PortNames({{1, QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port())}, {2, server.raw()}}));
+    bool isTaken = false;
+    const auto take = loop.createTimer([&] {
+        if (isTaken || connections().empty())
+            return;
+        isTaken = true;
+        ports.giveUp();
+        EXPECT_EQ(connections().size(), 0U);
+        port = ports.open(2, kLine, Handshaking::None);
+    });
+    take->start(1ms);
+    EXPECT_THROW((void)ports.open(1, kLine, Handshaking::None), RuntimeFailure);
+    EXPECT_TRUE(port && !port->isLost());
+    EXPECT_EQ(connections().size(), 1U);
+}
+
 TEST_F(NetworkPort, ClosedByTheOtherSideIsALostPort) {
     for (const bool raw : {true, false}) {
         SerialServer mortal(line.device());
@@ -160,21 +193,15 @@ TEST_F(NetworkPort, SystemWatchesForADeadPeer) {
         socklen_t size = sizeof found;
         return ::getsockopt(socket, level, option, &found, &size) == 0 ? found : -1;
     };
-    int watched = 0;
-    for (int fd = 0; fd < 256; ++fd) {
-        sockaddr_in peer{};
-        socklen_t size = sizeof peer;
-        if (::getpeername(fd, reinterpret_cast<sockaddr*>(&peer), &size) != 0 || peer.sin_family != AF_INET)
-            continue;
-        ++watched;
-        EXPECT_EQ(value(fd, SOL_SOCKET, SO_KEEPALIVE), 1);
-        EXPECT_LE(value(fd, IPPROTO_TCP, TCP_KEEPIDLE) +
-                      value(fd, IPPROTO_TCP, TCP_KEEPINTVL) * value(fd, IPPROTO_TCP, TCP_KEEPCNT),
-                  10);
-        EXPECT_EQ(value(fd, IPPROTO_TCP, TCP_USER_TIMEOUT), 7000);
-        EXPECT_EQ(value(fd, IPPROTO_TCP, TCP_NODELAY), 1);
-    }
-    EXPECT_EQ(watched, 1);
+    const std::vector<int> watched = connections();
+    ASSERT_EQ(watched.size(), 1U);
+    const int fd = watched[0];
+    EXPECT_EQ(value(fd, SOL_SOCKET, SO_KEEPALIVE), 1);
+    EXPECT_LE(value(fd, IPPROTO_TCP, TCP_KEEPIDLE) +
+                  value(fd, IPPROTO_TCP, TCP_KEEPINTVL) * value(fd, IPPROTO_TCP, TCP_KEEPCNT),
+              10);
+    EXPECT_EQ(value(fd, IPPROTO_TCP, TCP_USER_TIMEOUT), 7000);
+    EXPECT_EQ(value(fd, IPPROTO_TCP, TCP_NODELAY), 1);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "platform/RuntimeFailure.h"
 #include "support/Rig.h"
 
 namespace {
@@ -114,13 +115,24 @@ TEST_F(PortControlTest, ATerminalGoesOnWhenItsAdapterIsBackAndAnythingElseEndsTh
     bench.expectAtRest();
 }
 
-/// Whose opening lets the event loop run.
+/// Whose first opening lets the event loop run, as that of a port on the network does.
 struct SlowPort final : LinePort {
     using LinePort::LinePort;
     std::function<void()> meanwhile;
+    bool isGivenUp = false;
+
+    [[nodiscard]] std::unique_ptr<zrk::SerialPort> open(int number, const zrk::LineSettings& settings,
+                                                        zrk::Handshaking handshaking) override {
+        const bool isFirst = meanwhile != nullptr;
+        if (isFirst)
+            std::exchange(meanwhile, nullptr)();
+        if (isFirst && isGivenUp)
+            throw zrk::RuntimeFailure(zrk::FailureKind::Cancelled, QStringLiteral("Given up."));
+        return LinePort::open(number, settings, handshaking);
+    }
+    void giveUp() override { isGivenUp = true; }
 
   private:
-    void opened() override { meanwhile(); }
     void delivered(char /*byte*/, TimePoint /*when*/) override {}
 };
 
@@ -137,6 +149,57 @@ TEST(PortControl, TheListShowsThePortThatIsOpen) {
     bench.loader.port.OpenComPort();
     EXPECT_EQ(port.callNames().last(), "open 4 115200,N,8,1 handshaking 0");
     EXPECT_EQ(list.ListIndex, 3);
+}
+
+TEST(PortControl, WhatBeginsWhileTheTerminalsPortIsBeingOpenedTakesItOver) {
+    using Act = std::function<void(Rig&)>;
+    const Act start = [](Rig& b) { b.loader.bringUp.cmdStartPrimary_Click(); };
+    const struct {
+        const char* what;
+        Act act;
+        bool open, terminal;
+    } rows[] = {
+        {"a bring-up without images", start, true, true},
+        {"a bring-up that fails",
+         [&](Rig& b) {
+             b.waitDialog.whenShown = [](zrk::WaitDialog& dialog) { dialog.CancelButton_Click(); };
+             b.fill(0, "p", "0x0000");
+             start(b);
+         },
+         false, false},
+        {"the terminal button, off and on",
+         [](Rig& b) {
+             b.loader.terminal.cmdTerminal_Click();
+             b.loader.terminal.cmdTerminal_Click();
+         },
+         true, true},
+        {"Cancel", [](Rig& b) { b.loader.portControl.cmdCancel_Click(); }, false, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        VirtualEventLoop loop;
+        SlowPort port(loop);
+        Rig bench(loop, port);
+        const auto snapshot = [&] {
+            return QStringLiteral("%1 %2 open %3 terminal %4 reason %5: %6")
+                .arg(bench.loader.controls.lblState.Caption.value(), bench.buttons())
+                .arg(port.isOpen())
+                .arg(bench.loader.state.TerminalMode)
+                .arg(static_cast<int>(bench.loader.state.StopReason))
+                .arg(bench.console());
+        };
+        QString before;
+        port.meanwhile = [&] {
+            row.act(bench);
+            before = snapshot();
+        };
+        bench.loader.terminal.cmdTerminal_Click();
+        EXPECT_EQ(snapshot(), before) << "changed by the opening that was given up";
+        EXPECT_EQ(port.isOpen(), row.open);
+        EXPECT_EQ(bench.loader.controls.lblState.Caption.value(), row.open ? "Open..." : "Closed...");
+        EXPECT_EQ(bench.loader.state.TerminalMode, row.terminal);
+        EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    }
 }
 
 TEST_F(PortControlTest, WhatIsToBeKnownOfAPortIsToldBeforeItIsOpenedAndOnce) {
