@@ -89,6 +89,7 @@ void TerminalMode::applyProgrammed() {
 void TerminalMode::cmdTerminal_Click() {
     if (m_desk.state.OperationActive)
         return;
+    const bool inConsole = m_desk.state.DebugMode;
     unsigned switches = m_switches;
     try {
         m_desk.state.TerminalMode = !m_desk.state.TerminalMode;
@@ -101,7 +102,10 @@ void TerminalMode::cmdTerminal_Click() {
         if (failure.kind() == FailureKind::Cancelled && m_switches != switches)
             return;
         m_desk.state.noteStop(outcomeOf(failure.kind()));
-        showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+        if (!inConsole)
+            showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
+        else if (failure.kind() != FailureKind::Cancelled)
+            m_console.PrintPlain(QStringLiteral("\r\n") + failure.description());
         m_desk.state.TerminalMode = false;
         leave();
     }

@@ -27,7 +27,7 @@ class TerminalMode {
     void leave();
 
     /// Toggles terminal mode and opens the port when it goes on. Does nothing while an operation runs.
-    /// A port that cannot be opened is shown and leaves terminal mode off.
+    /// A port that cannot be opened is reported, in DebugMode in the console, and leaves terminal mode off.
     void cmdTerminal_Click();
 
     /// Every 200 ms in terminal mode: takes what has arrived, releases a script's wait, shows the text.

@@ -56,6 +56,12 @@ TEST_F(Terminal, APortThatDoesNotOpenLeavesItOff) {
     EXPECT_EQ(loader.state.MessageText,
               "Error communicating with COM5\r\nor other I/O problem\r\nError: The device is not there.");
     bench.expectAtRest();
+    loader.state.DebugMode = true;
+    const qsizetype before = bench.console().size();
+    loader.terminal.cmdTerminal_Click();
+    EXPECT_EQ(bench.boxes.shown.size(), 1);
+    EXPECT_EQ(bench.console().mid(before), QString(kOn) + "\nThe device is not there." + kOff);
+    bench.expectAtRest();
     port.failsToOpen = false;
     loader.terminal.cmdTerminal_Click();
     EXPECT_TRUE(loader.state.TerminalMode && port.isOpen());
