@@ -3,7 +3,7 @@
 #include "app/Binder.h"
 #include "app/ElidedLabel.h"
 #include "app/LoaderWidgets.h"
-#include "loader/Loader.h"
+#include "controls/Controls.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
@@ -13,8 +13,6 @@
 
 namespace zrk {
 namespace {
-
-constexpr int kFullProgress = 100;
 
 void sink(QFrame* panel) {
     panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
@@ -51,6 +49,7 @@ void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
 
     widgets.pgbDownload =
         named(new Roomy<QProgressBar>(26 * digit, thirdPanel), QStringLiteral("pgbDownload"));
+    widgets.pgbDownload->setRange(0, 100);
     widgets.pgbDownload->setFixedHeight(metrics.height());
     widgets.pgbDownload->setMinimumWidth(8 * digit);
     auto* panelLayout = new QHBoxLayout(thirdPanel);
@@ -73,20 +72,12 @@ void keepPanelWidths(const LoaderWidgets& widgets) {
         panel->setMaximumWidth(panel->width());
 }
 
-void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
-    Controls& controls = loader.controls;
+void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {
     binder.caption(controls.staStatus.FirstPanel, widgets.firstPanel);
     binder.caption(controls.staStatus.SecondPanel, widgets.secondPanel);
-    const auto show = [bar = widgets.pgbDownload, &loader] {
-        const bool waits = loader.state.OperationActive && !loader.state.WaitingFor.isEmpty();
-        bar->setRange(0, waits ? 0 : kFullProgress);
-        if (!waits)
-            bar->setValue(static_cast<int>(loader.controls.pgbDownload.Value));
-    };
-    binder.follow(controls.pgbDownload.Value, show);
-    binder.follow(loader.state.OperationActive, show);
-    // What is waited for comes and goes with the text of the first panel.
-    binder.follow(controls.staStatus.FirstPanel, show);
+    binder.follow(controls.pgbDownload.Value, [bar = widgets.pgbDownload, &controls] {
+        bar->setValue(static_cast<int>(controls.pgbDownload.Value));
+    });
 }
 
 } // namespace zrk

@@ -5,8 +5,8 @@ class QMainWindow;
 namespace zrk {
 
 class Binder;
+struct Controls;
 struct LoaderWidgets;
-struct Loader;
 
 /// Builds the status bar: a panel for what is going on, one for counters, and one with the progress bar.
 void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window);
@@ -15,8 +15,7 @@ void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window);
 /// it is, and the room to its right stays empty.
 void keepPanelWidths(const LoaderWidgets& widgets);
 
-/// Shows the texts and the progress. While an operation waits without a transfer, for instance for an
-/// erase, the progress bar runs to and fro.
-void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Loader& loader);
+/// Shows the texts and the progress.
+void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls);
 
 } // namespace zrk

@@ -87,8 +87,6 @@ void Operation::begin() {
     m_desk.state.SendingSince.reset();
     m_desk.state.BytesSent = 0;
     m_desk.state.BytesTotal = 0;
-    m_desk.controls.staStatus.SecondPanel = QString();
-    m_desk.controls.pgbDownload.Value = 0.0;
     forgetSpent();
     // A port that failed under a transfer left its progress display running.
     m_transport.enableSentStatus(false);

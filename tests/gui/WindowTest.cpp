@@ -93,15 +93,16 @@ TEST_F(Window, GreysWhatWouldStartOrStallAnOperationOnTopOfTheControlsOwnState) 
     }
     loader.state.OperationActive = true;
     c.cmdURK.Enabled = false;
-    // The bar runs to and fro while an operation waits for something that takes as long as it takes.
+    // A wait without a limit shows its seconds and leaves the bar alone.
+    c.pgbDownload.Value = 29.3;
     loader.state.WaitingFor = "The board erases the flash";
     loader.state.WaitingSince = loop.now();
     loop.runFor(500ms);
-    EXPECT_EQ(shown("pgbDownload", "maximum"), "0");
+    EXPECT_EQ(shown("pgbDownload", "maximum"), "100");
+    EXPECT_EQ(shown("pgbDownload", "value"), "29");
     EXPECT_EQ(shown("staStatus_0"), "The board erases the flash: 0 s");
     loader.state.WaitingFor.clear();
     loader.state.OperationActive = false;
-    EXPECT_EQ(shown("pgbDownload", "maximum"), "100");
     EXPECT_EQ(shown("cmdURK", "enabled"), "false");
     EXPECT_TRUE(shown("cmdURK", "toolTip").startsWith("The primary boot must run first"));
 }
