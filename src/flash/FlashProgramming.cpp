@@ -63,12 +63,9 @@ Operation::End FlashProgramming::program() {
     m_link.port.CloseComPort();
     m_link.terminal.switchTo(false);
     m_link.port.OpenComPort();
-    if (!m_link.controls.chkExeURK[kPgSibl].isTicked()) {
+    if (!m_link.controls.chkExeURK[kPgSibl].isTicked())
         m_link.tell(QStringLiteral("No pg_sibl binary specified in INI file"), MessageIcon::Exclamation,
                     QStringLiteral("Error"));
-        // The box may have been open for long; only what the board says from now on counts.
-        m_link.port.discardReceived();
-    }
     const bool programmed = m_handshake.run() && m_transfer.SendImage(kPgSibl) && wake() &&
                             requestVersion() && sendHeader() && sendData() && sendEndOfData() &&
                             sendComplete();
