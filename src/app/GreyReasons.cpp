@@ -18,7 +18,6 @@ namespace zrk {
 namespace {
 
 const QString kBusy = QStringLiteral("An operation is running: wait for its end, or press Cancel.");
-const QString kSpent = QStringLiteral("The running operation has read this already.");
 const QString kNeedsPrimary =
     QStringLiteral("The primary boot must run first: tick Primary Boot and Secondary Executable, then press "
                    "\"Load bin's / Start primary\".");
@@ -32,18 +31,6 @@ void explain(Binder& binder, QProperty<bool>& enabled, QProperty<bool>& busy, W*
     };
     binder.follow(enabled, show);
     binder.follow(busy, show);
-}
-
-/// A tool tip of the control's own comes back.
-void greyOnceSpent(Binder& binder, QProperty<bool>& spent, QWidget* control) {
-    binder.follow(spent, [&spent, control, own = QString()]() mutable {
-        if (spent == !control->isEnabled())
-            return;
-        if (spent)
-            own = control->toolTip();
-        control->setEnabled(!spent);
-        control->setToolTip(spent ? kSpent : own);
-    });
 }
 
 } // namespace
@@ -79,14 +66,8 @@ void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loade
         save->setToolTip(busy ? kBusy : own);
     });
     widgets.mnuFile->menu()->setToolTipsVisible(true);
-    for (std::size_t i = 0; i < widgets.slots.size(); ++i) {
-        const SlotWidgets& row = widgets.slots[i];
-        explain(binder, controls.cmdBrowse[i].Enabled, busy, row.cmdBrowse, QString());
-        for (QWidget* field : {static_cast<QWidget*>(row.chkExeURK), static_cast<QWidget*>(row.txtFilNam),
-                               static_cast<QWidget*>(row.txtStartAddress)})
-            greyOnceSpent(binder, loader.state.SlotIsSpent[i], field);
-    }
-    greyOnceSpent(binder, loader.state.EraseIsSpent, widgets.chkErase);
+    for (std::size_t i = 0; i < widgets.slots.size(); ++i)
+        explain(binder, controls.cmdBrowse[i].Enabled, busy, widgets.slots[i].cmdBrowse, QString());
 }
 
 } // namespace zrk

@@ -8,8 +8,7 @@ class Binder;
 struct Loader;
 struct LoaderWidgets;
 
-/// Greys what a running operation has read already, and lets every grey control's tool tip say why it is
-/// grey and what to do.
+/// Lets every grey control's tool tip say why it is grey and what to do.
 void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loader);
 
 /// The tool tip of what has to wait for an operation's end.

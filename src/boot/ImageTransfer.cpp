@@ -39,7 +39,6 @@ void ImageTransfer::sendHeader(int slot) {
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
     m_link.console.PrintStatus(QStringLiteral("Sending size .. "));
     sendNumber(m_link.controls.sizeOf(i));
-    m_link.state.SlotIsSpent[i] = true;
     m_link.state.LastSent = QStringLiteral("the address and size of ") + m_link.controls.slotTitle(i);
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
 }
@@ -78,7 +77,6 @@ void ImageTransfer::sendCode(int slot) {
     m_link.state.SendingSlot = slot;
     m_link.transport.enableSentStatus(true);
     m_link.state.Sent[i] = std::nullopt;
-    m_link.state.SlotIsSpent[i] = true;
     if (!m_link.state.SendingSince)
         m_link.state.SendingSince = m_link.loop.now();
     boost::crc_32_type sum;

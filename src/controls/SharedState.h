@@ -58,9 +58,6 @@ struct SharedState {
     QString WaitingFor;     ///< what an operation without a time limit waits for; empty: nothing
     std::chrono::steady_clock::time_point WaitingSince;
     QString AwaitedText; ///< text that a running script waits for; empty: none
-    // From when the running operation has read them until it ends, so that a change would come too late.
-    std::array<QProperty<bool>, kSlotCount> SlotIsSpent;
-    QProperty<bool> EraseIsSpent{false};
 
     /// Asks the running wait or operation to stop.
     void requestStop(Outcome why) {

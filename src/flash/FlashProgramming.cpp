@@ -112,8 +112,6 @@ bool FlashProgramming::sendHeader() {
     if (erase)
         m_link.console.PrintStatus(QStringLiteral("(ERASING FLASH) .. "));
     m_frames.sendHeaderEnd(erase);
-    m_link.state.SlotIsSpent[kFlashImage] = true;
-    m_link.state.EraseIsSpent = true;
     return awaitAck(erase ? QStringLiteral("The board erases the flash")
                           : QStringLiteral("The board prepares the flash"));
 }

@@ -126,12 +126,6 @@ void ComPort::skip(char byte) {
         opened().skip(byte);
 }
 
-void ComPort::discardReceived() {
-    m_putBack.clear();
-    if (m_open)
-        (void)m_open->read(kAll);
-}
-
 void ComPort::Output(const QString& text) {
     if (!fitsOneByteCodes(text))
         throw RuntimeFailure(FailureKind::InvalidArgument,

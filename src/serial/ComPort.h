@@ -53,9 +53,6 @@ class ComPort {
     /// Drops the received bytes that wait in front as long as each is `byte`.
     void skip(char byte);
 
-    /// Drops all that has been received; on a closed port there is nothing.
-    void discardReceived();
-
     /// Sends every character as one byte, its code. A character above 255 fails with InvalidArgument
     /// before anything is sent.
     void Output(const QString& text);

@@ -87,20 +87,13 @@ void Operation::begin() {
     m_desk.state.SendingSince.reset();
     m_desk.state.BytesSent = 0;
     m_desk.state.BytesTotal = 0;
-    forgetSpent();
+    m_desk.state.Images = {};
     // A port that failed under a transfer left its progress display running.
     m_transport.enableSentStatus(false);
 }
 
 void Operation::finish() {
     m_desk.state.OperationActive = false;
-    forgetSpent();
-}
-
-void Operation::forgetSpent() {
-    for (QProperty<bool>& spent : m_desk.state.SlotIsSpent)
-        spent = false;
-    m_desk.state.EraseIsSpent = false;
     m_desk.state.Images = {};
 }
 

@@ -86,7 +86,6 @@ class Operation {
     [[nodiscard]] Outcome failedBy(FailureKind kind) const;
     void report(const RuntimeFailure& failure, Report how);
     void tellLineErrors();
-    void forgetSpent();
 
     Desk& m_desk;
     ComPort& m_port;

@@ -76,7 +76,8 @@ TEST_F(Window, GreysWhatWouldStartOrStallAnOperationOnTopOfTheControlsOwnState) 
                              "cmdTerminal", "cmdValidateAdrs", "cmdBrowse_0",       "cmdBrowse_6",
                              "mnuLoadIni",  "mnuWriteIni",     "mnuExecScript",     "mnuAbout",
                              "mnuOpenIni",  "cmdSaveConsole"};
-    const QStringList live{"cmdCancel", "mnuExit", "chkExeURK_0", "txtStartAddress_0", "cmbComPort"};
+    const QStringList live{"cmdCancel",         "mnuExit",    "chkExeURK_0", "txtFilNam_0",
+                           "txtStartAddress_0", "cmbComPort", "chkErase"};
     zrk::Controls& c = loader.controls;
     for (auto* button : {&c.cmdStartPrimary, &c.cmdStartSecondary, &c.cmdURK})
         button->Enabled = true;
@@ -105,25 +106,6 @@ TEST_F(Window, GreysWhatWouldStartOrStallAnOperationOnTopOfTheControlsOwnState) 
     loader.state.OperationActive = false;
     EXPECT_EQ(shown("cmdURK", "enabled"), "false");
     EXPECT_TRUE(shown("cmdURK", "toolTip").startsWith("The primary boot must run first"));
-}
-
-TEST_F(Window, GreysWhatTheRunningOperationHasReadUntilItEnds) {
-    fill(zrk::kFlashImage);
-    const QString path = shown("txtFilNam_5", "toolTip");
-    const QStringList fields{"chkExeURK_5", "txtFilNam_5", "txtStartAddress_5", "chkErase"};
-    for (const bool spent : {true, false}) {
-        loader.operation.begin();
-        loader.state.SlotIsSpent[zrk::kFlashImage] = true;
-        loader.state.EraseIsSpent = true;
-        if (!spent)
-            loader.operation.finish();
-        for (const QString& name : fields) {
-            EXPECT_EQ(shown(name, "enabled"), spent ? "false" : "true") << name.toStdString();
-            EXPECT_EQ(shown(name, "toolTip") == "The running operation has read this already.", spent);
-        }
-        EXPECT_EQ(shown("chkExeURK_6", "enabled"), "true");
-    }
-    EXPECT_EQ(shown("txtFilNam_5", "toolTip"), path);
 }
 
 TEST_F(Window, EveryControlHasANameForAScreenReader) {
