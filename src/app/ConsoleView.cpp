@@ -101,7 +101,6 @@ void ConsoleView::beginDocument() {
         if (!m_isFollowing)
             Q_EMIT overwritten();
     });
-    takeCursor(QTextCursor(document));
 }
 
 void ConsoleView::follow(const QString& piece, TextOrigin origin) {
@@ -143,14 +142,7 @@ void ConsoleView::goToEnd() {
 void ConsoleView::placeCaret() {
     QTextCursor caret(document());
     caret.setPosition(static_cast<int>(m_display.cursor()));
-    takeCursor(caret);
-}
-
-/// A selection that reaches to the end must not take in what is appended. The mouse and the keys move this
-/// cursor and do not replace it.
-void ConsoleView::takeCursor(QTextCursor cursor) {
-    cursor.setKeepPositionOnInsert(true);
-    setTextCursor(cursor);
+    setTextCursor(caret);
 }
 
 void ConsoleView::clearView() {
@@ -194,7 +186,7 @@ void ConsoleView::tellHold() {
 }
 
 void ConsoleView::showFound(const QTextCursor& found) {
-    takeCursor(found);
+    setTextCursor(found);
     centerCursor();
     noteScrolling();
 }

@@ -76,7 +76,6 @@ class ConsoleView : public QPlainTextEdit {
     void edit(const ConsoleDisplay::Edit& edit);
     void goToEnd();
     void placeCaret();
-    void takeCursor(QTextCursor cursor);
     void release();
     void noteScrolling();
     void tellHold();

@@ -67,7 +67,6 @@ struct LoaderWidgets {
     ConsoleTools* consoleTools = nullptr;
 
     QStatusBar* staStatus = nullptr;
-    QWidget* textPanels = nullptr; ///< holds the first and the second panel
     ElidedLabel* firstPanel = nullptr;
     QLabel* secondPanel = nullptr;
     QProgressBar* pgbDownload = nullptr;

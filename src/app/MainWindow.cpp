@@ -154,12 +154,6 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
     frmLoader_Form_Resize();
 }
 
-void MainWindow::showEvent(QShowEvent* event) {
-    QMainWindow::showEvent(event);
-    if (!std::exchange(m_hasBeenShown, true))
-        keepPanelWidths(m_widgets);
-}
-
 void MainWindow::frmLoader_Form_Resize() {
     const Twips twips(*this);
     QGroupBox& frame = *m_widgets.fraControl;

@@ -45,7 +45,6 @@ class MainWindow final : public QMainWindow {
   protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void showEvent(QShowEvent* event) override;
 
   private:
     void buildMenus(const QString& store);
@@ -59,7 +58,6 @@ class MainWindow final : public QMainWindow {
     FormResize m_formResize;
     SnapBack m_snapBack{*this};
     std::function<void()> m_showAbout;
-    bool m_hasBeenShown = false;
     std::function<void()> m_whenClosing;
 };
 

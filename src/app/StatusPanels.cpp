@@ -56,20 +56,10 @@ void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
     panelLayout->setContentsMargins(0, 0, 0, 0);
     panelLayout->addWidget(widgets.pgbDownload);
 
-    // The first two share one width, so that a longer counter does not push the progress bar.
-    widgets.textPanels = new QWidget(widgets.staStatus);
-    auto* texts = new QHBoxLayout(widgets.textPanels);
-    texts->setContentsMargins(0, 0, 0, 0);
-    texts->addWidget(widgets.firstPanel, 1);
-    texts->addWidget(widgets.secondPanel);
-    widgets.staStatus->addWidget(widgets.textPanels, 1);
-    widgets.staStatus->addWidget(thirdPanel);
+    widgets.staStatus->addWidget(widgets.firstPanel, 1);
+    widgets.staStatus->addPermanentWidget(widgets.secondPanel);
+    widgets.staStatus->addPermanentWidget(thirdPanel);
     window.setStatusBar(widgets.staStatus);
-}
-
-void keepPanelWidths(const LoaderWidgets& widgets) {
-    for (QWidget* panel : {widgets.textPanels, widgets.pgbDownload->parentWidget()})
-        panel->setMaximumWidth(panel->width());
 }
 
 void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {

@@ -135,8 +135,7 @@ TEST(Transfer, ClosingTheWindowDuringTheCode) {
             continue;
         }
         EXPECT_EQ(r.port.written.size(), 3 + 8 + 2);
-        EXPECT_EQ(r.bench.console(),
-                  bringUpTexts().mid(0, 4).join(QString()) + "<0>" + kMismatch + kAborted);
+        EXPECT_EQ(r.bench.console(), bringUpTexts().mid(0, 4).join(QString()) + "<0>" + kMismatch + kAborted);
         r.bench.expectAtRest();
     }
 }

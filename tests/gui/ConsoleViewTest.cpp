@@ -258,20 +258,6 @@ TEST_F(Reading, TheEndStaysInSightAndASelectionLasts) {
     EXPECT_EQ(metrics.horizontalAdvance("iii"), metrics.horizontalAdvance("WWW"));
 }
 
-TEST_F(Reading, ASelectionAtTheEndDoesNotGrow) {
-    for (const bool fromTheEnd : {false, true}) {
-        say(Origin::Board, "last");
-        QTest::keyClick(&view, Qt::Key_End, Qt::ControlModifier);
-        for (int i = 0; i < 4; ++i)
-            QTest::keyClick(&view, Qt::Key_Left, fromTheEnd ? Qt::ShiftModifier : Qt::NoModifier);
-        if (!fromTheEnd)
-            QTest::keyClick(&view, Qt::Key_End, Qt::ShiftModifier);
-        say(Origin::Board, " new");
-        say(Origin::Loader, "newer\r\n");
-        EXPECT_EQ(view.textCursor().selectedText(), "last") << fromTheEnd;
-    }
-}
-
 TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
     const auto press = [this](Qt::Key key) { QTest::keyClick(&view, key); };
     view.setHeld(true);

@@ -71,10 +71,6 @@ TEST_F(ResizedWindow, OnlyTheConsoleFollowsTheWindow) {
         return places;
     };
     const QList<QRect> others = rest();
-    const auto* progress = find("pgbDownload");
-    const auto left = [&] { return progress->mapTo(&window, QPoint()).x(); };
-    const int left0 = left();
-    const int width0 = progress->width();
     const QSize window0 = window.size();
     const QRect frame0 = frame->geometry();
     const QRect text0 = text->geometry();
@@ -83,11 +79,6 @@ TEST_F(ResizedWindow, OnlyTheConsoleFollowsTheWindow) {
         EXPECT_EQ(frame->geometry(), QRect(frame0.topLeft(), frame0.size() + change)) << change.width();
         EXPECT_EQ(text->geometry(), QRect(text0.topLeft(), text0.size() + change)) << change.width();
         EXPECT_EQ(rest(), others);
-        QApplication::processEvents();
-        if (change.width() >= 0) {
-            EXPECT_EQ(left(), left0) << change.width();
-            EXPECT_EQ(progress->width(), width0) << change.width();
-        }
     }
     // Too low: back to the last good size, and the console fits it.
     window.resize(window0.width(), 100);

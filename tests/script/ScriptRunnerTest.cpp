@@ -175,7 +175,7 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     bench.fileDialog.choice = "/proc/self/mem"; // opens, and cannot be read
     loader.script.mnuExecScript_Click();
     expectEnded(0, zrk::Outcome::File);
-    EXPECT_TRUE(told().startsWith("Cannot read the script")) << told().toStdString();
+    EXPECT_TRUE(told().startsWith("Cannot open the script /proc/self/mem")) << told().toStdString();
 #endif
     run("#");
     EXPECT_EQ(told(), "The script has ended: 1 line executed.");
