@@ -55,6 +55,10 @@ TEST_F(Ini, FoundMissingAndUnnamedFiles) {
     EXPECT_EQ(slot(4), native("1|k.bin|~/img/k.bin|Path: ~/img/|0x8000000C|0x1"));
     EXPECT_EQ(bench.buttons(), "0001");
 
+    load("[IMGFILES]\nUBOOT=none\nKERNEL=none\n");
+    for (const std::size_t i : {2U, 4U})
+        EXPECT_EQ(slot(i), "0|CAN'T FIND: none||File Not Found, check .INI file|0x80000004|");
+
     loader.state.IniPath = bench.folder.filePath("no.INI");
     loader.iniLoader.mnuLoadIni_Click();
     EXPECT_EQ(slot(1), native("1| two .bin|~/ two .bin|Path: ~/|0x00000000|0x2"));

@@ -12,7 +12,7 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
     zrk::Controls& c = loader.controls;
     c.chkExeURK[2].Value = 1;
     EXPECT_FALSE(c.chkExeURK[2].isTicked()) << "there is no file to select";
-    bench.fileDialog.choice = bench.file("image.ubt", QByteArray(4660, 'x'));
+    bench.fileDialog.choice = bench.file("image.ubt", QByteArray(0xABC, 'x'));
     for (int slot = 0; slot < 7; ++slot) {
         const auto i = static_cast<std::size_t>(slot);
         const auto& name = c.txtFilNam[i];
@@ -31,7 +31,7 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
         EXPECT_EQ(name.Text.value(), "image.ubt");
         EXPECT_EQ(name.Tag.value(), bench.fileDialog.choice);
         EXPECT_EQ(name.ToolTipText.value(), "Path: " + native(bench.folder.path() + "/"));
-        EXPECT_EQ(c.lblCodeSize[i].Caption.value(), "0x1234");
+        EXPECT_EQ(c.lblCodeSize[i].Caption.value(), "0xABC");
         EXPECT_EQ(c.txtStartAddress[i].Text.value(), address);
         EXPECT_TRUE(c.chkExeURK[i].isTicked());
         EXPECT_EQ(c.cmdStartPrimary.Enabled, slot == 0);
@@ -50,7 +50,7 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
     // A length that cannot be read keeps the previous label; everything else is the new file's.
     bench.fileDialog.choice = native(bench.folder.filePath("gone.bin"));
     loader.fileChoice.cmdBrowse_Click(2);
-    EXPECT_EQ(c.lblCodeSize[2].Caption.value(), "0x1234");
+    EXPECT_EQ(c.lblCodeSize[2].Caption.value(), "0xABC");
     EXPECT_TRUE(c.txtFilNam[2].Text.value() == "gone.bin" && c.chkExeURK[2].isTicked());
     // An operation that began while the dialog was open.
     struct SlowChoice final : zrk::FileDialog {

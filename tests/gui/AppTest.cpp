@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Notes what the window and a message box look like at their first sight, and answers the box; of a file
-/// dialog it takes `file`.
+/// Notes what the window and a message box look like at their first sight, and answers the box; closes the
+/// About box; of a file dialog it takes `file`.
 class FirstSight final : public QObject {
   public:
     FirstSight() { qApp->installEventFilter(this); }
@@ -32,6 +32,10 @@ class FirstSight final : public QObject {
             seen += watched->findChild<QLabel*>("lblHeader")->text() +
                     QStringLiteral("|%1|").arg(watched->findChild<QComboBox*>("cmbComPort")->count()) +
                     watched->findChild<QLineEdit*>("txtStartAddress_0")->text();
+        }
+        if (watched->objectName() == "frmAbout") {
+            seen += static_cast<QWidget*>(watched)->windowTitle();
+            QMetaObject::invokeMethod(watched, "accept", Qt::QueuedConnection);
         }
         if (auto* box = qobject_cast<QMessageBox*>(watched)) {
             seen += box->windowTitle() + (box->parentWidget()->isVisible() ? " on the window" : "");
@@ -55,6 +59,8 @@ TEST(App, ItsWindowIsCompleteAtItsFirstSightAndAMessageBoxComesUpOnIt) {
         zrk::App app(options);
         app.start();
         EXPECT_EQ(first.seen, expected);
+        first.window->findChild<QAction*>("mnuAbout")->trigger();
+        EXPECT_EQ(first.seen.last(), "About ZRK6924 Loader");
         for (const QWidget* shown : QApplication::topLevelWidgets()) {
             if (shown->objectName() == "frmLoader") {
                 EXPECT_TRUE(shown->screen()->availableGeometry().contains(shown->frameGeometry()));

@@ -69,14 +69,23 @@ TEST_F(Keyboard, EachKeyIsItsByteInTerminalModeAndNothingOtherwise) {
     EXPECT_EQ(console->toPlainText(), before);
 }
 
-TEST_F(Keyboard, AltBAloneIsThePulse) {
+TEST_F(Keyboard, AltBAloneIsThePulseWhereverThePortIsOpen) {
+    const auto pulses = [this](int key, Qt::KeyboardModifiers modifiers) {
+        port.calls.clear();
+        press(key, modifiers, "b");
+        return port.callNames().filter("dtr").join(' ');
+    };
+    EXPECT_EQ(pulses(Qt::Key_B, Qt::AltModifier), "");
     enterTerminal();
-    press(Qt::Key_B, Qt::AltModifier | Qt::ShiftModifier, "B");
-    press(Qt::Key_B, Qt::AltModifier | Qt::ControlModifier);
-    EXPECT_EQ(port.callNames().filter("dtr").join(' '), "");
-    press(Qt::Key_B, Qt::AltModifier, "b");
-    EXPECT_EQ(port.callNames().filter("dtr").join(' '), "dtr 0 dtr 1");
-    EXPECT_EQ(port.written, "");
+    for (const bool terminal : {true, false}) {
+        EXPECT_EQ(loader.state.TerminalMode, terminal);
+        EXPECT_EQ(pulses(Qt::Key_B, Qt::AltModifier | Qt::ShiftModifier), "");
+        EXPECT_EQ(pulses(Qt::Key_B, Qt::AltModifier | Qt::ControlModifier), "");
+        port.written.clear();
+        EXPECT_EQ(pulses(Qt::Key_B, Qt::AltModifier), "dtr 0 dtr 1");
+        EXPECT_EQ(port.written, "");
+        loader.terminal.cmdTerminal_Click();
+    }
 }
 
 TEST_F(Keyboard, PastingSendsTheTextAsTypedAndOnlyInTerminalMode) {
@@ -150,7 +159,9 @@ TEST_F(Keyboard, AnAddressIsEnteredOnLeavingEnterAndBeforeAnyAction) {
     auto* box = find("txtStartAddress_2");
     const std::tuple<const char*, std::function<void()>, const char*> ways[] = {
         {"0x8000abcd", [box] { QTest::keyClick(box, Qt::Key_Return); }, "0x8000ABCD"},
-        {"0x81", [this] { find("txtFilNam_2")->setFocus(); }, "0x00000081"},
+        {"0xab", [box] { QTest::keyClick(box, Qt::Key_Enter, Qt::KeypadModifier); }, "0x000000AB"},
+        {"0x81", [box] { QTest::keyClick(box, Qt::Key_Tab); }, "0x00000081"},
+        {"0x82", [this] { click("txtFilNam_4"); }, "0x00000082"},
         // A menu entry and an access key act while the box keeps the focus.
         {"0x8", [this] { trigger("mnuLoadIni"); }, "0x00000008"},
         {"0x9", [this] { click("cmdValidateAdrs"); }, "0x00000009"},

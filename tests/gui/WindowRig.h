@@ -10,10 +10,11 @@
 
 namespace zrktest {
 
-/// A window over a loader with a scripted port, on virtual time.
-class WindowTest : public ::testing::Test {
+/// A window over a loader with a port of this kind, on virtual time.
+template <typename Port>
+class WindowOver : public ::testing::Test {
   protected:
-    WindowTest() {
+    WindowOver() {
         loader.startUp.prepare({folder.path(), "loader", 0, 7, 34});
         window.show();
         QApplication::processEvents();
@@ -36,17 +37,17 @@ class WindowTest : public ::testing::Test {
     void click(const QString& name) { QTest::mouseClick(find(name), Qt::LeftButton); }
     void trigger(const QString& entry) { find<QAction>(entry)->trigger(); }
 
-    /// Writes an image of five bytes; returns its path.
-    [[nodiscard]] QString image(const QString& name) {
+    /// Writes a file into the folder; returns its path.
+    [[nodiscard]] QString image(const QString& name, const QByteArray& content = "12345") {
         QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write("12345") == 5);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
         return file.fileName();
     }
 
     void fill(int slot) { loader.imageSlots.fill(slot, image(QStringLiteral("slot%1.bin").arg(slot))); }
 
     VirtualEventLoop loop;
-    ScriptedPort port{loop};
+    Port port{loop};
     RecordingBoxes boxes;
     FakeFileDialog fileDialog;
     zrk::WindowWaitDialog waitDialog{[this] { return &window; }};
@@ -56,5 +57,7 @@ class WindowTest : public ::testing::Test {
     FakeCatalog catalog;
     zrk::MainWindow window{loader, catalog, folder.filePath("window.conf"), [this] { ++aboutShown; }};
 };
+
+using WindowTest = WindowOver<ScriptedPort>;
 
 } // namespace zrktest
