@@ -62,10 +62,10 @@ bool isOfTheKernel([[maybe_unused]] int file) {
 } // namespace
 
 QString openForReading(QFile& file, Links links) {
-    if (const QString why = unusableName(file.fileName()); !why.isEmpty())
+    if (QString why = unusableName(file.fileName()); !why.isEmpty())
         return why;
     const QByteArray path = QFile::encodeName(file.fileName());
-    const QString notRegular = QStringLiteral("It is no regular file");
+    QString notRegular = QStringLiteral("It is no regular file");
     struct stat status {};
     // First without opening it, because opening a device can act. Then once more on what was opened: the file
     // can have been replaced in between.
@@ -85,7 +85,7 @@ QString openForReading(QFile& file, Links links) {
 }
 
 QString openRecord(QFile& file, OldRecord old) {
-    if (const QString why = unusableName(file.fileName()); !why.isEmpty())
+    if (QString why = unusableName(file.fileName()); !why.isEmpty())
         return why;
     const QByteArray path = QFile::encodeName(file.fileName());
     struct stat status {};

@@ -14,7 +14,7 @@ QString unusableName(const QString& name) {
 } // namespace
 
 QString openForReading(QFile& file, Links links) {
-    if (const QString why = unusableName(file.fileName()); !why.isEmpty())
+    if (QString why = unusableName(file.fileName()); !why.isEmpty())
         return why;
     const QFileInfo info(file.fileName());
     if ((info.exists() && !info.isFile()) || (links == Links::Refuse && info.isSymLink()))
@@ -23,7 +23,7 @@ QString openForReading(QFile& file, Links links) {
 }
 
 QString openRecord(QFile& file, OldRecord old) {
-    if (const QString why = unusableName(file.fileName()); !why.isEmpty())
+    if (QString why = unusableName(file.fileName()); !why.isEmpty())
         return why;
     const QFileInfo info(file.fileName());
     if (info.isSymLink())
