@@ -10,8 +10,8 @@ class Window : public WindowTest {};
 
 TEST_F(Window, CarriesTheDesignedTextsInTheDesignedPlaces) {
     struct Design {
-        const char* frame;
-        const char* title;
+        const char* frame = "";
+        const char* title = "";
         QStringList texts; ///< "name: text" of what stands in the frame
     };
     const Design frames[] = {
