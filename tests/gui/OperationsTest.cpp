@@ -1,4 +1,5 @@
 #include "gui/WindowRig.h"
+#include "simulation/BoardPort.h"
 
 #include <QAccessible>
 
@@ -145,40 +146,101 @@ TEST_F(Operations, ClosingTheWindowDuringATransferAsksOnceAndNoGoesOn) {
     }
 }
 
-TEST_F(Operations, EveryButtonAndEntryReachesItsHandler) {
-    fileDialog.choice = folder.filePath("none.bin");
-    for (int slot = 0; slot < 7; ++slot) {
-        click(QStringLiteral("cmdBrowse_%1").arg(slot));
-        EXPECT_EQ(shown(QStringLiteral("txtFilNam_%1").arg(slot)), "none.bin");
+TEST_F(Operations, WhatAHandlerLetsOutIsShown) {
+    boxes.user = [](int n) {
+        return n == 1 ? throw zrk::RuntimeFailure(zrk::FailureKind::File, "No such thing.") : Answer::Ok;
+    };
+    trigger("mnuWriteIni");
+    ASSERT_EQ(boxes.shown.size(), 2);
+    EXPECT_EQ(boxes.shown[1], "[Error] ! No such thing.");
+    EXPECT_EQ(loader.state.MessageText, "No such thing.");
+}
+
+/// On the line to a board that is switched on three seconds after a click that needs it.
+class OnABoard : public WindowOver<zrksim::BoardPort> {
+  protected:
+    void switchOnAndClick(const QString& button) {
+        loop.after(3s, [this] { port.powerOn(); });
+        click(button);
     }
-    click("chkErase");
-    EXPECT_TRUE(loader.controls.chkErase.isTicked());
-    click("cmdTerminal");
-    EXPECT_TRUE(loader.state.TerminalMode);
+    static QByteArray read(const auto& memory, std::uint32_t address) {
+        const auto bytes = memory.read(address, 5);
+        return {reinterpret_cast<const char*>(bytes.data()), 5};
+    }
+};
+
+TEST_F(OnABoard, EveryButtonAndEntryDoesItsOwnAndNoOthers) {
+    const char* addresses[] = {"0x0", "0x80000004", "0x80100000", "0x81000000", "0x83000000", "0x100", "0x0"};
+    for (int i = 0; i < 7; ++i) {
+        const QByteArray content = "slot" + QByteArray::number(i) + " ZRK SIMULATED ";
+        const QString name = QStringLiteral("slot%1.bin").arg(i);
+        fileDialog.choice = image(name, content + (i == 6 ? "PG_SIBL" : "PRIMARY BOOT"));
+        click(QStringLiteral("cmdBrowse_%1").arg(i));
+        EXPECT_EQ(shown(QStringLiteral("txtFilNam_%1").arg(i)), name);
+        loader.controls.txtStartAddress[static_cast<std::size_t>(i)].Text = addresses[i];
+    }
     click("cmdStartSecondary");
+    click("cmdURK");
+    EXPECT_FALSE(port.isOpen()) << "without a primary boot they are grey";
+    click("cmdValidateAdrs");
+    auto* list = find<QTreeWidget>("lvwAdrs");
+    EXPECT_EQ(list->topLevelItemCount(), 7);
+    loader.controls.txtStartAddress[1].Text = "0x1";
+    boxes.user = [list](int) {
+        EXPECT_EQ(list->topLevelItemCount(), 0) << "the rows of another check, under this one's message";
+        return Answer::Ok;
+    };
+    click("cmdValidateAdrs");
+    EXPECT_EQ(boxes.shown.size(), 1);
+    boxes.user = nullptr;
+    loader.controls.txtStartAddress[1].Text = addresses[1];
+
+    switchOnAndClick("cmdStartPrimary");
+    EXPECT_EQ(read(port.board.iram(), 0), "slot0");
+    EXPECT_EQ(read(port.board.sdram(), 0x80000004), "slot1");
+    EXPECT_EQ(read(port.board.sdram(), 0x80100000), QByteArray(5, 0));
+    click("cmdURK");
+    for (const auto& [address, image] :
+         {std::pair{0x80100000U, "slot2"}, {0x81000000U, "slot3"}, {0x83000000U, "slot4"}})
+        EXPECT_EQ(read(port.board.sdram(), address), image);
+    EXPECT_FALSE(loader.state.TerminalMode);
+    click("cmdStartSecondary");
+    loop.runFor(1s);
+    EXPECT_EQ(port.board.state(), zrkboard::State::Prompt);
+    EXPECT_EQ(shown("cmdTerminal"), "Disable Terminal mode");
     click("tglDebug");
+    find<QLineEdit>("txtOut")->clear();
+    QTest::keyClicks(find("txtOut"), "help");
     click("cmdOutput");
-    EXPECT_EQ(port.written, "4R") << "Start Secondary Executable is disabled";
+    EXPECT_TRUE(port.written.endsWith("help"));
     fileDialog.choice.clear();
     trigger("mnuExecScript");
     EXPECT_EQ(fileDialog.requests.last().title, "Open script file");
+    for (const char* caption : {"Enable Terminal mode", "Disable Terminal mode"}) {
+        window.activateWindow();
+        find("cmdBrowse_0")->setFocus();
+        click("cmdTerminal");
+        EXPECT_EQ(shown("cmdTerminal"), caption);
+        EXPECT_EQ(QApplication::focusWidget(), find("txtStatus")) << "ready to be typed into";
+    }
     click("cmdCancel");
-    EXPECT_TRUE(console().contains("--- Closing port ---"));
-    port.failsToOpen = true;
-    click("cmdPrgFlash");
+    EXPECT_FALSE(port.isOpen());
+    click("chkErase");
+    EXPECT_TRUE(loader.controls.chkErase.isTicked());
+    switchOnAndClick("cmdPrgFlash");
+    EXPECT_EQ(read(port.board.nand(), 0x100), "slot5");
+    EXPECT_TRUE(loader.controls.txtStatus.text().contains("(ERASING FLASH)"));
+
+    loader.state.IniPath = image("a.INI", "[BINFILES]\nPRIMARY=slot6.bin\n");
+    trigger("mnuLoadIni");
+    EXPECT_EQ(shown("txtFilNam_0"), "slot6.bin");
+    EXPECT_EQ(boxes.shown.size(), 1);
     trigger("mnuWriteIni");
-    // What a handler lets out does not end the program.
-    boxes.user = [](int n) {
-        return n == 3 ? throw zrk::RuntimeFailure(zrk::FailureKind::File, "No such thing.") : zrk::Answer::Ok;
-    };
-    trigger("mnuWriteIni");
-    ASSERT_EQ(boxes.shown.size(), 4);
-    EXPECT_TRUE(boxes.shown[0].contains("Error communicating with COM1"));
-    EXPECT_TRUE(boxes.shown[1].startsWith("[Not yet implemented]"));
-    EXPECT_EQ(boxes.shown[3], "[Error] ! No such thing.");
-    EXPECT_EQ(loader.state.MessageText, "No such thing.");
+    EXPECT_TRUE(boxes.shown.last().startsWith("[Not yet implemented]"));
     trigger("mnuAbout");
     EXPECT_EQ(aboutShown, 1);
+    trigger("mnuExit");
+    EXPECT_FALSE(window.isVisible());
 }
 
 } // namespace
