@@ -48,6 +48,26 @@ TEST_F(Terminal, TheButtonTogglesAndLeavesThePortOpen) {
     EXPECT_EQ(loader.port.Input(), "a") << "one byte at a time";
 }
 
+TEST_F(Terminal, AClickInsideTheSwitchsOwnTextSwitchesBackWhole) {
+    for (const bool on : {false, true}) {
+        loop.post([this] { loader.terminal.cmdTerminal_Click(); });
+        loader.terminal.cmdTerminal_Click();
+        EXPECT_EQ(loader.state.TerminalMode, on);
+        EXPECT_EQ(loader.controls.mnuExecScript.Enabled, on);
+        EXPECT_EQ(loader.controls.cmdTerminal.Caption.value(),
+                  on ? "Disable Terminal mode" : "Enable Terminal mode");
+        const QString before = bench.console();
+        loader.port.OpenComPort();
+        port.receive("ab");
+        loop.runFor(1s);
+        EXPECT_EQ(bench.console().mid(before.size()), on ? "ab" : "") << "the receive timer";
+        EXPECT_EQ(loader.port.Input(), on ? "" : "a") << "the read length";
+        (void)loader.port.Input();
+        if (!on)
+            loader.terminal.cmdTerminal_Click();
+    }
+}
+
 TEST_F(Terminal, APortThatDoesNotOpenLeavesItOff) {
     port.failsToOpen = true;
     loader.controls.cmbComPort.ListIndex = 4;
