@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <functional>
+
 namespace {
 
 using namespace zrktest;
@@ -54,14 +56,14 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
     EXPECT_TRUE(c.txtFilNam[2].Text.value() == "gone.bin" && c.chkExeURK[2].isTicked());
     // An operation that began while the dialog was open.
     struct SlowChoice final : zrk::FileDialog {
-        zrk::SharedState* state = nullptr;
+        std::function<void()> whileOpen;
         [[nodiscard]] QString openFile(const zrk::FileRequest& /*request*/) override {
-            state->OperationActive = true;
+            whileOpen();
             return QStringLiteral("late.bin");
         }
     } dialog;
     zrk::Desk desk(loop, bench.boxes, dialog);
-    dialog.state = &desk.state;
+    dialog.whileOpen = [&desk] { desk.state.OperationActive = true; };
     zrk::FileChoice(desk, loader.imageSlots).cmdBrowse_Click(2);
     EXPECT_EQ(c.txtFilNam[2].Text.value(), "gone.bin");
 }
