@@ -13,6 +13,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
+#include <algorithm>
 #include <utility>
 
 namespace zrk {
@@ -45,6 +46,19 @@ bool isFixedPitch(const QFont& font) {
 
 bool isAltB(const QKeyEvent& event) {
     return event.key() == Qt::Key_B && event.modifiers() == Qt::AltModifier;
+}
+
+/// Returns how many characters an edit that writes over `removed` puts back as they were.
+int sameCharacters(const QString& removed, const ConsoleDisplay::Edit& edit) {
+    int same = 0;
+    for (const ConsoleDisplay::Run& run : edit.inserted) {
+        for (const QChar character : run.text) {
+            if (same == removed.size() || removed[same] != character)
+                return same;
+            ++same;
+        }
+    }
+    return same;
 }
 
 } // namespace
@@ -112,21 +126,44 @@ void ConsoleView::follow(const QString& piece, TextOrigin origin) {
 void ConsoleView::edit(const ConsoleDisplay::Edit& edit) {
     {
         const QScopedValueRollback following(m_isFollowing, true);
-        QTextCursor end(document());
-        end.beginEditBlock();
-        end.movePosition(QTextCursor::End);
-        // Not by movePosition(), which takes a surrogate pair or a letter with its accents for one step.
-        end.setPosition(end.position() - static_cast<int>(edit.removed), QTextCursor::KeepAnchor);
-        end.removeSelectedText();
-        for (const ConsoleDisplay::Run& run : edit.inserted)
-            end.insertText(run.text, formatOf(run.style, palette()));
-        end.endEditBlock();
+        const bool selects = textCursor().hasSelection() || m_isPressed;
+        const int anchor = textCursor().anchor();
+        const int position = textCursor().position();
+        const int unchanged = write(edit);
+        // A cursor at the end of the document moves with what is inserted there, and a selection would grow.
+        if (selects)
+            select(std::min(anchor, unchanged), std::min(position, unchanged));
     }
     if (!viewStands())
         return goToEnd();
     const bool hadMore = std::exchange(m_hasMore, true);
     if (!hadMore)
         tellHold();
+}
+
+/// Returns the position up to which the document holds the same characters as before.
+int ConsoleView::write(const ConsoleDisplay::Edit& edit) {
+    QTextCursor end(document());
+    end.beginEditBlock();
+    end.movePosition(QTextCursor::End);
+    // Not by movePosition(), which takes a surrogate pair or a letter with its accents for one step.
+    end.setPosition(end.position() - static_cast<int>(edit.removed), QTextCursor::KeepAnchor);
+    const int unchanged = end.position() + sameCharacters(end.selectedText(), edit);
+    end.removeSelectedText();
+    for (const ConsoleDisplay::Run& run : edit.inserted)
+        end.insertText(run.text, formatOf(run.style, palette()));
+    end.endEditBlock();
+    return unchanged;
+}
+
+/// Leaves the view where it is; setTextCursor() brings the selection's end into sight.
+void ConsoleView::select(int anchor, int position) {
+    const int shownFrom = verticalScrollBar()->value();
+    QTextCursor selection(document());
+    selection.setPosition(anchor);
+    selection.setPosition(position, QTextCursor::KeepAnchor);
+    setTextCursor(selection);
+    verticalScrollBar()->setValue(shownFrom);
 }
 
 /// A selection stays what it is; without one the caret shows where the text goes on.

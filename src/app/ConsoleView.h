@@ -25,7 +25,7 @@ class ConsoleView : public QPlainTextEdit {
     void setKeysGoToBoard(std::function<bool()> predicate) { m_keysGoToBoard = std::move(predicate); }
 
     /// Shows the piece that the console's text went on with. The end stays in sight unless the view is held;
-    /// a selection lasts.
+    /// a selection keeps its text, as far as the board does not write over it, and does not grow.
     void follow(const QString& piece, TextOrigin origin);
 
     /// Takes what is shown away; what comes later is shown.
@@ -74,6 +74,8 @@ class ConsoleView : public QPlainTextEdit {
     [[nodiscard]] bool viewStands() const { return isHeld() || m_isPressed; }
     [[nodiscard]] bool handleViewKey(const QKeyEvent& event);
     void edit(const ConsoleDisplay::Edit& edit);
+    int write(const ConsoleDisplay::Edit& edit);
+    void select(int anchor, int position);
     void goToEnd();
     void placeCaret();
     void release();

@@ -211,6 +211,42 @@ TEST(ConsoleView, ColoursAreOfTheTextBehindThem) {
     EXPECT_EQ(looks.join(", "), "plain, bold colour, plain, plain");
 }
 
+TEST(ConsoleView, ASelectionHoldsNoCharacterThatComesLater) {
+    struct Selection {
+        QByteArray before;
+        int from = 0;
+        int length = 0;
+        QByteArray after;
+        QString copied;
+    };
+    const Selection selections[] = {
+        {"the last", 4, 4, " word\r\n$ ", "last"},
+        {"two\r\nlines\r\n", 0, 10, "more", "two\nlines\n"},
+        {"an inner", 0, 2, "\b\b\b\b\bword", "an"},
+        // The board writes over a part of it: with other characters, with the same ones, with none.
+        {"a command", 2, 7, "\b\b\bXYZ and more", "comm"},
+        {"\r\n 10 %", 2, 4, "\r 10 % of all", "10 %"},
+        {"\r\n 10 %", 2, 4, "\r 19 % of all", "1"},
+        {"a command", 2, 7, "\b\b\b\x1B[K", "comm"},
+    };
+    for (const auto& [before, from, length, after, copied] : selections) {
+        for (const bool backward : {false, true}) {
+            SCOPED_TRACE((before + ", then " + after).toStdString() + (backward ? ", backward" : ""));
+            Shown shown;
+            shown.say(Origin::Board, before);
+            QTextCursor selection(shown.view.document());
+            selection.setPosition(backward ? from + length : from);
+            selection.setPosition(backward ? from : from + length, QTextCursor::KeepAnchor);
+            shown.view.setTextCursor(selection);
+            for (const char character : after)
+                shown.say(Origin::Board, QByteArray(1, character));
+            shown.view.copy();
+            EXPECT_EQ(QApplication::clipboard()->text(), copied);
+            EXPECT_EQ(shown.view.textCursor().position() < shown.view.textCursor().anchor(), backward);
+        }
+    }
+}
+
 /// A view with more text than it has room for.
 struct Reading : Shown, ::testing::Test {
     Reading() {
@@ -264,16 +300,20 @@ TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
     expectStands([&] { press(Qt::Key_End); });
     press(Qt::Key_ScrollLock);
     expectStands([&] { press(Qt::Key_ScrollLock); });
+    view.selectAll();
     bar.setValue(bar.value() - 5);
     EXPECT_EQ(state, "held");
     expectStands([&] { press(Qt::Key_Return); });
     bar.setValue(0);
     expectStands([&] { bar.setValue(bar.maximum()); });
 
-    QTest::mousePress(view.viewport(), Qt::LeftButton);
+    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, view.viewport()->rect().bottomRight());
+    EXPECT_TRUE(view.textCursor().atEnd());
     const int before = bar.value();
+    const int pressedAt = view.textCursor().anchor();
     say(Origin::Board, "new\r\n");
     EXPECT_EQ(bar.value(), before);
+    EXPECT_EQ(view.textCursor().anchor(), pressedAt) << "where a drag begins";
     EXPECT_TRUE(state.contains("more")) << state.toStdString();
     QTest::mouseRelease(view.viewport(), Qt::LeftButton);
     EXPECT_TRUE(atEnd());
