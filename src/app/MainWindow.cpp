@@ -85,6 +85,7 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
     // How small the window gets is up to the resize handler, not to what is in it.
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     resize(sizeHint());
+    placeStatusPanels(m_widgets, width());
     m_widgets.txtStatus->setFocus();
 }
 
@@ -93,8 +94,12 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::fitInto(const QRect& available) {
-    if (available.contains(frameGeometry()))
-        return;
+    if (!available.contains(frameGeometry()))
+        shrinkInto(available);
+    placeStatusPanels(m_widgets, std::min(width(), sizeHint().width()));
+}
+
+void MainWindow::shrinkInto(const QRect& available) {
     const QSize frame = frameGeometry().size() - size();
     // Less high than this would be refused.
     const int lowest = height() - m_widgets.txtStatus->height();

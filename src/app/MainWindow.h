@@ -34,7 +34,8 @@ class MainWindow final : public QMainWindow {
     void onClosing(std::function<void()> listener) { m_whenClosing = std::move(listener); }
 
     /// Makes the window, once it is shown, fit into `available` with its frame. Where the controls alone do
-    /// not fit, the top left of the window stays in sight.
+    /// not fit, the top left of the window stays in sight. The status bar's panels get their places for that
+    /// width and keep them from then on.
     void fitInto(const QRect& available);
 
     /// Closes the window, as its close button does.
@@ -47,6 +48,7 @@ class MainWindow final : public QMainWindow {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
+    void shrinkInto(const QRect& available);
     void buildMenus(const QString& store);
     void callWhenOver();
     void frmLoader_Form_Resize();

@@ -9,57 +9,67 @@
 #include <QHBoxLayout>
 #include <QMainWindow>
 #include <QProgressBar>
+#include <QSizeGrip>
 #include <QStatusBar>
+
+#include <algorithm>
+#include <utility>
 
 namespace zrk {
 namespace {
+
+constexpr int kGap = 6;               // between two panels
+constexpr int kFirstPanelDigits = 20; // at least
+constexpr int kBarDigits = 26;
+constexpr int kLeastBarDigits = 8;
 
 void sink(QFrame* panel) {
     panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
 }
 
-/// A widget that likes to be so wide, and can be narrower.
-template <typename W>
-class Roomy final : public W {
-  public:
-    Roomy(int width, QWidget* parent) : W(parent), m_width(width) {}
-
-    [[nodiscard]] QSize sizeHint() const override { return W::sizeHint().expandedTo(QSize(m_width, 0)); }
-
-  private:
-    int m_width;
-};
-
 } // namespace
 
 void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
     widgets.staStatus = named(new QStatusBar(&window), QStringLiteral("staStatus"));
-    widgets.firstPanel = named(new ElidedLabel(widgets.staStatus), QStringLiteral("staStatus_0"));
-    const QFontMetrics metrics = widgets.staStatus->fontMetrics();
-    const int digit = metrics.horizontalAdvance(QLatin1Char('8'));
-    // What goes on is told there, and the last to give way in a narrow window.
-    widgets.firstPanel->setMinimumWidth(20 * digit);
-    const int counters = metrics.horizontalAdvance(QStringLiteral(" bytes sent 67108864 / 67108864 "));
-    widgets.secondPanel =
-        named(new Roomy<QLabel>(counters, widgets.staStatus), QStringLiteral("staStatus_1"));
-    auto* thirdPanel = named(new QFrame(widgets.staStatus), QStringLiteral("staStatus_2"));
+    // The status bar's own layout would move the panels with each width of the window and of their texts.
+    auto* panels = new QWidget(widgets.staStatus);
+    widgets.firstPanel = named(new ElidedLabel(panels), QStringLiteral("staStatus_0"));
+    widgets.secondPanel = named(new ElidedLabel(panels), QStringLiteral("staStatus_1"));
+    auto* thirdPanel = named(new QFrame(panels), QStringLiteral("staStatus_2"));
     for (QFrame* panel :
          {static_cast<QFrame*>(widgets.firstPanel), static_cast<QFrame*>(widgets.secondPanel), thirdPanel})
         sink(panel);
+    panels->setFixedHeight(widgets.firstPanel->sizeHint().height());
 
-    widgets.pgbDownload =
-        named(new Roomy<QProgressBar>(26 * digit, thirdPanel), QStringLiteral("pgbDownload"));
+    widgets.pgbDownload = named(new QProgressBar(thirdPanel), QStringLiteral("pgbDownload"));
     widgets.pgbDownload->setRange(0, 100);
-    widgets.pgbDownload->setFixedHeight(metrics.height());
-    widgets.pgbDownload->setMinimumWidth(8 * digit);
+    widgets.pgbDownload->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored); // it fills its panel
     auto* panelLayout = new QHBoxLayout(thirdPanel);
     panelLayout->setContentsMargins(0, 0, 0, 0);
     panelLayout->addWidget(widgets.pgbDownload);
 
-    widgets.staStatus->addWidget(widgets.firstPanel, 1);
-    widgets.staStatus->addPermanentWidget(widgets.secondPanel);
-    widgets.staStatus->addPermanentWidget(thirdPanel);
+    widgets.staStatus->addWidget(panels, 1);
     window.setStatusBar(widgets.staStatus);
+}
+
+void placeStatusPanels(const LoaderWidgets& widgets, int windowWidth) {
+    const QFontMetrics metrics = widgets.firstPanel->fontMetrics();
+    const int digit = metrics.horizontalAdvance(QLatin1Char('8'));
+    const int counters = metrics.horizontalAdvance(QStringLiteral("  bytes sent 2147483647 / 2147483647  "));
+    const int grip = widgets.staStatus->findChild<QSizeGrip*>()->sizeHint().width();
+    const int least = kFirstPanelDigits * digit;
+    const int room = windowWidth - grip - counters - 4 * kGap;
+    const int bar = std::clamp(room - least, kLeastBarDigits * digit, kBarDigits * digit);
+
+    int left = 0;
+    QWidget* thirdPanel = widgets.pgbDownload->parentWidget();
+    for (const auto& [panel, width] :
+         {std::pair<QWidget*, int>{widgets.firstPanel, std::max(room - bar, least)},
+          {widgets.secondPanel, counters},
+          {thirdPanel, bar}}) {
+        panel->setGeometry(left, 0, width, panel->parentWidget()->height());
+        left += width + kGap;
+    }
 }
 
 void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {

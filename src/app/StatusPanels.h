@@ -11,6 +11,10 @@ struct LoaderWidgets;
 /// Builds the status bar: a panel for what is going on, one for counters, and one with the progress bar.
 void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window);
 
+/// Gives the panels their places for a window that is so many pixels wide. They keep them at any other width
+/// and with any text: a narrower window cuts them off, and a wider one leaves the room on their right empty.
+void placeStatusPanels(const LoaderWidgets& widgets, int windowWidth);
+
 /// Shows the texts and the progress.
 void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls);
 

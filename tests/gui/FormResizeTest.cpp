@@ -70,7 +70,14 @@ TEST_F(ResizedWindow, OnlyTheConsoleFollowsTheWindow) {
         }
         return places;
     };
+    const auto panels = [this] { // within the status bar, which is as wide as the window
+        QList<QRect> places;
+        for (const char* name : {"staStatus_0", "staStatus_1", "staStatus_2", "pgbDownload"})
+            places += {find(name)->mapTo(find("staStatus"), QPoint()), find(name)->size()};
+        return places;
+    };
     const QList<QRect> others = rest();
+    const QList<QRect> panels0 = panels();
     const QSize window0 = window.size();
     const QRect frame0 = frame->geometry();
     const QRect text0 = text->geometry();
@@ -79,7 +86,12 @@ TEST_F(ResizedWindow, OnlyTheConsoleFollowsTheWindow) {
         EXPECT_EQ(frame->geometry(), QRect(frame0.topLeft(), frame0.size() + change)) << change.width();
         EXPECT_EQ(text->geometry(), QRect(text0.topLeft(), text0.size() + change)) << change.width();
         EXPECT_EQ(rest(), others);
+        EXPECT_EQ(panels(), panels0) << change.width();
     }
+    loader.controls.staStatus.FirstPanel = QString(300, 'x');
+    loader.controls.staStatus.SecondPanel = QString(300, 'x');
+    QApplication::processEvents();
+    EXPECT_EQ(panels(), panels0);
     // Too low: back to the last good size, and the console fits it.
     window.resize(window0.width(), 100);
     EXPECT_EQ(window.size(), window0);

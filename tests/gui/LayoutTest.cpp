@@ -77,6 +77,10 @@ TEST_F(Layout, FitsASmallScreenAndLeavesTheConsoleMoreThanHalfOfAMediumOne) {
     EXPECT_GE(console->viewport()->height(), 10 * console->fontMetrics().lineSpacing());
     window.resize(window.width(), 760);
     EXPECT_GT(console->height(), 380);
+    // Too narrow for the controls, which can be scrolled then, but not for the status bar.
+    window.fitInto({0, 0, 700, 540});
+    const QWidget* bar = find("pgbDownload");
+    EXPECT_EQ(bar->visibleRegion().boundingRect().size(), bar->size());
 }
 
 TEST_F(Layout, ShowsTheEndsOfALongFileNameAndThatAFileIsMissing) {
