@@ -22,7 +22,7 @@ constexpr auto kPowerOnLimit = 60s;
 constexpr auto kAnswerLimit = 20s; // of the flash programmer, which has none of its own
 // No run needs more: its bytes take a second, its replies five each, its delays three.
 constexpr auto kRunLimit = 400s;
-constexpr auto kEndingLimit = 10s; // from a cancel to the end
+constexpr auto kVirtualEndingLimit = 10s; // from a cancel to the end
 
 /// Where the run has no business.
 constexpr std::uint32_t kElsewhere = 0x03FF'F000;
@@ -100,7 +100,7 @@ class VirtualRun {
         } catch (const zrksim::StuckLoop&) {
             m_end.status = QStringLiteral("hung");
         }
-        if (m_stopped && m_loop.now() - *m_stopped > kEndingLimit)
+        if (m_stopped && m_loop.now() - *m_stopped > kVirtualEndingLimit)
             m_end.status = QStringLiteral("hung");
         m_end.sent = m_port.written;
         m_end.refusalHeard = m_port.heard.contains('E');

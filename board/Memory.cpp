@@ -10,11 +10,11 @@ namespace zrkboard {
 
 namespace {
 
-constexpr std::uint64_t kPageSize = 64ULL * 1024;
+constexpr std::uint64_t kStoredPage = 64ULL * 1024;
 
 // The part of [offset, offset + length) that lies in the page of its first byte.
 std::uint64_t withinPage(std::uint64_t offset, std::uint64_t length) {
-    return std::min(length, kPageSize - offset % kPageSize);
+    return std::min(length, kStoredPage - offset % kStoredPage);
 }
 
 void requireInside(const Memory& memory, std::uint64_t address, std::uint64_t length) {
@@ -48,11 +48,11 @@ void PagedMemory::fill(std::uint8_t value) {
 void PagedMemory::readAt(std::uint64_t offset, std::span<std::uint8_t> bytes) const {
     while (!bytes.empty()) {
         const std::uint64_t part = withinPage(offset, bytes.size());
-        const auto page = m_pages.find(offset / kPageSize);
+        const auto page = m_pages.find(offset / kStoredPage);
         if (page == m_pages.end())
             std::fill_n(bytes.begin(), part, m_filling);
         else
-            std::copy_n(page->second.begin() + static_cast<std::ptrdiff_t>(offset % kPageSize), part,
+            std::copy_n(page->second.begin() + static_cast<std::ptrdiff_t>(offset % kStoredPage), part,
                         bytes.begin());
         bytes = bytes.subspan(part);
         offset += part;
@@ -62,10 +62,10 @@ void PagedMemory::readAt(std::uint64_t offset, std::span<std::uint8_t> bytes) co
 void PagedMemory::writeAt(std::uint64_t offset, std::span<const std::uint8_t> bytes) {
     while (!bytes.empty()) {
         const std::uint64_t part = withinPage(offset, bytes.size());
-        auto& page = m_pages[offset / kPageSize];
+        auto& page = m_pages[offset / kStoredPage];
         if (page.empty())
-            page.assign(kPageSize, m_filling);
-        std::copy_n(bytes.begin(), part, page.begin() + static_cast<std::ptrdiff_t>(offset % kPageSize));
+            page.assign(kStoredPage, m_filling);
+        std::copy_n(bytes.begin(), part, page.begin() + static_cast<std::ptrdiff_t>(offset % kStoredPage));
         bytes = bytes.subspan(part);
         offset += part;
     }

@@ -9,7 +9,7 @@ namespace zrkboard {
 
 namespace {
 
-constexpr std::array<std::pair<Step, std::string_view>, 12> kNames{{
+constexpr std::array<std::pair<Step, std::string_view>, 12> kStepNames{{
     {Step::BootId, "bootid"},
     {Step::SecondBootId, "second-bootid"},
     {Step::Ready, "R"},
@@ -27,7 +27,7 @@ constexpr std::array<std::pair<Step, std::string_view>, 12> kNames{{
 } // namespace
 
 std::string_view stepName(Step step) {
-    for (const auto& [candidate, name] : kNames) {
+    for (const auto& [candidate, name] : kStepNames) {
         if (candidate == step)
             return name;
     }
@@ -35,7 +35,7 @@ std::string_view stepName(Step step) {
 }
 
 std::optional<Step> stepNamed(std::string_view name) {
-    for (const auto& [step, candidate] : kNames) {
+    for (const auto& [step, candidate] : kStepNames) {
         if (lowerCase(candidate) == lowerCase(name))
             return step;
     }
@@ -44,7 +44,7 @@ std::optional<Step> stepNamed(std::string_view name) {
 
 std::string allStepNames() {
     std::string all;
-    for (const auto& [step, name] : kNames) {
+    for (const auto& [step, name] : kStepNames) {
         all += all.empty() ? "" : ", ";
         all += name;
     }

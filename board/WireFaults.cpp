@@ -11,7 +11,7 @@ namespace zrkboard {
 
 namespace {
 
-constexpr std::array<std::string_view, kWireFaults> kNames{
+constexpr std::array<std::string_view, kWireFaults> kFaultNames{
     "flip", "loss", "double", "delay", "replace", "noise", "silence", "hang-up", "wrong-answer"};
 
 constexpr auto kWrongAnswer = static_cast<std::size_t>(WireFault::WrongAnswer);
@@ -65,7 +65,7 @@ double probability(std::string_view text) {
 
 std::string allNames() {
     std::string all;
-    for (const std::string_view name : kNames)
+    for (const std::string_view name : kFaultNames)
         all += (all.empty() ? "" : ", ") + std::string(name);
     return all;
 }
@@ -80,8 +80,8 @@ void setOdds(WireFaults& faults, std::string_view item) {
     };
     const bool onlyBoard = only("to-board-");
     const bool onlyLoader = !onlyBoard && only("to-loader-");
-    const auto kind =
-        static_cast<std::size_t>(std::find(kNames.begin(), kNames.end(), name) - kNames.begin());
+    const auto kind = static_cast<std::size_t>(std::find(kFaultNames.begin(), kFaultNames.end(), name) -
+                                               kFaultNames.begin());
     if (equals == std::string_view::npos || kind == kWireFaults || (onlyBoard && kind == kWrongAnswer))
         throw std::invalid_argument(
             "\"" + std::string(item) + "\": expected KIND=PROBABILITY; the kinds are " + allNames() +
@@ -104,7 +104,7 @@ void check(const WireOdds& odds) {
 } // namespace
 
 std::string_view wireFaultName(WireFault fault) {
-    return kNames[static_cast<std::size_t>(fault)];
+    return kFaultNames[static_cast<std::size_t>(fault)];
 }
 
 WireFaults parseWireFaults(std::string_view text) {
@@ -184,7 +184,7 @@ std::string BadDirection::summary() const {
     for (std::size_t kind = 0; kind < kWireFaults; ++kind) {
         if (m_counts[kind] == 0)
             continue;
-        text += ", " + std::to_string(m_counts[kind]) + " " + std::string(kNames[kind]);
+        text += ", " + std::to_string(m_counts[kind]) + " " + std::string(kFaultNames[kind]);
         any = true;
     }
     return any ? text : text + ", no fault";

@@ -5,7 +5,7 @@
 namespace zrk {
 namespace {
 
-constexpr qint64 kSlice = 8; // ms
+constexpr qint64 kSearchSlice = 8; // ms
 
 } // namespace
 
@@ -29,7 +29,7 @@ void ConsoleSearch::start(const QString& text, Direction direction) {
 void ConsoleSearch::goOn() {
     QElapsedTimer slice;
     slice.start();
-    while (slice.elapsed() < kSlice) {
+    while (slice.elapsed() < kSearchSlice) {
         if (!m_block.isValid() || m_blocksLeft-- <= 0) {
             m_next.stop();
             Q_EMIT notFound();

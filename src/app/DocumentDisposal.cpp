@@ -9,7 +9,7 @@
 namespace zrk {
 namespace {
 
-constexpr qint64 kSlice = 8; // ms
+constexpr qint64 kDisposalSlice = 8; // ms
 constexpr int kBlocks = 500;
 
 } // namespace
@@ -24,7 +24,7 @@ DocumentDisposal::DocumentDisposal(QTextDocument* document, QObject* parent)
 void DocumentDisposal::goOn() {
     QElapsedTimer slice;
     slice.start();
-    while (m_document->blockCount() > 1 && slice.elapsed() < kSlice) {
+    while (m_document->blockCount() > 1 && slice.elapsed() < kDisposalSlice) {
         QTextCursor rest(m_document.get());
         rest.setPosition(
             m_document->findBlockByNumber(std::max(0, m_document->blockCount() - 1 - kBlocks)).position());

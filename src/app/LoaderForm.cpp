@@ -24,7 +24,7 @@ constexpr int kTidyFileCharacters = 28; // with fewer, what short captions leave
 constexpr int kMostFileCharacters = 44;
 constexpr int kWindowBorders = 16;
 constexpr int kSideMargin = 5;
-constexpr int kSpacing = 3;
+constexpr int kFormSpacing = 3;
 
 QLabel* makeHeader(QWidget* parent) {
     auto* header = named(new QLabel(parent), QStringLiteral("lblHeader"));
@@ -43,7 +43,7 @@ LoaderForm::LoaderForm(LoaderWidgets& widgets, QWidget* parent)
     widgets.lblHeader = makeHeader(m_controls);
     buildSlotFrames(widgets, m_controls);
     auto* slotColumn = new QVBoxLayout;
-    slotColumn->setSpacing(kSpacing);
+    slotColumn->setSpacing(kFormSpacing);
     auto* headerLine = new QHBoxLayout;
     headerLine->addWidget(widgets.lblHeader, 1);
     headerLine->addWidget(buildDebugSend(widgets, m_controls));
@@ -52,11 +52,11 @@ LoaderForm::LoaderForm(LoaderWidgets& widgets, QWidget* parent)
     slotColumn->addWidget(widgets.fraExecutables);
     slotColumn->addWidget(widgets.fraImages);
     auto* sideColumn = new QVBoxLayout;
-    sideColumn->setSpacing(kSpacing);
+    sideColumn->setSpacing(kFormSpacing);
     sideColumn->addWidget(buildPortFrame(widgets, m_controls));
     sideColumn->addWidget(buildAddressFrame(widgets, m_controls), 1);
     auto* columns = new QHBoxLayout(m_controls);
-    columns->setContentsMargins(kSideMargin, 0, kSideMargin, kSpacing);
+    columns->setContentsMargins(kSideMargin, 0, kSideMargin, kFormSpacing);
     columns->setSpacing(kSideMargin);
     columns->addLayout(slotColumn);
     columns->addLayout(sideColumn);

@@ -16,7 +16,7 @@
 namespace zrk {
 namespace {
 
-constexpr int kSpacing = 2;
+constexpr int kSideSpacing = 2;
 constexpr QMargins kMargins(5, 2, 5, 2);
 
 } // namespace
@@ -32,7 +32,7 @@ QWidget* buildPortFrame(LoaderWidgets& widgets, QWidget* parent) {
 
     auto* grid = new QGridLayout(widgets.fraComPort);
     grid->setContentsMargins(kMargins);
-    grid->setSpacing(kSpacing);
+    grid->setSpacing(kSideSpacing);
     grid->addWidget(widgets.cmbComPort, 0, 0);
     grid->addWidget(widgets.lblState, 0, 1);
     grid->addWidget(widgets.cmdTerminal, 1, 0, 1, 2);
@@ -64,7 +64,7 @@ QWidget* buildAddressFrame(LoaderWidgets& widgets, QWidget* parent) {
 
     auto* column = new QVBoxLayout(frame);
     column->setContentsMargins(kMargins);
-    column->setSpacing(kSpacing);
+    column->setSpacing(kSideSpacing);
     column->addWidget(widgets.lvwAdrs, 1);
     column->addWidget(widgets.cmdValidateAdrs);
     return frame;

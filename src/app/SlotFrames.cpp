@@ -25,7 +25,7 @@ constexpr int kActionsInsideRight = 6;
 constexpr int kAddressCharacters = 10;
 constexpr int kSizeCharacters = 9;
 constexpr int kBrowseBorder = 10;
-constexpr int kSpacing = 4;
+constexpr int kSlotSpacing = 4;
 constexpr int kLineSpacing = 2;
 constexpr int kAddressRoom = 4; // around an address, so that it does not look cut
 
@@ -62,7 +62,7 @@ void makeRow(SlotWidgets& row, std::size_t slot, QWidget* frame) {
 
 QGridLayout* makeFrame(LoaderWidgets& widgets, QGroupBox* frame, SlotFrame which) {
     auto* grid = new QGridLayout(frame);
-    grid->setHorizontalSpacing(kSpacing);
+    grid->setHorizontalSpacing(kSlotSpacing);
     grid->setVerticalSpacing(kLineSpacing);
     int line = 0;
     for (const Slot number : kWindowOrder) {

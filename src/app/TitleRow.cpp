@@ -9,7 +9,7 @@
 namespace zrk {
 namespace {
 
-constexpr int kSpacing = 6;
+constexpr int kTitleSpacing = 6;
 constexpr int kGapBelow = 2;
 
 } // namespace
@@ -17,7 +17,7 @@ constexpr int kGapBelow = 2;
 TitleRow::TitleRow(QGroupBox* box, int insideRight)
     : QWidget(box), m_box(box), m_row(new QHBoxLayout(this)), m_insideRight(insideRight) {
     m_row->setContentsMargins(0, 0, 0, 0);
-    m_row->setSpacing(kSpacing);
+    m_row->setSpacing(kTitleSpacing);
     box->installEventFilter(this);
 }
 

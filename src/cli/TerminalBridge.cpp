@@ -19,7 +19,6 @@ constexpr std::chrono::milliseconds kSilence = 500ms;
 constexpr std::chrono::milliseconds kLongestAnswer = 5s;
 constexpr std::chrono::milliseconds kLastKeys = 1s;
 constexpr qsizetype kMostUnsent = qsizetype{256} * 1024;
-constexpr std::chrono::milliseconds kLook = 100ms;
 
 } // namespace
 
@@ -37,7 +36,7 @@ Operation::End TerminalBridge::join() {
                            input.isTerminal()
                                ? QStringLiteral("Ctrl-] ends it, every other key goes to the board")
                                : QStringLiteral("ends behind the end of the input")));
-    const auto look = m_loader.loop.wakeEvery(kLook);
+    const auto look = m_loader.loop.wakeEvery(EventLoop::kLook);
     auto lastHeard = m_loader.loop.now();
     std::optional<EventLoop::TimePoint> ended; // the user has, or the input
     while (!m_loader.state.CancelRequested) {

@@ -13,7 +13,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds kLimit = 5s;
-constexpr std::chrono::milliseconds kLook = 100ms;
 // A server lets go of its device some time after the connection before has ended, which may be this
 // program's.
 constexpr std::chrono::milliseconds kWhileInUse = 2s;
@@ -47,7 +46,7 @@ std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Ha
         }
         if (failure.fault != NetworkFault::InUse || m_loop.now() >= triesUntil)
             fail(failure);
-        (void)waitFor([end = m_loop.now() + kLook, this] { return m_loop.now() >= end; });
+        (void)waitFor([end = m_loop.now() + EventLoop::kLook, this] { return m_loop.now() >= end; });
     }
 }
 
@@ -84,7 +83,7 @@ NameLookup::Endpoints NetworkOpening::lookUp() {
 
 /// False when the time is over.
 bool NetworkOpening::waitFor(const std::function<bool()>& condition) {
-    const auto look = m_loop.wakeEvery(kLook);
+    const auto look = m_loop.wakeEvery(EventLoop::kLook);
     for (;;) {
         if (m_isGivenUp)
             throw RuntimeFailure(FailureKind::Cancelled, network_messages::givenUp(m_port));

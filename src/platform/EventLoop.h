@@ -21,6 +21,9 @@ class EventLoop {
   public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
+    /// How often a wait looks whether its limit is over or it was given up.
+    static constexpr std::chrono::milliseconds kLook{100};
+
     virtual ~EventLoop() = default;
 
     /// Runs what is pending (clicks, timer ticks, repaints) and returns without blocking. A call soon after

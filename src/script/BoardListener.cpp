@@ -10,7 +10,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds kLook = 100ms;
 constexpr qsizetype kRemembered = 200;
 constexpr char kBootId = '5';
 
@@ -48,7 +47,7 @@ void BoardListener::openPort(Limit limit) {
     m_link.operation.runMarked([&] {
         const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for the port"));
         const auto begin = m_link.loop.now();
-        const auto look = m_link.loop.wakeEvery(kLook);
+        const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
         while (!m_link.state.CancelRequested) {
             try {
                 m_link.port.OpenComPort();
@@ -73,7 +72,7 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
     m_link.port.OpenComPort();
     const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for ") + quotedEnd(text));
     const auto begin = m_link.loop.now();
-    const auto look = m_link.loop.wakeEvery(kLook);
+    const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     // As much as may still be the beginning of the text, and what messages show; a script has shown its part.
     QByteArray received = std::exchange(m_link.state.HeardBehind, {}).toLatin1();
     if (const qsizetype found = received.indexOf(text); found >= 0) {
@@ -111,7 +110,7 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
 Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {
     const PendingWait note = m_link.transport.noteWait(QStringLiteral("The board starts the program"));
     const auto begin = m_link.loop.now();
-    const auto look = m_link.loop.wakeEvery(kLook);
+    const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     QByteArray received;
     while (!m_link.state.CancelRequested) {
         const QByteArray piece = m_link.port.receive();

@@ -14,7 +14,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds kLook = 100ms;
 constexpr std::chrono::milliseconds kQuiet = 1s;     ///< behind a prompt: the answer is over
 constexpr std::chrono::milliseconds kLongQuiet = 5s; ///< behind a line that ended: a command may be at work
 
@@ -98,7 +97,7 @@ Operation::End MemoryCheck::compare(std::size_t slot, const QString& command, st
         m_link.transport.noteWait(QStringLiteral("Waiting for the checksum of ") + title);
     const auto begin = m_link.loop.now();
     auto last = begin;
-    const auto look = m_link.loop.wakeEvery(kLook);
+    const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     BoardAnswer answer(asked.toLatin1(), sum);
     while (!m_link.state.CancelRequested) {
         const QByteArray piece = m_link.port.receive();

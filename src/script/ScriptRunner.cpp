@@ -17,8 +17,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds kLook = 100ms;
-
 /// A byte is the character of its code, as on the line. An editor's byte order mark is none of the script;
 /// that of UTF-16 says how its characters are read.
 QString textOf(const QByteArray& bytes) {
@@ -152,7 +150,7 @@ void ScriptRunner::waitFor(const QString& text, int number) {
     const QString shown = QString(text).replace(QLatin1Char('\r'), QLatin1String("/n"));
     const PendingWait note =
         m_link.transport.noteWait(QStringLiteral("Script line %1 waits for \"%2\"").arg(number).arg(shown));
-    const auto look = m_link.loop.wakeEvery(kLook);
+    const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     m_link.loop.yield();
     while (!m_link.state.AwaitedText.isEmpty() && !m_link.state.CancelRequested) {
         // A lost device never sends the awaited text; what it sent before is taken by the receive poll.

@@ -12,8 +12,8 @@ using zrk::Outcome;
 
 const QString kQuestion = "[] ? yes/no If you cancel now, you have to restart all over!\nAre you sure?";
 
-struct BringUpRig : ScriptedRig {
-    BringUpRig() {
+struct TransferRig : ScriptedRig {
+    TransferRig() {
         fillBringUp(bench);
         port.steps = bringUpSteps();
     }
@@ -32,7 +32,7 @@ TEST(Transfer, CancelDuringTheCode) {
     for (const auto& row : {std::pair{Answer::No, true}, {Answer::Yes, true}, {Answer::Yes, false}}) {
         const Answer answer = row.first;
         const bool secondary = row.second;
-        BringUpRig r;
+        TransferRig r;
         r.loader.controls.chkExeURK[1].Value = secondary ? 1 : 0;
         r.duringCode([&] { r.loader.portControl.cmdCancel_Click(); });
         r.bench.boxes.user = [&](int) {
@@ -90,7 +90,7 @@ TEST(Transfer, DamageOnTheLineIsToldOnceTheImagesGoOverIt) {
          "of memory."},
     };
     for (const auto& row : rows) {
-        BringUpRig r;
+        TransferRig r;
         r.port.lineErrors = zrk::LineErrors{5, 5, 5};
         r.port.steps[0].action = [&] { r.port.lineErrors = row.atPowerOn; };
         r.duringCode([&] {
@@ -116,7 +116,7 @@ TEST(Transfer, DamageOnTheLineIsToldOnceTheImagesGoOverIt) {
 
 TEST(Transfer, ClosingTheWindowDuringTheCode) {
     for (const Answer answer : {Answer::Yes, Answer::No}) {
-        BringUpRig r;
+        TransferRig r;
         r.duringCode([&] {
             if (r.loader.transfer.mayBeEnded()) {
                 EXPECT_EQ(r.loader.portControl.Form_Unload(), 1);
@@ -141,7 +141,7 @@ TEST(Transfer, ClosingTheWindowDuringTheCode) {
 }
 
 TEST(Transfer, ClosingTheWindowBehindAFailedTransferAsksNothing) {
-    BringUpRig r;
+    TransferRig r;
     r.port.hangUpAfterBytes = 3 + 8 + 2;
     r.start();
     EXPECT_EQ(r.outcome(), Outcome::PortLost);
@@ -163,7 +163,7 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
              {"abc", "0x5", hex("34 12 00 00 05 00 00 00"), "abc", "bytes sent 5 / 5", "3 352441C2"},
              {"abc", "2", hex("34 12 00 00 02 00 00 00"), "ab", "bytes sent 2 / 2", "2 9E83486D"},
              {"", "0x0", hex("34 12 00 00 00 00 00 00"), "", "bytes sent 0 / 0", "0 00000000"}}) {
-        BringUpRig r;
+        TransferRig r;
         r.bench.fill(0, row.content, "0x1234");
         r.loader.controls.lblCodeSize[0].Caption = row.size;
         r.port.steps[3].when = row.header + row.code;
@@ -186,7 +186,7 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
 
 TEST(Transfer, AnEmptyImageIsOneAllTheSame) {
     for (const bool ticked : {true, false}) {
-        BringUpRig r;
+        TransferRig r;
         r.bench.fill(0, "", "0x1234");
         r.loader.controls.chkExeURK[0].Value = ticked ? 1 : 0;
         r.loader.controls.chkExeURK[1].Value = 0;
@@ -208,7 +208,7 @@ TEST(Transfer, BoardsThatShareAStoreGetTheSameBytes) {
     const auto store = std::make_shared<zrk::ImageStore>();
     const QTemporaryDir folder;
     for (const QByteArray& onDisk : {kPrimaryCode, QByteArray(kPrimaryCode.size(), 'n')}) {
-        BringUpRig r;
+        TransferRig r;
         QFile file(folder.filePath("primary.bin"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(onDisk) == onDisk.size());
         file.close();
@@ -220,7 +220,7 @@ TEST(Transfer, BoardsThatShareAStoreGetTheSameBytes) {
 }
 
 TEST(Transfer, AFileThatChangedAfterTheStartIsMarkedBeforeItsBytesAreSent) {
-    BringUpRig r;
+    TransferRig r;
     r.port.steps[3].action = [&] { (void)r.bench.file("slot1.bin", kSecondaryCode + "grown"); };
     r.port.steps[4].action = [&] {
         EXPECT_TRUE(r.loader.controls.lblFileChanged[1].Caption.value().contains("changed"));
@@ -230,7 +230,7 @@ TEST(Transfer, AFileThatChangedAfterTheStartIsMarkedBeforeItsBytesAreSent) {
 }
 
 TEST(Transfer, LongerThanTheReplyTimeOutAtTheLinesSpeed) {
-    BringUpRig r;
+    TransferRig r;
     const QByteArray code = longImage();
     r.bench.fill(1, code, "0x80008004");
     r.port.paced = true;
@@ -246,7 +246,7 @@ TEST(Transfer, LongerThanTheReplyTimeOutAtTheLinesSpeed) {
 }
 
 TEST(Transfer, AStalledLineLeavesTheProgramAlive) {
-    BringUpRig r;
+    TransferRig r;
     r.bench.fill(1, longImage(), "0x80008004");
     r.port.paced = true;
     r.port.steps[4].when = "p" + hex("04 80 00 80 A0 86 01 00");

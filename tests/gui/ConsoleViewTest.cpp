@@ -46,13 +46,13 @@ struct Shown {
     }
 };
 
-struct Case {
+struct ShownCase {
     std::vector<QByteArray> pieces;
     QString display;
     QString copied;
 };
 
-void expectShown(const Case& oneCase, Origin origin) {
+void expectShown(const ShownCase& oneCase, Origin origin) {
     Shown shown;
     for (const QByteArray& piece : oneCase.pieces)
         shown.say(origin, piece);
@@ -62,7 +62,7 @@ void expectShown(const Case& oneCase, Origin origin) {
 }
 
 TEST(ConsoleView, ShowsWhatTheLoaderSaysAsTheWholeTextWouldLook) {
-    const Case cases[] = {
+    const ShownCase cases[] = {
         {{"one\r\ntwo\r\n"}, "one\ntwo\n", "one\ntwo\n"},
         {{"one\r", "\ntwo"}, "one\ntwo", "one\ntwo"},
         {{"a\rb"}, "a\u240Db", "a\rb"},
@@ -72,12 +72,12 @@ TEST(ConsoleView, ShowsWhatTheLoaderSaysAsTheWholeTextWouldLook) {
          "\u2400\x02\x1B\x08\x7F\t!"},
         {{"\x80\xE4\xAD"}, "\uFFFD\u00E4-", "\uFFFD\u00E4-"},
     };
-    for (const Case& oneCase : cases)
+    for (const ShownCase& oneCase : cases)
         expectShown(oneCase, Origin::Loader);
 }
 
 TEST(ConsoleView, ShowsWhatTheBoardSaysAsAPlainTerminalDoes) {
-    const Case cases[] = {
+    const ShownCase cases[] = {
         {{"one\r\ntwo\n\rthree"}, "one\ntwo\nthree", "one\ntwo\nthree"},
         {{"one\r", "\ntwo"}, "one\ntwo", "one\ntwo"},
         {{"one\ntwo"}, "onetwo", "onetwo"},
@@ -108,14 +108,14 @@ TEST(ConsoleView, ShowsWhatTheBoardSaysAsAPlainTerminalDoes) {
         // A title that noise began and nothing ends takes 256 bytes with it and no more.
         {{"\x1B]" + QByteArray(300, 'x')}, QString(44, 'x'), QString(44, 'x')},
     };
-    for (const Case& oneCase : cases)
+    for (const ShownCase& oneCase : cases)
         expectShown(oneCase, Origin::Board);
 }
 
 /// What a shell sends that takes the terminal for 80 columns wide, as it does on a serial line.
 TEST(ConsoleView, ALongCommandIsEditedInRowsOf80Columns) {
     const QByteArray full = "$ " + QByteArray("12345678 ").repeated(8) + "123456"; // 80 characters
-    const Case cases[] = {
+    const ShownCase cases[] = {
         {{full + " \r7 end\r\nout"}, full + "7 end\nout", full + "7 end\nout"},
         {{full, " ", "\r", "7"}, full + "7", full + "7"},
         // Two rows further, and back at the beginning of that row.
@@ -142,8 +142,8 @@ TEST(ConsoleView, ALongCommandIsEditedInRowsOf80Columns) {
         {{full + " 10 %\r" + "20 %\x1B[K"}, "20 %", "20 %"},
         {{"above\r\nb\x1B[Ac"}, "above\nbc", "above\nbc"},
     };
-    for (const Case& oneCase : cases) {
-        Case afterLine = oneCase;
+    for (const ShownCase& oneCase : cases) {
+        ShownCase afterLine = oneCase;
         afterLine.pieces.insert(afterLine.pieces.begin(), "\r\n");
         afterLine.display.prepend('\n');
         afterLine.copied.prepend('\n');
