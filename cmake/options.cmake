@@ -1,6 +1,25 @@
+# A faster linker and a cache of what was compiled, where this machine has them. What is shipped is linked by the
+# system's own linker.
+option(ZRK_FAST_TOOLS "Use mold and ccache where they are installed (Debug only)" ON)
+if(ZRK_FAST_TOOLS AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT CMAKE_CROSSCOMPILING)
+    include(CheckLinkerFlag)
+    check_linker_flag(CXX -fuse-ld=mold ZRK_HAS_MOLD)
+    if(ZRK_HAS_MOLD)
+        add_link_options(-fuse-ld=mold)
+    endif()
+    find_program(ZRK_CCACHE ccache)
+    mark_as_advanced(ZRK_CCACHE)
+    if(ZRK_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+        set(CMAKE_CXX_COMPILER_LAUNCHER ${ZRK_CCACHE})
+    endif()
+endif()
+
 # What every target of this project is compiled with.
 add_library(zrk_options INTERFACE)
 target_compile_options(zrk_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(CMAKE_UNITY_BUILD) # where every source but the first counts as a header
+    target_compile_options(zrk_options INTERFACE -Wno-subobject-linkage)
+endif()
 if(ZRK_WERROR)
     target_compile_options(zrk_options INTERFACE -Werror)
 endif()
@@ -31,15 +50,11 @@ target_compile_options(zrk_options INTERFACE
 target_compile_definitions(zrk_options INTERFACE QT_NO_CAST_FROM_BYTEARRAY QT_NO_CAST_TO_ASCII
                                                  QT_NO_FOREACH QT_NO_KEYWORDS)
 
-# zrk_library(NAME SOURCES... LINK LIBRARIES... [HEADERS plain|core|window]): a static library of this project, with
-# the set of precompiled headers that fits it.
+# zrk_library(NAME SOURCES... LINK LIBRARIES...): a static library of this project.
 function(zrk_library name)
-    cmake_parse_arguments(ARG "" "HEADERS" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC ${ARG_LINK} PRIVATE zrk_options)
-    if(ARG_HEADERS)
-        zrk_precompile(${name} ${ARG_HEADERS})
-    endif()
 endfunction()
 
 # zrk_windows_resources(NAME DESCRIPTION): on Windows, the icon and the version record of a program.
