@@ -115,6 +115,7 @@ qsizetype LinePort::room() const {
 
 void LinePort::write(QByteArrayView bytes) {
     requireDevice();
+    writes.push_back(bytes.size());
     for (const char byte : bytes) {
         while (!m_lost && room() == 0) {
             if (stalled)

@@ -46,6 +46,7 @@ class LinePort : public zrk::SerialPorts {
     };
     std::vector<Call> calls;
     QByteArray written;                 ///< all bytes handed over, in order
+    std::vector<qsizetype> writes;      ///< how many bytes each call handed over
     std::vector<TimePoint> writtenAt;   ///< and when
     std::vector<TimePoint> deliveredAt; ///< when the far end got each
     [[nodiscard]] const QByteArray& unread() const { return m_received; }

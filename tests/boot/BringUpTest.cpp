@@ -33,6 +33,7 @@ TEST(BringUp, GoodRunToTheLetterAndToTheByte) {
                                          ".. 5 .. found!\nSending 'A'", ".. x<13>95 .. found!\nSending 'A'"));
         EXPECT_EQ(r.port.written,
                   "AU3" + kPrimaryHeader + kPrimaryCode + "p" + kSecondaryHeader + kSecondaryCode);
+        r.bench.expectBytesWrittenOneByOne();
         EXPECT_EQ(r.port.callNames(), QStringList("open 1 115200,N,8,1 handshaking 0"));
         EXPECT_EQ(r.bench.buttons(), "1111");
         EXPECT_EQ(r.outcome(), Outcome::Done);

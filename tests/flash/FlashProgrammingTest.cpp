@@ -21,6 +21,7 @@ TEST(FlashProgramming, GoodRunToTheLetterAndToTheByte) {
                       before + FlashRig::textsUpTo(9).replace("(ERASING FLASH) .. ",
                                                               erase ? "(ERASING FLASH) .. " : ""));
             EXPECT_EQ(b.port.written, b.sentUpTo(8));
+            b.bench.expectBytesWrittenOneByOne();
             EXPECT_EQ(b.port.callNames().mid(1),
                       QStringList({"close", "open 1 115200,N,8,1 handshaking 0", "close"}));
             EXPECT_EQ(b.outcome(), Outcome::Done);

@@ -19,6 +19,7 @@ TEST_F(TransportTest, EveryByteValueIsOneCharacterBothWays) {
     transport.SendString(QString::fromLatin1(all));
     transport.SendString("");
     EXPECT_EQ(port.written, all);
+    EXPECT_EQ(port.writes, std::vector<qsizetype>{256});
     port.receive(all);
     for (int i = 0; i < 256; ++i)
         EXPECT_EQ(transport.ReadChar(), QString(QChar(i)));

@@ -60,6 +60,10 @@ void Rig::setButtons(const QString& enabled) {
         buttons[i]->Enabled = enabled[static_cast<qsizetype>(i)] == QLatin1Char('1');
 }
 
+void Rig::expectBytesWrittenOneByOne() const {
+    EXPECT_EQ(port.writes, std::vector<qsizetype>(static_cast<std::size_t>(port.written.size()), 1));
+}
+
 void Rig::expectAtRest() {
     EXPECT_FALSE(port.isOpen());
     EXPECT_EQ(loader.controls.lblState.Caption.value(), "Closed...");

@@ -51,6 +51,9 @@ struct Rig {
     [[nodiscard]] QString buttons() const;
     void setButtons(const QString& enabled);
 
+    /// Each byte that was written so far had a write of its own.
+    void expectBytesWrittenOneByOne() const;
+
     /// The port is closed and shown so, no operation is active, terminal mode is off, the wait dialog is
     /// gone, and nothing comes up later.
     void expectAtRest();
