@@ -122,6 +122,7 @@ TEST_F(Addresses, UnreadableTextOnDemandIsToldAndDuringAnOperationAborts) {
     EXPECT_TRUE(bench.boxes.shown[1].contains("\"xyz\""));
 
     select({{1, "", "0x10"}}); // no last character to drop
+    bench.failsBeforeItBegins = true;
     for (const bool primary : {true, false}) {
         const QString before = bench.console();
         loader.port.OpenComPort();

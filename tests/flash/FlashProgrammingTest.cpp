@@ -14,6 +14,11 @@ TEST(FlashProgramming, GoodRunToTheLetterAndToTheByte) {
             b.loader.controls.chkErase.Value = erase ? 1 : 0;
             b.port.steps[5].when[20] = erase ? 1 : 0;
             b.port.steps[5].action = [&] { EXPECT_EQ(b.bench.buttons(), "1110"); };
+            b.loader.controls.txtStatus.onPiece([&](const QString& text, zrk::TextOrigin) {
+                if (text.startsWith("(ERASING")) {
+                    EXPECT_EQ(b.port.written, b.sentUpTo(4) + kHeader.left(20));
+                }
+            });
             b.loader.terminal.cmdTerminal_Click();
             const QString before = b.bench.console() + "\n--- Switching to programmed mode ---\n";
             b.start();
@@ -118,8 +123,16 @@ TEST(FlashProgramming, CancelDuringThePayload) {
     for (const Answer answer : {Answer::No, Answer::Yes}) {
         FlashRig b;
         b.port.steps[6].when = kData.mid(8);
-        b.port.steps.insert(b.port.steps.begin() + 6,
-                            {kData.left(8), "", [&] { b.loader.portControl.cmdCancel_Click(); }, 0ms});
+        b.port.steps.insert(
+            b.port.steps.begin() + 6,
+            {kData.left(8), "",
+             [&] {
+                 EXPECT_EQ(b.loader.controls.staStatus.SecondPanel.value(), "bytes sent 4 / 4")
+                     << "the payload comes without a header";
+                 EXPECT_EQ(b.loader.controls.pgbDownload.Value, 100.0);
+                 b.loader.portControl.cmdCancel_Click();
+             },
+             0ms});
         b.bench.boxes.user = [&](int) { return answer; };
         b.start();
         EXPECT_EQ(b.bench.boxes.shown,

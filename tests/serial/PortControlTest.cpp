@@ -23,9 +23,12 @@ TEST_F(PortControlTest, CancelWhenIdle) {
     loader.port.OpenComPort(); // open already: the old number stays
     EXPECT_EQ(port.callNames().last(), "open 8 115200,N,8,1 handshaking 1");
     EXPECT_EQ(loader.port.CommPort(), 8);
+    QStringList buttonsAtText; // the bench checks that the port is closed by then
+    c.txtStatus.onPiece([&](const QString&, zrk::TextOrigin) { buttonsAtText += bench.buttons(); });
     loader.portControl.cmdCancel_Click();
     EXPECT_EQ(bench.console(), "\n--- Closing port ---\n\n--- Enabling terminal mode ---\n"
                                "\n--- Closing port ---\n\n--- Switching to programmed mode ---\n");
+    EXPECT_EQ(buttonsAtText, QStringList({"0111", "1001"}));
     EXPECT_EQ(bench.buttons(), "1001");
     EXPECT_FALSE(loader.state.CancelRequested);
     bench.expectAtRest();

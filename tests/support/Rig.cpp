@@ -24,6 +24,28 @@ Rig::Rig(VirtualEventLoop& eventLoop, LinePort& linePort)
     : loop(eventLoop), port(linePort),
       loader({eventLoop, linePort, boxes, fileDialog, waitDialog}, native(folder.path())) {
     loader.startUp.prepare({native(folder.path()), QStringLiteral("loader"), 0, 7, 34});
+    loader.controls.txtStatus.onPiece([this](const QString& text, zrk::TextOrigin origin) {
+        if (origin == zrk::TextOrigin::Loader)
+            lookAround(text);
+    });
+}
+
+/// Checks the order of steps around a text that the loader appends: those before it are done, those after it
+/// are not.
+void Rig::lookAround(const QString& text) const {
+    const zrk::Controls& c = loader.controls;
+    if (text.startsWith(QLatin1String("Sending startaddress"))) {
+        EXPECT_EQ(c.staStatus.SecondPanel.value(), "") << "of the image before";
+        EXPECT_EQ(c.pgbDownload.Value, 0.0);
+    }
+    if (!text.endsWith(QLatin1String("losing port ---\r\n")))
+        return;
+    EXPECT_FALSE(port.isOpen());
+    EXPECT_EQ(c.lblState.Caption.value(), "Closed...");
+    if (text.contains(QLatin1String("Cancel"))) {
+        EXPECT_NE(loader.state.OperationActive, failsBeforeItBegins);
+        EXPECT_FALSE(c.cmdStartPrimary.Enabled && c.cmdPrgFlash.Enabled) << "it can be started again already";
+    }
 }
 
 QString Rig::file(const QString& name, const QByteArray& content) const {

@@ -65,6 +65,10 @@ struct Rig {
     FakeWaitDialog waitDialog;
     QTemporaryDir folder;
     zrk::Loader loader;
+    bool failsBeforeItBegins = false; ///< the operation under test, so nothing shows it as active
+
+  private:
+    void lookAround(const QString& text) const;
 };
 
 /// A path as the programs' own inputs give it: with the system's separators.
