@@ -7,14 +7,17 @@ using namespace zrktest;
 
 class Console : public ScriptedTest {};
 
-TEST_F(Console, PrintStatusTranslatesEachTextAloneAndYieldsOnce) {
-    int yields = 0;
+TEST_F(Console, EachTextIsTranslatedAloneAndAppendedBeforeTheYield) {
+    QStringList seen;
+    const auto look = [&] { seen += bench.console(); };
     for (const char* text : {"a/nb/n", "/", "n", "", "/N//n"}) {
-        loop.post([&] { ++yields; });
+        loop.post(look);
         loader.console.PrintStatus(text);
     }
-    EXPECT_EQ(loader.controls.txtStatus.text(), "a\r\nb\r\n/n/N/\r\n");
-    EXPECT_EQ(yields, 5);
+    loop.post(look);
+    loader.console.PrintAnswer("/n");
+    EXPECT_EQ(seen,
+              QStringList({"a\nb\n", "a\nb\n/", "a\nb\n/n", "a\nb\n/n", "a\nb\n/n/N/\n", "a\nb\n/n/N/\n/n"}));
 }
 
 TEST_F(Console, TypedKeysGoOutOnlyInTerminalModeWithAnOpenPort) {
@@ -54,6 +57,21 @@ TEST_F(Console, APasteGoesOutInPiecesThatTheQueueTakes) {
     loader.terminal.cmdTerminal_Click(); // leaves terminal mode: the rest is dropped
     loop.runFor(2s);
     EXPECT_LT(port.written.size(), lines.size() + 3 + 5000);
+}
+
+TEST_F(Console, ADebugSendDoesNotWaitForALineThatTheBoardHasStopped) {
+    loader.terminal.cmdTerminal_Click();
+    port.paced = true;
+    loader.port.Output(QString(512 + 4096, 'x')); // all that the queue and the driver hold
+    const Duration begin = loop.elapsed();
+    loader.keys.cmdOutput_Click();
+    EXPECT_EQ(loop.elapsed(), begin) << "it blocked";
+    port.stalled = true;
+    loader.keys.cmdOutput_Click();
+    EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    port.stalled = false;
+    loop.runFor(2s);
+    EXPECT_TRUE(port.written.endsWith("x4R4R"));
 }
 
 TEST_F(Console, AltBPulsesDtrForATenthOfASecond) {

@@ -36,12 +36,14 @@ TEST_F(TransportTest, ReadCharYieldsFirstAndACancelWinsOverWaitingData) {
     loop.post([&] { ++turns; });
     EXPECT_EQ(transport.ReadChar(), "a");
     EXPECT_EQ(turns, 1);
+    loader.port.putBack("old"); // the close discards it, like all that is unread
     loop.post([&] { EXPECT_EQ(loader.portControl.Form_Unload(), 1); });
     loader.state.OperationActive = true;
     EXPECT_EQ(transport.ReadChar(), QString(QChar(0))) << "the port is closed by now, and not looked at";
     loader.state.OperationActive = false;
 
     loader.port.OpenComPort();
+    EXPECT_EQ(loader.port.receive() + loader.port.lastReceived(), "");
     port.receive("b");
     loader.state.CancelRequested = true;
     EXPECT_EQ(transport.ReadChar(), QString(QChar(0)));
@@ -91,11 +93,13 @@ TEST_F(TransportTest, ProgressIsShownEveryQuarterOfASecondOfAnOperation) {
     auto& panel = loader.controls.staStatus.SecondPanel;
     loader.state.OperationActive = true;
     transport.enableSentStatus(true);
-    loader.state.BytesTotal = 10;
+    loader.state.BytesSent = 1200;
+    loader.state.BytesTotal = 4096;
     loop.runFor(249ms);
     EXPECT_EQ(panel.value(), "");
     loop.runFor(1ms);
-    EXPECT_EQ(panel.value(), "bytes sent 0 / 10");
+    EXPECT_EQ(panel.value(), "bytes sent 1200 / 4096");
+    EXPECT_DOUBLE_EQ(loader.controls.pgbDownload.Value, 29.296875);
 
     loader.state.OperationActive = false; // a port failure left the display running
     panel = QStringLiteral("something newer");
