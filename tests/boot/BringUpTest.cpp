@@ -222,6 +222,15 @@ TEST(BringUp, RunTimeFailures) {
         EXPECT_TRUE(r.bench.console().contains("The device is not there."));
         r.bench.expectAtRest();
     }
+    {
+        BringUpRig r; // a DebugMode that begins during the operation leaves its handler in place
+        r.port.steps = {{"", "", [&] {
+                             r.loader.state.DebugMode = true;
+                             r.port.hangUp();
+                         }}};
+        r.start();
+        EXPECT_EQ(r.bench.boxes.shown, boxesOf(Trouble::HangUp));
+    }
     struct Row {
         const char* size; // of the primary boot's slot; null: its file is gone
         const char* address;

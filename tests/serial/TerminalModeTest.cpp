@@ -71,12 +71,12 @@ TEST_F(Terminal, AClickInsideTheSwitchsOwnTextSwitchesBackWhole) {
 TEST_F(Terminal, APortThatDoesNotOpenLeavesItOff) {
     port.failsToOpen = true;
     loader.controls.cmbComPort.ListIndex = 4;
+    loop.post([this] { loader.state.DebugMode = true; }); // too late for this click
     loader.terminal.cmdTerminal_Click();
     EXPECT_EQ(bench.boxes.shown.size(), 1);
     EXPECT_EQ(loader.state.MessageText,
               "Error communicating with COM5\r\nor other I/O problem\r\nError: The device is not there.");
     bench.expectAtRest();
-    loader.state.DebugMode = true;
     const qsizetype before = bench.console().size();
     loader.terminal.cmdTerminal_Click();
     EXPECT_EQ(bench.boxes.shown.size(), 1);
@@ -90,7 +90,9 @@ TEST_F(Terminal, APortThatDoesNotOpenLeavesItOff) {
 TEST_F(Terminal, TheFailureHandlerForcesProgrammedModeOnce) {
     loader.port.OpenComPort();
     port.failsHandshaking = true;
+    loop.post([this] { loader.state.DebugMode = true; }); // the handler is installed by then
     loader.terminal.cmdTerminal_Click();
+    loader.state.DebugMode = false;
     EXPECT_EQ(bench.boxes.shown, ioProblem("The driver refused."));
     EXPECT_EQ(bench.console(), QString(kOn) + "\n--- closing port ---\n" + kOff);
     EXPECT_EQ(loader.controls.cmdTerminal.Caption.value(), "Enable Terminal mode");
