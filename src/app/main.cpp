@@ -2,6 +2,7 @@
 #include "app/AppOptions.h"
 #include "app/Identity.h"
 #include "app/LoaderStyle.h"
+#include "machine/Descriptors.h"
 #include "machine/InterruptSignal.h"
 #include "machine/StandardStreams.h"
 
@@ -56,6 +57,7 @@ bool asksForText(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    zrk::fillMissingStreams();
     if (zrk::hasStandardOutput() && asksForText(argc, argv)) {
         const QCoreApplication application(argc, argv);
         return print(zrk::readCommandLine(QCoreApplication::arguments()));

@@ -197,7 +197,7 @@ void printTable(const std::vector<std::unique_ptr<BoardRun>>& runs, Printer& pri
                                              ? QString()
                                              : QStringLiteral(" in ") + ending.step);
     }
-    printer.err(lines.join(QLatin1Char('\n')).toLocal8Bit() + '\n');
+    printer.err(lines.join(QLatin1Char('\n')).toLocal8Bit() + '\n', Printer::Weight::Result);
 }
 
 int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printer) {

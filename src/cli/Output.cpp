@@ -20,6 +20,12 @@ QByteArray messageLines(const QString& text) {
     return systemLines(standardErrorIsTerminal() ? withVisibleControls(text) : text);
 }
 
+Printer::Weight weightOf(const QByteArray& event) {
+    if (event == "progress" || event == "wait")
+        return Printer::Weight::Progress;
+    return event == "result" ? Printer::Weight::Result : Printer::Weight::Text;
+}
+
 QJsonObject fieldsOf(const Ending& ending) {
     return {{QStringLiteral("status"), ending.status},
             {QStringLiteral("reason"), ending.reason},
@@ -131,7 +137,7 @@ void Output::progress(const QString& said) {
         return;
     const QString text = withVisibleControls(said);
     if (!overwrites())
-        return m_printer.err(named(text.toLocal8Bit()));
+        return m_printer.err(named(text.toLocal8Bit()), Printer::Weight::Progress);
     const bool shared = m_printer.outputIsTerminal() && m_place.name.isEmpty();
     const QString behind = shared ? QString::fromLocal8Bit(m_unfinished) : QString();
     const QString line = m_place.name.isEmpty() ? text : m_place.name + QStringLiteral(": ") + text;
@@ -165,7 +171,7 @@ void Output::event(const char* name, QJsonObject fields) {
         fields.insert(QStringLiteral("port"), m_place.port);
     const QByteArray rest = jsonLine(fields);
     line += fields.isEmpty() ? QByteArray("}") : "," + rest.mid(1);
-    m_printer.out(line + '\n');
+    m_printer.out(line + '\n', weightOf(name));
 }
 
 void Output::stepBegins(const QString& step) {

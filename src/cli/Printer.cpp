@@ -3,36 +3,34 @@
 #include "machine/StandardStreams.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace zrk {
 namespace {
 
-void write(std::FILE* stream, const QByteArray& bytes) {
-    (void)std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
-    std::fflush(stream);
-}
+/// Progress that a stopped terminal would show later is out of date by then.
+constexpr qsizetype kMostUnderProgress = 4096;
 
 } // namespace
 
-Printer::Printer(PrintStyle style)
-    : m_style(style), m_overwrites(standardErrorIsTerminal() &&
-                                   style.progress != PrintStyle::Progress::Never && !style.quiet),
+Printer::Printer(PrintStyle style, OutputStreams& streams)
+    : m_streams(streams), m_style(style),
+      m_overwrites(standardErrorIsTerminal() && style.progress != PrintStyle::Progress::Never &&
+                   !style.quiet),
       m_showsProgress(style.progress == PrintStyle::Progress::Always ||
                       (style.progress == PrintStyle::Progress::Auto && !style.quiet)),
       m_outputIsTerminal(standardOutputIsTerminal()) {}
 
-void Printer::out(const QByteArray& bytes) {
+void Printer::out(const QByteArray& bytes, Weight weight) {
     const std::scoped_lock lock(m_mutex);
     clear();
-    write(stdout, bytes);
+    m_streams.out(bytes, weight);
     show();
 }
 
-void Printer::err(const QByteArray& bytes) {
+void Printer::err(const QByteArray& bytes, Weight weight) {
     const std::scoped_lock lock(m_mutex);
     clear();
-    write(stderr, bytes);
+    m_streams.err(bytes, weight);
     show();
 }
 
@@ -56,11 +54,11 @@ qsizetype Printer::columns() const {
     return terminalColumns() - 1; // a terminal may go on to the next line behind the last column
 }
 
-bool Printer::wasLost() const {
-    return std::ferror(stdout) != 0;
+bool Printer::isBehind() const {
+    return m_streams.waitingOutput() > StreamWriter::kMostWaiting / 2;
 }
 
-/// From the last row up to the first.
+/// From the last row up to the first. It must not be left out, or later rows would go up over text.
 void Printer::clear() {
     if (m_shown.empty())
         return;
@@ -70,12 +68,12 @@ void Printer::clear() {
         if (length + 1 != m_shown.rend())
             bytes += "\x1B[A";
     }
-    write(stderr, bytes + m_behind.toLocal8Bit());
+    m_streams.err(bytes + m_behind.toLocal8Bit(), Weight::Result);
     m_shown.clear();
 }
 
 void Printer::show() {
-    if (!m_overwrites)
+    if (!m_overwrites || m_streams.waitingError() > kMostUnderProgress)
         return;
     QByteArray bytes;
     for (const QString& row : m_rows) {
@@ -86,7 +84,7 @@ void Printer::show() {
         m_shown.push_back(line.size());
     }
     if (!bytes.isEmpty())
-        write(stderr, bytes);
+        m_streams.err(bytes);
 }
 
 } // namespace zrk

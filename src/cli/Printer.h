@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cli/OutputStreams.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -22,7 +24,9 @@ struct PrintStyle {
 /// by the sessions of a run; each call is a whole, from whatever thread.
 class Printer {
   public:
-    explicit Printer(PrintStyle style);
+    using Weight = OutputStreams::Weight;
+
+    Printer(PrintStyle style, OutputStreams& streams);
     ~Printer() { clearProgress(); }
     Printer(const Printer&) = delete;
     Printer& operator=(const Printer&) = delete;
@@ -30,8 +34,8 @@ class Printer {
     [[nodiscard]] const PrintStyle& style() const { return m_style; }
 
     /// Bytes for standard output and standard error; the progress is taken away before them.
-    void out(const QByteArray& bytes);
-    void err(const QByteArray& bytes);
+    void out(const QByteArray& bytes, Weight weight = Weight::Text);
+    void err(const QByteArray& bytes, Weight weight = Weight::Text);
 
     /// A row of progress for a session; the rows are shown below each other. `behind` is what of the
     /// terminal's last line has to come back when the progress is cleared.
@@ -47,13 +51,16 @@ class Printer {
     /// Columns that a line of progress may take now.
     [[nodiscard]] qsizetype columns() const;
 
-    /// True when standard output could not be written, so that its text is incomplete.
-    [[nodiscard]] bool wasLost() const;
+    /// True when standard output takes no more: nobody reads it, or its disk is full.
+    [[nodiscard]] bool wasLost() const { return m_streams.hasOutputFailed(); }
+    /// True while there is much that a reader of standard output has not taken.
+    [[nodiscard]] bool isBehind() const;
 
   private:
     void clear();
     void show();
 
+    OutputStreams& m_streams;
     const PrintStyle m_style;
     const bool m_overwrites;
     const bool m_showsProgress;

@@ -40,11 +40,13 @@ Operation::End TerminalBridge::join() {
     auto lastHeard = m_loader.loop.now();
     std::optional<EventLoop::TimePoint> ended; // the user has, or the input
     while (!m_loader.state.CancelRequested) {
-        const QByteArray heard = m_loader.port.receive();
-        if (!heard.isEmpty()) {
+        // What a slow reader leaves there holds the board back where the line can do that.
+        const bool isBehind = m_output.printer().isBehind();
+        const QByteArray heard = isBehind ? QByteArray() : m_loader.port.receive();
+        if (!heard.isEmpty())
             m_output.raw(heard);
+        if (isBehind || !heard.isEmpty())
             lastHeard = m_loader.loop.now();
-        }
         if (m_output.printer().wasLost())
             m_loader.state.requestStop(Outcome::Internal);
         if (!ended && takeKeys(input))

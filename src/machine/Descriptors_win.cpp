@@ -1,0 +1,25 @@
+#include "machine/Descriptors.h"
+
+#include <algorithm>
+#include <io.h>
+#include <limits>
+#include <windows.h>
+
+namespace zrk {
+
+void fillMissingStreams() {} // the numbers of the C library are not those of ports
+
+std::ptrdiff_t writeSome(int descriptor, const char* bytes, std::size_t count) {
+    constexpr std::size_t kMost = std::numeric_limits<int>::max();
+    return _write(descriptor, bytes, static_cast<unsigned>(std::min(count, kMost)));
+}
+
+/// Two pipes cannot be compared, so they count as one: the order of the text matters more than a delay.
+bool leadToOneFile(int one, int other) {
+    const auto type = [](int descriptor) {
+        return GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(descriptor)));
+    };
+    return type(one) == type(other);
+}
+
+} // namespace zrk
