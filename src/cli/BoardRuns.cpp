@@ -1,10 +1,10 @@
 #include "cli/BoardRuns.h"
 
 #include "boot/ImageStore.h"
+#include "cli/Interrupts.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "files/RegularFile.h"
-#include "machine/InterruptSignal.h"
 #include "machine/QtEventLoop.h"
 
 #include <QDir>
@@ -109,10 +109,13 @@ class BoardRun {
     void join() { m_thread->wait(); }
 
     /// Safe from any thread.
-    void interrupt() {
+    void interrupt(Interrupts::Request request) {
         const std::scoped_lock lock(m_mutex);
         if (m_session != nullptr)
-            m_loop->post([session = m_session] { session->interrupt(true); });
+            m_loop->post([session = m_session, request = std::move(request)]() mutable {
+                request.reset(); // heard
+                session->interrupt(true);
+            });
         m_interrupted = true;
     }
 
@@ -200,7 +203,7 @@ void printTable(const std::vector<std::unique_ptr<BoardRun>>& runs, Printer& pri
     printer.err(lines.join(QLatin1Char('\n')).toLocal8Bit() + '\n', Printer::Weight::Result);
 }
 
-int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printer) {
+int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printer, Interrupts& interrupts) {
     QtEventLoop loop;
     const PortNames names(options.program.ports);
     const QString device = names.device(options.program.portNumber);
@@ -209,10 +212,12 @@ int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printe
                    device.isEmpty() ? QStringLiteral("COM%1").arg(options.program.portNumber)
                                     : shortName(device));
     Session* running = nullptr;
-    const InterruptSignal interrupt(loop, [&running](bool ended) {
+    const Interrupts::InLoop heard(interrupts, loop, [&running](Interrupts::Request request) {
+        const bool isEnd = request->isEnd;
+        request.reset(); // heard, however long a question to the user takes
         if (running != nullptr)
-            running->interrupt(ended);
-    }); // before the port, whose thread must not take the signals
+            running->interrupt(isEnd);
+    });
     Session session(options, facts, loop, output);
     session.prepare();
     running = &session;
@@ -222,14 +227,14 @@ int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printe
     return ending.status;
 }
 
-int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& printer) {
+int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& printer, Interrupts& interrupts) {
     QtEventLoop loop;
     requireWorkable(options, facts, printer, loop);
     std::vector<std::unique_ptr<BoardRun>> runs;
     // One answer could not be for all of the boards, and a question for each would stop the others' display.
-    const InterruptSignal interrupt(loop, [&runs](bool /*ended*/) {
+    const Interrupts::InLoop heard(interrupts, loop, [&runs](const Interrupts::Request& request) {
         for (const auto& run : runs)
-            run->interrupt();
+            run->interrupt(request);
     });
     const QStringList names = namesOf(options.ports);
     requireTraces(options, names);
@@ -256,8 +261,10 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
 
 } // namespace
 
-int runBoards(const CliOptions& options, const ProgramFacts& facts, Printer& printer) {
-    return options.ports.isEmpty() ? runOne(options, facts, printer) : runMany(options, facts, printer);
+int runBoards(const CliOptions& options, const ProgramFacts& facts, Printer& printer,
+              Interrupts& interrupts) {
+    return options.ports.isEmpty() ? runOne(options, facts, printer, interrupts)
+                                   : runMany(options, facts, printer, interrupts);
 }
 
 } // namespace zrk

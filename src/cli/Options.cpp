@@ -9,7 +9,6 @@
 #include <QStandardPaths>
 
 #include <cmath>
-#include <cstdio>
 
 namespace zrk {
 namespace {
@@ -139,17 +138,18 @@ QString slotOption(int slot) {
     return QStringLiteral("--") + text(factsOf(slot).option);
 }
 
-std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const QString& version) {
+std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const QString& version,
+                                           const std::function<void(const QByteArray&)>& print) {
     QCommandLineParser parser;
     addOptions(parser);
     if (!parser.parse(arguments))
         throw UsageError(parser.errorText());
     if (parser.isSet(QStringLiteral("help"))) {
-        std::fputs(helpText().toLocal8Bit().constData(), stdout);
+        print(helpText().toLocal8Bit());
         return std::nullopt;
     }
     if (parser.isSet(QStringLiteral("version"))) {
-        std::printf("zrk-loader-cli %s\n", version.toLocal8Bit().constData());
+        print("zrk-loader-cli " + version.toLocal8Bit() + '\n');
         return std::nullopt;
     }
     return read(parser);

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace zrk {
@@ -45,8 +46,8 @@ struct CliOptions {
 [[nodiscard]] QString slotOption(int slot);
 
 /// Reads the arguments, the first of which is the program. Throws UsageError. With `--help` or
-/// `--version` it prints to standard output and returns nothing.
-[[nodiscard]] std::optional<CliOptions> parseCommandLine(const QStringList& arguments,
-                                                         const QString& version);
+/// `--version` it prints the text and returns nothing.
+[[nodiscard]] std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const QString& version,
+                                                         const std::function<void(const QByteArray&)>& print);
 
 } // namespace zrk

@@ -1,10 +1,10 @@
 #include "cli/BoardRuns.h"
+#include "cli/Interrupts.h"
 #include "cli/OutputStreams.h"
 #include "cli/UsageError.h"
 #include "cli/VisibleText.h"
 #include "loader/ThisProgram.h"
 #include "machine/Descriptors.h"
-#include "machine/InterruptSignal.h"
 #include "machine/StandardStreams.h"
 #include "platform/RuntimeFailure.h"
 
@@ -12,35 +12,55 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
-#include <cstdio>
 #include <exception>
+#include <optional>
 
 namespace {
 
 using zrk::ExitStatus;
+using zrk::Interrupts;
 using zrk::OutputStreams;
 using Weight = OutputStreams::Weight;
 
-constexpr std::chrono::seconds kLastMessageLimit{1};
+using Clock = std::chrono::steady_clock;
 
-/// A rack that keeps the console's text as its record must know when that is incomplete.
-int unlessOutputWasLost(int status, OutputStreams& streams) {
-    const bool isHelpOut = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-    const bool isAllOut = streams.drainOutput({}) && isHelpOut && !streams.isOutputIncomplete();
-    (void)streams.drainError({});
-    if (isAllOut)
+constexpr std::chrono::seconds kLastTextLimit{2};
+
+/// Waits for the readers, as long as they need, but not behind a cancel or the limit of the run. A rack that
+/// keeps the console's text as its record must know when that is incomplete.
+ExitStatus drained(ExitStatus status, OutputStreams& streams, Interrupts& interrupts,
+                   std::optional<Clock::time_point> runLimit) {
+    std::atomic<bool> isInterrupted = false;
+    const Interrupts::Direct heard(interrupts, [&](const Interrupts::Request& /*request*/) {
+        isInterrupted = true;
+        streams.giveUp();
+    });
+    const Clock::time_point soon = Clock::now() + kLastTextLimit;
+    const auto until = status == ExitStatus::Cancelled ? soon : runLimit;
+    const auto limit = until ? std::optional(std::max(*until, soon)) : std::nullopt;
+    const auto left = [&] { return isInterrupted ? std::optional(Clock::now()) : limit; };
+    const bool isOutput = streams.drainOutput(left());
+    const bool isError = streams.drainError(left());
+    const bool isIncomplete = !isOutput || streams.isOutputIncomplete();
+    if (isIncomplete) {
+        streams.err("Standard output could not be written; its text is incomplete.\n", Weight::Result);
+        (void)streams.drainError(Clock::now() + kLastTextLimit);
+    }
+    if (status != ExitStatus::Done || (!isIncomplete && isError))
         return status;
-    streams.err("Standard output could not be written; its text is incomplete.\n", Weight::Result);
-    (void)streams.drainError(std::chrono::steady_clock::now() + kLastMessageLimit);
-    return status == 0 ? static_cast<int>(ExitStatus::InternalFailure) : status;
+    if (isInterrupted)
+        return ExitStatus::Cancelled;
+    return isOutput && isError ? ExitStatus::InternalFailure : ExitStatus::NoAnswer;
 }
 
 void printJson(OutputStreams& streams, const QJsonObject& object) {
     streams.out(zrk::jsonLine(object) + '\n', Weight::Result);
 }
 
-int fail(ExitStatus status, const QString& text, bool json, OutputStreams& streams) {
+ExitStatus fail(ExitStatus status, const QString& text, bool json, OutputStreams& streams) {
     const bool usage = status == ExitStatus::Usage;
     const QString shown = zrk::standardErrorIsTerminal() ? zrk::withVisibleControls(text) : text;
     streams.err("zrk-loader-cli: " + shown.toLocal8Bit() + '\n' +
@@ -52,7 +72,7 @@ int fail(ExitStatus status, const QString& text, bool json, OutputStreams& strea
                    {QStringLiteral("status"), static_cast<int>(status)},
                    {QStringLiteral("reason"), usage ? QStringLiteral("usage") : QStringLiteral("internal")},
                    {QStringLiteral("text"), text}});
-    return static_cast<int>(status);
+    return status;
 }
 
 /// Known before the arguments are read, since what is wrong with them is told in the same way. Letters may
@@ -64,7 +84,8 @@ bool asksForJson(const QStringList& arguments) {
     return options.indexOf(kJson) >= 0 && options.indexOf(kText) < 0;
 }
 
-int runProgram(const QStringList& arguments, bool json, OutputStreams& streams) {
+ExitStatus runProgram(const QStringList& arguments, bool json, OutputStreams& streams, Interrupts& interrupts,
+                      std::optional<Clock::time_point>& limit) {
     // The window and the command line share the configuration file.
     zrk::ProgramFacts facts = zrk::programFacts();
     facts.name = QStringLiteral("zrk-loader");
@@ -73,11 +94,16 @@ int runProgram(const QStringList& arguments, bool json, OutputStreams& streams) 
             printJson(streams, {{QStringLiteral("event"), QStringLiteral("begin")},
                                 {QStringLiteral("schema"), 1},
                                 {QStringLiteral("version"), zrk::versionText()}});
-        const auto options = zrk::parseCommandLine(arguments, zrk::versionText());
+        const auto options = zrk::parseCommandLine(arguments, zrk::versionText(),
+                                                   [&](const QByteArray& text) { streams.out(text); });
         if (!options)
-            return 0;
+            return ExitStatus::Done;
+        if (options->limits.run) {
+            limit = Clock::now() + *options->limits.run;
+            interrupts.endAfter(*limit, static_cast<int>(ExitStatus::NoAnswer));
+        }
         zrk::Printer printer(options->style, streams);
-        return zrk::runBoards(*options, facts, printer);
+        return static_cast<ExitStatus>(zrk::runBoards(*options, facts, printer, interrupts));
     } catch (const zrk::UsageError& error) {
         return fail(ExitStatus::Usage, QString::fromUtf8(error.what()), json, streams);
     } catch (const zrk::RuntimeFailure& failure) {
@@ -94,11 +120,13 @@ int runProgram(const QStringList& arguments, bool json, OutputStreams& streams) 
 int main(int argc, char** argv) {
     zrk::fillMissingStreams();
     zrk::ignoreBrokenPipes();
-    zrk::InterruptSignal::hold();
     const zrk::StandardStreams standardStreams;
+    Interrupts interrupts; // before any other thread
     const QCoreApplication app(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     const bool json = asksForJson(arguments);
     OutputStreams streams(json);
-    return unlessOutputWasLost(runProgram(arguments, json, streams), streams);
+    std::optional<Clock::time_point> limit;
+    const ExitStatus status = runProgram(arguments, json, streams, interrupts, limit);
+    return static_cast<int>(drained(status, streams, interrupts, limit));
 }

@@ -1,35 +1,31 @@
 #include "machine/InterruptSignal.h"
-#include "platform/EventLoop.h"
 
 #include <mutex>
+#include <utility>
 #include <windows.h>
 
 namespace zrk {
 namespace {
 
 // The system calls a plain function on a thread of its own, so there is no other way to the object.
-std::mutex interruptedGuard;
-EventLoop* interruptedLoop = nullptr;                    // guarded by the mutex
-std::function<void(bool)>* interruptedHandler = nullptr; // used on the loop's thread only
+std::mutex handlerGuard;
+InterruptSignal::Handler* presentHandler = nullptr; // guarded by the mutex
 
-bool post(bool ended) {
-    const std::lock_guard lock(interruptedGuard);
-    if (interruptedLoop == nullptr)
+bool handOver(bool isEnd) {
+    const std::lock_guard lock(handlerGuard);
+    if (presentHandler == nullptr)
         return false;
-    interruptedLoop->post([ended] {
-        if (interruptedHandler != nullptr)
-            (*interruptedHandler)(ended);
-    });
+    (*presentHandler)(std::make_shared<const InterruptSignal::Signal>(InterruptSignal::Signal{isEnd}));
     return true;
 }
 
 BOOL WINAPI onConsoleEvent(DWORD event) {
-    const bool ended = event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT;
-    if (!post(ended))
+    const bool isEnd = event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT;
+    if (!handOver(isEnd))
         return FALSE;
     // The process is ended as soon as this returns, or after some seconds. The program's own end is sooner,
     // and takes this thread with it.
-    if (ended)
+    if (isEnd)
         Sleep(INFINITE);
     return TRUE;
 }
@@ -44,25 +40,25 @@ bool installOnce() {
 } // namespace
 
 struct InterruptSignal::Private {
-    std::function<void(bool)> interrupted;
+    Handler handler;
 };
 
 void InterruptSignal::hold() {} // the system has a thread of its own for them
 
-InterruptSignal::InterruptSignal(EventLoop& loop, std::function<void(bool)> interrupted)
-    : m_private(std::make_unique<Private>(Private{std::move(interrupted)})) {
-    interruptedHandler = &m_private->interrupted;
+InterruptSignal::InterruptSignal(Handler handler, const Limits& /*limits*/)
+    : m_private(std::make_unique<Private>(Private{std::move(handler)})) {
     {
-        const std::lock_guard lock(interruptedGuard);
-        interruptedLoop = &loop;
+        const std::lock_guard lock(handlerGuard);
+        presentHandler = &m_private->handler;
     }
     (void)installOnce();
 }
 
 InterruptSignal::~InterruptSignal() {
-    const std::lock_guard lock(interruptedGuard);
-    interruptedLoop = nullptr;
-    interruptedHandler = nullptr;
+    const std::lock_guard lock(handlerGuard);
+    presentHandler = nullptr;
 }
+
+void InterruptSignal::endAfter(std::chrono::steady_clock::time_point /*moment*/, int /*status*/) {}
 
 } // namespace zrk

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <unistd.h>
 
 namespace {
 
@@ -39,6 +40,14 @@ CliRun::CliRun(const QString& arguments, const Terminals& terminals) {
     m_process.setStandardInputFile(terminals.input.isEmpty() ? QProcess::nullDevice() : terminals.input);
     m_process.setStandardOutputFile(terminals.output); // "": collected
     m_process.setStandardErrorFile(terminals.error);
+    if (terminals.signal != 0)
+        m_process.setChildProcessModifier([signal = terminals.signal] {
+            sigset_t one;
+            sigemptyset(&one);
+            sigaddset(&one, signal);
+            sigprocmask(SIG_BLOCK, &one, nullptr);
+            kill(getpid(), signal);
+        });
     m_process.start(program("zrk-loader-cli"), QProcess::splitCommand(arguments));
 }
 

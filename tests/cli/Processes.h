@@ -37,6 +37,7 @@ struct Terminals {
     QString input = {};
     QString output = {};
     QString error = {};
+    int signal = 0; ///< waits for the run when it begins; 0 for none
 };
 
 /// A run of zrk-loader-cli; its arguments are one line.

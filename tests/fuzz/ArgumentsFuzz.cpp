@@ -56,7 +56,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         arguments += QString::fromUtf8(input.line());
     writeFile("a", "image");
     try {
-        const auto options = zrk::parseCommandLine(arguments, QStringLiteral("0"));
+        const auto options = zrk::parseCommandLine(arguments, QStringLiteral("0"), [](const QByteArray&) {});
         if (!options)
             return 0;
         check(*options);
