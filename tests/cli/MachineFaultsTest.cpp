@@ -60,6 +60,21 @@ TEST_F(MachineFaults, OfStreamsAndEnvironmentSpoilNoBoard) {
     }
 }
 
+TEST_F(MachineFaults, OfStreamsLeaveTheirNumbersToNoFile) {
+    const QString found = images.file("found");
+    QFile look(images.file("look"));
+    ASSERT_TRUE(look.open(QIODevice::WriteOnly));
+    look.write("for i in 0 1 2; do readlink /proc/$PPID/fd/$i; done > " + found.toLocal8Bit());
+    look.close();
+    const BoardProcess board("--unpaced --bootid-interval 5");
+    QProcess shell;
+    shell.start("bash", {"-c", program() + " " +
+                                   images.on(board.device(), "--line-rate 0 --on-wait 'sh " +
+                                                                 look.fileName() + "' load <&- >&- 2>&-")});
+    ASSERT_TRUE(shell.waitForFinished(600'000));
+    EXPECT_EQ(contents(found), "/dev/null\n/dev/null\n/dev/null\n");
+}
+
 /// Somebody builds anew while the image before it is sent. The program sleeps meanwhile, as a machine does.
 TEST_F(MachineFaults, OfImagesAreToldWhenTheyAreSent) {
     const QString path = images.file("secondary.bin");

@@ -6,6 +6,7 @@
 
 #ifndef _WIN32
 #include <csignal>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -86,7 +87,7 @@ TEST(App, EndsWhenItIsToldToAndWhatItLoggedIsComplete) {
         app.start();
         first.window->findChild<QAction*>("mnuLogToFile")->trigger();
         first.window->findChild<QPushButton*>("cmdCancel")->click();
-        std::raise(SIGTERM);
+        ::kill(::getpid(), SIGTERM);
     });
     EXPECT_EQ(QApplication::exec(), 130);
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));

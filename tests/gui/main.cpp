@@ -1,3 +1,5 @@
+#include "machine/InterruptSignal.h"
+
 #include <QApplication>
 #include <QTemporaryFile>
 
@@ -26,6 +28,7 @@ int main(int argc, char** argv) {
     QTemporaryFile fonts;
     if (fonts.open() && fonts.write(kFonts) > 0 && fonts.flush())
         qputenv("FONTCONFIG_FILE", fonts.fileName().toLocal8Bit());
+    zrk::InterruptSignal::hold(); // before a library starts threads
     const QApplication application(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
