@@ -1,8 +1,6 @@
 #include "machine/Descriptors.h"
 
-#include <algorithm>
 #include <io.h>
-#include <limits>
 #include <windows.h>
 
 namespace zrk {
@@ -10,8 +8,8 @@ namespace zrk {
 void fillMissingStreams() {} // the numbers of the C library are not those of ports
 
 std::ptrdiff_t writeSome(int descriptor, const char* bytes, std::size_t count) {
-    constexpr std::size_t kMost = std::numeric_limits<int>::max();
-    return _write(descriptor, bytes, static_cast<unsigned>(std::min(count, kMost)));
+    constexpr std::size_t kMost = std::size_t{1} << 30;
+    return _write(descriptor, bytes, static_cast<unsigned>(count < kMost ? count : kMost));
 }
 
 /// Two pipes cannot be compared, so they count as one: the order of the text matters more than a delay.

@@ -1,6 +1,7 @@
 #include "cli/OutputStreams.h"
 
 #include "cli/FullPipe.h"
+#include "cli/Output.h"
 #include "machine/StandardStreams.h"
 
 #include <gtest/gtest.h>
@@ -38,6 +39,21 @@ TEST(OutputStreams, LeaveOutProgressFirstAndNeverAResult) {
         EXPECT_TRUE(streams.drainOutput({}));
         EXPECT_TRUE(output.readUntil("again\n").endsWith("again\n"));
     }
+}
+
+TEST(OutputStreams, OfEventsKeepTheResult) {
+    FullPipe output;
+    FullPipe error;
+    OutputStreams streams(true, {output.writingEnd(), error.writingEnd(), 400});
+    zrk::Printer printer({.json = true}, streams);
+    zrk::Output board(printer, {});
+    streams.out(QByteArray(201, 'a'));
+    board.event("progress");
+    board.event("wait");
+    board.event("console", {{"text", QString(200, 'c')}});
+    board.result({.status = 5, .reason = {}, .step = {}});
+    const QByteArray read = output.readUntil("{\"event\":\"dropped\",\"events\":3}\n");
+    EXPECT_TRUE(read.startsWith(QByteArray(201, 'a') + "{\"event\":\"result\"")) << read.toStdString();
 }
 
 TEST(OutputStreams, ThatAreOneFileKeepTheirOrder) {
