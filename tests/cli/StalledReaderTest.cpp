@@ -41,11 +41,13 @@ TEST_F(StalledReader, DoesNotKeepTheProgramFromEnding) {
         run.send(SIGTERM);
         EXPECT_EQ(run.status(), 130) << "during the run";
     }
-    BoardProcess board(kBoard);
-    CliRun run(load({board.device()}), {.output = pipe.path()});
-    ASSERT_TRUE(board.waitForLog("secondary program: started"));
+    const BoardProcess boards[] = {BoardProcess(kBoard), BoardProcess(kBoard)};
+    CliRun run(load({boards[0].device(), boards[1].device()}), {.output = pipe.path()});
+    ASSERT_TRUE(run.waitFor(QProcess::StandardError, " status   0 ")) << "the table at the end";
     run.send(SIGINT);
     EXPECT_EQ(run.status(), 130) << "while its text waits for the reader";
+    CliRun limited("--timeout 0.1 check", {.output = pipe.path()});
+    EXPECT_EQ(limited.status(), 4) << "at its limit";
 }
 
 } // namespace
