@@ -13,7 +13,8 @@
 namespace zrk {
 namespace {
 
-/// A terminal that hands over every key, as long as this lives.
+/// A terminal that hands over every key, as long as this lives. How it prints stays the same, so neither
+/// change waits for text that a stopped terminal does not take.
 class RawTerminal {
   public:
     RawTerminal() {
@@ -23,11 +24,11 @@ class RawTerminal {
         m_before = raw;
         cfmakeraw(&raw);
         raw.c_oflag = m_before->c_oflag; // messages on the same terminal keep their line ends
-        (void)tcsetattr(STDIN_FILENO, TCSADRAIN, &raw);
+        (void)tcsetattr(STDIN_FILENO, TCSANOW, &raw);
     }
     ~RawTerminal() {
         if (m_before)
-            (void)tcsetattr(STDIN_FILENO, TCSADRAIN, &*m_before);
+            (void)tcsetattr(STDIN_FILENO, TCSANOW, &*m_before);
     }
     RawTerminal(const RawTerminal&) = delete;
     RawTerminal& operator=(const RawTerminal&) = delete;
