@@ -102,7 +102,8 @@ BoardProgram::BoardProgram(ProgramOptions options, std::ostream& out, std::ostre
 }
 
 void BoardProgram::run() {
-    m_end.powerOn(Clock::now());
+    if (!m_options.off)
+        m_end.powerOn(Clock::now());
     while (!m_done) {
         waitForSomething();
         service(Clock::now());

@@ -85,6 +85,8 @@ const std::vector<Option>& generalOptions() {
          }},
         {"start-delay", "SECONDS", "from the start of a program to its first byte (0.1)",
          [](ProgramOptions& o, Text v) { o.board.startDelay = time(v); }},
+        {"off", nullptr, "begin without power, which SIGUSR1 switches on",
+         [](ProgramOptions& o, Text) { o.off = true; }},
         {"power-cycles", "N", "exit when the N-th run has ended (see below)",
          [](ProgramOptions& o, Text v) { o.powerCycles = static_cast<unsigned>(count(v)); }},
         {"patience", "SECONDS",
