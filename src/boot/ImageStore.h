@@ -18,8 +18,8 @@ struct Controls;
 /// 32-bit sizes can say. An operation asks before it sends anything of the slot.
 void requireSendable(const Controls& controls, int slot);
 
-/// What several boards are given at once: each file is read once and held once, so that all of them get the
-/// same bytes even when somebody builds anew meanwhile. For any thread.
+/// The images of a run: each file is read once and held once, so that all boards get the same bytes even when
+/// the file changes meanwhile. For any thread.
 class ImageStore {
   public:
     /// As readImage(), from the second time on without the file; a failure is not kept.

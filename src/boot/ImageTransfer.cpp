@@ -4,11 +4,29 @@
 #include "config/HexConversions.h"
 #include "config/ImageSlots.h"
 
+#include <QLocale>
+
 #include <boost/crc.hpp>
 
 #include <algorithm>
 
 namespace zrk {
+namespace {
+
+/// What it means for the board that the file's length is not the one announced.
+QString otherLengthText(const QString& title, int slot, qsizetype length, std::int32_t announced) {
+    const QLocale locale;
+    const QString lengths = QStringLiteral("%1: the file now has %2 bytes, but %3 were announced; ")
+                                .arg(title, locale.toString(length), locale.toString(announced));
+    if (length < announced)
+        return lengths + QStringLiteral("the board waits for the rest, or took later bytes for it. Cycle its "
+                                        "power, choose the file again and repeat.");
+    return lengths + QStringLiteral("%1 holds only the first %2. Choose the file again and repeat.")
+                         .arg(QLatin1String(slot == kFlashImage ? "the flash" : "the board"),
+                              locale.toString(announced));
+}
+
+} // namespace
 
 ImageTransfer::ImageTransfer(Link& link, ImageSlots& imageSlots) : m_link(link), m_imageSlots(imageSlots) {}
 
@@ -96,9 +114,20 @@ void ImageTransfer::sendCode(int slot) {
     m_link.transport.timSentStatus_Timer();
     m_link.transport.enableSentStatus(false);
     m_link.state.LastSent = QStringLiteral("the code of ") + m_link.controls.slotTitle(i);
-    if (!stopped)
-        m_link.state.Sent[i] = SentImage{
-            sum.checksum(), static_cast<std::int32_t>(std::min<qsizetype>(position, content.size()))};
+    if (stopped)
+        return;
+    if (content.size() != position)
+        noteOtherLength(slot, content.size());
+    m_link.state.Sent[i] =
+        SentImage{sum.checksum(), static_cast<std::int32_t>(std::min<qsizetype>(position, content.size()))};
+}
+
+void ImageTransfer::noteOtherLength(int slot, qsizetype length) {
+    QString& noted = m_link.state.OtherLength;
+    if (!noted.isEmpty())
+        noted += QLatin1Char(' ');
+    noted += otherLengthText(m_link.controls.slotTitle(static_cast<std::size_t>(slot)), slot, length,
+                             m_link.state.BytesTotal);
 }
 
 /// Yields until the line takes another byte. False when the user wants the transfer to stop.

@@ -24,7 +24,9 @@ class ImageTransfer {
     /// Slots 0 and 6 go to the boot ROM, 1 to 4 to the primary boot, which accepts first; slot 5 sends its
     /// code bytes alone, as the payload of a frame. False when the primary boot refuses or answers
     /// wrongly. A cancel that the user confirms ends the code early with True and CancelRequested still
-    /// set. Yields after every code byte; file, number and port failures pass through as RuntimeFailure.
+    /// set. A file of another length than the slot's size is sent as far as both go, which SharedState's
+    /// OtherLength notes. Yields after every code byte; file, number and port failures pass through as
+    /// RuntimeFailure.
     [[nodiscard]] bool SendImage(int slot);
 
     /// Asks, while code bytes are being sent, whether that may end. True at once when none are; False while
@@ -39,6 +41,7 @@ class ImageTransfer {
     void sendNumber(const QString& text);
     [[nodiscard]] bool awaitAcceptance();
     void sendCode(int slot);
+    void noteOtherLength(int slot, qsizetype length);
     [[nodiscard]] bool passAfterByte();
     [[nodiscard]] bool userConfirmsCancel();
 

@@ -21,10 +21,11 @@ namespace zrk {
 namespace {
 
 /// What is wrong for all boards is told once, and before any of them hears anything.
-void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& printer, EventLoop& loop) {
+void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& printer, EventLoop& loop,
+                     const std::shared_ptr<ImageStore>& images) {
     options.program.ports.insert_or_assign(1, options.ports.first());
     Output output(printer, {0, {}, options.ports.first()});
-    Session(options, facts, loop, output).prepare();
+    Session(options, facts, loop, output, images).prepare();
 }
 
 /// A port's name as that of a file. Windows opens the port itself under its name, whatever suffix is behind
@@ -126,11 +127,10 @@ class BoardRun {
     Ending live() {
         try {
             QtEventLoop loop;
-            Session session(m_options, m_facts, loop, m_output);
+            Session session(m_options, m_facts, loop, m_output, m_images);
             const Reachable reachable(*this, loop, session);
             if (m_interrupted)
                 return endedEarly(ExitStatus::Cancelled);
-            session.readThrough(m_images);
             session.prepare(Session::Remarks::AreKnown);
             return session.run();
         } catch (const std::exception& error) {
@@ -218,7 +218,7 @@ int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printe
         if (running != nullptr)
             running->interrupt(isEnd);
     });
-    Session session(options, facts, loop, output);
+    Session session(options, facts, loop, output, std::make_shared<ImageStore>());
     session.prepare();
     running = &session;
     const Ending ending = session.run();
@@ -229,7 +229,8 @@ int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printe
 
 int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& printer, Interrupts& interrupts) {
     QtEventLoop loop;
-    requireWorkable(options, facts, printer, loop);
+    const auto images = std::make_shared<ImageStore>();
+    requireWorkable(options, facts, printer, loop, images);
     std::vector<std::unique_ptr<BoardRun>> runs;
     // One answer could not be for all of the boards, and a question for each would stop the others' display.
     const Interrupts::InLoop heard(interrupts, loop, [&runs](const Interrupts::Request& request) {
@@ -238,7 +239,6 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
     });
     const QStringList names = namesOf(options.ports);
     requireTraces(options, names);
-    const auto images = std::make_shared<ImageStore>();
     for (qsizetype i = 0; i < names.size(); ++i)
         runs.push_back(std::make_unique<BoardRun>(options, facts, printer, static_cast<std::size_t>(i),
                                                   names[i], images));

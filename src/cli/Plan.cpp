@@ -102,6 +102,19 @@ QStringList Plan::announcement() const {
     return lines;
 }
 
+std::vector<Slot> Plan::slotsToSend() const {
+    std::vector<Slot> sent;
+    for (const Slot slot : kWindowOrder) {
+        const bool isSent = std::any_of(m_steps.cbegin(), m_steps.cend(), [slot](const StepCall& step) {
+            const auto& images = step.facts->images;
+            return std::find(images.cbegin(), images.cend(), slot) != images.cend();
+        });
+        if (isSent && isSelected(slot))
+            sent.push_back(slot);
+    }
+    return sent;
+}
+
 QStringList Plan::warnings() const {
     QStringList lines;
     const QStringList remarks = m_loader.iniLoader.remarks();

@@ -24,6 +24,9 @@ class Plan {
     /// file, bytes, line time and address. Empty when the steps need no port.
     [[nodiscard]] QStringList announcement() const;
 
+    /// The slots whose images the steps will send, each once.
+    [[nodiscard]] std::vector<Slot> slotsToSend() const;
+
     /// What is strange but stops no step: lines of the INI file that say nothing, and files named there that
     /// are not there.
     [[nodiscard]] QStringList warnings() const;

@@ -22,16 +22,10 @@ void SentLines::tell(std::size_t slot) {
                             {QStringLiteral("crc32"), sent->crcText()}});
     m_output.notice(
         QStringLiteral("%1: sent %2 bytes, CRC-32 %3").arg(title).arg(sent->bytes).arg(sent->crcText()));
-    if (sent->bytes < m_loader.state.BytesTotal)
-        m_output.tell(QStringLiteral("%1: the file has become shorter than the %2 bytes that the board was "
-                                     "told; cycle its power and send the image again.")
-                          .arg(title)
-                          .arg(m_loader.state.BytesTotal));
-    else if (!m_loader.controls.lblFileChanged[slot].Caption.value().isEmpty())
-        m_output.tell(QStringLiteral("%1: the file has changed since this run began; what was sent are the "
-                                     "first %2 bytes of what it holds now. Is it the one that you mean?")
-                          .arg(title)
-                          .arg(sent->bytes));
+    if (!m_loader.controls.lblFileChanged[slot].Caption.value().isEmpty())
+        m_output.tell(QStringLiteral("%1: the file has changed since this run began; the board got what the "
+                                     "file held then.")
+                          .arg(title));
 }
 
 } // namespace zrk

@@ -1,7 +1,9 @@
 #include "cli/Session.h"
 
+#include "boot/ImageStore.h"
 #include "cli/UsageError.h"
 #include "config/AddressEntry.h"
+#include "config/ImageSlots.h"
 #include "loader/BoardHint.h"
 #include "machine/PortCheck.h"
 #include "machine/PortMessages.h"
@@ -22,15 +24,18 @@ constexpr std::chrono::milliseconds kLastBytesLimit = 3s;
 
 } // namespace
 
-Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output)
-    : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)), m_loop(loop),
-      m_output(output), m_question(loop), m_messages(output, m_question),
-      m_powerOnNotice(loop, output, options.limits.wait, options.onWait),
+Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output,
+                 std::shared_ptr<ImageStore> images)
+    : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)),
+      m_images(std::move(images)), m_loop(loop), m_output(output), m_question(loop),
+      m_messages(output, m_question), m_powerOnNotice(loop, output, options.limits.wait, options.onWait),
       m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
       m_tracedPorts(loop, m_ports),
       m_loader({loop, m_tracedPorts, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
       m_progress(m_loader, output, m_messages), m_sent(m_loader, output),
-      m_plan(m_loader, m_options.steps, m_ini), m_runTimer(loop.createTimer([this] { runOut(); })) {}
+      m_plan(m_loader, m_options.steps, m_ini), m_runTimer(loop.createTimer([this] { runOut(); })) {
+    m_loader.transfer.readThrough(m_images);
+}
 
 void Session::prepare(Remarks remarks) {
     m_loader.startUp.prepare(m_facts);
@@ -45,6 +50,27 @@ void Session::prepare(Remarks remarks) {
             m_output.tell(line);
     }
     m_plan.check();
+    if (readImages())
+        m_plan.check();
+}
+
+/// Whatever becomes of the files later, the board gets what they hold now. True when one has another length
+/// than a moment before.
+bool Session::readImages() {
+    bool changed = false;
+    for (const Slot slot : m_plan.slotsToSend()) {
+        const auto i = static_cast<std::size_t>(slot);
+        const QString sizeBefore = m_loader.controls.lblCodeSize[i].Caption;
+        QString size;
+        try {
+            size = ImageSlots::sizeText(m_images->image(m_loader.controls.txtFilNam[i].Tag).size());
+        } catch (const RuntimeFailure& failure) {
+            throw UsageError(failure.description());
+        }
+        m_loader.controls.lblCodeSize[i].Caption = size;
+        changed = changed || size != sizeBefore;
+    }
+    return changed;
 }
 
 Ending Session::run() {

@@ -21,16 +21,15 @@ namespace zrk {
 /// one thread.
 class Session {
   public:
-    Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output);
+    /// Images are read through the store, which other boards may use as well.
+    Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output,
+            std::shared_ptr<ImageStore> images);
 
     enum class Remarks { Tell, AreKnown };
 
-    /// Presets the slots, says what is strange about the configuration, and checks what can be checked before
-    /// anything is sent. Throws UsageError for a configuration that cannot work.
+    /// Presets the slots, says what is strange about the configuration, reads the images whole, and checks
+    /// what can be checked before anything is sent. Throws UsageError for a configuration that cannot work.
     void prepare(Remarks remarks = Remarks::Tell);
-
-    /// From now on images come from a store that other boards use as well.
-    void readThrough(std::shared_ptr<ImageStore> store) { m_loader.transfer.readThrough(std::move(store)); }
 
     /// Says what will be done and, after prepare(), carries out the steps up to the first that fails.
     [[nodiscard]] Ending run();
@@ -41,6 +40,7 @@ class Session {
   private:
     void presetSlots();
     void presetSlot(int slot, const QString& value);
+    [[nodiscard]] bool readImages();
     void announce();
     void startTrace();
     void endTrace();
@@ -57,6 +57,7 @@ class Session {
     CliOptions m_options;
     ProgramFacts m_facts;
     IniChoice m_ini;
+    std::shared_ptr<ImageStore> m_images;
     EventLoop& m_loop;
     Output& m_output;
     YesNoQuestion m_question;

@@ -19,10 +19,9 @@ void ImageSlots::fill(int slot, const QString& path) {
     // The path comes before the selection, which the check box rule would undo without a path.
     m_controls.txtFilNam[i].Tag = path;
     m_controls.txtFilNam[i].ToolTipText = QStringLiteral("Path: ") + m_paths.FolderOf(path);
-    const QString size = sizeText(path);
-    if (!size.isNull())
-        m_controls.lblCodeSize[i].Caption = size;
     const QFileInfo file(path);
+    if (file.exists())
+        m_controls.lblCodeSize[i].Caption = sizeText(file.size());
     m_stamps[i] = {path, file.size(), file.lastModified()};
     m_controls.lblFileChanged[i].Caption = QString();
     m_state.Sent[i] = std::nullopt;
@@ -59,11 +58,8 @@ void ImageSlots::checkFile(int slot) {
         m_controls.lblFileChanged[i].Caption = mark;
 }
 
-QString ImageSlots::sizeText(const QString& path) {
-    const QFileInfo file(path);
-    if (!file.exists())
-        return {};
-    return QStringLiteral("0x") + QString::number(file.size(), 16).toUpper();
+QString ImageSlots::sizeText(std::int64_t length) {
+    return QStringLiteral("0x") + QString::number(length, 16).toUpper();
 }
 
 } // namespace zrk

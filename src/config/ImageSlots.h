@@ -35,8 +35,8 @@ class ImageSlots {
     void checkFiles();
     void checkFile(int slot);
 
-    /// "0x" and the file's length in upper-case hexadecimal; null when it cannot be read.
-    [[nodiscard]] static QString sizeText(const QString& path);
+    /// "0x" and the length in upper-case hexadecimal.
+    [[nodiscard]] static QString sizeText(std::int64_t length);
 
   private:
     /// What a file looked like when it was chosen.

@@ -53,7 +53,9 @@ struct SharedState {
     Series Images; ///< where the running transfer stands among those of its operation
     /// Of each slot's file, once it has been sent whole and until it is chosen or sent again.
     std::array<QProperty<std::optional<SentImage>>, kSlotCount> Sent;
-    QString WrongAnswer;    ///< what the board sent where something else was expected, in words
+    QString WrongAnswer; ///< what the board sent where something else was expected, in words
+    /// Which image files had another length than announced, and what that means for the board, in words.
+    QString OtherLength;
     QString LineErrorsText; ///< what was damaged on the line during the last transfers, in words
     QString WaitingFor;     ///< what an operation without a time limit waits for; empty: nothing
     std::chrono::steady_clock::time_point WaitingSince;

@@ -55,7 +55,10 @@ QString Activity::operationText() const {
     if (!m_link.state.WaitingFor.isEmpty()) {
         const auto since =
             std::chrono::duration_cast<std::chrono::seconds>(m_link.loop.now() - m_link.state.WaitingSince);
-        return QStringLiteral("%1: %2").arg(m_link.state.WaitingFor, durationText(since));
+        const QString waits = QStringLiteral("%1: %2").arg(m_link.state.WaitingFor, durationText(since));
+        // Without the rest of its image the board may never answer.
+        return m_link.state.OtherLength.isEmpty() ? waits
+                                                  : waits + QStringLiteral(". ") + m_link.state.OtherLength;
     }
     return m_link.state.TerminalMode ? QStringLiteral("Running a script")
                                      : QStringLiteral("Talking to the board");

@@ -83,6 +83,7 @@ void Operation::begin() {
     m_desk.state.WrongAnswer.clear();
     m_desk.state.Remark.clear();
     m_desk.state.Unanswered.clear();
+    m_desk.state.OtherLength.clear();
     m_desk.state.LastSent.clear();
     m_desk.state.SendingSince.reset();
     m_desk.state.BytesSent = 0;
@@ -108,7 +109,7 @@ void Operation::abort(CommandButton& startButton) {
 Outcome Operation::endedBy(End end) const {
     switch (end) {
     case End::Done:
-        return Outcome::Done;
+        return m_desk.state.OtherLength.isEmpty() ? Outcome::Done : Outcome::File;
     case End::Rejected:
         return Outcome::Rejected;
     case End::Stopped:

@@ -29,9 +29,7 @@ QString wordsFor(Outcome outcome, const SharedState& state) {
     }
 }
 
-} // namespace
-
-QString outcomeSentence(Outcome outcome, const SharedState& state, const QString& failure) {
+QString sentenceOf(Outcome outcome, const SharedState& state, const QString& failure) {
     QString words = wordsFor(outcome, state);
     if (!words.isEmpty())
         return words;
@@ -40,6 +38,17 @@ QString outcomeSentence(Outcome outcome, const SharedState& state, const QString
     QString name = outcomeName(outcome);
     name[0] = name[0].toUpper();
     return name + QLatin1Char('.');
+}
+
+} // namespace
+
+QString outcomeSentence(Outcome outcome, const SharedState& state, const QString& failure) {
+    if (state.OtherLength.isEmpty())
+        return sentenceOf(outcome, state, failure);
+    // The operation reached its end, and the length alone is wrong.
+    if (outcome == Outcome::File && failure.isEmpty())
+        return state.OtherLength;
+    return sentenceOf(outcome, state, failure) + QLatin1Char(' ') + state.OtherLength;
 }
 
 } // namespace zrk

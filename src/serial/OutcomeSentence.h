@@ -6,8 +6,9 @@ namespace zrk {
 
 struct SharedState;
 
-/// One sentence on an operation that has not reached its end, for example "Cancelled at 78,247 of 163,840
-/// bytes."; `failure` is the description of the failure that ended it, or "".
+/// A sentence on an operation that has not succeeded, for example "Cancelled at 78,247 of 163,840 bytes.",
+/// and those on image files of a wrong length. `failure` describes the failure that ended the operation, or
+/// is "".
 [[nodiscard]] QString outcomeSentence(Outcome outcome, const SharedState& state, const QString& failure);
 
 } // namespace zrk

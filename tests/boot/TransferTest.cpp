@@ -158,11 +158,17 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
         QByteArray code;
         const char* panel;
         const char* sum;
+        const char* remark;
     };
     for (const Row& row : std::initializer_list<Row>{
-             {"abc", "0x5", hex("34 12 00 00 05 00 00 00"), "abc", "bytes sent 5 / 5", "3 352441C2"},
-             {"abc", "2", hex("34 12 00 00 02 00 00 00"), "ab", "bytes sent 2 / 2", "2 9E83486D"},
-             {"", "0x0", hex("34 12 00 00 00 00 00 00"), "", "bytes sent 0 / 0", "0 00000000"}}) {
+             {"abc", "0x5", hex("34 12 00 00 05 00 00 00"), "abc", "bytes sent 5 / 5", "3 352441C2",
+              "Primary Boot (IRAM): the file now has 3 bytes, but 5 were announced; the board waits for the "
+              "rest, or took later bytes for it. Cycle its power, choose the file again and repeat."},
+             {"abc", "2", hex("34 12 00 00 02 00 00 00"), "ab", "bytes sent 2 / 2", "2 9E83486D",
+              "Primary Boot (IRAM): the file now has 3 bytes, but 2 were announced; the board holds only the "
+              "first 2. Choose the file again and repeat."},
+             {"", "0x0", hex("34 12 00 00 00 00 00 00"), "", "bytes sent 0 / 0", "0 00000000",
+              "Loaded: 7 bytes in 0 s, confirmed."}}) {
         TransferRig r;
         r.bench.fill(0, row.content, "0x1234");
         r.loader.controls.lblCodeSize[0].Caption = row.size;
@@ -172,7 +178,8 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
             EXPECT_DOUBLE_EQ(r.loader.controls.pgbDownload.Value, 100.0);
         };
         r.start();
-        EXPECT_EQ(r.outcome(), Outcome::Done);
+        EXPECT_EQ(r.outcome(), row.remark[0] == 'L' ? Outcome::Done : Outcome::File);
+        EXPECT_EQ(r.loader.state.Remark, row.remark);
         EXPECT_EQ(r.bench.console(), bringUpTexts().join(QString()));
         const auto sent = r.loader.state.Sent[0].value().value_or(zrk::SentImage{});
         EXPECT_EQ(QStringLiteral("%1 %2").arg(sent.bytes).arg(sent.crcText()), row.sum);
@@ -226,7 +233,7 @@ TEST(Transfer, AFileThatChangedAfterTheStartIsMarkedBeforeItsBytesAreSent) {
         EXPECT_TRUE(r.loader.controls.lblFileChanged[1].Caption.value().contains("changed"));
     };
     r.start();
-    EXPECT_EQ(r.outcome(), Outcome::Done);
+    EXPECT_EQ(r.outcome(), Outcome::File);
 }
 
 TEST(Transfer, LongerThanTheReplyTimeOutAtTheLinesSpeed) {

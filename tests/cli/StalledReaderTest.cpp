@@ -16,11 +16,11 @@ struct StalledReader : ::testing::Test {
     FullPipe pipe;
 };
 
-const QString kBoard = "--unpaced --verbose --bootid-interval 5";
+const QString kStill = "--unpaced --verbose --bootid-interval 5";
 
 TEST_F(StalledReader, DelaysItsTextAndNoBoard) {
-    BoardProcess first(kBoard);
-    BoardProcess second(kBoard);
+    BoardProcess first(kStill);
+    BoardProcess second(kStill);
     const QStringList cases[] = {{first.device()}, {first.device(), second.device()}};
     for (const QStringList& devices : cases) {
         FullPipe output;
@@ -41,7 +41,7 @@ TEST_F(StalledReader, DoesNotKeepTheProgramFromEnding) {
         run.send(SIGTERM);
         EXPECT_EQ(run.status(), 130) << "during the run";
     }
-    const BoardProcess boards[] = {BoardProcess(kBoard), BoardProcess(kBoard)};
+    const BoardProcess boards[] = {BoardProcess(kStill), BoardProcess(kStill)};
     CliRun run(load({boards[0].device(), boards[1].device()}), {.output = pipe.path()});
     ASSERT_TRUE(run.waitFor(QProcess::StandardError, " status   0 ")) << "the table at the end";
     run.send(SIGINT);

@@ -65,6 +65,19 @@ TEST(FlashProgramming, EachAnswerGoneWrong) {
     }
 }
 
+TEST(FlashProgramming, AFileThatGrewIsNoSuccess) {
+    FlashRig b;
+    QFile file(b.loader.controls.txtFilNam[5].Tag);
+    ASSERT_TRUE(file.open(QIODevice::Append) && file.write("more") == 4);
+    file.close();
+    b.start();
+    EXPECT_EQ(b.port.written, b.sentUpTo(8));
+    EXPECT_EQ(b.outcome(), Outcome::File);
+    EXPECT_EQ(b.loader.state.Remark,
+              "Flash image: the file now has 9 bytes, but 5 were announced; the flash holds "
+              "only the first 5. Choose the file again and repeat.");
+}
+
 TEST(FlashProgramming, TheChipMayTakeItsTimeAndCancelStillWorksAtOnce) {
     for (std::size_t step = 3; step <= 8; ++step) {
         SCOPED_TRACE(step);
@@ -228,16 +241,17 @@ TEST(FlashProgramming, TextsOfTheFlashSlot) {
         const char* size;
         QByteArray header; // what is sent of address and size
         QByteArray data;   // what is sent of the data frame
-        bool good;
+        Outcome outcome;
     };
     for (const Row& row : std::initializer_list<Row>{
-             {"131072", "5", hex("00 00 02 00 05 00 00 00"), kData, true},
-             {"0x83FFFFF0", "0x0", hex("F0 FF FF 83 00 00 00 00"), hex("02 09 00 00 00 AF 00 00 03"), true},
+             {"131072", "5", hex("00 00 02 00 05 00 00 00"), kData, Outcome::Done},
+             {"0x83FFFFF0", "0x0", hex("F0 FF FF 83 00 00 00 00"), hex("02 09 00 00 00 AF 00 00 03"),
+              Outcome::File},
              {"0x0", "0x7", hex("00 00 00 00 07 00 00 00"),
-              hex("02 10 00 00 00 AF") + kImage + hex("00 00 03"), true},
-             {"0x0", "0x7FFFFFF7", hex("00 00 00 00 F7 FF FF 7F"), "", false},
-             {"0x20000", "", hex("00 00 02 00"), "", false},
-             {"xyz", "0x5", "", "", false}}) {
+              hex("02 10 00 00 00 AF") + kImage + hex("00 00 03"), Outcome::File},
+             {"0x0", "0x7FFFFFF7", hex("00 00 00 00 F7 FF FF 7F"), "", Outcome::Internal},
+             {"0x20000", "", hex("00 00 02 00"), "", Outcome::Internal},
+             {"xyz", "0x5", "", "", Outcome::Internal}}) {
         SCOPED_TRACE(row.address);
         FlashRig b;
         b.loader.controls.txtStartAddress[5].Text = row.address;
@@ -248,12 +262,13 @@ TEST(FlashProgramming, TextsOfTheFlashSlot) {
         b.port.steps[5].when = header;
         b.port.steps[6].when = row.data;
         b.start();
-        EXPECT_EQ(b.outcome(), row.good ? Outcome::Done : Outcome::Internal);
-        EXPECT_EQ(b.port.written, b.sentUpTo(row.good ? 8 : 6));
-        ASSERT_EQ(b.bench.boxes.shown.size(), row.good ? 0 : 1);
+        const bool good = row.outcome != Outcome::Internal;
+        EXPECT_EQ(b.outcome(), row.outcome);
+        EXPECT_EQ(b.port.written, b.sentUpTo(good ? 8 : 6));
+        ASSERT_EQ(b.bench.boxes.shown.size(), good ? 0 : 1);
         EXPECT_EQ(b.bench.boxes.shown.value(0).contains("the slot \"Flash image\" has no file"),
                   *row.size == 0);
-        if (!row.good)
+        if (!good)
             b.expectAborted(true);
     }
 }
