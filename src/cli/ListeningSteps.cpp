@@ -5,7 +5,7 @@
 #include "cli/Plan.h"
 #include "cli/TerminalBridge.h"
 #include "cli/UsageError.h"
-#include "config/Paths.h"
+#include "files/TextFile.h"
 #include "loader/Loader.h"
 
 namespace zrk {
@@ -34,7 +34,10 @@ ExitStatus expect(const StepRun& run) {
 }
 
 void requireScript(const Plan& /*plan*/, const QString& argument) {
-    if (!FileExists(argument, false))
+    const TextFile file = readTextFile(argument);
+    if (file.fault == TextFile::Fault::TooLong)
+        throw UsageError(QStringLiteral("script %1: %2.").arg(argument, file.why));
+    if (file.fault != TextFile::Fault::None)
         throw UsageError(
             QStringLiteral("script %1: there is no such file, or it cannot be read.").arg(argument));
 }

@@ -1,6 +1,6 @@
 #include "config/IniFile.h"
 
-#include "files/RegularFile.h"
+#include "files/TextFile.h"
 
 #include <QStringDecoder>
 #include <QStringList>
@@ -10,11 +10,7 @@ namespace {
 
 constexpr qsizetype kMaxValueLength = 254;
 
-QString readText(const QString& path, CodePage codePage) {
-    QFile file(path);
-    if (!openForReading(file).isEmpty())
-        return {};
-    const QByteArray bytes = file.readAll();
+QString textOf(const QByteArray& bytes, CodePage codePage) {
     // Stateless: a character that the end of the file cuts off is an error, not a wait for more.
     const auto marked = QStringConverter::encodingForData(bytes);
     QStringDecoder decoder(marked.value_or(QStringConverter::Utf8), QStringConverter::Flag::Stateless);
@@ -37,14 +33,13 @@ QString withoutQuotes(const QString& value) {
     return quoted ? value.mid(1, value.size() - 2) : value;
 }
 
-/// A line that means something, and the value of a key.
-struct Entry {
-    IniName name;
-    QString value;
-};
+} // namespace
 
-QList<Entry> entriesOf(const QString& text) {
-    QList<Entry> entries;
+IniFile::IniFile(const QString& path, CodePage codePage) {
+    const TextFile file = readTextFile(path);
+    m_isTooLong = file.fault == TextFile::Fault::TooLong;
+    const QString text = textOf(file.bytes, codePage);
+    m_isText = !text.contains(QChar(u'\0'));
     QString section;
     int number = 0;
     const QStringList lines = text.split(QLatin1Char('\n'));
@@ -55,36 +50,22 @@ QList<Entry> entriesOf(const QString& text) {
         if (line.startsWith(QLatin1Char('['))) {
             const qsizetype end = line.indexOf(QLatin1Char(']'));
             section = end < 0 ? line : line.mid(1, end - 1).trimmed(); // without its end it is no known one
-            entries.append({{number, section, std::nullopt}, QString()});
+            m_entries.append({number, section, std::nullopt, QString()});
         } else if (!isComment(line) && equals >= 0) {
-            entries.append({{number, section, line.left(equals).trimmed()},
-                            withoutQuotes(line.mid(equals + 1).trimmed())});
+            m_entries.append({number, section, line.left(equals).trimmed(),
+                              withoutQuotes(line.mid(equals + 1).trimmed())});
         }
     }
-    return entries;
 }
 
-} // namespace
-
-IniNames readIniNames(const QString& iniPath, CodePage codePage) {
-    const QString text = readText(iniPath, codePage);
-    IniNames found;
-    found.isText = !text.contains(QChar(u'\0'));
-    const QList<Entry> entries = entriesOf(text);
-    for (const Entry& entry : entries)
-        found.names.append(entry.name);
-    return found;
-}
-
-IniValue readIniValue(const QString& iniPath, const QString& section, const QString& key, CodePage codePage) {
+IniValue IniFile::value(const QString& section, const QString& key) const {
     bool inSection = false;
-    const QList<Entry> entries = entriesOf(readText(iniPath, codePage));
-    for (const Entry& entry : entries) {
-        if (!entry.name.key) {
+    for (const IniEntry& entry : m_entries) {
+        if (!entry.key) {
             if (inSection)
                 return {};
-            inSection = entry.name.section.compare(section, Qt::CaseInsensitive) == 0;
-        } else if (inSection && entry.name.key->compare(key, Qt::CaseInsensitive) == 0) {
+            inSection = entry.section.compare(section, Qt::CaseInsensitive) == 0;
+        } else if (inSection && entry.key->compare(key, Qt::CaseInsensitive) == 0) {
             return {entry.value.left(kMaxValueLength), entry.value.size() > kMaxValueLength};
         }
     }
@@ -92,7 +73,7 @@ IniValue readIniValue(const QString& iniPath, const QString& section, const QStr
 }
 
 QString GetIniValue(const QString& iniPath, const QString& section, const QString& key) {
-    return readIniValue(iniPath, section, key).text;
+    return IniFile(iniPath).value(section, key).text;
 }
 
 } // namespace zrk

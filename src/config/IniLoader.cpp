@@ -12,6 +12,15 @@
 namespace zrk {
 namespace {
 
+/// More of them would fill the terminal, and the status bar, which lays out all of its text at each resize.
+constexpr qsizetype kMostNameRemarks = 10;
+
+/// A name of the file as a part of a remark.
+QString shown(const QString& name) {
+    constexpr qsizetype kMost = 60;
+    return name.size() > kMost ? name.left(kMost) + QStringLiteral("...") : name;
+}
+
 bool isSame(const QString& name, const char* known) {
     return name.compare(QLatin1String(known), Qt::CaseInsensitive) == 0;
 }
@@ -26,38 +35,38 @@ QStringList keysOf(const QString& section) {
     return keys;
 }
 
-/// What is wrong with a name in the file, or "".
-QString remarkOn(const IniName& name) {
-    const QStringList keys = keysOf(name.section);
+/// What is wrong with a name in the file, or ""; `keys` are those that count in its section.
+QString remarkOn(const IniEntry& name, const QStringList& keys) {
+    const QString section = shown(name.section);
     if (!name.key)
-        return keys.isEmpty() ? QStringLiteral("unknown section [%1]; known are [BINFILES] and [IMGFILES].")
-                                    .arg(name.section)
-                              : QString();
+        return keys.isEmpty()
+                   ? QStringLiteral("unknown section [%1]; known are [BINFILES] and [IMGFILES].").arg(section)
+                   : QString();
     if (name.section.isEmpty())
-        return QStringLiteral("the key %1 stands in front of every section.").arg(*name.key);
+        return QStringLiteral("the key %1 stands in front of every section.").arg(shown(*name.key));
     // The keys of an unknown section have been told with it.
     if (keys.isEmpty() || keys.contains(*name.key, Qt::CaseInsensitive))
         return {};
     return QStringLiteral("unknown key %1 in [%2]; known are %3.")
-        .arg(*name.key, name.section, keys.join(QStringLiteral(", ")));
+        .arg(shown(*name.key), section, keys.join(QStringLiteral(", ")));
 }
 
 /// Finds the sections and keys that have no effect because an earlier one has the same name.
 class IniRepeats {
   public:
     /// The remark on a name that is repeated and known, or "". To be asked for each name in turn.
-    [[nodiscard]] QString remarkOn(const IniName& name) {
+    [[nodiscard]] QString remarkOn(const IniEntry& name, const QStringList& keys) {
         const QString section = name.section.toLower();
         if (!name.key) {
             m_keys.clear();
-            m_ignored = m_sections.contains(section) && !keysOf(name.section).isEmpty();
+            m_ignored = m_sections.contains(section) && !keys.isEmpty();
             m_sections.insert(section);
-            return m_ignored
-                       ? QStringLiteral("a second section [%1]; only the first counts.").arg(name.section)
-                       : QString();
+            return m_ignored ? QStringLiteral("a second section [%1]; only the first counts.")
+                                   .arg(shown(name.section))
+                             : QString();
         }
         const QString key = name.key->toLower();
-        const bool repeated = m_keys.contains(key) && keysOf(name.section).contains(key, Qt::CaseInsensitive);
+        const bool repeated = m_keys.contains(key) && keys.contains(key, Qt::CaseInsensitive);
         m_keys.insert(key);
         return repeated && !m_ignored ? QStringLiteral("a second %1 in [%2]; only the first counts.")
                                             .arg(*name.key, name.section)
@@ -79,10 +88,12 @@ IniLoader::IniLoader(Desk& desk, ImageSlots& slots, AddressEntry& addresses)
     : m_desk(desk), m_slots(slots), m_addresses(addresses) {}
 
 void IniLoader::mnuLoadIni_Click() {
+    const IniFile file(m_desk.state.IniPath);
     std::array<IniValue, kSlotCount> values;
-    for (std::size_t i = 0; i < values.size(); ++i)
-        values[i] = readIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlots[i].section),
-                                 QString::fromLatin1(kSlots[i].key));
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = file.value(QString::fromLatin1(kSlots[i].section), QString::fromLatin1(kSlots[i].key));
+        m_isNamed[i] = !values[i].text.isEmpty();
+    }
     m_addressFaults.fill({});
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const IniValue& value = values[static_cast<std::size_t>(slot)];
@@ -92,7 +103,7 @@ void IniLoader::mnuLoadIni_Click() {
                 QStringLiteral("the value is too long and is cut after %1 characters.")
                     .arg(value.text.size());
     }
-    checkNames();
+    checkNames(file);
     const QStringList all = remarks();
     m_desk.state.Remark = all.isEmpty() ? QString()
                                         : m_slots.paths().FileNameOf(m_desk.state.IniPath) +
@@ -114,32 +125,44 @@ void IniLoader::openIni(const QString& path) {
 QStringList IniLoader::keptSlots() const {
     QStringList kept;
     for (std::size_t i = 0; i < kSlots.size(); ++i) {
-        const QString value = GetIniValue(m_desk.state.IniPath, QString::fromLatin1(kSlots[i].section),
-                                          QString::fromLatin1(kSlots[i].key));
-        if (value.isEmpty() && !m_desk.controls.txtFilNam[i].Tag.value().isEmpty())
+        if (!m_isNamed[i] && !m_desk.controls.txtFilNam[i].Tag.value().isEmpty())
             kept += m_desk.controls.slotTitle(i);
     }
     return kept;
 }
 
-void IniLoader::checkNames() {
+void IniLoader::checkNames(const IniFile& file) {
     m_nameRemarks.clear();
-    const IniNames found = readIniNames(m_desk.state.IniPath);
-    if (!found.isText) {
+    m_moreNameRemarks = 0;
+    if (file.isTooLong()) {
+        m_nameRemarks += QStringLiteral("The file has more than 1 MiB and was not read.");
+        return;
+    }
+    if (!file.isText()) {
         m_nameRemarks += QStringLiteral("This is no text that can be read; save it as UTF-8.");
         return;
     }
     IniRepeats repeats;
-    for (const IniName& name : found.names) {
-        const QString repeat = repeats.remarkOn(name);
-        const QString remark = repeat.isEmpty() && !repeats.inIgnoredSection() ? remarkOn(name) : repeat;
-        if (!remark.isEmpty())
+    QStringList keys;
+    for (const IniEntry& name : file.entries()) {
+        if (!name.key)
+            keys = keysOf(name.section);
+        const QString repeat = repeats.remarkOn(name, keys);
+        const QString remark =
+            repeat.isEmpty() && !repeats.inIgnoredSection() ? remarkOn(name, keys) : repeat;
+        if (remark.isEmpty())
+            continue;
+        if (m_nameRemarks.size() == kMostNameRemarks)
+            ++m_moreNameRemarks;
+        else
             m_nameRemarks += QStringLiteral("Line %1: ").arg(name.line) + remark;
     }
 }
 
 QStringList IniLoader::remarks() const {
     QStringList all = m_nameRemarks;
+    if (m_moreNameRemarks > 0)
+        all += QStringLiteral("And %1 more.").arg(m_moreNameRemarks);
     for (std::size_t i = 0; i < m_addressFaults.size(); ++i) {
         if (!m_addressFaults[i].isEmpty())
             all += QString::fromLatin1(kSlots[i].key) + QStringLiteral(": ") + m_addressFaults[i];

@@ -10,6 +10,7 @@ namespace zrk {
 
 class AddressEntry;
 class ImageSlots;
+class IniFile;
 
 /// Presets the image slots from the configuration file.
 class IniLoader {
@@ -28,7 +29,8 @@ class IniLoader {
     void mnuWriteIni_Click();
 
     /// What in the file had no effect or another one than it seems to have, since it was read last: names
-    /// that nobody knows, and addresses that cannot be used. Full sentences, each naming the place.
+    /// that nobody knows, and addresses that cannot be used. Full sentences, each naming the place. After ten
+    /// names the number of the others.
     [[nodiscard]] QStringList remarks() const;
 
     /// Why the address that the slot was last filled with cannot be used, or "".
@@ -45,13 +47,15 @@ class IniLoader {
 
   private:
     [[nodiscard]] QStringList keptSlots() const;
-    void checkNames();
+    void checkNames(const IniFile& file);
     void clearSlot(int slot, const QString& path);
 
     Desk& m_desk;
     ImageSlots& m_slots;
     AddressEntry& m_addresses;
     QStringList m_nameRemarks;
+    int m_moreNameRemarks = 0;                ///< left out of m_nameRemarks
+    std::array<bool, kSlotCount> m_isNamed{}; ///< which slots the file that was read last has a value for
     std::array<QString, kSlotCount> m_addressFaults;
 };
 

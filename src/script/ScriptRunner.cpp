@@ -1,7 +1,7 @@
 #include "script/ScriptRunner.h"
 
 #include "controls/PendingWait.h"
-#include "files/RegularFile.h"
+#include "files/TextFile.h"
 #include "platform/FileDialog.h"
 #include "platform/SecondsText.h"
 #include "script/BoardListener.h"
@@ -32,15 +32,15 @@ QString textOf(const QByteArray& bytes) {
 
 /// The lines of the file, ended by CR, LF or CR LF.
 QStringList readLines(const QString& path) {
-    QFile file(path);
-    if (const QString why = openForReading(file); !why.isEmpty())
-        throw RuntimeFailure(FailureKind::File,
-                             QStringLiteral("Cannot open the script %1: %2.").arg(path, why));
-    const QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) // half a script must not run as if it were whole
-        throw RuntimeFailure(FailureKind::File,
-                             QStringLiteral("Cannot read the script %1: %2.").arg(path, file.errorString()));
-    QString text = textOf(bytes);
+    const TextFile file = readTextFile(path);
+    if (file.fault != TextFile::Fault::None) {
+        const bool opened = file.fault != TextFile::Fault::NotOpened;
+        throw RuntimeFailure(
+            FailureKind::File,
+            QStringLiteral("Cannot %1 the script %2: %3.")
+                .arg(opened ? QStringLiteral("read") : QStringLiteral("open"), path, file.why));
+    }
+    QString text = textOf(file.bytes);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     if (text.isEmpty())

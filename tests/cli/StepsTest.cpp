@@ -133,10 +133,12 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
 TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
     Pty line;
     const QString own = write("own.INI", "[BINFILES]\nPRIMARY=primary.bin\n[IMGFILES]\nUBOOT=none.ubt\n");
+    const QString tooLong = write("long.scr", QByteArray(1024 * 1024 + 1, '#'));
     const struct {
         QString arguments;
         const char* error;
     } lines[] = {
+        {"script " + tooLong, "long.scr: it has more than 1 MiB."},
         {"expect", "The step expect needs a TEXT behind it"},
         {"--ini " + images.ini() + " load verify crc32", "with %a for the address"},
         {"--ini " + images.ini() + " verify \"crc32 %a %n\" load start", "here they send nothing"},

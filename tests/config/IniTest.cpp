@@ -98,6 +98,8 @@ TEST_F(Ini, ToldInTheStatusBarUntilAnOperationBegins) {
               "Line 6: unknown section [Other]; known are [BINFILES] and [IMGFILES]. "
               "Line 7: unknown section [other]; known are [BINFILES] and [IMGFILES]. "
               "Line 8: a second section [BINFILES]; only the first counts."},
+             {QByteArray("[BINFILES]\nPRIMARY=p.bin\n").leftJustified(1024 * 1024 + 1, ';'),
+              "The file has more than 1 MiB and was not read."},
              {"[BINFILES]\nFLASH=" + QByteArray(254, '/') + "p.bin",
               "FLASH: the value is too long and is cut after 254 characters."}}) {
         load(text);
@@ -111,6 +113,18 @@ TEST_F(Ini, ToldInTheStatusBarUntilAnOperationBegins) {
     loader.operation.begin();
     loader.operation.finish();
     EXPECT_EQ(told(), idle);
+}
+
+TEST_F(Ini, NamesWithoutEndAreToldInAFewWords) {
+    load("[" + QByteArray(100'000, 'n') + "]\n[IMGFILES]\n" + QByteArray("X=\n").repeated(100'000) +
+         "UBOOT=none");
+    QString remark = "loader.INI: Line 1: unknown section [" + QString(60, 'n') +
+                     "...]; known are [BINFILES] and [IMGFILES]. ";
+    for (int line = 3; line <= 11; ++line)
+        remark +=
+            QString("Line %1: unknown key X in [IMGFILES]; known are UBOOT, ROOTFS, KERNEL. ").arg(line);
+    EXPECT_EQ(loader.state.Remark, remark + "And 99991 more.");
+    EXPECT_EQ(loader.controls.txtFilNam[2].Text.value(), "CAN'T FIND: none");
 }
 
 TEST_F(Ini, Values) {
@@ -132,9 +146,9 @@ TEST_F(Ini, Values) {
     const auto codePage = [](const QByteArray& bytes) {
         return QString::fromLatin1(bytes).replace(QChar(0xE9), QChar(0x0439));
     };
-    EXPECT_EQ(zrk::readIniValue(bench.file("cyrillic", "[S]\nName=caf\xE9"), "S", "Name", codePage).text,
+    EXPECT_EQ(zrk::IniFile(bench.file("cyrillic", "[S]\nName=caf\xE9"), codePage).value("S", "Name").text,
               "caf\xD0\xB9");
-    EXPECT_EQ(zrk::readIniValue(path, "Sect", "Name", codePage).text, "caf\xC3\xA9") << "it is UTF-8";
+    EXPECT_EQ(zrk::IniFile(path, codePage).value("Sect", "Name").text, "caf\xC3\xA9") << "it is UTF-8";
     const QString marked = QStringLiteral("\uFEFF[S]\r\nKey=caf\u00E9\r\n");
     for (const auto encoding : {QStringConverter::Utf8, QStringConverter::Utf16LE, QStringConverter::Utf16BE})
         EXPECT_EQ(zrk::GetIniValue(bench.file("marked", QStringEncoder(encoding)(marked)), "S", "Key"),

@@ -30,9 +30,9 @@ void checkValues(const QStringList& values, const QString& path) {
     require(zrk::GetIniValue(path, "binfiles", "primary") == values.first(), "case does not matter");
 }
 
-void checkNames(const zrk::IniNames& found) {
+void checkNames(const zrk::IniFile& file) {
     int line = 0;
-    for (const zrk::IniName& name : found.names) {
+    for (const zrk::IniEntry& name : file.entries()) {
         require(name.line > line, "names come in the order of their lines");
         line = name.line;
     }
@@ -48,7 +48,7 @@ void checkLineEnds(const QByteArray& bytes, const QStringList& values, qsizetype
     const char* end = kEnds[static_cast<std::size_t>(bytes.size()) % std::size(kEnds)];
     const QString path = writeFile("ends.ini", plain.replace("\n", end));
     require(valuesOf(path) == values, "line ends make no difference");
-    require(zrk::readIniNames(path).names.size() == names, "nor to the names");
+    require(zrk::IniFile(path).entries().size() == names, "nor to the names");
 }
 
 void checkSlots(const zrk::Loader& loader) {
@@ -70,9 +70,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     writeFile("a", "image"); // one that is there
     const QStringList values = valuesOf(path);
     checkValues(values, path);
-    const zrk::IniNames found = zrk::readIniNames(path);
-    checkNames(found);
-    checkLineEnds(bytes, values, found.names.size());
+    const zrk::IniFile file(path);
+    checkNames(file);
+    checkLineEnds(bytes, values, file.entries().size());
     LoaderUnderFuzz under;
     under.loader.iniLoader.openIni(path);
     checkSlots(under.loader);

@@ -151,6 +151,10 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     run(lines + ">never");
     EXPECT_EQ(port.written, "");
     expectEnded(32'767, zrk::Outcome::Internal);
+    run(QByteArray(">never\n").leftJustified(1024 * 1024 + 1, '#'));
+    EXPECT_EQ(port.written, "");
+    expectEnded(0, zrk::Outcome::File);
+    EXPECT_TRUE(loader.state.Remark.endsWith("test.scr: it has more than 1 MiB."));
     run(lines.chopped(2) + ">now");
     EXPECT_EQ(port.written, "now");
     expectEnded(32'767);
