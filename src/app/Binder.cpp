@@ -3,6 +3,7 @@
 #include "app/PlainToolTip.h"
 #include "app/PortList.h"
 #include "controls/Controls.h"
+#include "files/PrintableText.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -57,14 +58,17 @@ void Binder::checkBox(CheckBox& value, QCheckBox* box) {
 
 void Binder::textBox(TextBox& value, QLineEdit* edit) {
     const auto show = [&value, edit] {
-        if (edit->text() == value.Text.value())
+        // A field that cannot be typed into holds a name, which may come from anywhere.
+        const QString text = edit->isReadOnly() ? printableText(value.Text) : value.Text.value();
+        if (edit->text() == text)
             return; // it comes from the box itself, whose caret stays where it is
         const QSignalBlocker notAnInput(edit);
-        edit->setText(value.Text);
+        edit->setText(text);
         edit->setCursorPosition(0);
     };
     follow(value.Text, show);
-    follow(value.ToolTipText, [&value, edit] { edit->setToolTip(plainToolTip(value.ToolTipText)); });
+    follow(value.ToolTipText,
+           [&value, edit] { edit->setToolTip(plainToolTip(printableText(value.ToolTipText))); });
     QObject::connect(edit, &QLineEdit::textChanged, edit, [&value, edit, show](const QString& text) {
         if (edit->isReadOnly())
             show();

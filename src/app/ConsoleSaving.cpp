@@ -1,6 +1,7 @@
 #include "app/ConsoleSaving.h"
 
 #include "controls/Desk.h"
+#include "files/PrintableText.h"
 #include "platform/FileDialog.h"
 
 #include <QSaveFile>
@@ -40,12 +41,12 @@ void saveConsole(Desk& desk) {
     if (file.open(QIODevice::WriteOnly)) {
         (void)file.write(bytesOf(desk.controls.txtStatus.text()));
         if (file.commit()) {
-            desk.state.Remark = QStringLiteral("The console has been saved to %1").arg(path);
+            desk.state.Remark = QStringLiteral("The console has been saved to %1").arg(printableText(path));
             return;
         }
     }
     desk.tell(QStringLiteral("Cannot write %1: %2.\r\nChoose a file in a folder that you may write to.")
-                  .arg(path, file.errorString()),
+                  .arg(printableText(path), file.errorString()),
               MessageIcon::Exclamation, QStringLiteral("Save console"));
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/ConsoleLog.h"
 #include "app/GreyReasons.h"
+#include "files/PrintableText.h"
 #include "loader/Loader.h"
 #include "machine/TracedPorts.h"
 #include "platform/FileDialog.h"
@@ -54,7 +55,7 @@ void FileRecording::start() {
         m_recording.start(file, [this](const QString& why) { failed(why); });
         m_file = file;
         showState();
-        m_loader.state.Remark = m_recording.begun.arg(file);
+        m_loader.state.Remark = m_recording.begun.arg(printableText(file));
     } catch (const RuntimeFailure& failure) {
         failed(failure.description());
     }
@@ -66,13 +67,13 @@ void FileRecording::showState() {
     m_entry.setToolTip(waits ? reasonWhileBusy() : QString());
     m_entry.setChecked(!m_file.isEmpty());
     m_entry.setText(m_file.isEmpty() ? m_recording.startEntry
-                                     : m_recording.entry.arg(QFileInfo(m_file).fileName()));
+                                     : m_recording.entry.arg(printableText(QFileInfo(m_file).fileName())));
 }
 
 /// Later, for a box must not run within the file's own end. Within an operation it would stop that, with the
 /// board's answer on the way.
 void FileRecording::failed(const QString& why) {
-    if (m_loader.state.Remark == m_recording.begun.arg(m_file))
+    if (m_loader.state.Remark == m_recording.begun.arg(printableText(m_file)))
         m_loader.state.Remark.clear();
     m_file.clear();
     showState();

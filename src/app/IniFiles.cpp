@@ -2,6 +2,7 @@
 
 #include "app/LoaderWidgets.h"
 #include "config/Paths.h"
+#include "files/PrintableText.h"
 #include "loader/Loader.h"
 #include "platform/FileDialog.h"
 
@@ -52,7 +53,7 @@ void IniFiles::open(const QString& path) {
         keepRecent(paths);
         m_loader.tell(QStringLiteral("Cannot read %1: it is gone, empty or not yours to read.\r\n"
                                      "The slots stay as they are.")
-                          .arg(path),
+                          .arg(printableText(path)),
                       MessageIcon::Exclamation, QStringLiteral("Open INI file"));
         return;
     }
@@ -69,7 +70,7 @@ void IniFiles::fillRecent() {
     m_recent->clear();
     int number = 0;
     for (const QString& path : recent()) {
-        QString shown = QDir::toNativeSeparators(path);
+        QString shown = printableText(QDir::toNativeSeparators(path));
         shown.replace(QLatin1Char('&'), QLatin1String("&&"));
         m_recent->addAction(QStringLiteral("&%1 %2").arg(++number).arg(shown), this,
                             [this, path] { open(path); });

@@ -6,8 +6,10 @@
 #include "app/FileNameEdit.h"
 #include "app/LoaderStyle.h"
 #include "app/LoaderWidgets.h"
+#include "app/PlainToolTip.h"
 #include "app/PortList.h"
 #include "app/StatusPanels.h"
+#include "files/PrintableText.h"
 #include "loader/Loader.h"
 #include "loader/TransferRate.h"
 #include "machine/PortDescription.h"
@@ -48,6 +50,14 @@ void bindFileMark(Binder& binder, Label& value, QLabel* mark) {
     });
 }
 
+/// The folder of a slot's file, and the file that is really sent where links lead to another one.
+void showToolTip(const TextBox& value, FileNameEdit* field) {
+    const QString folder = printableText(value.ToolTipText);
+    const QString real = value.Tag.value().isEmpty() ? QString() : realFileBehindLinks(value.Tag);
+    field->setToolTip(
+        plainToolTip(real.isEmpty() ? folder : folder + QStringLiteral("\nReal file: ") + real));
+}
+
 /// "126,976 bytes, about 12 s on the line" for a slot's size.
 QString lineTimeOf(const Controls& controls, std::size_t slot) {
     const auto bytes = controls.sizeInBytes(slot);
@@ -75,6 +85,10 @@ void bindSlots(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
         binder.follow(controls.txtFilNam[i].Text, [&controls, i, field = row.txtFilNam] {
             field->setMissing(FileNameEdit::tellsOfMissing(controls.txtFilNam[i].Text));
         });
+        binder.follow(controls.txtFilNam[i].ToolTipText,
+                      [&controls, i, field = row.txtFilNam] { showToolTip(controls.txtFilNam[i], field); });
+        binder.follow(controls.txtFilNam[i].Tag,
+                      [&controls, i, field = row.txtFilNam] { showToolTip(controls.txtFilNam[i], field); });
         bindButton(binder, controls.cmdBrowse[i], row.cmdBrowse, WhileBusy::Grey);
         binder.caption(controls.lblStart[i].Caption, row.lblStart);
         binder.textBox(controls.txtStartAddress[i], row.txtStartAddress);

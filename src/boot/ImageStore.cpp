@@ -1,6 +1,7 @@
 #include "boot/ImageStore.h"
 
 #include "controls/Controls.h"
+#include "files/PrintableText.h"
 #include "files/RegularFile.h"
 #include "platform/RuntimeFailure.h"
 
@@ -14,14 +15,13 @@ QByteArray readImage(const QString& path) {
                              QStringLiteral("No image file has been chosen. Choose one first."));
     QFile file(path);
     if (const QString why = openForReading(file); !why.isEmpty())
-        throw RuntimeFailure(
-            FailureKind::File,
-            QStringLiteral("Cannot open the image file %1: %2. Choose the file again.").arg(path, why));
+        throw RuntimeFailure(FailureKind::File,
+                             QStringLiteral("Cannot open the image file %1: %2. Choose the file again.")
+                                 .arg(printableText(path), why));
     QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        throw RuntimeFailure(
-            FailureKind::File,
-            QStringLiteral("Cannot read the image file %1: %2.").arg(path, file.errorString()));
+        throw RuntimeFailure(FailureKind::File, QStringLiteral("Cannot read the image file %1: %2.")
+                                                    .arg(printableText(path), file.errorString()));
     return content;
 }
 

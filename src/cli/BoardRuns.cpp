@@ -4,6 +4,7 @@
 #include "cli/Interrupts.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
+#include "files/PrintableText.h"
 #include "files/RegularFile.h"
 #include "machine/QtEventLoop.h"
 
@@ -45,7 +46,8 @@ void keepTranscript(Output& output, const CliOptions& options, const QString& na
     if (options.logFolder.isEmpty() || options.dryRun)
         return;
     if (!QDir().mkpath(options.logFolder))
-        throw UsageError(QStringLiteral("--log %1: the folder cannot be made.").arg(options.logFolder));
+        throw UsageError(
+            QStringLiteral("--log %1: the folder cannot be made.").arg(printableText(options.logFolder)));
     try {
         output.keepTranscript(QDir(options.logFolder).filePath(transcriptOf(name)));
     } catch (const RuntimeFailure& failure) {
@@ -80,8 +82,8 @@ void requireTraces(const CliOptions& options, const QStringList& names) {
     for (const QString& name : names) {
         QFile file(traceOf(options.traceFile, name));
         if (const QString why = openRecord(file, OldRecord::Continue); !why.isEmpty())
-            throw UsageError(
-                QStringLiteral("--trace: The trace %1 cannot be written: %2.").arg(file.fileName(), why));
+            throw UsageError(QStringLiteral("--trace: The trace %1 cannot be written: %2.")
+                                 .arg(printableText(file.fileName()), why));
     }
 }
 

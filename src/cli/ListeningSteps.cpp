@@ -5,6 +5,7 @@
 #include "cli/Plan.h"
 #include "cli/TerminalBridge.h"
 #include "cli/UsageError.h"
+#include "files/PrintableText.h"
 #include "files/TextFile.h"
 #include "loader/Loader.h"
 
@@ -36,10 +37,10 @@ ExitStatus expect(const StepRun& run) {
 void requireScript(const Plan& /*plan*/, const QString& argument) {
     const TextFile file = readTextFile(argument);
     if (file.fault == TextFile::Fault::TooLong)
-        throw UsageError(QStringLiteral("script %1: %2.").arg(argument, file.why));
+        throw UsageError(QStringLiteral("script %1: %2.").arg(printableText(argument), file.why));
     if (file.fault != TextFile::Fault::None)
-        throw UsageError(
-            QStringLiteral("script %1: there is no such file, or it cannot be read.").arg(argument));
+        throw UsageError(QStringLiteral("script %1: there is no such file, or it cannot be read.")
+                             .arg(printableText(argument)));
 }
 
 ExitStatus script(const StepRun& run) {

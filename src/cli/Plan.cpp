@@ -2,6 +2,7 @@
 
 #include "cli/Options.h"
 #include "cli/UsageError.h"
+#include "files/PrintableText.h"
 #include "loader/Loader.h"
 #include "loader/TransferRate.h"
 #include "machine/PortMessages.h"
@@ -51,7 +52,7 @@ void Plan::checkAddresses() {
         if (uses(slot))
             throw UsageError(QStringLiteral("%1: %2 Mend it in %3, or give the file with %4 FILE,ADDRESS.")
                                  .arg(m_loader.controls.slotTitle(static_cast<std::size_t>(slot)), fault,
-                                      m_loader.state.IniPath, slotOption(slot)));
+                                      printableText(m_loader.state.IniPath), slotOption(slot)));
         m_loader.controls.chkExeURK[static_cast<std::size_t>(slot)].Value = 0;
     }
 }
@@ -60,26 +61,26 @@ void Plan::checkSizes() const {
     for (std::size_t i = 0; i < kSlots.size(); ++i) {
         const std::int64_t size = m_loader.controls.sizeInBytes(i).value_or(0);
         if (size > std::numeric_limits<std::int32_t>::max())
-            throw UsageError(
-                QStringLiteral("%1 (%2): %3 bytes are more than an image can have.")
-                    .arg(m_loader.controls.txtFilNam[i].Tag.value(), slotOption(static_cast<int>(i)))
-                    .arg(size));
+            throw UsageError(QStringLiteral("%1 (%2): %3 bytes are more than an image can have.")
+                                 .arg(printableText(m_loader.controls.txtFilNam[i].Tag),
+                                      slotOption(static_cast<int>(i)), QString::number(size)));
     }
 }
 
 void Plan::requireFile(int slot) const {
     if (isSelected(slot))
         return;
-    const QString& iniPath = m_loader.state.IniPath;
+    const QString iniPath = printableText(m_loader.state.IniPath);
     if (isNamed(slot))
-        throw UsageError(QStringLiteral("%1, which %2 names. Give the file with %3 or mend the INI file.")
-                             .arg(m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text.value(),
-                                  iniPath, slotOption(slot)));
+        throw UsageError(
+            QStringLiteral("%1, which %2 names. Give the file with %3 or mend the INI file.")
+                .arg(printableText(m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text), iniPath,
+                     slotOption(slot)));
     QString presets = iniPath + QStringLiteral(" names none");
-    if (!FileExists(iniPath, true)) {
+    if (!FileExists(m_loader.state.IniPath, true)) {
         presets = QStringLiteral("there is no INI file ") + iniPath;
         if (!m_ini.alsoSought.isEmpty())
-            presets += QStringLiteral(", nor ") + m_ini.alsoSought;
+            presets += QStringLiteral(", nor ") + printableText(m_ini.alsoSought);
     }
     throw UsageError(QStringLiteral("No image given: name one with %1 FILE[,ADDRESS]; %2.")
                          .arg(slotOption(slot), presets));
@@ -119,13 +120,13 @@ QStringList Plan::warnings() const {
     QStringList lines;
     const QStringList remarks = m_loader.iniLoader.remarks();
     for (const QString& remark : remarks)
-        lines += m_loader.state.IniPath + QStringLiteral(": ") + remark;
+        lines += printableText(m_loader.state.IniPath) + QStringLiteral(": ") + remark;
     for (int slot = 0; slot < kSlotCount; ++slot) {
         if (isNamed(slot) && !isSelected(slot) && !uses(slot) &&
             m_loader.iniLoader.addressFaultOf(slot).isEmpty())
             lines += QStringLiteral("%1, which %2 names; no step needs it.")
-                         .arg(m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text.value(),
-                              m_loader.state.IniPath);
+                         .arg(printableText(m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Text),
+                              printableText(m_loader.state.IniPath));
     }
     return lines;
 }
@@ -144,7 +145,8 @@ QString Plan::stepsText() const {
     QStringList texts;
     for (const StepCall& step : m_steps)
         texts += QString::fromLatin1(step.facts->name) +
-                 (step.argument.isEmpty() ? QString() : QStringLiteral(" \"%1\"").arg(step.argument));
+                 (step.argument.isEmpty() ? QString()
+                                          : QStringLiteral(" \"%1\"").arg(printableText(step.argument)));
     return texts.join(QStringLiteral(", "));
 }
 
@@ -181,7 +183,7 @@ QString Plan::imageLine(int slot) const {
         .arg(m_loader.controls.slotTitle(i).section(QStringLiteral(" ("), 0, 0))
         .arg(bytes)
         .arg(m_loader.controls.lblCodeSize[i].Caption.value(), lineTimeText(bytes),
-             m_loader.controls.txtFilNam[i].Tag.value(), nameOf(kSlots[i].memory),
+             printableFile(m_loader.controls.txtFilNam[i].Tag), nameOf(kSlots[i].memory),
              m_loader.controls.txtStartAddress[i].Text.value(),
              erases ? QStringLiteral(", after an erase of the whole flash") : QString());
 }

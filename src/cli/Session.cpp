@@ -4,6 +4,7 @@
 #include "cli/UsageError.h"
 #include "config/AddressEntry.h"
 #include "config/ImageSlots.h"
+#include "files/PrintableText.h"
 #include "loader/BoardHint.h"
 #include "machine/PortCheck.h"
 #include "machine/PortMessages.h"
@@ -239,7 +240,7 @@ void Session::runOut() {
 void Session::presetSlots() {
     if (!m_options.program.iniPath.isEmpty() && !FileExists(m_ini.path, true))
         throw UsageError(QStringLiteral("--ini %1: there is no such file, it cannot be read, or it is empty.")
-                             .arg(m_options.program.iniPath));
+                             .arg(printableText(m_options.program.iniPath)));
     m_loader.state.IniPath = m_ini.path;
     m_loader.iniLoader.mnuLoadIni_Click();
     for (int slot = 0; slot < kSlotCount; ++slot) {
@@ -256,7 +257,7 @@ void Session::presetSlot(int slot, const QString& value) {
     const QString file = comma < 0 ? value : value.left(comma);
     if (!FileExists(file, true))
         throw UsageError(QStringLiteral("%1 %2: there is no such file, it cannot be read, or it is empty.")
-                             .arg(slotOption(slot), file));
+                             .arg(slotOption(slot), printableText(file)));
     const QString address =
         comma < 0 ? QStringLiteral("0") : value.mid(comma + 1).section(QLatin1Char(','), 0, 0).trimmed();
     const QString fault = addressFault(slot, address);

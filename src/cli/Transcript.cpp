@@ -1,5 +1,6 @@
 #include "cli/Transcript.h"
 
+#include "files/PrintableText.h"
 #include "files/RegularFile.h"
 #include "platform/RuntimeFailure.h"
 
@@ -11,8 +12,9 @@ namespace zrk {
 
 Transcript::Transcript(const QString& path) : m_path(path), m_file(path) {
     if (const QString why = openRecord(m_file, OldRecord::Continue); !why.isEmpty())
-        throw RuntimeFailure(FailureKind::File,
-                             QStringLiteral("Cannot write the transcript %1: %2.").arg(path, why));
+        throw RuntimeFailure(
+            FailureKind::File,
+            QStringLiteral("Cannot write the transcript %1: %2.").arg(printableText(path), why));
 }
 
 void Transcript::write(const QString& text) {
@@ -30,7 +32,8 @@ void Transcript::write(const QString& text) {
     const QString why = appendToRecord(m_file, lines.toUtf8());
     if (why.isEmpty())
         return;
-    m_failure = QStringLiteral("The transcript %1 ends here: %2. The run goes on.").arg(m_path, why);
+    m_failure =
+        QStringLiteral("The transcript %1 ends here: %2. The run goes on.").arg(printableText(m_path), why);
     m_file.close();
 }
 

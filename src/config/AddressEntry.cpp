@@ -1,6 +1,7 @@
 #include "config/AddressEntry.h"
 
 #include "config/HexConversions.h"
+#include "files/PrintableText.h"
 #include "platform/RuntimeFailure.h"
 
 namespace zrk {
@@ -27,9 +28,9 @@ QString addressFault(int slot, const QString& text) {
     try {
         if (strictHexForm(NormalizeHex(text)).size() > digitsOf(slot))
             return QStringLiteral("%1 does not fit into the IRAM, whose addresses go from 0x0000 to 0xFFFF.")
-                .arg(text);
+                .arg(printableText(text));
     } catch (const RuntimeFailure& failure) {
-        return QStringLiteral("the address cannot be read. ") + failure.description();
+        return QStringLiteral("the address cannot be read. ") + printableText(failure.description());
     }
     return {};
 }

@@ -4,6 +4,7 @@
 #include "config/ImageSlots.h"
 #include "config/IniFile.h"
 #include "config/Paths.h"
+#include "files/PrintableText.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,7 +19,7 @@ constexpr qsizetype kMostNameRemarks = 10;
 /// A name of the file as a part of a remark.
 QString shown(const QString& name) {
     constexpr qsizetype kMost = 60;
-    return name.size() > kMost ? name.left(kMost) + QStringLiteral("...") : name;
+    return printableText(name.left(kMost)) + (name.size() > kMost ? QStringLiteral("...") : QString());
 }
 
 bool isSame(const QString& name, const char* known) {
@@ -106,7 +107,7 @@ void IniLoader::mnuLoadIni_Click() {
     checkNames(file);
     const QStringList all = remarks();
     m_desk.state.Remark = all.isEmpty() ? QString()
-                                        : m_slots.paths().FileNameOf(m_desk.state.IniPath) +
+                                        : printableText(m_slots.paths().FileNameOf(m_desk.state.IniPath)) +
                                               QStringLiteral(": ") + all.join(QLatin1Char(' '));
 }
 
@@ -205,7 +206,7 @@ void IniLoader::clearSlot(int slot, const QString& path) {
 }
 
 void IniLoader::mnuWriteIni_Click() {
-    m_desk.tell(QStringLiteral("Not yet implemented. Please edit ") + m_desk.state.IniPath +
+    m_desk.tell(QStringLiteral("Not yet implemented. Please edit ") + printableText(m_desk.state.IniPath) +
                     QStringLiteral(" yourselfes"),
                 MessageIcon::Information, QStringLiteral("Not yet implemented"));
 }

@@ -2,6 +2,7 @@
 
 #include "config/IniLoader.h"
 #include "config/Paths.h"
+#include "files/PrintableText.h"
 
 namespace zrk {
 namespace {
@@ -37,7 +38,7 @@ void StartUp::Form_Load(const ProgramFacts& facts, const QString& iniPath) {
         m_iniLoader.mnuLoadIni_Click();
         return;
     }
-    m_link.tell(QStringLiteral("No INI File found. Expect ") + m_link.state.IniPath +
+    m_link.tell(QStringLiteral("No INI File found. Expect ") + printableText(m_link.state.IniPath) +
                     QStringLiteral("\r\nDefault values are NOT set!"),
                 MessageIcon::Information, QStringLiteral("No file"));
 }

@@ -1,5 +1,6 @@
 #include "machine/FileWriter.h"
 
+#include "files/PrintableText.h"
 #include "files/RegularFile.h"
 #include "platform/EventLoop.h"
 #include "platform/RuntimeFailure.h"
@@ -38,7 +39,7 @@ struct FileWriter::Shared {
     std::function<void()> notify; ///< has the owner look at `failure`; empty once that has gone
 
     [[nodiscard]] QString cannotWrite(const QString& why) const {
-        return QStringLiteral("The %1 %2 cannot be written: %3.").arg(what, path, why);
+        return QStringLiteral("The %1 %2 cannot be written: %3.").arg(what, printableText(path), why);
     }
 
     void fail(const QString& why) {
@@ -105,7 +106,7 @@ void FileWriter::end() {
         m_shared->notify = nullptr;
         if (!m_shared->ended && m_shared->failure.isEmpty())
             m_shared->failure = QStringLiteral("The %1 %2 is not complete: its disk does not answer.")
-                                    .arg(m_shared->what, m_shared->path);
+                                    .arg(m_shared->what, printableText(m_shared->path));
         if (!m_shared->ended && m_writer.joinable())
             m_writer.detach();
     }

@@ -1,5 +1,6 @@
 #include "machine/PortCheck.h"
 
+#include "files/PrintableText.h"
 #include "machine/NetworkAddress.h"
 
 #include <QFileInfo>
@@ -20,12 +21,13 @@ QString portProblem(const PortNames& names, int number) {
         return {};
     const QFileInfo file(device);
     if (!file.exists())
-        return QStringLiteral("%1: no such device").arg(device);
+        return QStringLiteral("%1: no such device").arg(printableText(device));
     std::error_code fault;
     if (!std::filesystem::is_character_file(device.toStdString(), fault))
-        return QStringLiteral("%1: it is not a serial port").arg(device);
+        return QStringLiteral("%1: it is not a serial port").arg(printableText(device));
     if (!file.isReadable() || !file.isWritable())
-        return QStringLiteral("%1: no permission; join the group %2").arg(device, file.group());
+        return QStringLiteral("%1: no permission; join the group %2")
+            .arg(printableText(device), file.group());
     return {};
 }
 

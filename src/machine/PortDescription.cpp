@@ -1,5 +1,6 @@
 #include "machine/PortDescription.h"
 
+#include "files/PrintableText.h"
 #include "platform/PortCatalog.h"
 
 namespace zrk {
@@ -46,6 +47,8 @@ QStringList describe(const PortEntry& port) {
         state(port),
         permission(port)};
     lines.removeAll(QString());
+    for (QString& line : lines)
+        line = printableText(line); // an adapter names itself, and so does the program that uses the port
     return lines;
 }
 

@@ -1,5 +1,6 @@
 #include "machine/PortMessages.h"
 
+#include "files/PrintableText.h"
 #include "machine/NativePort.h"
 #include "machine/PortNames.h"
 #include "platform/SecondsText.h"
@@ -33,7 +34,7 @@ QString whyAndWhatToDo(const OpenResult& result) {
     case OpenFault::InUse:
         if (!result.reason.empty())
             return QStringLiteral("it is the terminal of %1. Choose the board's port, or end that program.")
-                .arg(QString::fromLocal8Bit(result.reason));
+                .arg(printableText(QString::fromLocal8Bit(result.reason)));
         return QStringLiteral("the device is in use. Close the program that uses it and try again.");
     case OpenFault::PermissionDenied:
         return permissionDenied(QString::fromLocal8Bit(result.group));
@@ -51,7 +52,7 @@ QString whyAndWhatToDo(const OpenResult& result) {
 } // namespace
 
 QString portName(int number, const QString& device) {
-    return QStringLiteral("COM%1 (%2)").arg(QString::number(number), device);
+    return QStringLiteral("COM%1 (%2)").arg(QString::number(number), printableText(device));
 }
 
 QString noSuchNumber(int number) {

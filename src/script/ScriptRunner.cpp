@@ -1,6 +1,7 @@
 #include "script/ScriptRunner.h"
 
 #include "controls/PendingWait.h"
+#include "files/PrintableText.h"
 #include "files/TextFile.h"
 #include "platform/FileDialog.h"
 #include "platform/SecondsText.h"
@@ -35,10 +36,10 @@ QStringList readLines(const QString& path) {
     const TextFile file = readTextFile(path);
     if (file.fault != TextFile::Fault::None) {
         const bool opened = file.fault != TextFile::Fault::NotOpened;
-        throw RuntimeFailure(
-            FailureKind::File,
-            QStringLiteral("Cannot %1 the script %2: %3.")
-                .arg(opened ? QStringLiteral("read") : QStringLiteral("open"), path, file.why));
+        throw RuntimeFailure(FailureKind::File,
+                             QStringLiteral("Cannot %1 the script %2: %3.")
+                                 .arg(opened ? QStringLiteral("read") : QStringLiteral("open"),
+                                      printableText(path), file.why));
     }
     QString text = textOf(file.bytes);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));

@@ -1,5 +1,6 @@
 #include "config/Paths.h"
 
+#include "files/PrintableText.h"
 #include "support/Rig.h"
 
 namespace {
@@ -29,6 +30,22 @@ TEST(Paths, BothSeparators) {
     EXPECT_EQ(Paths("C:\\", u'\\').joined("loader.INI"), "C:\\\\loader.INI");
     EXPECT_EQ(Paths("/x", u'/').FolderOf("p.bin"), "");
     EXPECT_EQ(Paths("/x", u'/').FileNameOf("p.bin"), "p.bin");
+}
+
+TEST(Paths, OfNamesNothingIsHidden) {
+    for (const auto& [name, shown] : std::initializer_list<std::pair<QString, const char*>>{
+             {"boot 1.bin", "boot 1.bin"},
+             {QStringLiteral("caf\u00E9 \u65E5\u3000\U0001F600"),
+              "caf\xC3\xA9 \xE6\x97\xA5\xE3\x80\x80\xF0\x9F\x98\x80"},
+             {"a\nSteps: \r\x1B[2J\x7F", "a^JSteps: ^M^[[2J^?"},
+             {QStringLiteral("\u0085\u009B"), "\\x85\\x9B"},
+             {QStringLiteral("a\u202Enib\u2066\u2028\u2029"), "a<U+202E>nib<U+2066><U+2028><U+2029>"},
+             {QStringLiteral("a\u200B\u00AD\uFEFF\u3164\uFE0F\u00A0.b"),
+              "a<U+200B><U+00AD><U+FEFF><U+3164><U+FE0F><U+00A0>.b"},
+             {QStringLiteral("\U000E0041"), "<U+E0041>"},
+             {QString(QChar(0xDC00)) + QChar(0xD83D), "<U+DC00><U+D83D>"},
+         })
+        EXPECT_EQ(zrk::printableText(name), QString::fromUtf8(shown));
 }
 
 TEST(Paths, FileExists) {

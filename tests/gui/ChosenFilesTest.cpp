@@ -53,6 +53,19 @@ TEST_F(ChosenFiles, OpensAnotherIniFileAndListsTheLastOnes) {
     EXPECT_EQ(recent().size(), 5);
 }
 
+TEST_F(ChosenFiles, ShowWhatTheirNamesHide) {
+    const QString path = image(QStringLiteral("k\u202Egmi.bin"));
+    loader.imageSlots.fill(4, path);
+    EXPECT_EQ(shown("txtFilNam_4"), "k<U+202E>gmi.bin");
+#ifndef _WIN32
+    const QString link = folder.filePath("kernel.img");
+    ASSERT_TRUE(QFile::link(path, link));
+    loader.imageSlots.fill(4, link);
+    EXPECT_EQ(shown("txtFilNam_4"), "kernel.img");
+    EXPECT_TRUE(find("txtFilNam_4")->toolTip().contains("U+202E")) << "the real file";
+#endif
+}
+
 TEST_F(ChosenFiles, AFileDroppedOnARowFillsThatSlot) {
     const QUrl file = QUrl::fromLocalFile(image("dropped.img"));
     const QPoint kernelRow = find("txtStartAddress_4")->geometry().center();
