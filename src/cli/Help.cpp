@@ -46,7 +46,7 @@ std::span<const OptionFacts> allOptions() {
         OptionFacts{"start-timeout", 0, "SECONDS", "limit for a program's first output (5)"},
         OptionFacts{"flash-timeout", 0, "SECONDS", "limit between two answers of pg_sibl"},
         OptionFacts{"expect-timeout", 0, "SECONDS", "limit for expect, which ends with 7"},
-        OptionFacts{"script-timeout", 0, "SECONDS", "limit for each wait of a script, ends with 7"},
+        OptionFacts{"script-timeout", 0, "SECONDS", "limit for each line of a script, ends with 7"},
         OptionFacts{"on-wait", 0, "CMD", "start CMD, with ZRK_PORT set, to cycle the power"},
         OptionFacts{"log", 0, "DIR", "keep a transcript with time stamps of each board"},
         OptionFacts{"trace", 0, "FILE", "record both directions; zrk-board --replay plays it"},

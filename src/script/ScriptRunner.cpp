@@ -125,14 +125,24 @@ void ScriptRunner::execute(const QString& line, int number) {
 }
 
 /// In pieces that the transmit queue takes at once: a board that has stopped the line with XOFF must not
-/// stop the program. The board's answer meanwhile is for the wait that follows.
+/// stop the program, nor outlast the limit. The board's answer meanwhile is for the wait that follows.
 void ScriptRunner::send(const QString& text) {
+    const auto begin = m_link.loop.now();
+    std::unique_ptr<Timer> look; // only where the line does not take the text at once
     qsizetype sent = fitsOneByteCodes(text) ? 0 : text.size();
     if (sent > 0)
         m_link.port.Output(text); // which says what is wrong with it
     while (sent < text.size() && !m_link.state.CancelRequested) {
         const QString piece = text.mid(sent, m_link.port.transmitRoom());
         if (piece.isEmpty()) {
+            if (m_waitLimit && m_link.loop.now() - begin >= *m_waitLimit)
+                m_link.operation.fail(
+                    Outcome::LimitReached,
+                    QStringLiteral("Only %1 of %2 bytes went out within %3 s. The board may have "
+                                   "stopped the line with XOFF.")
+                        .arg(QString::number(sent), QString::number(text.size()), secondsText(*m_waitLimit)));
+            if (!look)
+                look = m_link.loop.wakeEvery(kLook);
             const QScopedValueRollback held(m_link.state.ReceivedIsHeld, true);
             m_link.loop.wait();
         }

@@ -20,8 +20,8 @@ class ScriptRunner {
     /// first, afterwards, why it ended.
     void mnuExecScript_Click();
 
-    /// Runs the script at `path`, as above. With a limit a wait that lasts so long ends the run, with
-    /// LimitReached; the failure then says what the board sent last.
+    /// Runs the script at `path`, as above. With a limit a line that waits so long, or is sent for so long,
+    /// ends the run with LimitReached; the failure then says what the board sent last or how much went out.
     void runScript(const QString& path, std::optional<std::chrono::milliseconds> waitLimit = {});
 
   private:

@@ -221,6 +221,20 @@ TEST_F(Script, AWaitMayHaveALimit) {
               "\"firstalmo\\r\\n\"");
 }
 
+TEST_F(Script, ALineThatTheBoardStoppedMayNotOutlastTheLimit) {
+    port.paced = true;
+    port.stalled = true;
+    const auto start = loop.elapsed();
+    loop.after(10min, [this] { loader.portControl.cmdCancel_Click(); });
+    loader.script.runScript(bench.file("test.scr", "#\n>" + QByteArray(10'000, 'x') + "\n>y"), 10s);
+    EXPECT_EQ((loop.elapsed() - start) / 1s, 10);
+    expectEnded(2, zrk::Outcome::LimitReached);
+    EXPECT_EQ(loader.state.Remark,
+              QString("The script ended at line 2: Only %1 of 10000 bytes went out within 10 s. "
+                      "The board may have stopped the line with XOFF.")
+                  .arg(port.written.size()));
+}
+
 TEST_F(Script, ClosingTheWindowEndsAWait) {
     loop.after(1s, [this] { EXPECT_EQ(loader.portControl.Form_Unload(), 1); });
     run("<never\n>x");
