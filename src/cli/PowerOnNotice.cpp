@@ -2,6 +2,7 @@
 
 #include "boot/WaitDialog.h"
 #include "cli/Output.h"
+#include "machine/ProcessGroup.h"
 #include "platform/SecondsText.h"
 
 #include <QProcessEnvironment>
@@ -16,6 +17,7 @@ PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std:
       m_timer(loop.createTimer([this] { giveUp(); })) {
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     m_process.setStandardInputFile(QProcess::nullDevice());
+    startInOwnGroup(m_process); // Ctrl-C must not leave the board without power
     QObject::connect(&m_process, &QProcess::errorOccurred, &m_process, [this](QProcess::ProcessError) {
         m_output.tell(QStringLiteral("--on-wait %1: %2.").arg(m_command.value(0), m_process.errorString()));
     });

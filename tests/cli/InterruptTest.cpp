@@ -60,6 +60,28 @@ TEST(CliInterrupt, EndsTheWaitForTheBoardAndLeavesNoProgressBehind) {
         << lines.join('\n').toStdString();
 }
 
+/// As Ctrl-C does, the signal goes to the whole process group. The pipes say when the command has begun, and
+/// let it end.
+TEST(CliInterrupt, DoesNotReachThePowerSwitch) {
+    const SampleImages images;
+    const BoardProcess board("--fault bootid=none");
+    QFile command(images.file("cycle"));
+    ASSERT_TRUE(command.open(QIODevice::WriteOnly));
+    command.write("echo off > begun; read -r line < go; echo on > done\n");
+    command.close();
+    QProcess shell;
+    shell.setWorkingDirectory(images.file("."));
+    shell.start(
+        "bash",
+        {"-c", "set -m; mkfifo begun go; exec 3<> go; " +
+                   QString::fromStdString(zrkboard::siblingProgram("zrk-loader-cli")) + ' ' +
+                   loadStep(board, images) +
+                   " --on-wait 'sh cycle' & read -r line < begun; kill -INT -- -$!; echo >&3; wait $!"});
+    ASSERT_TRUE(shell.waitForFinished(600'000));
+    EXPECT_EQ(shell.exitCode(), 130) << shell.readAllStandardError().toStdString();
+    EXPECT_EQ(contents(images.file("done")), "on\n");
+}
+
 TEST(CliInterrupt, AsksOnTheTerminalWhatCannotBeAskedElsewhere) {
     const SampleImages images;
     const struct {
