@@ -6,17 +6,19 @@
 #include "cli/UsageError.h"
 #include "files/PrintableText.h"
 #include "files/RegularFile.h"
+#include "machine/OpenFileLimit.h"
 #include "machine/QtEventLoop.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QSet>
-#include <QThread>
 
 #include <algorithm>
 #include <atomic>
 #include <mutex>
+#include <system_error>
+#include <thread>
 
 namespace zrk {
 namespace {
@@ -100,16 +102,28 @@ class BoardRun {
         keepTranscript(m_output, options, name);
     }
 
-    /// Runs on a thread of its own and calls `ended` from there at the end.
+    /// Runs on a thread of its own and calls `ended` from there at the end. Without a thread the board has
+    /// failed, and `ended` is called at once.
     void start(const std::function<void()>& ended) {
-        m_thread.reset(QThread::create([this, ended] {
-            m_ending = live();
+        const auto end = [this, ended](const Ending& ending) {
+            m_ending = ending;
             m_output.result(m_ending);
             ended();
-        }));
-        m_thread->start();
+        };
+        try {
+            m_thread = std::jthread([this, end] { end(live()); });
+        } catch (const std::system_error& error) {
+            m_output.tell(
+                QStringLiteral("No thread could be started for this board: %1. Nothing was sent to it. "
+                               "Give fewer boards, or end other programs.")
+                    .arg(QString::fromLocal8Bit(error.code().message().c_str())));
+            end(endedEarly(ExitStatus::InternalFailure));
+        }
     }
-    void join() { m_thread->wait(); }
+    void join() {
+        if (m_thread.joinable())
+            m_thread.join();
+    }
 
     /// Safe from any thread.
     void interrupt(Interrupts::Request request) {
@@ -171,7 +185,7 @@ class BoardRun {
     EventLoop* m_loop = nullptr;
     Session* m_session = nullptr;
     std::atomic<bool> m_interrupted = false;
-    std::unique_ptr<QThread> m_thread;
+    std::jthread m_thread;
 };
 
 QStringList namesOf(const QStringList& devices) {
@@ -185,6 +199,21 @@ QStringList namesOf(const QStringList& devices) {
     for (const QString& device : devices)
         names += shortName(QString(device).replace(QLatin1Char('/'), QLatin1Char('_')));
     return names;
+}
+
+/// The event loops end the program if they cannot have their files, and with it what all boards are doing.
+void requireOpenFiles(qsizetype boards) {
+    constexpr std::uint64_t kOfABoard =
+        24; // port, loop, driver, records, a power switch that is being started
+    constexpr std::uint64_t kOfAll = 32;
+    const std::uint64_t wanted = kOfAll + kOfABoard * static_cast<std::uint64_t>(boards);
+    if (const auto allowed = allowOpenFiles(wanted))
+        throw UsageError(
+            QStringLiteral("%1 boards need up to %2 open files, and %3 are allowed. Raise the limit "
+                           "(ulimit -n), or give fewer boards.")
+                .arg(boards)
+                .arg(wanted)
+                .arg(*allowed));
 }
 
 void printTable(const std::vector<std::unique_ptr<BoardRun>>& runs, Printer& printer) {
@@ -230,6 +259,7 @@ int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printe
 }
 
 int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& printer, Interrupts& interrupts) {
+    requireOpenFiles(options.ports.size());
     QtEventLoop loop;
     const auto images = std::make_shared<ImageStore>();
     requireWorkable(options, facts, printer, loop, images);

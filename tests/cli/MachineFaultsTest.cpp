@@ -1,4 +1,5 @@
 #include "cli/Processes.h"
+#include "machine/Pty.h"
 
 #include <QFile>
 
@@ -73,6 +74,38 @@ TEST_F(MachineFaults, OfStreamsLeaveTheirNumbersToNoFile) {
                                                                  look.fileName() + "' load <&- >&- 2>&-")});
     ASSERT_TRUE(shell.waitForFinished(600'000));
     EXPECT_EQ(contents(found), "/dev/null\n/dev/null\n/dev/null\n");
+}
+
+/// Before anything is sent to any board, or as the failure of the board that it meets.
+TEST_F(MachineFaults, OfScarceResourcesEndNoOtherBoard) {
+    const struct {
+        const char* how; // "@" is the command
+        int status;
+        int messages;
+        const char* error;
+    } faults[] = {
+        {"ulimit -Sn 60; @", 0, 0, ""},
+        {"ulimit -n 60; @", 2, 1, "2 boards need up to 80 open files, and 60 are allowed."},
+        {"ulimit -s 1000000000; @", 1, 2,
+         "No thread could be started for this board: "}, // no room for stacks
+    };
+    for (const auto& fault : faults) {
+        SCOPED_TRACE(fault.how);
+        if (fault.status == 1 && contents("/proc/sys/vm/overcommit_memory").startsWith('1'))
+            continue; // this machine promises any memory
+        zrk::test::Pty first;
+        zrk::test::Pty second;
+        QProcess shell;
+        shell.start("bash",
+                    {"-c", QString(fault.how).replace('@', program() + " --port " + first.device() +
+                                                               " --port " + second.device() + " start")});
+        ASSERT_TRUE(shell.waitForFinished(600'000));
+        const QByteArray error = shell.readAllStandardError();
+        EXPECT_EQ(shell.exitCode(), fault.status) << error.toStdString();
+        EXPECT_EQ(fault.messages == 0 ? 0 : error.count(fault.error), fault.messages) << error.toStdString();
+        EXPECT_EQ(first.hasReceived(), fault.status == 0);
+        EXPECT_EQ(second.hasReceived(), fault.status == 0);
+    }
 }
 
 /// The file is built again while the image before it is sent. The program sleeps meanwhile, as a machine
