@@ -9,6 +9,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <system_error>
 #include <utility>
 
 namespace zrk {
@@ -77,7 +78,13 @@ FileWriter::FileWriter(const QString& path, QString what, EventLoop& loop, Told 
                 (*self)->tellFailure();
         });
     };
-    m_writer = std::thread([shared = m_shared] { writeUntilEnd(*shared); });
+    try {
+        m_writer = std::thread([shared = m_shared] { writeUntilEnd(*shared); });
+    } catch (const std::system_error& error) {
+        throw RuntimeFailure(FailureKind::File,
+                             m_shared->cannotWrite(QString::fromLocal8Bit(error.code().message().c_str())) +
+                                 QStringLiteral(" End other programs and try again."));
+    }
 }
 
 FileWriter::~FileWriter() {

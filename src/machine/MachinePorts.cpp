@@ -10,6 +10,10 @@
 
 #include <QScopedValueRollback>
 
+#include <boost/system/system_error.hpp>
+
+#include <system_error>
+
 namespace zrk {
 namespace {
 
@@ -17,6 +21,25 @@ namespace {
 std::uint32_t bytesPerSecond(const LineSettings& settings) {
     const int bits = 1 + settings.dataBits + (settings.parity == 'N' ? 0 : 1) + settings.stopBits;
     return static_cast<std::uint32_t>(settings.baudRate / bits);
+}
+
+[[noreturn]] void refuse(const QString& why) {
+    throw RuntimeFailure(FailureKind::PortNotOpened, why);
+}
+
+std::unique_ptr<SerialPort> openNative(EventLoop& loop, const QString& device, const QString& port,
+                                       const PortDriver::Limits& limits, const LineSettings& settings,
+                                       Handshaking handshaking) {
+    auto driver = std::make_unique<PortDriver>(loop, port, limits);
+    auto native = std::make_unique<NativePort>(driver->io());
+    const OpenResult result = native->open(device.toLocal8Bit().toStdString());
+    if (result.fault != OpenFault::None)
+        refuse(port_messages::cannotOpen(port, result));
+    if (!native->applySettings(settings))
+        refuse(port_messages::settingsRefused(port, settings));
+    driver->start(std::move(native));
+    driver->serve(handshaking);
+    return driver;
 }
 
 } // namespace
@@ -29,7 +52,6 @@ MachinePorts::MachinePorts(EventLoop& loop, PortNames names, Options options)
 
 std::unique_ptr<SerialPort> MachinePorts::open(int number, const LineSettings& settings,
                                                Handshaking handshaking) {
-    const auto refuse = [](const QString& why) { throw RuntimeFailure(FailureKind::PortNotOpened, why); };
     if (number < PortNames::kLowest || number > PortNames::kHighest)
         refuse(port_messages::noSuchNumber(number));
     const QString device = m_names.device(number);
@@ -40,21 +62,18 @@ std::unique_ptr<SerialPort> MachinePorts::open(int number, const LineSettings& s
     const QString port = port_messages::portName(number, device);
     if (const QString problem = networkProblem(device); !problem.isEmpty())
         refuse(port_messages::badName(number, problem));
-    if (const auto address = NetworkAddress::parse(device)) {
-        NetworkOpening opening(m_loop, *address, port, limits);
-        const QScopedValueRollback noted(m_opening, &opening);
-        return opening.run(settings, handshaking);
+    try {
+        if (const auto address = NetworkAddress::parse(device)) {
+            NetworkOpening opening(m_loop, *address, port, limits);
+            const QScopedValueRollback noted(m_opening, &opening);
+            return opening.run(settings, handshaking);
+        }
+        return openNative(m_loop, device, port, limits, settings, handshaking);
+    } catch (const std::system_error& error) { // no thread
+        refuse(port_messages::cannotOpen(port, {OpenFault::Scarce, error.code().message()}));
+    } catch (const boost::system::system_error& error) { // no descriptor
+        refuse(port_messages::cannotOpen(port, {OpenFault::Scarce, error.code().message()}));
     }
-    auto driver = std::make_unique<PortDriver>(m_loop, port, limits);
-    auto native = std::make_unique<NativePort>(driver->io());
-    const OpenResult result = native->open(device.toLocal8Bit().toStdString());
-    if (result.fault != OpenFault::None)
-        refuse(port_messages::cannotOpen(port, result));
-    if (!native->applySettings(settings))
-        refuse(port_messages::settingsRefused(port, settings));
-    driver->start(std::move(native));
-    driver->serve(handshaking);
-    return driver;
 }
 
 std::optional<bool> MachinePorts::isThere(int number) const {

@@ -15,12 +15,13 @@
 
 namespace zrk {
 
-enum class OpenFault { None, NoSuchDevice, InUse, PermissionDenied, NotASerialPort, Other };
+enum class OpenFault { None, NoSuchDevice, InUse, PermissionDenied, NotASerialPort, Scarce, Other };
 
 struct OpenResult {
     OpenFault fault = OpenFault::None;
-    std::string reason{}; ///< the system's own words, for Other; of InUse whose terminal it is, or ""
-    std::string group{};  ///< of PermissionDenied: whose members may use the device, "" if nobody's
+    std::string
+        reason{}; ///< the system's own words, for Scarce and Other; of InUse whose terminal it is, or ""
+    std::string group{}; ///< of PermissionDenied: whose members may use the device, "" if nobody's
 };
 
 struct LineSettings;

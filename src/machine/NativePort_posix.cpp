@@ -68,9 +68,11 @@ OpenResult openFailure(int error, const std::string& device) {
     case ENOTTY:
     case EISDIR:
         return {OpenFault::NotASerialPort};
-    default:
-        return {OpenFault::Other,
+    default: {
+        const bool isScarce = error == EMFILE || error == ENFILE || error == ENOMEM;
+        return {isScarce ? OpenFault::Scarce : OpenFault::Other,
                 boost::system::error_code(error, boost::system::system_category()).message()};
+    }
     }
 }
 

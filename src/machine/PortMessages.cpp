@@ -41,6 +41,9 @@ QString whyAndWhatToDo(const OpenResult& result) {
     case OpenFault::NotASerialPort:
         return QStringLiteral("it is not a serial port. Choose a device such as %1.")
             .arg(PortNames::candidates(PortNames::kLowest).constFirst());
+    case OpenFault::Scarce:
+        return QStringLiteral("%1. End other programs and try again.")
+            .arg(withinSentence(QString::fromLocal8Bit(result.reason)));
     case OpenFault::None:
     case OpenFault::Other:
         break;

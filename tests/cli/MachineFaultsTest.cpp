@@ -79,26 +79,32 @@ TEST_F(MachineFaults, OfStreamsLeaveTheirNumbersToNoFile) {
 /// Before anything is sent to any board, or as the failure of the board that it meets.
 TEST_F(MachineFaults, OfScarceResourcesEndNoOtherBoard) {
     const struct {
-        const char* how; // "@" is the command
+        const char* how; // "@" is the command for two boards, "$" that for the first one
         int status;
         int messages;
         const char* error;
     } faults[] = {
         {"ulimit -Sn 60; @", 0, 0, ""},
         {"ulimit -n 60; @", 2, 1, "2 boards need up to 80 open files, and 60 are allowed."},
+        {"ulimit -s 1000000000; $", 3, 1, "): resource temporarily unavailable. End other programs"},
+        {"ulimit -s 1000000000; $ --trace t", 2, 1, "The trace t cannot be written: Resource temporarily"},
         {"ulimit -s 1000000000; @", 1, 2,
          "No thread could be started for this board: "}, // no room for stacks
     };
     for (const auto& fault : faults) {
         SCOPED_TRACE(fault.how);
-        if (fault.status == 1 && contents("/proc/sys/vm/overcommit_memory").startsWith('1'))
+        if (QByteArray(fault.how).startsWith("ulimit -s") &&
+            contents("/proc/sys/vm/overcommit_memory").startsWith('1'))
             continue; // this machine promises any memory
         zrk::test::Pty first;
         zrk::test::Pty second;
+        const QString one = program() + " start --port " + first.device();
+        const QString alone = program() + " start --com 1=" + first.device();
         QProcess shell;
-        shell.start("bash",
-                    {"-c", QString(fault.how).replace('@', program() + " --port " + first.device() +
-                                                               " --port " + second.device() + " start")});
+        shell.setWorkingDirectory(images.file("."));
+        shell.start(
+            "bash",
+            {"-c", QString(fault.how).replace('@', one + " --port " + second.device()).replace('$', alone)});
         ASSERT_TRUE(shell.waitForFinished(600'000));
         const QByteArray error = shell.readAllStandardError();
         EXPECT_EQ(shell.exitCode(), fault.status) << error.toStdString();
