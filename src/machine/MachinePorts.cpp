@@ -23,7 +23,7 @@ std::uint32_t bytesPerSecond(const LineSettings& settings) {
     return static_cast<std::uint32_t>(settings.baudRate / bits);
 }
 
-[[noreturn]] void refuse(const QString& why) {
+[[noreturn]] void refuseToOpen(const QString& why) {
     throw RuntimeFailure(FailureKind::PortNotOpened, why);
 }
 
@@ -34,9 +34,9 @@ std::unique_ptr<SerialPort> openNative(EventLoop& loop, const QString& device, c
     auto native = std::make_unique<NativePort>(driver->io());
     const OpenResult result = native->open(device.toLocal8Bit().toStdString());
     if (result.fault != OpenFault::None)
-        refuse(port_messages::cannotOpen(port, result));
+        refuseToOpen(port_messages::cannotOpen(port, result));
     if (!native->applySettings(settings))
-        refuse(port_messages::settingsRefused(port, settings));
+        refuseToOpen(port_messages::settingsRefused(port, settings));
     driver->start(std::move(native));
     driver->serve(handshaking);
     return driver;
@@ -53,15 +53,15 @@ MachinePorts::MachinePorts(EventLoop& loop, PortNames names, Options options)
 std::unique_ptr<SerialPort> MachinePorts::open(int number, const LineSettings& settings,
                                                Handshaking handshaking) {
     if (number < PortNames::kLowest || number > PortNames::kHighest)
-        refuse(port_messages::noSuchNumber(number));
+        refuseToOpen(port_messages::noSuchNumber(number));
     const QString device = m_names.device(number);
     if (device.isEmpty())
-        refuse(port_messages::noDevice(number));
+        refuseToOpen(port_messages::noDevice(number));
     const PortDriver::Limits limits{m_options.stallLimit, m_options.receiveLimit,
                                     m_options.lineRate.value_or(bytesPerSecond(settings))};
     const QString port = port_messages::portName(number, device);
     if (const QString problem = networkProblem(device); !problem.isEmpty())
-        refuse(port_messages::badName(number, problem));
+        refuseToOpen(port_messages::badName(number, problem));
     try {
         if (const auto address = NetworkAddress::parse(device)) {
             NetworkOpening opening(m_loop, *address, port, limits);
@@ -70,9 +70,9 @@ std::unique_ptr<SerialPort> MachinePorts::open(int number, const LineSettings& s
         }
         return openNative(m_loop, device, port, limits, settings, handshaking);
     } catch (const std::system_error& error) { // no thread
-        refuse(port_messages::cannotOpen(port, {OpenFault::Scarce, error.code().message()}));
+        refuseToOpen(port_messages::cannotOpen(port, {OpenFault::Scarce, error.code().message()}));
     } catch (const boost::system::system_error& error) { // no descriptor
-        refuse(port_messages::cannotOpen(port, {OpenFault::Scarce, error.code().message()}));
+        refuseToOpen(port_messages::cannotOpen(port, {OpenFault::Scarce, error.code().message()}));
     }
 }
 

@@ -142,7 +142,7 @@ void ScriptRunner::send(const QString& text) {
                                    "stopped the line with XOFF.")
                         .arg(QString::number(sent), QString::number(text.size()), secondsText(*m_waitLimit)));
             if (!look)
-                look = m_link.loop.wakeEvery(kLook);
+                look = m_link.loop.wakeEvery(EventLoop::kLook);
             const QScopedValueRollback held(m_link.state.ReceivedIsHeld, true);
             m_link.loop.wait();
         }
