@@ -7,6 +7,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <system_error>
@@ -32,12 +33,16 @@ struct FileWriter::Shared {
     std::mutex mutex;
     std::condition_variable changed;
     // Guarded by mutex.
+    qsizetype takenBack = 0; ///< bytes at the end of the file that go away before `pending` comes
     QByteArray pending;
     bool isBehind = false; ///< some of what came is not in `pending`
     bool ending = false;
     bool ended = false;
     QString failure;
     std::function<void()> notify; ///< has the owner look at `failure`; empty once that has gone
+
+    [[nodiscard]] bool hasEnded() const { return ending || isBehind || !failure.isEmpty(); }
+    [[nodiscard]] bool hasWork() const { return takenBack > 0 || !pending.isEmpty(); }
 
     [[nodiscard]] QString cannotWrite(const QString& why) const {
         return QStringLiteral("The %1 %2 cannot be written: %3.").arg(what, printableText(path), why);
@@ -54,8 +59,9 @@ struct FileWriter::Shared {
     }
 
     /// True when all of it is in the file; else no more than whole lines of it.
-    [[nodiscard]] bool write(const QByteArray& bytes) {
-        const QString why = appendToRecord(file, bytes);
+    [[nodiscard]] bool write(qsizetype removed, const QByteArray& bytes) {
+        const bool isRemoved = removed == 0 || file.resize(file.size() - removed);
+        const QString why = isRemoved ? appendToRecord(file, bytes) : file.errorString();
         if (!why.isEmpty())
             fail(why);
         return why.isEmpty();
@@ -93,7 +99,7 @@ FileWriter::~FileWriter() {
 
 void FileWriter::append(QByteArrayView bytes) {
     const std::scoped_lock lock(m_shared->mutex);
-    if (bytes.isEmpty() || m_shared->ending || m_shared->isBehind || !m_shared->failure.isEmpty())
+    if (bytes.isEmpty() || m_shared->hasEnded())
         return;
     // Only then, for the writer gathers for a while anyway.
     if (m_shared->pending.isEmpty())
@@ -102,6 +108,16 @@ void FileWriter::append(QByteArrayView bytes) {
         m_shared->isBehind = true;
     else
         m_shared->pending.append(bytes);
+}
+
+void FileWriter::takeBack(qsizetype count) {
+    const std::scoped_lock lock(m_shared->mutex);
+    if (m_shared->hasEnded())
+        return;
+    const qsizetype unwritten = std::min(count, m_shared->pending.size());
+    m_shared->pending.chop(unwritten);
+    m_shared->takenBack += count - unwritten;
+    m_shared->changed.notify_all();
 }
 
 void FileWriter::end() {
@@ -138,9 +154,10 @@ void FileWriter::writeUntilEnd(Shared& shared) {
     while (true) {
         const bool last = shared.ending;
         const bool isBehind = shared.isBehind;
+        const qsizetype removed = std::exchange(shared.takenBack, 0);
         const QByteArray bytes = std::exchange(shared.pending, {});
         lock.unlock();
-        writes = writes && shared.write(bytes);
+        writes = writes && shared.write(removed, bytes);
         if (writes && isBehind) {
             writes = false;
             shared.fail(QStringLiteral("its disk is too slow"));
@@ -148,7 +165,7 @@ void FileWriter::writeUntilEnd(Shared& shared) {
         lock.lock();
         if (last)
             break;
-        shared.changed.wait(lock, [&] { return shared.ending || !shared.pending.isEmpty(); });
+        shared.changed.wait(lock, [&] { return shared.ending || shared.hasWork(); });
         shared.changed.wait_for(lock, kWriteInterval, [&] { return shared.ending; });
     }
     lock.unlock(); // a share may keep the close waiting for long, and the owner for 3 s only

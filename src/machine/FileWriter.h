@@ -29,6 +29,9 @@ class FileWriter {
     /// Does nothing once the file has ended.
     void append(QByteArrayView bytes);
 
+    /// Takes back the last bytes of what was appended. Does nothing once the file has ended.
+    void takeBack(qsizetype count);
+
     /// Writes what is left; a file that does not take it within seconds is given up.
     void end();
 

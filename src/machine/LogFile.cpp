@@ -3,6 +3,11 @@
 #include <utility>
 
 namespace zrk {
+namespace {
+
+constexpr std::size_t kMostTakenBack = 4096;
+
+} // namespace
 
 LogFile::LogFile(const QString& path, EventLoop& loop, FileWriter::Told failed, Clock clock)
     : m_clock(std::move(clock)), m_writer(path, QStringLiteral("log"), loop, std::move(failed)) {}
@@ -15,12 +20,23 @@ void LogFile::append(const QByteArray& bytes) {
     text.reserve(bytes.size() + stamp.size());
     for (const char byte : bytes) {
         const bool endsLine = byte == '\n' || byte == '\r';
-        if (m_isAtLineStart && !endsLine)
+        const bool isStamped = m_isAtLineStart && !endsLine && !stamp.isEmpty();
+        if (isStamped)
             text += stamp;
-        m_isAtLineStart = endsLine;
         text += byte;
+        m_last.push_back({isStamped ? stamp.size() + 1 : 1, std::exchange(m_isAtLineStart, endsLine)});
+        if (m_last.size() > kMostTakenBack)
+            m_last.pop_front();
     }
     m_writer.append(text);
+}
+
+void LogFile::takeBack() {
+    if (m_last.empty())
+        return;
+    m_writer.takeBack(m_last.back().size);
+    m_isAtLineStart = m_last.back().wasAtLineStart;
+    m_last.pop_back();
 }
 
 } // namespace zrk

@@ -4,10 +4,12 @@
 
 #include <QDateTime>
 
+#include <deque>
+
 namespace zrk {
 
-/// What the board said and the loader printed, in a file as it comes: bytes that were received as they are,
-/// the loader's own words in UTF-8. With time stamps each line that is not empty begins with the local time
+/// The console's text in a file as it comes: the board's characters as the bytes that they are, the loader's
+/// own words in UTF-8. With time stamps each line that is not empty begins with the local time
 /// at which its first character came: "2026-03-01 14:05:06.789 ".
 class LogFile {
   public:
@@ -23,13 +25,23 @@ class LogFile {
 
     void append(const QByteArray& bytes);
 
+    /// Takes the last byte back, and the stamp in front of it. Of a long log that is known only of some
+    /// thousand bytes.
+    void takeBack();
+
     /// As FileWriter has it.
     void end() { m_writer.end(); }
 
   private:
+    struct Taken {
+        qsizetype size = 1; ///< of the byte with its stamp
+        bool wasAtLineStart = false;
+    };
+
     Clock m_clock;
     bool m_hasTimeStamps = false;
     bool m_isAtLineStart = true;
+    std::deque<Taken> m_last; ///< of the last bytes
     FileWriter m_writer;
 };
 

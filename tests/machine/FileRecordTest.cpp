@@ -37,11 +37,18 @@ TEST(LogFile, StampsLinesAsTheyBegin) {
     log.append("\n\n\xC3\xA4 a line");
     now = now.addMSecs(1000);
     log.append(" goes on\rover");
+    log.append("\rx"); // and back to a line that had begun a second before
+    log.takeBack();
+    log.takeBack();
+    now = now.addMSecs(1000);
+    log.append("!\r\n");
+    log.takeBack();
+    log.append("z");
     log.end();
     log.append("too late");
     EXPECT_EQ(contentOf(folder.filePath("a.log")),
               "not yet\r\nhalf\r\n\n2026-03-01 14:05:06.800 \xC3\xA4 a line goes on\r"
-              "2026-03-01 14:05:07.800 over");
+              "2026-03-01 14:05:07.800 over!\r2026-03-01 14:05:08.800 z");
 }
 
 TEST(FileWriter, WritesAllWhileTheProgramGoesOnAndAtItsEnd) {
@@ -53,9 +60,11 @@ TEST(FileWriter, WritesAllWhileTheProgramGoesOnAndAtItsEnd) {
         file.append(piece);
     while (QFile(folder.filePath("a")).size() < 50 * piece.size())
         loop.yield();
-    file.append("end");
+    file.takeBack(10); // from the disk
+    file.append("the end?");
+    file.takeBack(1);
     file.end();
-    EXPECT_TRUE(contentOf(folder.filePath("a")) == piece.repeated(50) + "end");
+    EXPECT_TRUE(contentOf(folder.filePath("a")) == piece.repeated(50).chopped(10) + "the end");
 }
 
 #ifndef _WIN32
