@@ -43,7 +43,7 @@ TransferTimes BenchLoader::timed(const QString& begin, const QString& end, const
     enum class Stage { Before, Sending, Awaiting, Over } stage = Stage::Before;
     std::clock_t cpuBegin = 0;
     zrk::ConsoleText& console = loader().controls.txtStatus;
-    console.onEdit([&](qsizetype, const QString&) {
+    console.onEdit([&](qsizetype, const QString&, zrk::TextOrigin) {
         const QString& text = console.text();
         const auto now = std::chrono::steady_clock::now();
         if (stage == Stage::Before && text.endsWith(begin)) {
@@ -59,7 +59,7 @@ TransferTimes BenchLoader::timed(const QString& begin, const QString& end, const
             times.answered = now;
         }
     });
-    const auto forget = qScopeGuard([&console] { console.onEdit({}); });
+    const auto forget = qScopeGuard([&console] { console.forgetListeners(); });
     operation();
     if (stage != Stage::Over)
         throw std::runtime_error("the operation failed: " + (console.text() + m_quiet.said()).toStdString());

@@ -32,11 +32,11 @@ double cancelLatency(zrk::Loader& loader, const Cancel& cancel, const std::funct
         });
     };
     zrk::ConsoleText& console = loader.controls.txtStatus;
-    console.onEdit([&](qsizetype, const QString&) {
+    console.onEdit([&](qsizetype, const QString&, zrk::TextOrigin) {
         if (!hand.joinable() && console.text().endsWith(cancel.reached))
             arm();
     });
-    const auto forget = qScopeGuard([&console] { console.onEdit({}); });
+    const auto forget = qScopeGuard([&console] { console.forgetListeners(); });
     if (cancel.reached.isEmpty())
         arm();
     operation();

@@ -8,9 +8,6 @@ namespace {
 
 constexpr QChar kLineFeed(u'\n');
 constexpr QChar kCarriageReturn(u'\r');
-constexpr QChar kBackspace(u'\b');
-constexpr QChar kTab(u'\t');
-constexpr QChar kBell(u'\a');
 constexpr ushort kControlPictures = 0x2400;
 constexpr ushort kDelete = 0x7F;
 constexpr ushort kPictureOfDelete = 0x2421;
@@ -45,161 +42,70 @@ QChar visibleSign(QChar character) {
     return unprintable ? QChar(QChar::ReplacementCharacter) : character;
 }
 
-ConsoleDisplay::Edit ConsoleDisplay::show(QStringView text, TextOrigin origin) {
+ConsoleDisplay::Edit ConsoleDisplay::follow(QStringView text, qsizetype removed, qsizetype added) {
     m_edit = {};
-    if (origin != TextOrigin::Board)
-        showLoaderText(text);
-    else
-        m_parser.parse(text, *this);
-    flushLine();
+    m_edit.inserted.reserve(added);
+    for (; removed > 0 && m_size > 0; --removed)
+        removeLast();
+    const QStringView before = text.chopped(added);
+    // A text that was cleared from the view may end with a CR that is not in the document.
+    bool afterReturn = before.endsWith(kCarriageReturn) && lastLineSize() > 0;
+    for (const QChar character : text.last(added)) {
+        if (character == kLineFeed && afterReturn) {
+            takeBack(); // the sign that the CR had for as long as it stood alone
+            beginLine(false);
+        } else {
+            // A CR is mostly half a line end, which needs no break before it.
+            if (lastLineSize() >= kLongestLine && (character != kCarriageReturn || afterReturn))
+                beginLine(true);
+            put(visibleSign(character));
+        }
+        afterReturn = character == kCarriageReturn;
+    }
     return std::move(m_edit);
 }
 
-qsizetype ConsoleDisplay::cursor() const {
-    return m_lineStart + static_cast<qsizetype>(std::min(m_line.column(), m_line.size()));
+void ConsoleDisplay::put(QChar shown) {
+    m_edit.inserted += shown;
+    ++m_size;
 }
 
-void ConsoleDisplay::showLoaderText(QStringView text) {
-    resolveLineEnd();
-    const ConsoleStyle boards = std::exchange(m_style, {});
-    m_line.moveToEnd();
-    for (const QChar character : text) {
-        const bool afterReturn = std::exchange(m_afterReturn, character == kCarriageReturn);
-        if (character == kLineFeed && afterReturn) {
-            m_line.eraseLast(); // the sign that the CR had for as long as it stood alone
-            endLine();
-            continue;
-        }
-        // A CR is mostly half a line end, which needs no break before it.
-        if (character != kCarriageReturn || afterReturn)
-            breakLine();
-        put(character);
-    }
-    m_style = boards;
-}
-
-void ConsoleDisplay::print(QChar character) {
-    resolveLineEnd();
-    breakLine();
-    put(character);
-}
-
-void ConsoleDisplay::control(QChar character) {
-    if (character.isNull()) // shells send them to terminals of old to win time
-        return;
-    if (character == kLineFeed && m_returned) {
-        m_returned = false;
-        return feedLine();
-    }
-    if (character == kCarriageReturn) {
-        if (!std::exchange(m_fed, false)) {
-            m_returned = true;
-            return;
-        }
-        return feedLine();
-    }
-    resolveLineEnd();
-    if (character == kLineFeed)
-        m_fed = true;
-    else if (character == kBackspace)
-        m_line.moveLeft(1);
-    else if (character == kTab && m_line.column() < m_line.size())
-        m_line.moveToTab();
-    else if (character != kBell)
-        print(character);
-}
-
-void ConsoleDisplay::sequence(QChar final, const std::vector<int>& parameters) {
-    if (final == u'm')
-        return m_style.apply(parameters);
-    resolveLineEnd();
-    const int mode = std::max(parameters.front(), 0);
-    const auto count = static_cast<std::size_t>(std::max(parameters.front(), 1));
-    switch (final.unicode()) {
-    case u'K':
-        return m_line.eraseInRow(mode);
-    case u'J': // what is on the screen above stays: it is a record
-        if (mode == 0)
-            return m_line.eraseToEnd();
-        if (m_line.size() > 0)
-            endLine();
-        return;
-    case u'A':
-        return m_line.moveUp(count);
-    case u'B':
-        return m_line.moveDown(count);
-    case u'C':
-        return m_line.moveRight(count);
-    case u'D':
-        return m_line.moveLeft(count);
-    case u'G':
-        return m_line.moveToColumn(count - 1);
-    case u'P':
-        return m_line.deleteCharacters(count);
-    case u'@':
-        return m_line.insertBlanks(count);
-    default:
-        return;
-    }
-}
-
-/// What a CR or an LF of the board's meant, now that something else follows. An LF alone means nothing.
-void ConsoleDisplay::resolveLineEnd() {
-    m_fed = false;
-    if (!std::exchange(m_returned, false))
-        return;
-    if (m_endsLinesWithFeeds)
-        m_line.returnToStart();
+void ConsoleDisplay::takeBack() {
+    if (m_edit.inserted.isEmpty())
+        ++m_edit.removed;
     else
-        endLine();
+        m_edit.inserted.chop(1);
+    --m_size;
 }
 
-/// CR and LF of the board's.
-void ConsoleDisplay::feedLine() {
-    m_endsLinesWithFeeds = true;
-    if (!m_line.moveToNextRow())
-        endLine();
-}
-
-void ConsoleDisplay::breakLine() {
-    if (m_line.column() < kLongestLine)
-        return;
-    m_longLineBreaks.push_back(m_lineStart + static_cast<qsizetype>(m_line.size()));
-    endLine();
-}
-
-void ConsoleDisplay::endLine() {
-    flushLine();
-    if (m_edit.inserted.empty() || m_edit.inserted.back().style != ConsoleStyle())
-        m_edit.inserted.push_back({});
-    m_edit.inserted.back().text += kLineFeed;
-    m_lineStart += static_cast<qsizetype>(m_line.size()) + 1;
-    m_line.clear();
-    m_shown = 0;
-}
-
-/// Brings the document's last line up to date.
-void ConsoleDisplay::flushLine() {
-    const auto& cells = m_line.cells();
-    m_edit.removed += static_cast<qsizetype>(m_shown - std::min(m_shown, m_line.unchanged()));
-    for (std::size_t i = m_line.unchanged(); i < cells.size(); ++i) {
-        if (m_edit.inserted.empty() || m_edit.inserted.back().style != cells[i].style)
-            m_edit.inserted.push_back({{}, cells[i].style});
-        m_edit.inserted.back().text += cells[i].character;
+/// Takes back what the last character of the text added to the document.
+void ConsoleDisplay::removeLast() {
+    const Line last = m_lines.back();
+    takeBack();
+    if (m_size < last.start) { // the LF of a line end, whose CR stands alone now
+        m_lines.pop_back();
+        put(visibleSign(kCarriageReturn));
+    } else if (last.continues && m_size == last.start) {
+        m_lines.pop_back();
+        takeBack();
     }
-    m_line.noteSeen();
-    m_shown = cells.size();
+}
+
+void ConsoleDisplay::beginLine(bool continues) {
+    put(kLineFeed);
+    m_lines.push_back({m_size, continues});
 }
 
 QString ConsoleDisplay::original(QStringView shown, qsizetype position) const {
     QString text;
     text.reserve(shown.size());
-    auto nextBreak = std::lower_bound(m_longLineBreaks.begin(), m_longLineBreaks.end(), position);
-    for (qsizetype i = 0; i < shown.size(); ++i) {
-        if (nextBreak != m_longLineBreaks.end() && *nextBreak == position + i)
-            ++nextBreak;
-        else
-            text += signified(shown[i]);
+    auto next = std::upper_bound(m_lines.begin(), m_lines.end(), position,
+                                 [](qsizetype at, const Line& line) { return at < line.start; });
+    for (const QChar character : shown) {
+        if (character != kLineFeed)
+            text += signified(character);
+        else if (next != m_lines.end() && !(next++)->continues)
+            text += kLineFeed;
     }
     return text;
 }

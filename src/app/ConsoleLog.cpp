@@ -7,11 +7,12 @@
 namespace zrk {
 
 ConsoleLog::ConsoleLog(EventLoop& loop, ConsoleText& console) : m_loop(loop) {
-    console.onPiece([this](const QString& piece, TextOrigin origin) {
-        const bool hasCome =
-            origin != TextOrigin::Anew && !(origin == TextOrigin::Answer && piece == QLatin1Char('\0'));
-        if (m_file && hasCome)
-            m_file->append(origin == TextOrigin::Loader ? piece.toUtf8() : piece.toLatin1());
+    console.onEdit([this](qsizetype removed, const QString& inserted, TextOrigin origin) {
+        if (!m_file)
+            return;
+        for (; removed > 0; --removed)
+            m_file->takeBack();
+        m_file->append(origin == TextOrigin::Loader ? inserted.toUtf8() : inserted.toLatin1());
     });
 }
 

@@ -8,7 +8,8 @@ namespace zrk {
 
 class ConsoleText;
 
-/// Logs what comes into the console from start() to stop().
+/// Logs what comes into the console from start() to stop(), as the console holds it: a character that a
+/// backspace takes from the console goes from the log, too.
 class ConsoleLog {
   public:
     /// Loop and console must outlive it, and it whatever comes into the console.

@@ -48,19 +48,6 @@ bool isAltB(const QKeyEvent& event) {
     return event.key() == Qt::Key_B && event.modifiers() == Qt::AltModifier;
 }
 
-/// Returns how many characters an edit that writes over `removed` puts back as they were.
-int sameCharacters(const QString& removed, const ConsoleDisplay::Edit& edit) {
-    int same = 0;
-    for (const ConsoleDisplay::Run& run : edit.inserted) {
-        for (const QChar character : run.text) {
-            if (same == removed.size() || removed[same] != character)
-                return same;
-            ++same;
-        }
-    }
-    return same;
-}
-
 } // namespace
 
 QFont consoleFont() {
@@ -117,19 +104,18 @@ void ConsoleView::beginDocument() {
     });
 }
 
-void ConsoleView::follow(const QString& piece, TextOrigin origin) {
-    if (origin == TextOrigin::Anew)
-        clearView();
-    edit(m_display.show(piece, origin == TextOrigin::Anew ? TextOrigin::Board : origin));
+void ConsoleView::showAnew(const QString& text) {
+    clearView();
+    follow(text, 0, text.size());
 }
 
-void ConsoleView::edit(const ConsoleDisplay::Edit& edit) {
+void ConsoleView::follow(const QString& text, qsizetype removed, qsizetype added) {
     {
         const QScopedValueRollback following(m_isFollowing, true);
         const bool selects = textCursor().hasSelection() || m_isPressed;
         const int anchor = textCursor().anchor();
         const int position = textCursor().position();
-        const int unchanged = write(edit);
+        const int unchanged = write(m_display.follow(text, removed, added));
         // A cursor at the end of the document moves with what is inserted there, and a selection would grow.
         if (selects)
             select(std::min(anchor, unchanged), std::min(position, unchanged));
@@ -141,17 +127,15 @@ void ConsoleView::edit(const ConsoleDisplay::Edit& edit) {
         tellHold();
 }
 
-/// Returns the position up to which the document holds the same characters as before.
+/// Returns the position up to which the document is as before.
 int ConsoleView::write(const ConsoleDisplay::Edit& edit) {
     QTextCursor end(document());
     end.beginEditBlock();
     end.movePosition(QTextCursor::End);
     // Not by movePosition(), which takes a surrogate pair or a letter with its accents for one step.
     end.setPosition(end.position() - static_cast<int>(edit.removed), QTextCursor::KeepAnchor);
-    const int unchanged = end.position() + sameCharacters(end.selectedText(), edit);
-    end.removeSelectedText();
-    for (const ConsoleDisplay::Run& run : edit.inserted)
-        end.insertText(run.text, formatOf(run.style, palette()));
+    const int unchanged = end.position();
+    end.insertText(edit.inserted);
     end.endEditBlock();
     return unchanged;
 }
@@ -166,7 +150,7 @@ void ConsoleView::select(int anchor, int position) {
     verticalScrollBar()->setValue(shownFrom);
 }
 
-/// A selection stays what it is; without one the caret shows where the text goes on.
+/// A selection stays what it is; without one the caret is at the end.
 void ConsoleView::goToEnd() {
     const QScopedValueRollback following(m_isFollowing, true);
     if (!textCursor().hasSelection())
@@ -178,7 +162,7 @@ void ConsoleView::goToEnd() {
 
 void ConsoleView::placeCaret() {
     QTextCursor caret(document());
-    caret.setPosition(static_cast<int>(m_display.cursor()));
+    caret.movePosition(QTextCursor::End);
     setTextCursor(caret);
 }
 

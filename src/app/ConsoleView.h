@@ -24,9 +24,13 @@ class ConsoleView : public QPlainTextEdit {
     /// Tells whether keys go to the board at this moment.
     void setKeysGoToBoard(std::function<bool()> predicate) { m_keysGoToBoard = std::move(predicate); }
 
-    /// Shows the piece that the console's text went on with. The end stays in sight unless the view is held;
-    /// a selection keeps its text, as far as the board does not write over it, and does not grow.
-    void follow(const QString& piece, TextOrigin origin);
+    /// Shows the console's text after an edit: `removed` characters at its end went away, then the last
+    /// `added` ones of `text` came. The end stays in sight unless the view is held; a selection keeps its
+    /// text, as far as that was not removed, and does not grow.
+    void follow(const QString& text, qsizetype removed, qsizetype added);
+
+    /// Shows this text in place of what was there.
+    void showAnew(const QString& text);
 
     /// Takes what is shown away; what comes later is shown.
     void clearView();
@@ -73,7 +77,6 @@ class ConsoleView : public QPlainTextEdit {
     [[nodiscard]] bool keysGoToBoard() const { return m_keysGoToBoard && m_keysGoToBoard(); }
     [[nodiscard]] bool viewStands() const { return isHeld() || m_isPressed; }
     [[nodiscard]] bool handleViewKey(const QKeyEvent& event);
-    void edit(const ConsoleDisplay::Edit& edit);
     int write(const ConsoleDisplay::Edit& edit);
     void select(int anchor, int position);
     void goToEnd();

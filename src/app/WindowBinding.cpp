@@ -130,10 +130,12 @@ void bindMenus(Binder& binder, const LoaderWidgets& widgets, Controls& controls)
 }
 
 void bindConsole(ConsoleView* view, ConsoleText& console) {
-    view->follow(console.text(), TextOrigin::Anew);
-    QObject::connect(view, &ConsoleView::overwritten, view,
-                     [view, &console] { view->follow(console.text(), TextOrigin::Anew); });
-    console.onPiece([view](const QString& piece, TextOrigin origin) { view->follow(piece, origin); });
+    const auto showAll = [view, &console] { view->showAnew(console.text()); };
+    showAll();
+    QObject::connect(view, &ConsoleView::overwritten, view, showAll);
+    console.onEdit([view, &console](qsizetype removed, const QString& inserted, TextOrigin) {
+        view->follow(console.text(), removed, inserted.size());
+    });
     console.onFocusRequested([view] { view->setFocus(); });
 }
 
@@ -190,7 +192,7 @@ void bindWindow(Binder& binder, const LoaderWidgets& widgets, Loader& loader, co
 }
 
 void unbindWindow(Loader& loader) {
-    loader.controls.txtStatus.forgetPieceListeners();
+    loader.controls.txtStatus.forgetListeners();
     loader.controls.txtStatus.onFocusRequested({});
     loader.controls.lvwAdrs.onChange({});
 }

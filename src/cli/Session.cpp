@@ -81,7 +81,7 @@ Ending Session::run() {
         return ending(dryRun(), begin);
     startTrace();
     m_loader.controls.txtStatus.onEdit(
-        [this](qsizetype /*removed*/, const QString& inserted) { m_output.console(inserted); });
+        [this](qsizetype /*removed*/, const QString& inserted, TextOrigin) { m_output.console(inserted); });
     if (m_options.limits.run)
         m_runTimer->start(*m_options.limits.run);
     ExitStatus status = m_plan.usesPort() ? awaitPort() : ExitStatus::Done;

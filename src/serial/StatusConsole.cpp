@@ -14,7 +14,7 @@ void StatusConsole::PrintPlain(const QString& text) {
 }
 
 void StatusConsole::PrintAnswer(const QString& answer) {
-    m_txtStatus.appendAnswer(answer);
+    m_txtStatus.append(answer, TextOrigin::Board);
     m_loop.yield();
 }
 

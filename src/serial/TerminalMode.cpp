@@ -170,7 +170,7 @@ void TerminalMode::ShowReceived(const QString& s) {
         if (c == kCarriageReturn)
             shown.append(kLineFeed);
     }
-    m_desk.controls.txtStatus.receive(s, removed, shown);
+    m_desk.controls.txtStatus.replaceEnd(removed, shown, TextOrigin::Board);
 }
 
 } // namespace zrk

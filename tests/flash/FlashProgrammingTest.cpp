@@ -14,7 +14,7 @@ TEST(FlashProgramming, GoodRunToTheLetterAndToTheByte) {
             b.loader.controls.chkErase.Value = erase ? 1 : 0;
             b.port.steps[5].when[20] = erase ? 1 : 0;
             b.port.steps[5].action = [&] { EXPECT_EQ(b.bench.buttons(), "1110"); };
-            b.loader.controls.txtStatus.onPiece([&](const QString& text, zrk::TextOrigin) {
+            b.loader.controls.txtStatus.onEdit([&](qsizetype, const QString& text, zrk::TextOrigin) {
                 if (text.startsWith("(ERASING")) {
                     EXPECT_EQ(b.port.written, b.sentUpTo(4) + kHeader.left(20));
                 }

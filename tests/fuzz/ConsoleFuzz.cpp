@@ -5,43 +5,52 @@
 
 #include <algorithm>
 
-// Input: a byte of choice, a counted piece of the loader's text, then what the board says.
+// Input: a byte of choice, then text, whose pieces with a backspace in front take a character back.
 
 namespace {
 
 using namespace zrkfuzz;
 using zrk::ConsoleDisplay;
-using zrk::TextOrigin;
 
 constexpr unsigned kInputsPerView = 64;
 
-/// The document, as the edits make it.
+/// A text and its document, as the edits make them.
 class Document {
   public:
-    void show(const QString& text, TextOrigin origin) {
-        const ConsoleDisplay::Edit edit = m_display.show(text, origin);
-        require(edit.removed >= 0 && edit.removed <= m_text.size() - (m_text.lastIndexOf('\n') + 1),
-                "only the last line changes");
-        m_text.chop(edit.removed);
-        for (const ConsoleDisplay::Run& run : edit.inserted)
-            m_text += run.text;
+    void edit(QString inserted) {
+        const qsizetype removed = inserted.startsWith('\b') && !m_text.isEmpty() ? 1 : 0;
+        inserted.remove(0, removed);
+        m_text.chop(removed);
+        m_text += inserted;
+        const ConsoleDisplay::Edit edit = m_display.follow(m_text, removed, inserted.size());
+        // A character and the break before it, or the sign of a CR that has become a line end.
+        require(edit.removed >= 0 && edit.removed <= std::min<qsizetype>(2 + removed, m_shown.size()),
+                "only the end changes");
+        m_shown.chop(edit.removed);
+        m_shown += edit.inserted;
     }
 
     void check() const {
-        for (const QChar character : m_text)
+        for (const QChar character : m_shown)
             require(character == '\n' || character == '\t' || character == zrk::visibleSign(character),
                     "only what has a glyph is shown");
-        for (const auto& line : QStringView(m_text).split('\n'))
-            require(line.size() <= static_cast<qsizetype>(ConsoleDisplay::kLongestLine),
+        for (const auto& line : QStringView(m_shown).split('\n'))
+            require(line.size() <= ConsoleDisplay::kLongestLine + 1,
                     "no line is longer than a document can lay out");
-        require(m_display.original(m_text, 0).size() <= m_text.size(), "what is copied is no longer");
+        ConsoleDisplay whole;
+        require(whole.follow(m_text, 0, m_text.size()).inserted == m_shown, "edits show what the whole does");
+        const QString copied = m_display.original(m_shown, 0);
+        require(copied == whole.original(m_shown, 0) && copied.size() <= m_text.size(),
+                "what is copied is the text");
     }
 
     [[nodiscard]] const QString& text() const { return m_text; }
+    [[nodiscard]] const QString& shown() const { return m_shown; }
 
   private:
     ConsoleDisplay m_display;
     QString m_text;
+    QString m_shown;
 };
 
 QApplication& application() {
@@ -54,13 +63,12 @@ QApplication& application() {
     return *made;
 }
 
-void checkView(const QString& loaders, const QByteArray& boards, unsigned seed, QString expected) {
+void checkView(const Document& document) {
     application();
     zrk::ConsoleView view;
     view.resize(300, 100);
-    view.follow(loaders, TextOrigin::Loader);
-    for (const QByteArray& piece : piecesOf(boards, seed))
-        view.follow(QString::fromLatin1(piece), TextOrigin::Board);
+    view.showAnew(document.text());
+    QString expected = document.shown();
     expected.replace(QChar::Nbsp, ' '); // as plain text has it
     require(view.toPlainText() == expected, "the view shows the document");
 }
@@ -75,21 +83,14 @@ extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserv
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input input(data, size);
     const unsigned choice = input.byte();
-    const QString loaders = QString::fromLatin1(input.counted());
-    const QByteArray boards = input.rest();
-    Document whole;
-    whole.show(loaders, TextOrigin::Loader);
-    whole.show(QString::fromLatin1(boards), TextOrigin::Board);
-    whole.check();
-    Document pieces;
-    pieces.show(loaders, TextOrigin::Loader);
-    for (const QByteArray& piece : piecesOf(boards, choice))
-        pieces.show(QString::fromLatin1(piece), TextOrigin::Board);
-    require(pieces.text() == whole.text(), "pieces show what the whole does");
+    Document document;
+    for (const QByteArray& piece : piecesOf(input.rest(), choice))
+        document.edit(QString::fromLatin1(piece));
+    document.check();
     // Not by the input: those that reach more code are kept, and a view costs as much as a hundred documents.
     // A single input, which is looked at again, is the first one.
     static unsigned inputs = 0;
     if (inputs++ % kInputsPerView == 0)
-        checkView(loaders, boards, choice, whole.text());
+        checkView(document);
     return 0;
 }

@@ -1,8 +1,9 @@
 #include "app/ConsoleView.h"
 
+#include "app/ConsoleLog.h"
 #include "app/ConsoleSearch.h"
 #include "app/ConsoleTools.h"
-#include "support/Rig.h"
+#include "gui/WindowRig.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
@@ -21,7 +22,7 @@
 
 namespace {
 
-using Origin = zrk::TextOrigin;
+using namespace std::chrono_literals;
 
 /// A console text and its view.
 struct Shown {
@@ -29,15 +30,11 @@ struct Shown {
     zrk::ConsoleView view;
 
     Shown() {
-        text.onPiece([this](const QString& piece, Origin origin) { view.follow(piece, origin); });
+        text.onEdit([this](qsizetype removed, const QString& inserted, zrk::TextOrigin) {
+            view.follow(text.text(), removed, inserted.size());
+        });
     }
-    void say(Origin origin, const QByteArray& piece) {
-        const QString characters = QString::fromLatin1(piece);
-        if (origin == Origin::Board)
-            text.receive(characters, 0, characters);
-        else
-            text.append(characters);
-    }
+    void say(const QByteArray& piece) { text.append(QString::fromLatin1(piece)); }
     QString copied() {
         QApplication::clipboard()->clear();
         view.selectAll();
@@ -46,22 +43,12 @@ struct Shown {
     }
 };
 
-struct ShownCase {
-    std::vector<QByteArray> pieces;
-    QString display;
-    QString copied;
-};
-
-void expectShown(const ShownCase& oneCase, Origin origin) {
-    Shown shown;
-    for (const QByteArray& piece : oneCase.pieces)
-        shown.say(origin, piece);
-    SCOPED_TRACE(oneCase.pieces.front().toStdString());
-    EXPECT_EQ(shown.view.toPlainText(), oneCase.display);
-    EXPECT_EQ(shown.copied(), oneCase.copied);
-}
-
-TEST(ConsoleView, ShowsWhatTheLoaderSaysAsTheWholeTextWouldLook) {
+TEST(ConsoleView, ShowsTheTextWithSignsForWhatHasNoGlyph) {
+    struct ShownCase {
+        std::vector<QByteArray> pieces;
+        QString display;
+        QString copied;
+    };
     const ShownCase cases[] = {
         {{"one\r\ntwo\r\n"}, "one\ntwo\n", "one\ntwo\n"},
         {{"one\r", "\ntwo"}, "one\ntwo", "one\ntwo"},
@@ -72,143 +59,124 @@ TEST(ConsoleView, ShowsWhatTheLoaderSaysAsTheWholeTextWouldLook) {
          "\u2400\x02\x1B\x08\x7F\t!"},
         {{"\x80\xE4\xAD"}, "\uFFFD\u00E4-", "\uFFFD\u00E4-"},
     };
-    for (const ShownCase& oneCase : cases)
-        expectShown(oneCase, Origin::Loader);
-}
-
-TEST(ConsoleView, ShowsWhatTheBoardSaysAsAPlainTerminalDoes) {
-    const ShownCase cases[] = {
-        {{"one\r\ntwo\n\rthree"}, "one\ntwo\nthree", "one\ntwo\nthree"},
-        {{"one\r", "\ntwo"}, "one\ntwo", "one\ntwo"},
-        {{"one\ntwo"}, "onetwo", "onetwo"},
-        // A board that ends its lines so goes on with a CR alone; another one ends them with it.
-        {{"\r\n 10 %\r 20 %"}, "\n 20 %", "\n 20 %"},
-        {{"one\rtwo\r"}, "one\ntwo", "one\ntwo"},
-        // Colours, a prompt's title, character sets and private modes leave nothing behind, nor does a bell.
-        {{"\x1B[0;32mok\x1B[m \x1B]0;root@board\x07$ \x1B(B\x1B[?2004h\x1B[38;5;200mx\x1B[1;4;7m\x07!"},
-         "ok $ x!",
-         "ok $ x!"},
-        {{"\x1B[0;3", "2mok\x1B", "[mend"}, "okend", "okend"},
-        // A line being edited: erased by a backspace, in its middle, to its end, as a whole.
-        {{"abc\b \bd"}, "abd", "abd"},
-        {{"abcd\b\b\x1B[1Px\x1B[@y"}, "abxy", "abxy"},
-        {{"long line\b\b\b\b\b\x1B[K!"}, "long!", "long!"},
-        {{"ab\x1B[2K\x1B[Gc\x1B[3Cd\x1B[2De"}, "c  ed", "c  ed"},
-        {{"shell\x1B[H\x1B[2Jnew"}, "shell\nnew", "shell\nnew"},
-        {{"\x1B[99999999C."}, QString(999, ' ') + '.', QString(999, ' ') + '.'},
-        // UTF-8, also in pieces; what is none as Latin-1, as boot ROM noise is.
-        {{"\xC3", "\xA4\xE2\x82", "\xAC\xE4n\x80\xFF"},
-         "\u00E4\u20AC\u00E4n\uFFFD\u00FF",
-         "\u00E4\u20AC\u00E4n\uFFFD\u00FF"},
-        // A line with characters of several codes is overwritten, and the line above stays.
-        {{"above\r\n", "\xF0\x9F\x98\x80 e\xCC\x81 50 %", "\r100 %\x1B[K"}, "above\n100 %", "above\n100 %"},
-        {{"\x02\x7F"}, "\u2402\u2421", "\x02\x7F"},
-        // The padding that terminals of old needed.
-        {{QByteArray("\r\n\0one\r\0\ntwo\r\0t\0\x1B[\0K!", 21)}, "\none\nt!", "\none\nt!"},
-        // A title that noise began and nothing ends takes 256 bytes with it and no more.
-        {{"\x1B]" + QByteArray(300, 'x')}, QString(44, 'x'), QString(44, 'x')},
-    };
-    for (const ShownCase& oneCase : cases)
-        expectShown(oneCase, Origin::Board);
-}
-
-/// What a shell sends that takes the terminal for 80 columns wide, as it does on a serial line.
-TEST(ConsoleView, ALongCommandIsEditedInRowsOf80Columns) {
-    const QByteArray full = "$ " + QByteArray("12345678 ").repeated(8) + "123456"; // 80 characters
-    const ShownCase cases[] = {
-        {{full + " \r7 end\r\nout"}, full + "7 end\nout", full + "7 end\nout"},
-        {{full, " ", "\r", "7"}, full + "7", full + "7"},
-        // Two rows further, and back at the beginning of that row.
-        {{full + " \r" + QByteArray(80, 'b') + " \rccc\rd"},
-         full + QByteArray(80, 'b') + "dcc",
-         full + QByteArray(80, 'b') + "dcc"},
-        // Up into the first row, where something is deleted, inserted and erased, and down again.
-        {{full + " \rabcde\x1B[A\r#\x1B[P\x1B[2C\x1B[@!\x1B[B\b\b\b\b\b\b\b\bA"},
-         "#12!" + full.mid(4) + "Abcde",
-         "#12!" + full.mid(4) + "Abcde"},
-        {{full + " \rabc\x1B[A\x1B[K\x1B[B\x1B[GA\x1B[K"},
-         full.left(3) + QByteArray(77, ' ') + "A",
-         full.left(3) + QByteArray(77, ' ') + "A"},
-        {{full + " \rabc\x1B[9Ax\x1B[J"}, full.left(3) + "x", full.left(3) + "x"},
-        // One of an earlier command, which comes all at once.
-        {{full + "7 end\x1B[A\r$>\x1B[BX"}, "$>" + full.mid(2) + "7 Xnd", "$>" + full.mid(2) + "7 Xnd"},
-        // Enter in the first row: the shell goes below before it ends the line.
-        {{full + " \rabc\x1B[A\r\n\r\nout"}, full + "abc\nout", full + "abc\nout"},
-        // The last row that a line can have ends with the line, at a thousand characters.
-        {{full + " \r" + QByteArray(915, 'b') + "\r\x1B[30@"},
-         full + QByteArray(880, 'b') + QByteArray(30, ' ') + QByteArray(10, 'b'),
-         full + QByteArray(880, 'b') + QByteArray(30, ' ') + QByteArray(10, 'b')},
-        // No row: a progress that is written over, and what is below is another line.
-        {{full + " 10 %\r" + "20 %\x1B[K"}, "20 %", "20 %"},
-        {{"above\r\nb\x1B[Ac"}, "above\nbc", "above\nbc"},
-    };
     for (const ShownCase& oneCase : cases) {
-        ShownCase afterLine = oneCase;
-        afterLine.pieces.insert(afterLine.pieces.begin(), "\r\n");
-        afterLine.display.prepend('\n');
-        afterLine.copied.prepend('\n');
-        expectShown(afterLine, Origin::Board);
+        Shown shown;
+        for (const QByteArray& piece : oneCase.pieces)
+            shown.say(piece);
+        SCOPED_TRACE(oneCase.pieces.front().toStdString());
+        EXPECT_EQ(shown.view.toPlainText(), oneCase.display);
+        EXPECT_EQ(shown.copied(), oneCase.copied);
     }
 }
 
-TEST(ConsoleView, TheCaretIsWhereTheBoardsCursorIs) {
-    Shown shown;
-    const std::pair<const char*, int> steps[] = {{"one\r\n$ command", 13}, {"\b\b", 11}, {"\x1B[3D", 8},
-                                                 {"X\x1B[K", 9},           {"\r\n", 10}, {"\x1B[5C", 10}};
-    for (const auto& [piece, position] : steps) {
-        shown.say(Origin::Board, piece);
-        EXPECT_EQ(shown.view.textCursor().position(), position) << piece;
+/// The window in terminal mode, with a board on its port.
+struct ConsoleWindow : zrktest::WindowTest {
+    ConsoleWindow() { loader.terminal.cmdTerminal_Click(); }
+
+    /// In one read.
+    void say(const QByteArray& chunk) {
+        port.receive(chunk);
+        loop.runFor(200ms);
+    }
+    [[nodiscard]] QByteArray saved() {
+        fileDialog.choice = folder.filePath("saved.txt");
+        click("cmdSaveConsole");
+        return contentOf(fileDialog.choice);
+    }
+    static QByteArray contentOf(const QString& path) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+};
+
+TEST_F(ConsoleWindow, ShowsSavesAndLogsEveryCharacterOfTheBoard) {
+    struct Received {
+        std::vector<QByteArray> chunks;
+        QByteArray text;
+        QString display;
+    };
+    const QByteArray padded("\0\a\x0E\x7F\x9B", 5);
+    const Received cases[] = {
+        {{"abc\bd"}, "abd", "abd"},
+        {{"xyz", "\b\bQ"}, "xyQ", "xyQ"},
+        {{"ls", "\b \b", "s"}, "ls", "ls"},
+        {{"one\r\ntwo"}, "one\r\ntwo", "one\ntwo"},
+        {{"one\ntwo"}, "onetwo", "onetwo"},
+        {{"one\rtwo"}, "one\r\ntwo", "one\ntwo"},
+        {{" 10 %\r", " 20 %\r"}, " 10 %\r\n 20 %\r\n", " 10 %\n 20 %\n"},
+        // Half of a line end is taken back, then the other half and the character before it.
+        {{"one\r", "\btwo"}, "one\rtwo", "one\u240Dtwo"},
+        {{"one\r", "\b", "\b", "\b"}, "on", "on"},
+        {{"\x1B[0;31mred\x1B[m\x1B[2J\x1B(B"},
+         "\x1B[0;31mred\x1B[m\x1B[2J\x1B(B",
+         "\u241B[0;31mred\u241B[m\u241B[2J\u241B(B"},
+        {{padded}, padded, "\u2400\u2407\u240E\u2421\uFFFD"},
+        {{"\xE4"}, "\xE4", "\u00E4"},
+        {{"\xC3", "\xA4"}, "\xC3\xA4", "\u00C3\u00A4"},
+    };
+    zrk::ConsoleLog log(loop, loader.controls.txtStatus);
+    for (const auto& [chunks, text, display] : cases) {
+        SCOPED_TRACE(text.toStdString());
+        const QByteArray savedBefore = saved();
+        const QString shownBefore = shown("txtStatus", "plainText");
+        log.start(folder.filePath("board.log"), {});
+        for (const QByteArray& chunk : chunks)
+            say(chunk);
+        log.stop();
+        EXPECT_EQ(saved(), savedBefore + text);
+        EXPECT_EQ(shown("txtStatus", "plainText"), shownBefore + display);
+        EXPECT_EQ(contentOf(folder.filePath("board.log")), text);
     }
 }
 
-TEST(ConsoleView, AnyPiecesEndLikeTheWholeTextAtOnce) {
+TEST_F(ConsoleWindow, WhatABoardLeavesUnfinishedIsNoneOfTheNextOnes) {
+    const QString before = shown("txtStatus", "plainText");
+    say("\x1B]0;\xC3");
+    loader.portControl.cmdCancel_Click();
+    loader.terminal.cmdTerminal_Click();
+    say("\xA4 login:");
+    EXPECT_EQ(shown("txtStatus", "plainText"),
+              before + "\u241B]0;\u00C3\n--- Closing port ---\n\n--- Switching to programmed mode ---\n"
+                       "\n--- Enabling terminal mode ---\n\u00A4 login:");
+}
+
+TEST(ConsoleView, AnyEditsEndLikeTheWholeTextAtOnce) {
     std::mt19937 random(20240607);
     for (int round = 0; round < 30; ++round) {
         Shown shown;
-        Shown atOnce;
-        QByteArray all;
-        for (int piece = 0; piece < 120; ++piece) {
-            QByteArray added(random() % 8 == 0 ? 900 : 0, 'x');
-            const auto length = random() % 40;
+        for (int edit = 0; edit < 120; ++edit) {
+            QString added(random() % 8 == 0 ? 990 : 0, 'x');
+            const auto length = random() % 20;
             for (unsigned i = 0; i < length; ++i)
-                added += "ab\r\n\r\n\x1B[K3;m\b\xC3\xA4"
-                         "CAP@"[random() % 20];
-            shown.say(Origin::Board, added);
-            all += added;
+                added += "ab\r\n\r\n\r\n"[random() % 8];
+            const qsizetype removed = random() % 3 == 0 ? static_cast<qsizetype>(random() % 30) : 0;
+            shown.text.replaceEnd(std::min(removed, shown.text.text().size()), added);
         }
-        atOnce.say(Origin::Board, all);
-        EXPECT_EQ(shown.view.toPlainText(), atOnce.view.toPlainText()) << "round " << round;
-        EXPECT_EQ(shown.copied(), atOnce.copied()) << "round " << round;
         Shown anew;
-        anew.view.follow(shown.text.text(), Origin::Anew);
-        shown.view.follow(shown.text.text(), Origin::Anew);
+        anew.view.showAnew(shown.text.text());
         EXPECT_EQ(shown.view.toPlainText(), anew.view.toPlainText()) << "round " << round;
+        EXPECT_EQ(shown.copied(), anew.copied()) << "round " << round;
     }
 }
 
 TEST(ConsoleView, AnEndlessLineIsBrokenForLayoutOnlyAndComesBackWhole) {
-    for (const Origin origin : {Origin::Loader, Origin::Board}) {
-        Shown shown;
-        for (int i = 0; i < 5000; ++i)
-            shown.say(origin, ".");
-        EXPECT_EQ(shown.view.blockCount(), 5);
-        EXPECT_EQ(shown.copied(), QString(5000, '.'));
-    }
+    Shown shown;
+    for (int i = 0; i < 5000; ++i)
+        shown.say(".");
+    EXPECT_EQ(shown.view.blockCount(), 5);
+    EXPECT_EQ(shown.copied(), QString(5000, '.'));
 }
 
-TEST(ConsoleView, ColoursAreOfTheTextBehindThem) {
+TEST(ConsoleView, AClearedViewHasNothingOfTheTextBefore) {
     Shown shown;
-    shown.say(Origin::Board, "a\x1B[1;31mb\x1B[0mc\r\n");
-    shown.say(Origin::Loader, "d");
-    QStringList looks;
-    for (const int position : {1, 2, 3, 5}) {
-        QTextCursor at(shown.view.document());
-        at.setPosition(position);
-        const QTextCharFormat format = at.charFormat();
-        looks += QString("%1%2").arg(format.fontWeight() > QFont::Normal ? "bold " : "",
-                                     format.hasProperty(QTextFormat::ForegroundBrush) ? "colour" : "plain");
-    }
-    EXPECT_EQ(looks.join(", "), "plain, bold colour, plain, plain");
+    shown.say("a\r");
+    shown.view.clearView();
+    shown.say("\n");
+    EXPECT_EQ(shown.view.toPlainText(), "\u240A");
+    shown.view.clearView();
+    shown.text.replaceEnd(3, "?");
+    EXPECT_EQ(shown.view.toPlainText(), "?");
 }
 
 TEST(ConsoleView, ASelectionHoldsNoCharacterThatComesLater) {
@@ -222,24 +190,22 @@ TEST(ConsoleView, ASelectionHoldsNoCharacterThatComesLater) {
     const Selection selections[] = {
         {"the last", 4, 4, " word\r\n$ ", "last"},
         {"two\r\nlines\r\n", 0, 10, "more", "two\nlines\n"},
-        {"an inner", 0, 2, "\b\b\b\b\bword", "an"},
-        // The board writes over a part of it: with other characters, with the same ones, with none.
-        {"a command", 2, 7, "\b\b\bXYZ and more", "comm"},
-        {"\r\n 10 %", 2, 4, "\r 10 % of all", "10 %"},
-        {"\r\n 10 %", 2, 4, "\r 19 % of all", "1"},
-        {"a command", 2, 7, "\b\b\b\x1B[K", "comm"},
+        // A backspace takes its last character.
+        {"a command", 2, 7, "\band more", "comman"},
+        {"a command", 0, 4, "\b\b", "a co"},
+        {"two\r\n", 0, 4, "\bmore", "two"},
     };
     for (const auto& [before, from, length, after, copied] : selections) {
         for (const bool backward : {false, true}) {
             SCOPED_TRACE((before + ", then " + after).toStdString() + (backward ? ", backward" : ""));
             Shown shown;
-            shown.say(Origin::Board, before);
+            shown.say(before);
             QTextCursor selection(shown.view.document());
             selection.setPosition(backward ? from + length : from);
             selection.setPosition(backward ? from : from + length, QTextCursor::KeepAnchor);
             shown.view.setTextCursor(selection);
-            for (const char character : after)
-                shown.say(Origin::Board, QByteArray(1, character));
+            for (const QChar character : QString::fromLatin1(after))
+                shown.text.replaceEnd(character == '\b' ? 1 : 0, character == '\b' ? QString() : character);
             shown.view.copy();
             EXPECT_EQ(QApplication::clipboard()->text(), copied);
             EXPECT_EQ(shown.view.textCursor().position() < shown.view.textCursor().anchor(), backward);
@@ -252,7 +218,7 @@ struct Reading : Shown, ::testing::Test {
     Reading() {
         view.resize(400, 120);
         view.show();
-        say(Origin::Board, "line" + QByteArray("\r\n").repeated(100));
+        say("line" + QByteArray("\r\n").repeated(100));
         QObject::connect(&view, &zrk::ConsoleView::holdChanged, [this](bool held, bool more) {
             state = more ? "more" : held ? "held" : "follows";
         });
@@ -260,13 +226,13 @@ struct Reading : Shown, ::testing::Test {
     [[nodiscard]] bool atEnd() const { return bar.value() == bar.maximum(); }
     void expectStands(const std::function<void()>& release) {
         const int before = bar.value();
-        say(Origin::Board, "new\r\n");
+        say("new\r\n");
         EXPECT_EQ(bar.value(), before);
         EXPECT_EQ(state, "more");
         release();
         EXPECT_TRUE(atEnd());
         EXPECT_EQ(state, "follows");
-        say(Origin::Board, "newer\r\n");
+        say("newer\r\n");
         EXPECT_TRUE(atEnd());
     }
 
@@ -282,13 +248,13 @@ TEST_F(Reading, TheEndStaysInSightAndASelectionLasts) {
     selection.movePosition(QTextCursor::Start, QTextCursor::KeepAnchor);
     view.setTextCursor(selection);
     bar.setValue(bar.maximum());
-    say(Origin::Board, "new");
+    say("new");
     EXPECT_TRUE(view.textCursor().selectedText().startsWith("line"));
     EXPECT_TRUE(atEnd());
     selection.clearSelection();
     view.setTextCursor(selection);
     bar.setValue(bar.maximum());
-    say(Origin::Board, "new");
+    say("new");
     EXPECT_TRUE(view.textCursor().atEnd());
     const QFontMetrics metrics(view.font());
     EXPECT_EQ(metrics.horizontalAdvance("iii"), metrics.horizontalAdvance("WWW"));
@@ -311,7 +277,7 @@ TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
     EXPECT_TRUE(view.textCursor().atEnd());
     const int before = bar.value();
     const int pressedAt = view.textCursor().anchor();
-    say(Origin::Board, "new\r\n");
+    say("new\r\n");
     EXPECT_EQ(bar.value(), before);
     EXPECT_EQ(view.textCursor().anchor(), pressedAt) << "where a drag begins";
     EXPECT_TRUE(state.contains("more")) << state.toStdString();
@@ -324,16 +290,16 @@ TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
 
     // The menu of the other button takes its release.
     QTest::mousePress(view.viewport(), Qt::RightButton);
-    say(Origin::Board, QByteArray("x\r\n").repeated(100));
+    say(QByteArray("x\r\n").repeated(100));
     EXPECT_TRUE(atEnd());
     QTest::mouseRelease(view.viewport(), Qt::RightButton);
 }
 
 TEST_F(Reading, AnotherWidthOrAClearGoesThroughNothingThatIsOutOfSight) {
-    say(Origin::Board, QByteArray("123456789 ").repeated(30) + "\r\n");
+    say(QByteArray("123456789 ").repeated(30) + "\r\n");
     const QTextBlock longLine = view.document()->lastBlock().previous();
     QApplication::processEvents();
-    say(Origin::Board, QByteArray("x\r\n").repeated(100) + QByteArray(300, 'x'));
+    say(QByteArray("x\r\n").repeated(100) + QByteArray(300, 'x'));
     const auto rows = [&] { return std::pair(longLine.lineCount(), longLine.layout()->lineAt(0).width()); };
     const auto room = [&] { return view.viewport()->width() - 2 * view.document()->documentMargin(); };
     const auto [before, width] = rows();
@@ -359,7 +325,7 @@ TEST_F(Reading, AnotherWidthOrAClearGoesThroughNothingThatIsOutOfSight) {
             << "within which a selection is painted";
     }
 
-    say(Origin::Board, QByteArray("\r\n").repeated(50'000));
+    say(QByteArray("\r\n").repeated(50'000));
     const QPointer<QTextDocument> old = view.document();
     const qreal tabStop = view.tabStopDistance();
     view.clearView();
@@ -368,7 +334,7 @@ TEST_F(Reading, AnotherWidthOrAClearGoesThroughNothingThatIsOutOfSight) {
         QApplication::processEvents();
     EXPECT_EQ(view.tabStopDistance(), tabStop);
     EXPECT_EQ(view.document()->defaultFont(), view.font());
-    say(Origin::Board, "x\ty");
+    say("x\ty");
     EXPECT_TRUE(atEnd());
     EXPECT_EQ(copied(), "x\ty");
 }
@@ -379,7 +345,7 @@ TEST_F(Reading, ASearchEndsWithTheTextThatItGoesThrough) {
     auto* shown = new zrk::ConsoleView(&frame);
     inFrame.addWidget(shown);
     zrk::ConsoleTools tools(shown, &frame, [] {});
-    shown->follow(QStringLiteral("x\r\n").repeated(100'000), zrk::TextOrigin::Board);
+    shown->showAnew(QStringLiteral("x\r\n").repeated(100'000));
     auto* txtFind = frame.findChild<QLineEdit*>("txtFind");
     ASSERT_NE(txtFind, nullptr);
     txtFind->setText("absent");
@@ -414,7 +380,7 @@ TEST_F(Reading, KeysThatLeadBackAreNotForTheBoardAndOthersAre) {
 }
 
 TEST_F(Reading, FindsInBothDirectionsAroundTheEndsAndClearsTheView) {
-    say(Origin::Board, "Boot one\r\n" + QByteArray("x\r\n").repeated(5000) + "boot two boot\r\n");
+    say("Boot one\r\n" + QByteArray("x\r\n").repeated(5000) + "boot two boot\r\n");
     zrk::ConsoleSearch search(&view);
     QEventLoop untilAnswered;
     QStringList answers;
@@ -440,7 +406,7 @@ TEST_F(Reading, FindsInBothDirectionsAroundTheEndsAndClearsTheView) {
     EXPECT_EQ(answers.join(", "), "Boot at 4, boot at 4, boot at 13, Boot at 4, boot at 13, boot at 4, none");
     view.clearView();
     EXPECT_EQ(view.toPlainText(), "");
-    say(Origin::Board, "on");
+    say("on");
     EXPECT_EQ(view.toPlainText(), "on");
 }
 

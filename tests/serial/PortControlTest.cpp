@@ -24,7 +24,7 @@ TEST_F(PortControlTest, CancelWhenIdle) {
     EXPECT_EQ(port.callNames().last(), "open 8 115200,N,8,1 handshaking 1");
     EXPECT_EQ(loader.port.CommPort(), 8);
     QStringList buttonsAtText; // the bench checks that the port is closed by then
-    c.txtStatus.onPiece([&](const QString&, zrk::TextOrigin) { buttonsAtText += bench.buttons(); });
+    c.txtStatus.onEdit([&](qsizetype, const QString&, zrk::TextOrigin) { buttonsAtText += bench.buttons(); });
     loader.portControl.cmdCancel_Click();
     EXPECT_EQ(bench.console(), "\n--- Closing port ---\n\n--- Enabling terminal mode ---\n"
                                "\n--- Closing port ---\n\n--- Switching to programmed mode ---\n");

@@ -24,7 +24,7 @@ Rig::Rig(VirtualEventLoop& eventLoop, LinePort& linePort)
     : loop(eventLoop), port(linePort),
       loader({eventLoop, linePort, boxes, fileDialog, waitDialog}, native(folder.path())) {
     loader.startUp.prepare({native(folder.path()), QStringLiteral("loader"), 0, 7, 34});
-    loader.controls.txtStatus.onPiece([this](const QString& text, zrk::TextOrigin origin) {
+    loader.controls.txtStatus.onEdit([this](qsizetype, const QString& text, zrk::TextOrigin origin) {
         if (origin == zrk::TextOrigin::Loader)
             lookAround(text);
     });
