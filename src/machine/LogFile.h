@@ -9,8 +9,8 @@
 namespace zrk {
 
 /// The console's text in a file as it comes: the board's characters as the bytes that they are, the loader's
-/// own words in UTF-8. With time stamps each line that is not empty begins with the local time
-/// at which its first character came: "2026-03-01 14:05:06.789 ".
+/// own words in UTF-8. With time stamps each line that is not empty begins with the local time at which its
+/// first character came: "2026-03-01 14:05:06.789 ".
 class LogFile {
   public:
     using Clock = std::function<QDateTime()>;
@@ -25,8 +25,7 @@ class LogFile {
 
     void append(const QByteArray& bytes);
 
-    /// Takes the last byte back, and the stamp in front of it. Of a long log that is known only of some
-    /// thousand bytes.
+    /// Takes the last byte back, and the stamp in front of it; does so for the last 4096 bytes at most.
     void takeBack();
 
     /// As FileWriter has it.
