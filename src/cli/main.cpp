@@ -15,8 +15,10 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstdio>
 #include <exception>
 #include <optional>
+#include <system_error>
 
 namespace {
 
@@ -121,12 +123,20 @@ int main(int argc, char** argv) {
     zrk::fillMissingStreams();
     zrk::ignoreBrokenPipes();
     const zrk::StandardStreams standardStreams;
-    Interrupts interrupts; // before any other thread
-    const QCoreApplication app(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    const bool json = asksForJson(arguments);
-    OutputStreams streams(json);
-    std::optional<Clock::time_point> limit;
-    const ExitStatus status = runProgram(arguments, json, streams, interrupts, limit);
-    return static_cast<int>(drained(status, streams, interrupts, limit));
+    std::optional<Interrupts> interrupts;
+    std::optional<OutputStreams> streams;
+    try {
+        interrupts.emplace(); // before any other thread
+        const QCoreApplication app(argc, argv);
+        const QStringList arguments = QCoreApplication::arguments();
+        const bool json = asksForJson(arguments);
+        streams.emplace(json);
+        std::optional<Clock::time_point> limit;
+        const ExitStatus status = runProgram(arguments, json, *streams, *interrupts, limit);
+        return static_cast<int>(drained(status, *streams, *interrupts, limit));
+    } catch (const std::system_error& error) { // no thread or descriptor for what every run needs
+        std::fprintf(stderr, "zrk-loader-cli: %s. Nothing was sent. End other programs and try again.\n",
+                     error.code().message().c_str());
+        return static_cast<int>(ExitStatus::InternalFailure);
+    }
 }
