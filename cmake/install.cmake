@@ -15,7 +15,8 @@ endforeach()
 
 install(FILES README.md SECURITY.md CHANGELOG.md DESTINATION ${zrk_doc}/zrk-loader-cli COMPONENT zrk-loader-cli)
 # Where README's links lead.
-install(FILES docs/architecture.md docs/json.md docs/racks.md docs/trace.md
+install(FILES docs/architecture.md docs/command-line.md docs/ini-file.md docs/integrity.md docs/json.md
+              docs/packages.md docs/racks.md docs/scripts.md docs/trace.md docs/troubleshooting.md docs/window.md
         DESTINATION ${zrk_doc}/zrk-loader-cli/docs COMPONENT zrk-loader-cli)
 install(FILES packaging/udev/70-zrk-loader.rules DESTINATION ${zrk_doc}/zrk-loader-cli/examples
         COMPONENT zrk-loader-cli)
