@@ -23,7 +23,7 @@ TEST_F(CliNetworkPort, BringsUpAndProgramsABoardBehindAServer) {
         SCOPED_TRACE(device.toStdString());
         // The first step opens the port, the second closes it and opens it again.
         CliRun load(images.on(device, "--line-rate 92160 --wait-port 600 --start-timeout 600 load start"));
-        EXPECT_EQ(load.status(), 0) << load.error().toStdString();
+        ASSERT_EQ(load.status(), 0) << load.error().toStdString() << load.output().toStdString();
         EXPECT_TRUE(board.waitForLog("secondary program: started"));
         CliRun flash(images.on(device, "--line-rate 92160 flash --erase"));
         EXPECT_EQ(flash.status(), 0) << flash.error().toStdString();
