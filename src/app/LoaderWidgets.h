@@ -13,10 +13,10 @@ class QProgressBar;
 class QPushButton;
 class QStatusBar;
 class QToolButton;
-class QTreeWidget;
 
 namespace zrk {
 
+class AddressTree;
 class ConsoleTools;
 class ConsoleView;
 class ElidedLabel;
@@ -56,7 +56,7 @@ struct LoaderWidgets {
     QPushButton* cmdTerminal = nullptr;
     QPushButton* cmdCancel = nullptr;
 
-    QTreeWidget* lvwAdrs = nullptr;
+    AddressTree* lvwAdrs = nullptr;
     QPushButton* cmdValidateAdrs = nullptr;
     QToolButton* tglDebug = nullptr; ///< unfolds the debug send pair
     QPushButton* cmdOutput = nullptr;

@@ -1,5 +1,6 @@
 #include "app/ScreenReader.h"
 
+#include "app/AddressTree.h"
 #include "app/Binder.h"
 #include "app/ConsoleView.h"
 #include "app/FileNameEdit.h"
@@ -10,7 +11,6 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTreeWidget>
 
 namespace zrk {
 namespace {

@@ -1,16 +1,15 @@
 #include "app/SideFrames.h"
 
+#include "app/AddressTree.h"
 #include "app/Disclosure.h"
 #include "app/LoaderWidgets.h"
 #include "app/PortList.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace zrk {
@@ -44,22 +43,7 @@ QWidget* buildPortFrame(LoaderWidgets& widgets, QWidget* parent) {
 QWidget* buildAddressFrame(LoaderWidgets& widgets, QWidget* parent) {
     auto* frame =
         named(new QGroupBox(QStringLiteral("SDRAM addresses"), parent), QStringLiteral("fraAddresses"));
-    widgets.lvwAdrs = named(new QTreeWidget(frame), QStringLiteral("lvwAdrs"));
-    widgets.lvwAdrs->setHeaderLabels(
-        {QStringLiteral("index"), QStringLiteral("start"), QStringLiteral("size")});
-    widgets.lvwAdrs->setRootIsDecorated(false);
-    widgets.lvwAdrs->setUniformRowHeights(true);
-    widgets.lvwAdrs->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    widgets.lvwAdrs->setTabKeyNavigation(false);
-    widgets.lvwAdrs->header()->setSectionsMovable(false);
-    widgets.lvwAdrs->header()->setStretchLastSection(true);
-    const int digit = frame->fontMetrics().horizontalAdvance(QLatin1Char('8'));
-    widgets.lvwAdrs->setColumnWidth(0, 5 * digit);
-    widgets.lvwAdrs->setColumnWidth(1, 11 * digit);
-    widgets.lvwAdrs->setMinimumWidth(24 * digit);
-    // As high as the slots' frames leave it, and at least what its seven rows need.
-    widgets.lvwAdrs->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-    widgets.lvwAdrs->setMinimumHeight(8 * frame->fontMetrics().lineSpacing());
+    widgets.lvwAdrs = named(new AddressTree(frame), QStringLiteral("lvwAdrs"));
     widgets.cmdValidateAdrs = named(new QPushButton(frame), QStringLiteral("cmdValidateAdrs"));
 
     auto* column = new QVBoxLayout(frame);

@@ -1,5 +1,6 @@
 #include "app/WindowBinding.h"
 
+#include "app/AddressTree.h"
 #include "app/Binder.h"
 #include "app/ConsoleTools.h"
 #include "app/ConsoleView.h"
@@ -23,7 +24,6 @@
 #include <QPushButton>
 #include <QStyle>
 #include <QToolButton>
-#include <QTreeWidget>
 
 namespace zrk {
 namespace {
@@ -139,7 +139,7 @@ void bindConsole(ConsoleView* view, ConsoleText& console) {
     console.onFocusRequested([view] { view->setFocus(); });
 }
 
-void bindAddressList(QTreeWidget* list, Loader& loader) {
+void bindAddressList(AddressTree* list, Loader& loader) {
     const auto show = [list, &loader] {
         list->clear();
         for (const AddressList::Row& row : loader.controls.lvwAdrs.rows()) {
@@ -153,6 +153,7 @@ void bindAddressList(QTreeWidget* list, Loader& loader) {
             if (row.conflicts)
                 item->setIcon(0, list->style()->standardIcon(QStyle::SP_MessageBoxWarning));
         }
+        list->fitColumns();
     };
     show();
     loader.controls.lvwAdrs.onChange(show);

@@ -83,6 +83,32 @@ TEST_F(Layout, FitsASmallScreenAndLeavesTheConsoleMoreThanHalfOfAMediumOne) {
     EXPECT_EQ(bar->visibleRegion().boundingRect().size(), bar->size());
 }
 
+TEST_F(Layout, NoAddressIsCutInAnyFont) {
+    const QFont usual = QApplication::font();
+    const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
+    for (const char* family : {"DejaVu Sans", "DejaVu Serif", "Noto Sans"}) {
+        for (const int points : {9, 11, 14}) {
+            SCOPED_TRACE(family + std::to_string(points));
+            QApplication::setFont(QFont(family, points));
+            zrk::MainWindow other(loader, catalog, folder.filePath("window.conf"), [] {});
+            other.show();
+            for (int slot = 1; slot < 8; ++slot)
+                loader.controls.lvwAdrs.add({QString::number(slot), "0xDDDDDDDD", "0xDDDDDDDD", slot > 3});
+            QApplication::processEvents();
+            const auto* list = other.findChild<QTreeWidget*>("lvwAdrs");
+            ASSERT_NE(list, nullptr);
+            const QAbstractItemView& view = *list;
+            for (int column = 0; column < 3; ++column) {
+                EXPECT_GE(list->columnWidth(column), view.sizeHintForColumn(column));
+                EXPECT_GE(list->columnWidth(column), list->header()->sectionSizeHint(column));
+            }
+            EXPECT_LE(list->header()->length(), list->viewport()->width());
+            loader.controls.lvwAdrs.clear();
+            EXPECT_EQ(list->fontInfo().pointSize(), points) << "smaller only where it must be";
+        }
+    }
+}
+
 TEST_F(Layout, ShowsTheEndsOfALongFileNameAndThatAFileIsMissing) {
     const QString name = "u-boot-2010.06-board-7-revision-c-with-patches-1234.bin";
     loader.controls.txtFilNam[2].Text = name;
