@@ -17,21 +17,30 @@ BringUp::BringUp(Link& link, AddressValidation& validation, BootRomHandshake& ha
       m_commands(commands) {}
 
 void BringUp::cmdStartPrimary_Click() {
-    const std::int64_t before = m_link.state.BytesSentInAll;
-    m_link.operation.run(
-        {[this] { return load(); }, [this] { m_link.operation.abort(m_link.controls.cmdStartPrimary); },
-         Operation::Report::DownloadProblem,
-         [this, before](const QString& time) {
-             const bool confirmed = m_link.controls.chkExeURK[kSecondaryExecutable].isTicked();
-             if (!confirmed && !m_link.controls.chkExeURK[kPrimaryBoot].isTicked())
-                 return QStringLiteral("No image was ticked: nothing was sent.");
-             return QStringLiteral("Loaded: %1 bytes in %2%3.")
-                 .arg(QLocale().toString(m_link.state.BytesSentInAll - before), time,
-                      confirmed ? QStringLiteral(", confirmed") : QString());
-         }});
+    load(Then::Terminal);
 }
 
-Operation::End BringUp::load() {
+void BringUp::loadForCommand() {
+    load(Then::Command);
+}
+
+void BringUp::load(Then then) {
+    const std::int64_t before = m_link.state.BytesSentInAll;
+    m_link.operation.run({[this, then] { return loadTicked(then); },
+                          [this] { m_link.operation.abort(m_link.controls.cmdStartPrimary); },
+                          Operation::Report::DownloadProblem,
+                          [this, before](const QString& time) {
+                              const bool confirmed =
+                                  m_link.controls.chkExeURK[kSecondaryExecutable].isTicked();
+                              if (!confirmed && !m_link.controls.chkExeURK[kPrimaryBoot].isTicked())
+                                  return QStringLiteral("No image was ticked: nothing was sent.");
+                              return QStringLiteral("Loaded: %1 bytes in %2%3.")
+                                  .arg(QLocale().toString(m_link.state.BytesSentInAll - before), time,
+                                       confirmed ? QStringLiteral(", confirmed") : QString());
+                          }});
+}
+
+Operation::End BringUp::loadTicked(Then then) {
     using End = Operation::End;
     if (!m_validation.ValidateAddresses())
         return End::Rejected;
@@ -52,6 +61,10 @@ Operation::End BringUp::load() {
             return End::Abort;
         m_link.controls.cmdURK.Enabled = true;
         m_link.controls.cmdStartSecondary.Enabled = true;
+    } else if (then == Then::Command) {
+        m_link.transport.ArmReplyTimer(true);
+        if (!takeReadiness())
+            return End::Abort;
     } else {
         // A confirmed cancel cut the transfer short, or there is no terminal to see the primary boot in.
         const bool cutShort = m_link.state.CancelRequested;
@@ -70,12 +83,17 @@ bool BringUp::loadPrimary() {
 bool BringUp::loadSecondary() {
     m_link.transport.ArmReplyTimer(true);
     m_link.console.PrintStatus(QStringLiteral("/n--- Loading Secondary executable ---/n"));
+    return takeReadiness() && m_commands.SendImageCommand(kSecondaryExecutable);
+}
+
+/// Within the reply interval that runs already.
+bool BringUp::takeReadiness() {
     m_link.console.PrintStatus(QStringLiteral("Wait for 'X' .. "));
     if (!m_link.transport.ExpectChar(QStringLiteral("X")))
         return false;
     m_link.transport.ArmReplyTimer(false);
     m_link.console.PrintStatus(QStringLiteral(" .. found!/n"));
-    return m_commands.SendImageCommand(kSecondaryExecutable);
+    return true;
 }
 
 void BringUp::cmdStartSecondary_Click() {

@@ -19,6 +19,10 @@ class BringUp {
     /// the primary boot. Runs to its end inside the call, yielding; throws nothing.
     void cmdStartPrimary_Click();
 
+    /// The same before a command to the primary boot that follows at once. Without a secondary executable it
+    /// takes the primary boot's "X", within one reply interval, and leaves terminal mode off.
+    void loadForCommand();
+
     /// Starts the loaded secondary executable and switches to terminal mode. Yields. A port failure is
     /// shown, closes the port and leaves only the bring-up to be started. Does nothing while an
     /// operation runs.
@@ -29,11 +33,15 @@ class BringUp {
     void startWithoutTerminal();
 
   private:
+    enum class Then { Terminal, Command };
+
+    void load(Then then);
     void start(const std::function<Operation::End()>& body);
     void sendStartCommand();
-    [[nodiscard]] Operation::End load();
+    [[nodiscard]] Operation::End loadTicked(Then then);
     [[nodiscard]] bool loadPrimary();
     [[nodiscard]] bool loadSecondary();
+    [[nodiscard]] bool takeReadiness();
 
     Link& m_link;
     AddressValidation& m_validation;

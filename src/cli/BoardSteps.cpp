@@ -18,7 +18,10 @@ void requireForLoad(const Plan& plan, const QString& /*argument*/) {
 }
 
 ExitStatus load(const StepRun& run) {
-    run.loader.bringUp.cmdStartPrimary_Click();
+    if (run.next != nullptr && run.next->commandsPrimaryBoot)
+        run.loader.bringUp.loadForCommand();
+    else
+        run.loader.bringUp.cmdStartPrimary_Click();
     return exitStatusOf(run.loader.operation.outcome());
 }
 

@@ -23,6 +23,15 @@ namespace {
 
 constexpr std::chrono::milliseconds kLastBytesLimit = 3s;
 
+/// The first step behind this one that uses the port; null when there is none.
+const StepFacts* nextOnPort(const StepList& steps, std::size_t index) {
+    while (++index < steps.size()) {
+        if (steps[index].facts->usesPort)
+            return steps[index].facts;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output,
@@ -176,7 +185,7 @@ ExitStatus Session::runStep(std::size_t index) {
         m_loader.state.HeardBehind.clear(); // what a script has left is of the program before
     m_output.stepBegins(m_step);
     const auto begin = m_loop.now();
-    const StepFacts* next = index + 1 < m_options.steps.size() ? m_options.steps[index + 1].facts : nullptr;
+    const StepFacts* next = nextOnPort(m_options.steps, index);
     const ExitStatus status =
         call.facts->run({m_loader, m_output, m_options, call.argument, next, m_limitReached});
     const QString lineErrors = std::exchange(m_loader.state.LineErrorsText, {});

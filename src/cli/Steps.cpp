@@ -28,28 +28,31 @@ const StepFacts& stepNamed(const QString& name) {
 std::span<const StepFacts> allSteps() {
     // clang-format off
     static const std::vector<StepFacts> all{
-        {"load", "", "load the primary boot and the secondary executable",
-         true, true, false, false, {kPrimaryBoot, kSecondaryExecutable}, requireForLoad, load},
-        {"download", "", "load the given ones of --uboot, --rootfs, --kernel",
-         true, true, false, false, {kUBoot, kRootFs, kKernel}, requireForDownload, download},
-        {"start", "", "start the secondary executable; only an expect or\n"
-         "                             a script behind it can tell whether it runs",
-         true, false, false, false, {}, requireForStart, start},
-        {"check", "", "check the SDRAM addresses and print their list",
-         false, true, false, false, {}, requireNothing, check},
-        {"flash", "", "program the flash image into the NAND flash",
-         true, false, false, false, {kPgSibl, kFlashImage}, requireForFlash, flash},
-        {"expect", "TEXT", "print what the board says until TEXT has come",
-         true, false, true, false, {}, requireText, expect},
-        {"script", "FILE", "run a script (>text sends, <text waits, /n: Enter)",
-         true, false, true, false, {}, requireScript, script},
-        {"verify", "COMMAND", "compare the board's checksums with what was sent,\n"
-         "                             for example verify \"crc32 %a %n\" at its prompt",
-         true, false, true, false, {}, requireVerify, verify},
-        {"terminal", "", "raw terminal until Ctrl-] or the end of input",
-         true, false, false, true, {}, requireNothing, terminal},
-        {"ports", "", "list the machine's serial ports; opens none",
-         false, false, false, false, {}, requireNothing, listPorts},
+        {.name = "load", .help = "load the primary boot and the secondary executable",
+         .usesPort = true, .checksAddresses = true, .images = {kPrimaryBoot, kSecondaryExecutable},
+         .require = requireForLoad, .run = load},
+        {.name = "download", .help = "load the given ones of --uboot, --rootfs, --kernel",
+         .usesPort = true, .checksAddresses = true, .commandsPrimaryBoot = true, .images = {kUBoot, kRootFs, kKernel},
+         .require = requireForDownload, .run = download},
+        {.name = "start", .help = "start the secondary executable; only an expect or\n"
+                                  "                             a script behind it can tell whether it runs",
+         .usesPort = true, .commandsPrimaryBoot = true, .require = requireForStart, .run = start},
+        {.name = "check", .help = "check the SDRAM addresses and print their list",
+         .checksAddresses = true, .require = requireNothing, .run = check},
+        {.name = "flash", .help = "program the flash image into the NAND flash",
+         .usesPort = true, .images = {kPgSibl, kFlashImage}, .require = requireForFlash, .run = flash},
+        {.name = "expect", .argument = "TEXT", .help = "print what the board says until TEXT has come",
+         .usesPort = true, .awaitsProgram = true, .require = requireText, .run = expect},
+        {.name = "script", .argument = "FILE", .help = "run a script (>text sends, <text waits, /n: Enter)",
+         .usesPort = true, .awaitsProgram = true, .require = requireScript, .run = script},
+        {.name = "verify", .argument = "COMMAND",
+         .help = "compare the board's checksums with what was sent,\n"
+                 "                             for example verify \"crc32 %a %n\" at its prompt",
+         .usesPort = true, .awaitsProgram = true, .require = requireVerify, .run = verify},
+        {.name = "terminal", .help = "raw terminal until Ctrl-] or the end of input",
+         .usesPort = true, .ownsStreams = true, .require = requireNothing, .run = terminal},
+        {.name = "ports", .help = "list the machine's serial ports; opens none",
+         .require = requireNothing, .run = listPorts},
     };
     // clang-format on
     return all;

@@ -22,7 +22,7 @@ struct StepRun {
     Output& output;
     const CliOptions& options;
     const QString& argument;
-    const StepFacts* next;    ///< the step that follows; null for the last
+    const StepFacts* next;    ///< the next step that uses the port; null for none
     const bool& limitReached; ///< the limit of the whole run has run out
 
     /// True when a limit of its own ended the step, not that of the whole run.
@@ -35,16 +35,18 @@ ExitStatus toldEnd(const StepRun& run, const char* limitOption = "");
 
 /// One step of the command line: all that is known about it. A new step is a row in Steps.cpp.
 struct StepFacts {
-    const char* name;
-    const char* argument; ///< what has to follow the name, for example "FILE"; "" for nothing
-    const char* help;
-    bool usesPort;
-    bool checksAddresses;     ///< refuses wrong SDRAM addresses by itself, before it does anything
-    bool awaitsProgram;       ///< needs a program on the board that says something
-    bool ownsStreams;         ///< takes standard input and output for itself
-    std::vector<Slot> images; ///< those it sends when they are selected, in the order of sending
-    void (*require)(const Plan&, const QString& argument); ///< throws UsageError when it lacks something
-    ExitStatus (*run)(const StepRun&);
+    const char* name = "";
+    const char* argument = ""; ///< what has to follow the name, for example "FILE"; "" for nothing
+    const char* help = "";
+    bool usesPort = false;
+    bool checksAddresses = false;     ///< refuses wrong SDRAM addresses by itself, before it does anything
+    bool commandsPrimaryBoot = false; ///< begins with a command to the primary boot, which has to listen
+    bool awaitsProgram = false;       ///< needs a program on the board that says something
+    bool ownsStreams = false;         ///< takes standard input and output for itself
+    std::vector<Slot> images = {};    ///< those it sends when they are selected, in the order of sending
+    void (*require)(const Plan&,
+                    const QString& argument) = nullptr; ///< throws UsageError when it lacks something
+    ExitStatus (*run)(const StepRun&) = nullptr;
 };
 
 /// A step as it was asked for.

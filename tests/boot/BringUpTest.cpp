@@ -165,6 +165,22 @@ TEST(BringUp, WhichBoxesAreTicked) {
         EXPECT_TRUE(r.bench.console().startsWith("\n--- Loading Secondary executable ---\nWait for 'X' .. "));
         EXPECT_EQ(r.outcome(), *answer ? Outcome::Done : Outcome::TimedOut);
     }
+    for (const char* answer : {"X", "?", ""}) {
+        BringUpRig r; // the primary boot alone, before a download: its "X" is taken within one interval
+        r.loader.controls.chkExeURK[1].Value = 0;
+        r.port.steps[3].answer = answer;
+        r.port.steps[3].delay = 4900ms;
+        r.loader.bringUp.loadForCommand();
+        EXPECT_EQ(r.outcome(), *answer == 'X' ? Outcome::Done
+                               : *answer      ? Outcome::WrongAnswer
+                                              : Outcome::TimedOut);
+        const QString end = *answer == 'X' ? "X .. found!\n" : (*answer ? "?" : "<0>") + kMismatch + kAborted;
+        EXPECT_EQ(r.bench.console(), primary + "Wait for 'X' .. " + end);
+        EXPECT_EQ(r.port.isOpen(), *answer == 'X');
+        EXPECT_FALSE(r.loader.state.TerminalMode);
+        r.loop.runFor(30s);
+        EXPECT_EQ(r.bench.boxes.shown.size(), *answer ? 0 : 1) << "the timer goes on";
+    }
     {
         BringUpRig r; // neither, from an open port in terminal mode: it is opened again, nothing is sent
         r.loader.controls.chkExeURK[0].Value = 0;

@@ -55,6 +55,20 @@ TEST_F(Steps, DoAllJobsOverOnePortAndLoseNothing) {
     EXPECT_EQ(contents(sdram).mid(0x800000, kernel.size()), kernel);
 }
 
+TEST_F(Steps, DownloadWithoutASecondaryExecutable) {
+    const QString own =
+        write("own.INI", "[BINFILES]\nPRIMARY=primary.bin\n[IMGFILES]\nUBOOT=u-boot.ubt,0x80100000\n");
+    const QString sdram = images.file("sdram.dump");
+    for (const char* steps : {"load download", "load check ports download"}) {
+        BoardProcess board(kBoard + QString("--start-delay 0.3 --dump-sdram ") + sdram);
+        CliRun run("--port " + board.device() + " --ini " + own + " --line-rate 0 " + steps);
+        EXPECT_EQ(run.status(), 0) << run.output().toStdString() << run.error().toStdString();
+        EXPECT_EQ(board.stop(), 0);
+        const QByteArray uBoot = contents(images.file("u-boot.ubt"));
+        EXPECT_EQ(contents(sdram).mid(0x100000, uBoot.size()), uBoot);
+    }
+}
+
 TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
     const QString scr = write("wait.scr", "# a remark\n>/n\n<never said\n");
     const struct {
