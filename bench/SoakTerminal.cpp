@@ -57,12 +57,12 @@ QStringList imageOption(const char* option, const SoakImage& image, const QTempo
 }
 
 QStringList loaderArguments(const SoakPlan& plan, const QTemporaryDir& folder, const QString& device) {
-    QStringList all{QStringLiteral("--port"),          device,
-                    QStringLiteral("--wait"),          QStringLiteral("20"),
-                    QStringLiteral("--timeout"),       QStringLiteral("60"),
-                    QStringLiteral("--flash-timeout"), QStringLiteral("10"),
+    QStringList all{QStringLiteral("--port"),    device,
+                    QStringLiteral("--wait"),    QStringLiteral("20"),
+                    QStringLiteral("--timeout"), QStringLiteral("60"),
                     QStringLiteral("--quiet")};
     if (plan.flashes) {
+        all << QStringLiteral("--flash-timeout") << QStringLiteral("10");
         all += imageOption("--pg-sibl", plan.primary, folder) + imageOption("--flash", plan.flash, folder);
         if (plan.erases)
             all += QStringLiteral("--erase");

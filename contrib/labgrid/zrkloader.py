@@ -19,6 +19,12 @@ from labgrid.util.proxy import proxymanager
 
 SPEED = 115200
 POWER_ON = "Waiting for the board's power-on"
+SENDS = {  # which images a step uses; the loader rejects those that no step does
+    "load": {"primary", "secondary"},
+    "download": {"uboot", "rootfs", "kernel"},
+    "check": {"secondary", "uboot", "rootfs", "kernel"},
+    "flash": {"pg-sibl", "flash"},
+}
 PATIENCE = 10.0  # seconds that a loader gets to leave the board alone after an interrupt
 
 
@@ -73,13 +79,16 @@ class ZrkLoaderDriver(Driver):
 
     @Driver.check_active
     @step(args=["steps"])
-    def run(self, steps=None):
+    def run(self, steps=None, options=None):
         """Runs the steps, those of the environment if none are given, and returns a LoaderRun.
+
+        The options, too, are those of the environment unless others are given; the loader rejects an option
+        that no step uses.
 
         Other drivers on the port, a SerialDriver mostly, are deactivated until the run ends. Raises
         ExecutionError with the reason when the board is not brought up.
         """
-        command = self.command(steps or self.steps)
+        command = self.command(steps or self.steps, options)
         self.logger.info("command: %s", command)
         with self._port_to_itself(), tempfile.TemporaryFile("w+", errors="replace") as remarks:
             try:
@@ -97,12 +106,15 @@ class ZrkLoaderDriver(Driver):
             remarks.seek(0)
             return self._outcome(events, process.returncode, remarks.read().splitlines())
 
-    def command(self, steps):
+    def command(self, steps, options=None):
         """The command that runs the steps."""
         config = self.target.env.config if self.target.env else None
         command = [(config and config.get_tool("zrk-loader-cli")) or "zrk-loader-cli", "--json"]
         command += ["--port", self._device(), "--timeout", f"{self.timeout:g}"]
+        idle = set().union(*SENDS.values()) - set().union(*(SENDS.get(word, set()) for word in steps))
         for option, image in self.images.items():
+            if option in idle:
+                continue
             name, comma, address = str(image).partition(",")
             try:
                 command += [f"--{option}", config.get_image_path(name) + comma + address]
@@ -110,7 +122,7 @@ class ZrkLoaderDriver(Driver):
                 raise ExecutionError(
                     f"{option}: {name}: there is no such entry in the environment's images"
                 ) from error
-        return command + [str(option) for option in self.options] + ["--"] + [str(word) for word in steps]
+        return command + [str(option) for option in (self.options if options is None else options)] + ["--"] + [str(word) for word in steps]
 
     def _device(self):
         if self.port.speed != SPEED:

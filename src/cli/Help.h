@@ -12,7 +12,10 @@ struct OptionFacts {
     char letter;       ///< the short form; 0 for none
     const char* value; ///< "" for a switch
     const char* help;
+    const char* usedBy = ""; ///< the steps that it is for; "" for all, kPortSteps for those that use the port
 };
+
+inline constexpr const char* kPortSteps = "*";
 
 /// All options, in the order of the help.
 [[nodiscard]] std::span<const OptionFacts> allOptions();

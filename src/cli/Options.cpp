@@ -8,7 +8,9 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cmath>
+#include <string_view>
 
 namespace zrk {
 namespace {
@@ -23,6 +25,81 @@ void addOptions(QCommandLineParser& parser) {
         if (option.letter != 0)
             names += QString(QLatin1Char(option.letter));
         parser.addOption(QCommandLineOption(names, text(option.help), text(option.value)));
+    }
+}
+
+/// What an option is for, if none of the steps uses it; "" if one does.
+QString missingUseOf(const OptionFacts& option, const StepList& steps) {
+    const auto slot = std::find_if(kSlots.begin(), kSlots.end(), [&option](const SlotFacts& facts) {
+        return std::string_view(facts.option) == option.name;
+    });
+    const bool isImage = slot != kSlots.end();
+    const bool isForPort = std::string_view(option.usedBy) == kPortSteps;
+    const QStringList names = text(option.usedBy).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (!isImage && names.isEmpty())
+        return {};
+    const auto uses = [&](const StepFacts& step) {
+        if (isImage)
+            return concerns(step, static_cast<int>(slot - kSlots.begin()));
+        return isForPort ? step.usesPort : names.contains(text(step.name));
+    };
+    if (std::any_of(steps.cbegin(), steps.cend(),
+                    [&uses](const StepCall& step) { return uses(*step.facts); }))
+        return {};
+    if (isForPort)
+        return QStringLiteral("a step that uses the port");
+    QStringList users;
+    for (const StepFacts& step : allSteps())
+        users += uses(step) ? QStringList(text(step.name)) : QStringList();
+    return users.join(QStringLiteral(" or "));
+}
+
+/// An option without effect is a step that was forgotten, or another one that was meant.
+void refuseUnused(const QCommandLineParser& parser, const StepList& steps) {
+    for (const OptionFacts& option : allOptions()) {
+        const QString use = parser.isSet(text(option.name)) ? missingUseOf(option, steps) : QString();
+        if (!use.isEmpty())
+            throw UsageError(
+                QStringLiteral("--%1 has no effect: it is for %2. Add that step, or leave the option out.")
+                    .arg(text(option.name), use));
+    }
+}
+
+/// Only one of several devices would be used.
+void refuseUnusedDevices(const QCommandLineParser& parser, const CliOptions& options) {
+    const QStringList values = parser.values(QStringLiteral("com"));
+    const auto usesPort = [](const StepCall& step) { return step.facts->usesPort; };
+    if (std::none_of(options.steps.cbegin(), options.steps.cend(), usesPort))
+        return;
+    if (values.size() > 1)
+        throw UsageError(
+            QStringLiteral("--com is given %1 times, but the steps use one port. Give it once; for "
+                           "several boards repeat --port.")
+                .arg(values.size()));
+    const QString device = values.value(0).section(QLatin1Char('='), 1);
+    if (device.isEmpty() || !parser.isSet(QStringLiteral("port")))
+        return;
+    const auto& used = options.program.ports;
+    if (!options.ports.contains(device) && used.find(options.program.portNumber)->second != device)
+        throw UsageError(
+            QStringLiteral("--com %1 has no effect: --port names the device. Give one of the two.")
+                .arg(values.constFirst()));
+}
+
+void readLeftOut(const QCommandLineParser& parser, CliOptions& options) {
+    for (const QString& name : parser.values(QStringLiteral("without"))) {
+        QStringList known;
+        std::size_t slot = kSlots.size();
+        for (std::size_t i = 0; i < kSlots.size(); ++i) {
+            known += text(kSlots[i].option);
+            slot = known.constLast() == name ? i : slot;
+        }
+        if (slot == kSlots.size())
+            throw UsageError(QStringLiteral("--without %1: the images are %2.")
+                                 .arg(name, known.join(QStringLiteral(", "))));
+        if (!options.slotValues[slot].isEmpty())
+            throw UsageError(QStringLiteral("--without %1 contradicts --%1. Give one of the two.").arg(name));
+        options.leftOut[slot] = true;
     }
 }
 
@@ -124,11 +201,14 @@ CliOptions read(const QCommandLineParser& parser) {
     } catch (const RuntimeFailure& failure) {
         throw UsageError(failure.description());
     }
+    readLeftOut(parser, options);
     options.limits = readLimits(parser);
     options.style = readStyle(parser);
     options.erase = parser.isSet(QStringLiteral("erase"));
     options.dryRun = parser.isSet(QStringLiteral("dry-run"));
     refuseMixedTerminal(options);
+    refuseUnused(parser, options.steps);
+    refuseUnusedDevices(parser, options);
     return options;
 }
 

@@ -33,6 +33,7 @@ struct CliOptions {
     ProgramOptions program;
     QStringList ports; ///< the devices of several boards; empty for one, which `program` names
     std::array<QString, kSlotCount> slotValues; ///< "FILE[,ADDRESS]", empty where not given
+    std::array<bool, kSlotCount> leftOut{};     ///< images of the INI file that do not count
     Limits limits;
     PrintStyle style;
     QString onWait;    ///< a program and its arguments, started when a board's power-on is awaited

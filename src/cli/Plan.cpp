@@ -167,12 +167,8 @@ bool Plan::isNamed(int slot) const {
 }
 
 bool Plan::uses(int slot) const {
-    if (has("check") && factsOf(slot).memory == Memory::Sdram)
-        return true;
-    return std::any_of(m_steps.cbegin(), m_steps.cend(), [slot](const StepCall& step) {
-        const auto& images = step.facts->images;
-        return std::find(images.cbegin(), images.cend(), slot) != images.cend();
-    });
+    return std::any_of(m_steps.cbegin(), m_steps.cend(),
+                       [slot](const StepCall& step) { return concerns(*step.facts, slot); });
 }
 
 QString Plan::imageLine(int slot) const {

@@ -252,10 +252,22 @@ void Session::presetSlots() {
                              .arg(printableText(m_options.program.iniPath)));
     m_loader.state.IniPath = m_ini.path;
     m_loader.iniLoader.mnuLoadIni_Click();
+    leaveOutImages();
     for (int slot = 0; slot < kSlotCount; ++slot) {
         const QString& value = m_options.slotValues[static_cast<std::size_t>(slot)];
         if (!value.isEmpty())
             presetSlot(slot, value);
+    }
+}
+
+void Session::leaveOutImages() {
+    for (std::size_t i = 0; i < kSlots.size(); ++i) {
+        if (!m_options.leftOut[i])
+            continue;
+        if (!m_plan.isNamed(static_cast<int>(i)))
+            throw UsageError(QStringLiteral("--without %1 has no effect: %2 names no such image.")
+                                 .arg(QLatin1String(kSlots[i].option), m_ini.path));
+        m_loader.iniLoader.emptySlot(static_cast<int>(i));
     }
 }
 

@@ -41,6 +41,7 @@ class Session {
     void presetSlots();
     void presetSlot(int slot, const QString& value);
     [[nodiscard]] bool readImages();
+    void leaveOutImages();
     void announce();
     void startTrace();
     void endTrace();

@@ -8,6 +8,7 @@
 #include "loader/Loader.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace zrk {
 namespace {
@@ -56,6 +57,11 @@ std::span<const StepFacts> allSteps() {
     };
     // clang-format on
     return all;
+}
+
+bool concerns(const StepFacts& step, int slot) {
+    const bool lists = std::string_view(step.name) == "check" && factsOf(slot).memory == Memory::Sdram;
+    return lists || std::find(step.images.cbegin(), step.images.cend(), slot) != step.images.cend();
 }
 
 bool StepRun::ranOut() const {

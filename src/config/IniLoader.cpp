@@ -205,6 +205,13 @@ void IniLoader::clearSlot(int slot, const QString& path) {
         m_desk.controls.cmdStartPrimary.Enabled = false;
 }
 
+void IniLoader::emptySlot(int slot) {
+    clearSlot(slot, QString());
+    const auto i = static_cast<std::size_t>(slot);
+    m_desk.controls.txtFilNam[i].Text = QString();
+    m_desk.controls.txtFilNam[i].ToolTipText = QString();
+}
+
 void IniLoader::mnuWriteIni_Click() {
     m_desk.tell(QStringLiteral("Not yet implemented. Please edit ") + printableText(m_desk.state.IniPath) +
                     QStringLiteral(" yourselfes"),

@@ -45,6 +45,9 @@ class IniLoader {
     /// file.
     void applyFile(int slot, const QString& path, const QString& address);
 
+    /// Takes the slot's file away, as if the INI file did not name one.
+    void emptySlot(int slot);
+
   private:
     [[nodiscard]] QStringList keptSlots() const;
     void checkNames(const IniFile& file);

@@ -130,9 +130,10 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
         {here + "flash --flash \"" + images.file("link\nSteps: none") + '"', 0,
          "link^JSteps: none (the real file is " + real + ") to NAND flash"},
         {here + "load download start", 0, "Addresses: in range, no images overlap\nNothing was sent.\n"},
-        {here + "flash --kernel " + images.file("kernel.img") + ",0x80000100", 0,
-         "flash.bin to NAND flash address 0x00000000"},
-        {here + "load --kernel " + images.file("kernel.img") + ",0x80000100", 2, "Addresses: wrong"},
+        {here + "flash", 0, "flash.bin to NAND flash address 0x00000000"},
+        {here + "load download --without rootfs --without uboot", 0,
+         "secondary.bin to SDRAM address 0x80000004\nKernel image: "},
+        {here + "load download --kernel " + images.file("kernel.img") + ",0x80000100", 2, "Addresses: wrong"},
         {"-n --port /nonexistent --ini " + images.ini() + " load", 3, "Port: "},
         {"-n --port " + images.ini() + " --ini " + images.ini() + " load", 3,
          "INI: it is not a serial port\n"},
@@ -152,6 +153,8 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
     Pty line;
     const QString own = write("own.INI", "[BINFILES]\nPRIMARY=primary.bin\n[IMGFILES]\nUBOOT=none.ubt\n");
     const QString tooLong = write("long.scr", QByteArray(1024 * 1024 + 1, '#'));
+    const QString ini = "--ini " + images.ini() + " ";
+    const QString kernel = "--kernel " + images.file("kernel.img") + " ";
     const struct {
         QString arguments;
         const char* error;
@@ -170,6 +173,15 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {"download", "Nothing to download: name an image with --uboot"},
         {"--ini " + own + " load download", "none.ubt, which"},
         {"--ini " + images.ini() + " --log /dev/null/x load", "--log /dev/null/x: the folder cannot be made"},
+        {ini + "--erase load", "--erase has no effect: it is for flash."},
+        {ini + "--expect-timeout 5 load", "--expect-timeout has no effect: it is for expect or verify."},
+        {ini + kernel + "load start", "--kernel has no effect: it is for download or check."},
+        {ini + "--trace t check", "--trace has no effect: it is for a step that uses the port."},
+        {ini + "--com 1=/dev/null load", "--com 1=/dev/null has no effect: --port names the device."},
+        {ini + kernel + "--without kernel download", "--without kernel contradicts --kernel."},
+        {ini + "--without krnl load", "--without krnl: the images are primary, secondary, "},
+        {"--ini " + own + " --without kernel load", "--without kernel has no effect: "},
+        {ini + "--without primary --without secondary load", "name one with --primary FILE"},
     };
     for (const auto& bad : lines) {
         SCOPED_TRACE(bad.arguments.toStdString());
