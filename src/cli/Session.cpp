@@ -9,6 +9,7 @@
 #include "machine/PortCheck.h"
 #include "machine/PortMessages.h"
 #include "platform/SecondsText.h"
+#include "serial/OutcomeSentence.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -30,6 +31,29 @@ const StepFacts* nextOnPort(const StepList& steps, std::size_t index) {
             return steps[index].facts;
     }
     return nullptr;
+}
+
+/// What no message box and no step has told of this end.
+QString toldByNothingElse(Outcome outcome, const SharedState& state) {
+    switch (outcome) {
+    case Outcome::TimedOut:
+    case Outcome::Refused:
+        return outcomeSentence(outcome, state, {});
+    case Outcome::WrongAnswer:
+        return state.WrongAnswer;
+    default:
+        return {};
+    }
+}
+
+QString adviceOn(Outcome outcome) {
+    if (outcome == Outcome::Refused)
+        return QStringLiteral(
+            "Check that its address and size lie within the board's memory, then cycle the power "
+            "and start over.");
+    return QStringLiteral(
+        "Cycle the power and start over; if it happens again, check the image, its address and the "
+        "cable.");
 }
 
 } // namespace
@@ -97,6 +121,12 @@ Ending Session::run() {
     if (status == ExitStatus::Done)
         status = runSteps();
     endTrace();
+    if (status == ExitStatus::Cancelled)
+        m_output.tell(m_step.isEmpty()
+                          ? QStringLiteral("Cancelled before the first step.")
+                          : QStringLiteral("Cancelled in the step %1; the steps after it were not done. "
+                                           "Cycle the board's power before the next load or flash.")
+                                .arg(m_step));
     return ending(status, begin);
 }
 
@@ -134,8 +164,10 @@ ExitStatus Session::dryRun() {
         const int number = m_options.program.portNumber;
         const QString problem = portProblem(names, number);
         lines += QStringLiteral("Port: ") + (problem.isEmpty() ? portRemark(names, number) : problem);
-        if (!problem.isEmpty())
+        if (!problem.isEmpty()) {
+            m_output.tell(QStringLiteral("Port: ") + problem);
             status = ExitStatus::PortNotOpened;
+        }
     }
     if (m_plan.checksAddresses()) {
         const bool valid = m_loader.validation.ValidateAddresses();
@@ -196,22 +228,36 @@ ExitStatus Session::runStep(std::size_t index) {
     return status;
 }
 
-/// What the board did, and what most likely is the matter, for those who cannot look at the wire.
+/// What was expected, what came and what to do, for those who cannot look at the wire. Other failures have
+/// told themselves.
 void Session::explain(ExitStatus status, const StepFacts& step) {
     if (status == ExitStatus::Done || status == ExitStatus::Usage)
         return;
-    const SharedState& state = m_loader.state;
-    const Outcome outcome = m_loader.operation.outcome();
     tellRunLimit();
-    if (outcome == Outcome::WrongAnswer && !state.WrongAnswer.isEmpty())
-        m_output.tell(state.WrongAnswer);
+    QStringList words{toldByNothingElse(m_loader.operation.outcome(), m_loader.state)};
+    words += hintOn(step);
+    if (words.constLast().isEmpty() && !words.constFirst().isEmpty())
+        words += adviceOn(m_loader.operation.outcome());
+    words.removeAll(QString());
+    if (!words.isEmpty())
+        m_output.tell(words.join(QLatin1Char(' ')));
+}
+
+/// What most likely is the matter; "" when that is unknown.
+QString Session::hintOn(const StepFacts& step) const {
+    const Outcome outcome = m_loader.operation.outcome();
+    const QByteArray& received = m_loader.port.lastReceived();
+    const bool mayBeInBootRom = outcome == Outcome::LimitReached || outcome == Outcome::WrongAnswer;
+    if (mayBeInBootRom && (step.commandsPrimaryBoot || step.awaitsProgram)) {
+        const QString hint = bootRomHint(received);
+        // The step start has told it by itself.
+        if (!hint.isEmpty())
+            return step.awaitsProgram || !m_loader.state.WrongAnswer.isEmpty() ? hint : QString();
+    }
     if (step.awaitsProgram || step.ownsStreams)
-        return; // what a program says is its own
+        return {}; // what a program says is its own
     const int number = m_loader.port.CommPort();
-    const QString hint = boardHint(outcome, m_loader.port.lastReceived(),
-                                   port_messages::portName(number, m_loader.port.deviceName(number)));
-    if (!hint.isEmpty())
-        m_output.tell(hint);
+    return boardHint(outcome, received, port_messages::portName(number, m_loader.port.deviceName(number)));
 }
 
 void Session::tellRunLimit() {

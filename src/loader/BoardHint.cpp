@@ -7,7 +7,8 @@ namespace zrk {
 namespace {
 
 constexpr qsizetype kLeastForText = 12;
-constexpr qsizetype kLeastLetters = 6;
+constexpr qsizetype kLeastLetters =
+    4; // "U-Boot 1.1.5" has five, and its last figure ends a wait for a BootID
 constexpr qsizetype kLeastForGarbage = 6;
 constexpr char kBootId = '5';
 
@@ -17,7 +18,10 @@ bool isText(char byte) {
 }
 
 /// A program's output, such as a boot loader's banner.
-bool looksLikeText(const QByteArray& bytes) {
+bool looksLikeText(const QByteArray& received) {
+    const qsizetype handshake =
+        received.lastIndexOf("5R"); // what follows it may be answers of the primary boot
+    const QByteArray bytes = handshake < 0 ? received : received.mid(handshake + 2);
     const auto letters = std::count_if(bytes.cbegin(), bytes.cend(), [](char byte) {
         return std::isalpha(static_cast<unsigned char>(byte)) != 0;
     });
@@ -72,6 +76,14 @@ QString boardHint(Outcome outcome, const QByteArray& received, const QString& po
         return QStringLiteral("The board announced its BootID (\"5\") again in the middle: it has restarted. "
                               "Check its power supply.");
     return {};
+}
+
+QString bootRomHint(const QByteArray& received) {
+    if (received.isEmpty() || received.count(kBootId) < received.size())
+        return {};
+    return QStringLiteral(
+        "The board announces its BootID (\"5\"): it waits in its boot ROM and runs no program. "
+        "Put the step load before this one, or remove the service jumper and cycle the power.");
 }
 
 } // namespace zrk

@@ -21,7 +21,7 @@ QString wordsFor(Outcome outcome, const SharedState& state) {
     case Outcome::WrongAnswer:
         return state.WrongAnswer;
     case Outcome::Refused:
-        return QStringLiteral("The board refused %1.").arg(state.LastSent);
+        return QStringLiteral("The board refused %1: expected 'o', got 'E'.").arg(state.LastSent);
     case Outcome::Rejected:
         return QStringLiteral("The addresses were not accepted; nothing was sent.");
     default:

@@ -69,6 +69,8 @@ void Transport::noteUnexpected(std::uint8_t expected, const QString& got) {
         m_desk.state.WrongAnswer =
             QStringLiteral("Expected %1, got %2.")
                 .arg(byteText(expected), byteText(static_cast<std::uint8_t>(got.at(0).unicode())));
+    else if (m_desk.state.StopReason == Outcome::TimedOut)
+        m_desk.state.Unanswered += QStringLiteral(" Expected %1.").arg(byteText(expected));
 }
 
 void Transport::ArmReplyTimer(bool enable) {

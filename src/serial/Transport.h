@@ -32,7 +32,8 @@ class Transport {
     /// message on a mismatch. Yields.
     [[nodiscard]] bool ExpectChar(const QString& expected);
 
-    /// Keeps for the user what the board sent in place of what was expected; a cancelled wait is none of it.
+    /// Keeps for the user what the board sent in place of what was expected, or that it sent nothing in time;
+    /// a cancelled wait is none of it.
     void noteUnexpected(std::uint8_t expected, const QString& got);
 
     /// True: (re)starts the reply time-out, 5000 ms or 10000 ms in DebugMode. False: stops it.

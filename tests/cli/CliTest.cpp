@@ -46,8 +46,11 @@ TEST_F(Cli, ExitStatusTellsTheCause) {
         {"--fault bootid=none", "--wait 0.3 load", 4, "Waiting for BootID .. cancelled!\n",
          "No BootID within 0.3 s"},
         {"--fault X=none", "load", 4, "--- Cancel download, closing port ---\n",
-         "TimeOut: No valid serial response received within  5 second\nAborting operation\n"},
-        {"--fault accept=refuse", "load", 5, " .. Error signalled back from primary boot.\n", ""},
+         "TimeOut: No valid serial response received within  5 second\nAborting operation\n"
+         "No answer to the code of Primary Boot (IRAM) within 5 s. Expected 'X' (0x58). Cycle "},
+        {"--fault accept=refuse", "--quiet load", 5, " .. Error signalled back from primary boot.\n",
+         "The board refused the address and size of Secondary Executable (SDRAM): expected 'o', got 'E'. "
+         "Check "},
         {"--hang-up-after 3000", "load", 6, "--- Cancel download, closing port ---\n",
          "Error communicating with COM1\nor other download problem\nError: COM1 ("},
         {"--fault ack-data=wrong@7", "flash", 5, "get ACK .. \n--- Cancel download, closing port ---\n",

@@ -56,7 +56,8 @@ TEST(CliInterrupt, EndsTheWaitForTheBoardAndLeavesNoProgressBehind) {
     EXPECT_EQ(run.status(), 130);
     const QStringList lines = screen.lines();
     EXPECT_TRUE(lines.contains("Waiting for BootID .. cancelled!") &&
-                lines.contains("--- Cancel download, closing port ---"))
+                lines.contains("--- Cancel download, closing port ---") &&
+                lines.filter("Cancelled in the step load; ").size() == 1)
         << lines.join('\n').toStdString();
 }
 

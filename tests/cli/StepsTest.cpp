@@ -92,7 +92,12 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
         {"", "load --wait-port @ --port /nonexistent", 4, "--wait-port @ ran out"},
         {"", "load --wait-port 600 --timeout @ --port /nonexistent", 4, "longer than --timeout @. It was at"},
         {"", "load start expect zrk> verify \"md %a %n\"", 5, "the board does not confirm CRC-32 "},
-        {"--fault R=wrong:0x00", "load", 5, "Expected 'R' (0x52), got 0x00."},
+        {"--fault R=wrong:0x00", "load", 5, "Expected 'R' (0x52), got 0x00. Cycle the power and start over"},
+        {"--bootid-interval 0.1", "download --kernel " + images.file("kernel.img") + ",0x80800000", 5,
+         "Expected 'o' (0x6F), got '5' (0x35). The board announces its BootID (\"5\"): it waits in its boot "
+         "ROM"},
+        {"--bootid-interval 0.1", "expect login: --expect-timeout @", 7,
+         "The board announces its BootID (\"5\"): it"},
         {"--fault bootid=none --power-on-delay # --noise U-Boot\\x20banner", "load --wait @", 4,
          "service jumper, then"},
         {"--fault bootid=none", "load --wait @", 4, "Nothing at all has come over COM1 (/"},

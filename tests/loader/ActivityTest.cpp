@@ -49,6 +49,8 @@ TEST(Activity, HintsFromWhatTheBoardSent) {
     for (const Row& row : std::initializer_list<Row>{
              {Outcome::TimedOut, "", "Nothing at all has come over COM1 (/dev/ttyUSB0)"},
              {Outcome::LimitReached, "U-Boot 2010.06 (Jun 30 2010)\r\n", "service jumper"},
+             {Outcome::WrongAnswer, "\r\n\r\nU-Boot 1.1.5 ", "service jumper"},
+             {Outcome::WrongAnswer, "55RXotototX!", ""},
              {Outcome::WrongAnswer, "55R5", "has restarted"},
              {Outcome::WrongAnswer, hex("80 C0 E0 90 80 F0"),
               "the bits 0x0f are 0 in all of them; the bits 0x80 are 1"},
@@ -102,11 +104,13 @@ TEST(Activity, TheFirstPanelSaysHowItEnded) {
     for (const Row& row : std::initializer_list<Row>{
              {"all is well", [](auto&) {}, "Loaded: 12 bytes in 0 s, confirmed."},
              {"silence after 'A'", [](auto& b) { b.port.steps[1].answer = ""; },
-              "No answer to 'A' within 5 s."},
+              "No answer to 'A' within 5 s. Expected '5' (0x35)."},
              {"silence after the header", [](auto& b) { b.port.steps[4].answer = ""; },
-              "No answer to the address and size of Secondary Executable (SDRAM) within 5 s."},
+              "No answer to the address and size of Secondary Executable (SDRAM) within 5 s. Expected 'o' "
+              "(0x6F)."},
              {"refused", [](auto& b) { b.port.steps[4].answer = "E"; },
-              "The board refused the address and size of Secondary Executable (SDRAM)."},
+              "The board refused the address and size of Secondary Executable (SDRAM): expected 'o', got "
+              "'E'."},
              {"wrong answer", [](auto& b) { b.port.steps[2].answer = "Q"; },
               "Expected 'R' (0x52), got 'Q' (0x51)."},
              {"cancelled", [&cancel](auto& b) { b.port.steps[1].action = [&] { cancel(b); }; }, "Cancelled."},
