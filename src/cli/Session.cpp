@@ -6,6 +6,7 @@
 #include "config/ImageSlots.h"
 #include "files/PrintableText.h"
 #include "loader/BoardHint.h"
+#include "machine/NetworkMessages.h"
 #include "machine/PortCheck.h"
 #include "machine/PortMessages.h"
 #include "platform/SecondsText.h"
@@ -247,6 +248,11 @@ void Session::explain(ExitStatus status, const StepFacts& step) {
 QString Session::hintOn(const StepFacts& step) const {
     const Outcome outcome = m_loader.operation.outcome();
     const QByteArray& received = m_loader.port.lastReceived();
+    const QString device = m_loader.port.openedDevice();
+    const bool isUnheard =
+        outcome == Outcome::TimedOut || outcome == Outcome::LimitReached || outcome == Outcome::WrongAnswer;
+    if (const QString hint = network_messages::telnetHint(device, received); isUnheard && !hint.isEmpty())
+        return hint;
     const bool mayBeInBootRom = outcome == Outcome::LimitReached || outcome == Outcome::WrongAnswer;
     if (mayBeInBootRom && (step.commandsPrimaryBoot || step.awaitsProgram)) {
         const QString hint = bootRomHint(received);

@@ -2,6 +2,7 @@
 
 #include "platform/RuntimeFailure.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <boost/asio/ip/address_v6.hpp>
@@ -27,6 +28,30 @@ void checkHost(const QString& name, const QString& host, bool inBrackets) {
     if (!inBrackets && host.contains(kUnfit))
         refuse(name,
                QStringLiteral("a host, \":\" and a port number are expected, an IPv6 address in brackets"));
+}
+
+/// What to write in place of a name that other programs understand; "" for any other name.
+QString rightNameFor(const QString& name) {
+    static const QRegularExpression kSlashes(QStringLiteral("^(tcp|rfc2217)://+([^/]*)/*$"),
+                                             QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression kOtherScheme(QStringLiteral("^(telnet|socket|raw):/*([^/]*)/*$"),
+                                                 QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression kBare(
+        QStringLiteral("^[a-z0-9_.-]{2,}:[0-9]{1,5}$|^\\[[0-9a-f:]+\\]:[0-9]{1,5}$"),
+        QRegularExpression::CaseInsensitiveOption);
+    if (const auto slashes = kSlashes.match(name); slashes.hasMatch())
+        return QStringLiteral("write %1:%2, without slashes")
+            .arg(slashes.captured(1).toLower(), slashes.captured(2));
+    QString place;
+    if (const auto other = kOtherScheme.match(name); other.hasMatch())
+        place = other.captured(2);
+    else if (kBare.match(name).hasMatch() && !isOnNetwork(name) && !QFileInfo::exists(name))
+        place = name;
+    return place.isEmpty()
+               ? QString()
+               : QStringLiteral(
+                     "write tcp:%1 if the port is raw, or rfc2217:%1 if it is Telnet with RFC 2217")
+                     .arg(place);
 }
 
 } // namespace
@@ -62,10 +87,13 @@ QString NetworkAddress::place() const {
 }
 
 bool isOnNetwork(const QString& name) {
-    return name.startsWith(QLatin1String("tcp:")) || name.startsWith(QLatin1String("rfc2217:"));
+    return name.startsWith(QLatin1String("tcp:"), Qt::CaseInsensitive) ||
+           name.startsWith(QLatin1String("rfc2217:"), Qt::CaseInsensitive);
 }
 
 QString networkProblem(const QString& name) {
+    if (const QString right = rightNameFor(name); !right.isEmpty())
+        return QStringLiteral("%1: %2.").arg(name, right);
     try {
         (void)NetworkAddress::parse(name);
         return {};

@@ -28,7 +28,8 @@ struct NetworkAddress {
 /// True for a device's name that begins like that of a port on the network, well-formed or not.
 [[nodiscard]] bool isOnNetwork(const QString& name);
 
-/// What is wrong with a device's name that begins like that of a port on the network; "" for nothing.
+/// What is wrong with a device's name that is meant as that of a port on the network, and what to write; ""
+/// for nothing.
 [[nodiscard]] QString networkProblem(const QString& name);
 
 } // namespace zrk

@@ -51,6 +51,11 @@ QString whyAndWhatToDo(const NetworkAddress& address, const NetworkFailure& fail
                    "%1 does not speak RFC 2217. Use tcp:%1 for a raw port, or switch RFC 2217 on at "
                    "the server.")
             .arg(place);
+    case NetworkFault::TelnetOnly:
+        return QStringLiteral(
+                   "%1 speaks Telnet, but not RFC 2217. Switch RFC 2217 on at the server, or make the "
+                   "port raw there and use tcp:%1.")
+            .arg(place);
     case NetworkFault::SettingsRefused:
         return QStringLiteral("the serial server at %1 refused %2. Use another adapter there, or a raw port "
                               "whose line is set up at the server.")
@@ -104,6 +109,20 @@ QString gone(const QString& port, const NetworkAddress& address, const boost::sy
 QString refusedWhileOpen(const QString& port, const NetworkAddress& address, const std::string& what) {
     return QStringLiteral("%1 is gone: the serial server at %2 refused %3. Use another adapter there.")
         .arg(port, address.place(), QString::fromStdString(what));
+}
+
+QString telnetHint(const QString& device, const QByteArray& received) {
+    constexpr unsigned char kCommand = 0xFF;
+    constexpr unsigned char kFirstNegotiation = 0xFB;
+    const auto byte = [&received](qsizetype i) { return static_cast<unsigned char>(received[i]); };
+    if (received.size() < 3 || byte(0) != kCommand || byte(1) < kFirstNegotiation || byte(1) == kCommand)
+        return {};
+    if (!device.startsWith(QLatin1String("tcp:"), Qt::CaseInsensitive))
+        return {};
+    return QStringLiteral(
+               "%1 speaks Telnet: it begins with 0xFF 0x%2, and it drops bytes 0xFF of an image. Write "
+               "rfc2217:%3, or make the port raw at the server.")
+        .arg(device, QString::number(byte(1), 16).toUpper(), device.section(QLatin1Char(':'), 1));
 }
 
 QString dtrRefused(const NetworkAddress& address) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <boost/system/error_code.hpp>
@@ -18,7 +19,8 @@ enum class NetworkFault {
     NoAnswer, ///< within the limit
     ClosedAtOnce,
     InUse,
-    NotRfc2217,
+    NotRfc2217, ///< it is silent, or no Telnet
+    TelnetOnly, ///< it speaks Telnet without RFC 2217
     SettingsRefused,
     Other,
 };
@@ -40,6 +42,9 @@ namespace network_messages {
                            const boost::system::error_code& error);
 [[nodiscard]] QString refusedWhileOpen(const QString& port, const NetworkAddress& address,
                                        const std::string& what);
+/// Why the board did not understand, when a port that was opened as a raw one has begun to send with what
+/// only Telnet begins with; "" otherwise.
+[[nodiscard]] QString telnetHint(const QString& device, const QByteArray& received);
 [[nodiscard]] QString dtrRefused(const NetworkAddress& address);
 
 } // namespace network_messages

@@ -98,7 +98,7 @@ void NetworkPort::judgeOpening() {
     case Rfc2217::State::Ready:
         return finishOpening({});
     case Rfc2217::State::NotSpoken:
-        return finishOpening({NetworkFault::NotRfc2217});
+        return finishOpening({NetworkFault::TelnetOnly});
     case Rfc2217::State::Refused:
         if (!m_opened)
             m_error = asio::error::operation_not_supported;

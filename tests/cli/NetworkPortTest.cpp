@@ -45,6 +45,7 @@ TEST_F(CliNetworkPort, EndingTellsTheCause) {
         {server->raw(), 3, "the port is in use"},
         {"tcp:no-such-host.invalid:3000", 3, "the host no-such-host.invalid is unknown"},
         {"rfc2217:host", 2, "--port rfc2217:host: the port number is missing"},
+        {"rack7:3000", 2, "--port rack7:3000: write tcp:rack7:3000 if the port is raw"},
         {"tcp::99", 2, "--port tcp::99: the host is missing"},
         {"tcp:h:70000", 2, "--port tcp:h:70000: the port number goes from 1 to 65535"},
         {"tcp:::1:99", 2, "--port tcp:::1:99: a host, \":\" and a port number are expected"},
@@ -61,6 +62,15 @@ TEST_F(CliNetworkPort, EndingTellsTheCause) {
     server->kill();
     EXPECT_EQ(cut.status(), 6);
     EXPECT_TRUE(cut.error().contains("closed the connection")) << cut.error().toStdString();
+}
+
+TEST_F(CliNetworkPort, TelnetTakenForARawPortIsTold) {
+    const BoardProcess board("--baud 921600 --bootid-interval 5");
+    const SerialServer server(board.device());
+    CliRun run(images.on(server.rfc2217().replace("rfc2217:", "tcp:"), "--line-rate 92160 --quiet load"));
+    EXPECT_NE(run.status(), 0);
+    EXPECT_TRUE(run.error().contains(" speaks Telnet: it begins with 0xFF 0xF")) << run.error().toStdString();
+    EXPECT_TRUE(run.error().contains("Write " + server.rfc2217().toLatin1())) << run.error().toStdString();
 }
 
 TEST_F(CliNetworkPort, InterruptEndsConnecting) {

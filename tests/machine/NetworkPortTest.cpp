@@ -117,15 +117,23 @@ TEST_F(NetworkPort, FailureToOpenSaysWhereAndWhatToDo) {
 }
 
 TEST_F(NetworkPort, ARefusalIsReadThoughTheAnswersToItDoNotArrive) {
-    const MuteListener busy;
-    // More than is read at once, so that answers to its beginning meet the end of the connection.
-    const std::string refusal = "\xFF\xFB\x2C\xFF\xFD\x2C" + std::string(5000, '.') + "in use";
-    const std::jthread refusing([&](const std::stop_token& stop) {
-        while (!stop.stop_requested())
-            busy.refuseOne(refusal);
-    });
-    const std::string failure = opening(QStringLiteral("rfc2217:127.0.0.1:%1").arg(busy.port()));
-    EXPECT_NE(failure.find("the port is in use"), std::string::npos) << failure;
+    const struct {
+        std::string said;
+        const char* told;
+    } refusals[] = {
+        // More than is read at once, so that answers to its beginning meet the end of the connection.
+        {"\xFF\xFB\x2C\xFF\xFD\x2C" + std::string(5000, '.') + "in use", "the port is in use"},
+        {"\xFF\xFE\x2C", " speaks Telnet, but not RFC 2217. Switch RFC 2217 on at the server, or make"},
+    };
+    for (const auto& refusal : refusals) {
+        const MuteListener busy;
+        const std::jthread refusing([&](const std::stop_token& stop) {
+            while (!stop.stop_requested())
+                busy.refuseOne(refusal.said);
+        });
+        const std::string failure = opening(QStringLiteral("rfc2217:127.0.0.1:%1").arg(busy.port()));
+        EXPECT_NE(failure.find(refusal.told), std::string::npos) << failure;
+    }
 }
 
 TEST_F(NetworkPort, ConnectingHasALimitAndCanBeGivenUp) {

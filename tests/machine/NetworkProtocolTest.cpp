@@ -11,7 +11,8 @@ namespace {
 TEST(NetworkAddress, NamesAreReadAndMalformedOnesRefused) {
     const struct {
         const char* name;
-        const char* place; ///< behind the protocol; "-" for a device, "" for a malformed name
+        const char* place;      ///< behind the protocol; "-" for a device, "" for a malformed name
+        const char* right = ""; ///< what to write
     } names[] = {
         {"tcp:rack7:3000", "raw rack7:3000"},
         {"TCP:[::1]:65535", "raw [::1]:65535"},
@@ -27,13 +28,24 @@ TEST(NetworkAddress, NamesAreReadAndMalformedOnesRefused) {
         {"tcp:rack7:+80", ""},
         {"rfc2217:rack 7:99", ""},
         {"rfc2217:", ""},
+        {"tcp:3000", ""},
+        {"tcp://rack7:3000", "", "write tcp:rack7:3000, without slashes."},
+        {"RFC2217://[::1]:3000/", "", "write rfc2217:[::1]:3000, without slashes."},
+        {"rack7.lab:3000", "",
+         "write tcp:rack7.lab:3000 if the port is raw, or rfc2217:rack7.lab:3000 if it is Telnet"},
+        {"[::1]:3000", "", "write tcp:[::1]:3000 if"},
+        {"telnet:rack7:3000", "", "write tcp:rack7:3000 if"},
+        {"socket://rack7:3000", "", "write tcp:rack7:3000 if"},
     };
-    for (const auto& [name, place] : names) {
+    for (const auto& [name, place, right] : names) {
         SCOPED_TRACE(name);
         const QString text = QString::fromLatin1(name);
         EXPECT_EQ(networkProblem(text).isEmpty(), *place != '\0');
+        EXPECT_TRUE(networkProblem(text).contains(QLatin1String(right)))
+            << networkProblem(text).toStdString();
         if (!networkProblem(text).isEmpty())
             continue;
+        EXPECT_EQ(isOnNetwork(text), *place != '-');
         const auto address = NetworkAddress::parse(text);
         const bool raw = address && address->protocol == NetworkAddress::Protocol::Raw;
         EXPECT_EQ(address ? (raw ? QStringLiteral("raw ") : QStringLiteral("rfc2217 ")) + address->place()
