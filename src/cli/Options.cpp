@@ -5,6 +5,7 @@
 #include "platform/RuntimeFailure.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -113,10 +114,16 @@ void readPorts(const QCommandLineParser& parser, CliOptions& options) {
                              .arg(other));
     if (ports.size() < 2)
         return;
+    QStringList files; // one device may have several names
     for (const QString& port : ports) {
         const QString device = PortNames(options.program.ports).optionDevice(port);
         if (options.ports.contains(device))
             throw UsageError(QStringLiteral("--port %1 is given twice; each board has its own.").arg(port));
+        const QString file = QFileInfo(device).canonicalFilePath();
+        if (const qsizetype same = file.isEmpty() ? -1 : files.indexOf(file); same >= 0)
+            throw UsageError(QStringLiteral("--port %1 is the device of --port %2; each board has its own.")
+                                 .arg(port, ports[same]));
+        files += file;
         options.ports += device;
     }
 }

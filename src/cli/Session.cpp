@@ -1,16 +1,14 @@
 #include "cli/Session.h"
 
 #include "boot/ImageStore.h"
+#include "cli/EndSentence.h"
+#include "cli/RecordCheck.h"
 #include "cli/UsageError.h"
 #include "config/AddressEntry.h"
 #include "config/ImageSlots.h"
 #include "files/PrintableText.h"
-#include "loader/BoardHint.h"
-#include "machine/NetworkMessages.h"
 #include "machine/PortCheck.h"
-#include "machine/PortMessages.h"
 #include "platform/SecondsText.h"
-#include "serial/OutcomeSentence.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -32,29 +30,6 @@ const StepFacts* nextOnPort(const StepList& steps, std::size_t index) {
             return steps[index].facts;
     }
     return nullptr;
-}
-
-/// What no message box and no step has told of this end.
-QString toldByNothingElse(Outcome outcome, const SharedState& state) {
-    switch (outcome) {
-    case Outcome::TimedOut:
-    case Outcome::Refused:
-        return outcomeSentence(outcome, state, {});
-    case Outcome::WrongAnswer:
-        return state.WrongAnswer;
-    default:
-        return {};
-    }
-}
-
-QString adviceOn(Outcome outcome) {
-    if (outcome == Outcome::Refused)
-        return QStringLiteral(
-            "Check that its address and size lie within the board's memory, then cycle the power "
-            "and start over.");
-    return QStringLiteral(
-        "Cycle the power and start over; if it happens again, check the image, its address and the "
-        "cable.");
 }
 
 } // namespace
@@ -177,6 +152,12 @@ ExitStatus Session::dryRun() {
         if (!valid)
             status = ExitStatus::Usage;
     }
+    for (const QString& problem : {folderProblem(m_options.logFolder), recordProblem(m_options.traceFile)}) {
+        if (problem.isEmpty())
+            continue;
+        m_output.tell(problem);
+        status = ExitStatus::Usage;
+    }
     lines += QStringLiteral("Nothing was sent.");
     m_output.console(lines.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n"));
     return status;
@@ -229,41 +210,13 @@ ExitStatus Session::runStep(std::size_t index) {
     return status;
 }
 
-/// What was expected, what came and what to do, for those who cannot look at the wire. Other failures have
-/// told themselves.
 void Session::explain(ExitStatus status, const StepFacts& step) {
     if (status == ExitStatus::Done || status == ExitStatus::Usage)
         return;
     tellRunLimit();
-    QStringList words{toldByNothingElse(m_loader.operation.outcome(), m_loader.state)};
-    words += hintOn(step);
-    if (words.constLast().isEmpty() && !words.constFirst().isEmpty())
-        words += adviceOn(m_loader.operation.outcome());
-    words.removeAll(QString());
-    if (!words.isEmpty())
-        m_output.tell(words.join(QLatin1Char(' ')));
-}
-
-/// What most likely is the matter; "" when that is unknown.
-QString Session::hintOn(const StepFacts& step) const {
-    const Outcome outcome = m_loader.operation.outcome();
-    const QByteArray& received = m_loader.port.lastReceived();
-    const QString device = m_loader.port.openedDevice();
-    const bool isUnheard =
-        outcome == Outcome::TimedOut || outcome == Outcome::LimitReached || outcome == Outcome::WrongAnswer;
-    if (const QString hint = network_messages::telnetHint(device, received); isUnheard && !hint.isEmpty())
-        return hint;
-    const bool mayBeInBootRom = outcome == Outcome::LimitReached || outcome == Outcome::WrongAnswer;
-    if (mayBeInBootRom && (step.commandsPrimaryBoot || step.awaitsProgram)) {
-        const QString hint = bootRomHint(received);
-        // The step start has told it by itself.
-        if (!hint.isEmpty())
-            return step.awaitsProgram || !m_loader.state.WrongAnswer.isEmpty() ? hint : QString();
-    }
-    if (step.awaitsProgram || step.ownsStreams)
-        return {}; // what a program says is its own
-    const int number = m_loader.port.CommPort();
-    return boardHint(outcome, received, port_messages::portName(number, m_loader.port.deviceName(number)));
+    const QString sentence = endSentence(m_loader, step);
+    if (!sentence.isEmpty())
+        m_output.tell(sentence);
 }
 
 void Session::tellRunLimit() {

@@ -51,7 +51,6 @@ class Session {
     [[nodiscard]] ExitStatus runStep(std::size_t index);
     [[nodiscard]] ExitStatus letOutLastBytes();
     void explain(ExitStatus status, const StepFacts& step);
-    [[nodiscard]] QString hintOn(const StepFacts& step) const;
     void runOut();
     void tellRunLimit();
     [[nodiscard]] Ending ending(ExitStatus status, EventLoop::TimePoint since) const;

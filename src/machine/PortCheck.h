@@ -4,8 +4,9 @@
 
 namespace zrk {
 
-/// What stands against opening port `number`, as far as that can be told without opening it: no device, or no
-/// permission; "" for nothing. Of a port on the network only the name is looked at.
+/// What stands against opening port `number`, as far as that can be told without opening it: no device, no
+/// permission, or another program that has it open; "" for nothing. Of a port on the network only the name is
+/// looked at.
 [[nodiscard]] QString portProblem(const PortNames& names, int number);
 
 /// What is known of a port that nothing stands against.

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string_view>
 #include <termios.h>
 
@@ -123,7 +124,10 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
 }
 
 TEST_F(Steps, DryRunChecksAndSendsNothing) {
-    Pty line;
+    const BoardProcess board(kBoard + QString("--bootid-interval 0.1"));
+    CliRun user("--port " + board.device() + " --json expect never");
+    ASSERT_TRUE(user.waitFor(QProcess::StandardOutput, "\"board\""));
+    Pty line; // opened last: a program that has a terminal's other end counts as a board, not as a user
     ASSERT_TRUE(QFile::link(images.file("flash.bin"), images.file("link\nSteps: none")));
     const QString real = QFileInfo(images.file("flash.bin")).canonicalFilePath();
     const QString here = "-n --port " + line.device() + " --ini " + images.ini() + " ";
@@ -131,6 +135,7 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
         QString arguments;
         int status;
         QString output;
+        const char* error = "";
     } runs[] = {
         {here + "flash --flash \"" + images.file("link\nSteps: none") + '"', 0,
          "link^JSteps: none (the real file is " + real + ") to NAND flash"},
@@ -142,6 +147,13 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
         {"-n --port /nonexistent --ini " + images.ini() + " load", 3, "Port: "},
         {"-n --port " + images.ini() + " --ini " + images.ini() + " load", 3,
          "INI: it is not a serial port\n"},
+        {"-n --port /dev/null --ini " + images.ini() + " load", 3, "/dev/null: it is not a serial port\n"},
+        {"-n --port " + board.device() + " --ini " + images.ini() + " load", 3,
+         ": it is in use by zrk-loader-cli ("},
+        {here + "--log /dev/null/x load", 2, "", "--log /dev/null/x: the folder cannot be made."},
+        {here + "--trace /dev/null load", 2, "",
+         "--trace: The trace /dev/null cannot be written: it is no regular"},
+        {here + "--trace /nonexistent/t load", 2, "", "nothing can be written to its folder."},
         {"-n --port " + images.file(".") + " --ini " + images.ini() + " load", 3,
          "it is not a serial port\n"},
     };
@@ -150,7 +162,11 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
         CliRun run(dry.arguments);
         EXPECT_EQ(run.status(), dry.status) << run.error().toStdString();
         EXPECT_TRUE(run.output().contains(dry.output.toLocal8Bit())) << run.output().toStdString();
+        EXPECT_TRUE(run.error().contains(dry.error)) << run.error().toStdString();
+        EXPECT_TRUE(dry.status == 0 || !run.error().isEmpty());
     }
+    user.send(SIGINT);
+    EXPECT_EQ(user.status(), 130);
     EXPECT_FALSE(line.hasReceived());
 }
 
@@ -160,6 +176,8 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
     const QString tooLong = write("long.scr", QByteArray(1024 * 1024 + 1, '#'));
     const QString ini = "--ini " + images.ini() + " ";
     const QString kernel = "--kernel " + images.file("kernel.img") + " ";
+    const QString other = images.file("other"); // another name of the device
+    ASSERT_TRUE(QFile::link(line.device(), other));
     const struct {
         QString arguments;
         const char* error;
@@ -175,6 +193,7 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {"--json terminal", "goes neither with --json nor with several boards"},
         {"--progress some load", "--progress some: say auto, always or never"},
         {"--port " + line.device() + " load", "is given twice"},
+        {"--port " + other + " load", "/other is the device of --port /dev/"},
         {"download", "Nothing to download: name an image with --uboot"},
         {"--ini " + own + " load download", "none.ubt, which"},
         {"--ini " + images.ini() + " --log /dev/null/x load", "--log /dev/null/x: the folder cannot be made"},

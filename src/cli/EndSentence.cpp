@@ -1,0 +1,73 @@
+#include "cli/EndSentence.h"
+
+#include "cli/Steps.h"
+#include "loader/BoardHint.h"
+#include "loader/Loader.h"
+#include "machine/NetworkMessages.h"
+#include "machine/PortMessages.h"
+#include "serial/OutcomeSentence.h"
+
+namespace zrk {
+namespace {
+
+/// What no message box and no step has told of this end.
+QString toldByNothingElse(Outcome outcome, const SharedState& state) {
+    switch (outcome) {
+    case Outcome::TimedOut:
+    case Outcome::Refused:
+        return outcomeSentence(outcome, state, {});
+    case Outcome::WrongAnswer:
+        return state.WrongAnswer;
+    default:
+        return {};
+    }
+}
+
+QString adviceOn(Outcome outcome) {
+    if (outcome == Outcome::Refused)
+        return QStringLiteral(
+            "Check that its address and size lie within the board's memory, then cycle the power "
+            "and start over.");
+    return QStringLiteral(
+        "Cycle the power and start over; if it happens again, check the image, its address and the "
+        "cable.");
+}
+
+bool isUnheard(Outcome outcome) {
+    return outcome == Outcome::TimedOut || outcome == Outcome::LimitReached ||
+           outcome == Outcome::WrongAnswer;
+}
+
+/// What most likely is the matter; "" when that is unknown.
+QString hintOn(const Loader& loader, const StepFacts& step) {
+    const Outcome outcome = loader.operation.outcome();
+    const QByteArray& received = loader.port.lastReceived();
+    if (!isUnheard(outcome))
+        return {};
+    if (const QString hint = network_messages::telnetHint(loader.port.openedDevice(), received);
+        !hint.isEmpty())
+        return hint;
+    if (step.commandsPrimaryBoot || step.awaitsProgram) {
+        const QString hint = bootRomHint(received);
+        // The step start has told it by itself.
+        if (!hint.isEmpty())
+            return step.awaitsProgram || !loader.state.WrongAnswer.isEmpty() ? hint : QString();
+    }
+    if (step.awaitsProgram || step.ownsStreams)
+        return {}; // what a program says is its own
+    const int number = loader.port.CommPort();
+    return boardHint(outcome, received, port_messages::portName(number, loader.port.deviceName(number)));
+}
+
+} // namespace
+
+QString endSentence(const Loader& loader, const StepFacts& step) {
+    const Outcome outcome = loader.operation.outcome();
+    const QString told = toldByNothingElse(outcome, loader.state);
+    QString hint = hintOn(loader, step);
+    if (hint.isEmpty() && !told.isEmpty())
+        hint = adviceOn(outcome);
+    return told.isEmpty() || hint.isEmpty() ? told + hint : told + QLatin1Char(' ') + hint;
+}
+
+} // namespace zrk

@@ -1,0 +1,46 @@
+#include "cli/RecordCheck.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace zrk {
+namespace {
+
+bool isWritableFolder(const QFileInfo& folder) {
+    return folder.isDir() && folder.isWritable();
+}
+
+} // namespace
+
+QString folderProblem(const QString& folder) {
+    if (folder.isEmpty())
+        return {};
+    QFileInfo nearest(QDir::cleanPath(QFileInfo(folder).absoluteFilePath()));
+    const bool isThere = nearest.exists();
+    while (!nearest.exists() && !nearest.isRoot())
+        nearest = QFileInfo(nearest.path());
+    if (isWritableFolder(nearest))
+        return {};
+    return isThere ? QStringLiteral("--log %1: it is no folder, or nothing can be written there.").arg(folder)
+                   : QStringLiteral("--log %1: the folder cannot be made.").arg(folder);
+}
+
+QString recordProblem(const QString& file) {
+    const QFileInfo info(file);
+    if (file.isEmpty())
+        return {};
+    const auto problem = [&file](const QString& why) {
+        return QStringLiteral("--trace: The trace %1 cannot be written: %2.").arg(file, why);
+    };
+    if (info.isSymLink())
+        return problem(QStringLiteral("it is a link"));
+    if (!info.exists())
+        return isWritableFolder(QFileInfo(info.path()))
+                   ? QString()
+                   : problem(QStringLiteral("nothing can be written to its folder"));
+    if (!info.isFile())
+        return problem(QStringLiteral("it is no regular file"));
+    return info.isWritable() ? QString() : problem(QStringLiteral("no permission"));
+}
+
+} // namespace zrk
