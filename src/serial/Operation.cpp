@@ -25,6 +25,7 @@ void Operation::run(const Plan& plan) {
     m_desk.state.StopReason = Outcome::Done;
     m_failure.clear();
     m_desk.state.LineErrorsText.clear();
+    m_desk.state.OtherLength.clear(); // also of what never begins, as the start of a program
     m_watchesLine = false;
     const auto told = qScopeGuard([&] {
         tellLineErrors();
@@ -83,7 +84,6 @@ void Operation::begin() {
     m_desk.state.WrongAnswer.clear();
     m_desk.state.Remark.clear();
     m_desk.state.Unanswered.clear();
-    m_desk.state.OtherLength.clear();
     m_desk.state.LastSent.clear();
     m_desk.state.SendingSince.reset();
     m_desk.state.BytesSent = 0;

@@ -188,6 +188,8 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
         else
             r.bench.fill(0, row.content, "0x1234");
         EXPECT_FALSE(r.loader.state.Sent[0].value()) << "another file has not been sent";
+        r.loader.bringUp.cmdStartSecondary_Click();
+        EXPECT_EQ(r.outcome(), Outcome::Done) << "of the load before";
     }
 }
 
