@@ -1,8 +1,11 @@
 #include "app/AddressTree.h"
 
 #include <QEvent>
+#include <QFontInfo>
 #include <QHeaderView>
 #include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -64,7 +67,8 @@ QSize AddressTree::usualSize() const {
 
 /// Makes each column as wide as it needs to be, and the last ones wider where there is room.
 bool AddressTree::columnsFit() {
-    int left = viewport()->width();
+    // As if the scroll bar were always there: it comes and goes with the font that is chosen here.
+    int left = maximumViewportSize().width() - verticalScrollBar()->sizeHint().width();
     for (int column = 0; column < kColumns; ++column) {
         const int needed = std::max(sizeHintForColumn(column), header()->sectionSizeHint(column));
         setColumnWidth(column, needed);

@@ -67,8 +67,6 @@ void Binder::textBox(TextBox& value, QLineEdit* edit) {
         edit->setCursorPosition(0);
     };
     follow(value.Text, show);
-    follow(value.ToolTipText,
-           [&value, edit] { edit->setToolTip(plainToolTip(printableText(value.ToolTipText))); });
     QObject::connect(edit, &QLineEdit::textChanged, edit, [&value, edit, show](const QString& text) {
         if (edit->isReadOnly())
             show();

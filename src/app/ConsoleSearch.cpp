@@ -1,5 +1,7 @@
 #include "app/ConsoleSearch.h"
 
+#include "app/ConsoleDisplay.h"
+
 #include <QElapsedTimer>
 
 namespace zrk {
@@ -15,6 +17,8 @@ ConsoleSearch::ConsoleSearch(QPlainTextEdit* view) : QObject(view), m_view(view)
 
 void ConsoleSearch::start(const QString& text, Direction direction) {
     m_text = text;
+    for (QChar& character : m_text) // as the view shows it
+        character = visibleSign(character);
     m_direction = direction;
     const QTextCursor caret = m_view->textCursor();
     const int from = direction == Direction::Forward ? caret.selectionEnd() : caret.selectionStart();

@@ -296,6 +296,11 @@ void ConsoleView::mousePressEvent(QMouseEvent* event) {
     QPlainTextEdit::mousePressEvent(event);
 }
 
+void ConsoleView::mouseDoubleClickEvent(QMouseEvent* event) {
+    m_isPressed = event->button() == Qt::LeftButton; // a drag word by word may follow
+    QPlainTextEdit::mouseDoubleClickEvent(event);
+}
+
 void ConsoleView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
         release();

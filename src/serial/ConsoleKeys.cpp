@@ -89,8 +89,9 @@ void ConsoleKeys::switchDtrOffAndOn() {
 void ConsoleKeys::cmdOutput_Click() {
     try {
         // In terminal mode the board may stop the line for as long as it likes, so nothing may wait for it.
-        if (m_desk.state.TerminalMode && m_port.transmitRoom() < m_desk.controls.txtOut.Text.value().size() &&
-            fitsOneByteCodes(m_desk.controls.txtOut.Text))
+        const bool mustWait =
+            !m_typedAhead.isEmpty() || m_port.transmitRoom() < m_desk.controls.txtOut.Text.value().size();
+        if (m_desk.state.TerminalMode && mustWait && fitsOneByteCodes(m_desk.controls.txtOut.Text))
             sendTyped(m_desk.controls.txtOut.Text.value().toLatin1());
         else
             m_port.Output(m_desk.controls.txtOut.Text);

@@ -58,7 +58,8 @@ TEST_F(ChosenFiles, ShowWhatTheirNamesHide) {
     loader.imageSlots.fill(4, path);
     EXPECT_EQ(shown("txtFilNam_4"), "k<U+202E>gmi.bin");
 #ifndef _WIN32
-    const QString link = folder.filePath("kernel.img");
+    ASSERT_TRUE(QDir(folder.path()).mkdir("links"));
+    const QString link = folder.filePath("links/kernel.img");
     ASSERT_TRUE(QFile::link(path, link));
     loader.imageSlots.fill(4, link);
     EXPECT_EQ(shown("txtFilNam_4"), "kernel.img");
