@@ -145,8 +145,10 @@ class BoardRun {
             QtEventLoop loop;
             Session session(m_options, m_facts, loop, m_output, m_images);
             const Reachable reachable(*this, loop, session);
-            if (m_interrupted)
+            if (m_interrupted) {
+                m_output.tell(QStringLiteral("Cancelled before the first step."));
                 return endedEarly(ExitStatus::Cancelled);
+            }
             session.prepare(Session::Remarks::AreKnown);
             return session.run();
         } catch (const std::exception& error) {
@@ -263,6 +265,7 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
     QtEventLoop loop;
     const auto images = std::make_shared<ImageStore>();
     requireWorkable(options, facts, printer, loop, images);
+    std::atomic<std::size_t> left = 0; // outlives the threads that count it
     std::vector<std::unique_ptr<BoardRun>> runs;
     // One answer could not be for all of the boards, and a question for each would stop the others' display.
     const Interrupts::InLoop heard(interrupts, loop, [&runs](const Interrupts::Request& request) {
@@ -274,7 +277,7 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
     for (qsizetype i = 0; i < names.size(); ++i)
         runs.push_back(std::make_unique<BoardRun>(options, facts, printer, static_cast<std::size_t>(i),
                                                   names[i], images));
-    std::atomic<std::size_t> left = runs.size();
+    left = runs.size();
     for (const auto& run : runs)
         run->start([&] {
             --left;

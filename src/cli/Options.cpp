@@ -7,6 +7,7 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QProcess>
+#include <QSet>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -72,7 +73,14 @@ void refuseUnusedDevices(const QCommandLineParser& parser, const CliOptions& opt
     const auto usesPort = [](const StepCall& step) { return step.facts->usesPort; };
     if (std::none_of(options.steps.cbegin(), options.steps.cend(), usesPort))
         return;
-    if (values.size() > 1)
+    QSet<QString> numbers;
+    QSet<QString> devices;
+    for (const QString& value : values) {
+        numbers += value.section(QLatin1Char('='), 0, 0);
+        devices += value.section(QLatin1Char('='), 1);
+    }
+    devices.remove(QString());
+    if (numbers.size() > 1 || devices.size() > 1)
         throw UsageError(
             QStringLiteral("--com is given %1 times, but the steps use one port. Give it once; for "
                            "several boards repeat --port.")

@@ -1,7 +1,12 @@
 #include "cli/RecordCheck.h"
 
+#include "files/PrintableText.h"
+
 #include <QDir>
 #include <QFileInfo>
+
+#include <filesystem>
+#include <system_error>
 
 namespace zrk {
 namespace {
@@ -21,16 +26,30 @@ QString folderProblem(const QString& folder) {
         nearest = QFileInfo(nearest.path());
     if (isWritableFolder(nearest))
         return {};
-    return isThere ? QStringLiteral("--log %1: it is no folder, or nothing can be written there.").arg(folder)
-                   : QStringLiteral("--log %1: the folder cannot be made.").arg(folder);
+    return isThere ? QStringLiteral("--log %1: it is no folder, or nothing can be written there.")
+                         .arg(printableText(folder))
+                   : QStringLiteral("--log %1: the folder cannot be made.").arg(printableText(folder));
 }
 
-QString recordProblem(const QString& file) {
+QString inputProblem(const QString& file, const QStringList& inputs) {
+    const auto native = [](const QString& name) { return QFileInfo(name).filesystemFilePath(); };
+    for (const QString& input : inputs) {
+        std::error_code fault;
+        if (!input.isEmpty() && std::filesystem::equivalent(native(file), native(input), fault))
+            return QStringLiteral("--trace %1: this run reads that file. Choose another one.")
+                .arg(printableText(file));
+    }
+    return {};
+}
+
+QString recordProblem(const QString& file, const QStringList& inputs) {
     const QFileInfo info(file);
     if (file.isEmpty())
         return {};
+    if (QString problem = inputProblem(file, inputs); !problem.isEmpty())
+        return problem;
     const auto problem = [&file](const QString& why) {
-        return QStringLiteral("--trace: The trace %1 cannot be written: %2.").arg(file, why);
+        return QStringLiteral("--trace: The trace %1 cannot be written: %2.").arg(printableText(file), why);
     };
     if (info.isSymLink())
         return problem(QStringLiteral("it is a link"));

@@ -13,6 +13,8 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace zrk {
@@ -91,8 +93,9 @@ Ending Session::run() {
     startTrace();
     m_loader.controls.txtStatus.onEdit(
         [this](qsizetype /*removed*/, const QString& inserted, TextOrigin) { m_output.console(inserted); });
-    if (m_options.limits.run)
-        m_runTimer->start(*m_options.limits.run);
+    if (m_options.runEnd)
+        m_runTimer->start(
+            std::max(1ms, std::chrono::ceil<std::chrono::milliseconds>(*m_options.runEnd - m_loop.now())));
     ExitStatus status = m_plan.usesPort() ? awaitPort() : ExitStatus::Done;
     if (status == ExitStatus::Done)
         status = runSteps();
@@ -106,9 +109,23 @@ Ending Session::run() {
     return ending(status, begin);
 }
 
+/// The files that this run reads, now or in one of its steps.
+QStringList Session::inputs() const {
+    QStringList files{m_ini.path};
+    for (const auto& field : m_loader.controls.txtFilNam)
+        files += field.Tag;
+    for (const StepCall& step : m_options.steps) {
+        if (QLatin1String(step.facts->argument) == QLatin1String("FILE"))
+            files += step.argument;
+    }
+    return files;
+}
+
 void Session::startTrace() {
     if (m_options.traceFile.isEmpty())
         return;
+    if (const QString problem = inputProblem(m_options.traceFile, inputs()); !problem.isEmpty())
+        throw UsageError(problem);
     try {
         m_tracedPorts.startTrace(m_options.traceFile, [this](const QString& why) { m_output.tell(why); });
     } catch (const RuntimeFailure& failure) {
@@ -152,7 +169,8 @@ ExitStatus Session::dryRun() {
         if (!valid)
             status = ExitStatus::Usage;
     }
-    for (const QString& problem : {folderProblem(m_options.logFolder), recordProblem(m_options.traceFile)}) {
+    for (const QString& problem :
+         {folderProblem(m_options.logFolder), recordProblem(m_options.traceFile, inputs())}) {
         if (problem.isEmpty())
             continue;
         m_output.tell(problem);
@@ -271,7 +289,7 @@ void Session::leaveOutImages() {
             continue;
         if (!m_plan.isNamed(static_cast<int>(i)))
             throw UsageError(QStringLiteral("--without %1 has no effect: %2 names no such image.")
-                                 .arg(QLatin1String(kSlots[i].option), m_ini.path));
+                                 .arg(QLatin1String(kSlots[i].option), printableText(m_ini.path)));
         m_loader.iniLoader.emptySlot(static_cast<int>(i));
     }
 }

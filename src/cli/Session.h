@@ -43,6 +43,7 @@ class Session {
     [[nodiscard]] bool readImages();
     void leaveOutImages();
     void announce();
+    [[nodiscard]] QStringList inputs() const;
     void startTrace();
     void endTrace();
     [[nodiscard]] ExitStatus dryRun();

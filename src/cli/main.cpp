@@ -96,12 +96,12 @@ ExitStatus runProgram(const QStringList& arguments, bool json, OutputStreams& st
             printJson(streams, {{QStringLiteral("event"), QStringLiteral("begin")},
                                 {QStringLiteral("schema"), 1},
                                 {QStringLiteral("version"), zrk::versionText()}});
-        const auto options = zrk::parseCommandLine(arguments, zrk::versionText(),
-                                                   [&](const QByteArray& text) { streams.out(text); });
+        auto options = zrk::parseCommandLine(arguments, zrk::versionText(),
+                                             [&](const QByteArray& text) { streams.out(text); });
         if (!options)
             return ExitStatus::Done;
         if (options->limits.run) {
-            limit = Clock::now() + *options->limits.run;
+            options->runEnd = limit = Clock::now() + *options->limits.run;
             interrupts.endAfter(*limit, static_cast<int>(ExitStatus::NoAnswer));
         }
         zrk::Printer printer(options->style, streams);

@@ -1,5 +1,6 @@
 #include "machine/NetworkAddress.h"
 
+#include "files/PrintableText.h"
 #include "platform/RuntimeFailure.h"
 
 #include <QFileInfo>
@@ -93,7 +94,7 @@ bool isOnNetwork(const QString& name) {
 
 QString networkProblem(const QString& name) {
     if (const QString right = rightNameFor(name); !right.isEmpty())
-        return QStringLiteral("%1: %2.").arg(name, right);
+        return QStringLiteral("%1: %2.").arg(printableText(name), right);
     try {
         (void)NetworkAddress::parse(name);
         return {};

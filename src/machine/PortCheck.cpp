@@ -73,7 +73,7 @@ QString portProblem(const PortNames& names, int number) {
     if (!file.isReadable() || !file.isWritable())
         return QStringLiteral("%1: ").arg(printableText(device)) + noPermission(file);
     if (const QString user = userOf(names, number); !user.isEmpty())
-        return QStringLiteral("%1: it is in use by %2").arg(printableText(device), user);
+        return QStringLiteral("%1: it is in use by %2").arg(printableText(device), printableText(user));
     return {};
 }
 

@@ -127,7 +127,7 @@ void StreamWriter::put(Piece piece, Weight weight) {
     if (piece.bytes.isEmpty() || state.failed)
         return;
     const qsizetype most = weight == Weight::Progress ? m_shared->most / 2 : m_shared->most;
-    const bool isFull = m_shared->waiting + piece.bytes.size() > most;
+    const bool isFull = m_shared->waiting > 0 && m_shared->waiting + piece.bytes.size() > most;
     if (weight != Weight::Result && (isFull || state.hasGap))
         m_shared->lose(state, piece, weight);
     else

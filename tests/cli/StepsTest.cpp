@@ -178,6 +178,7 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
     const QString kernel = "--kernel " + images.file("kernel.img") + " ";
     const QString other = images.file("other"); // another name of the device
     ASSERT_TRUE(QFile::link(line.device(), other));
+    ASSERT_TRUE(QFile::link(images.file("primary.bin"), images.file("link")));
     const struct {
         QString arguments;
         const char* error;
@@ -201,6 +202,8 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {ini + "--expect-timeout 5 load", "--expect-timeout has no effect: it is for expect or verify."},
         {ini + kernel + "load start", "--kernel has no effect: it is for download or check."},
         {ini + "--trace t check", "--trace has no effect: it is for a step that uses the port."},
+        {ini + "--trace " + images.ini() + " load", "this run reads that file. Choose another one."},
+        {ini + "--trace " + images.file("link") + " load", "this run reads that file"},
         {ini + "--com 1=/dev/null load", "--com 1=/dev/null has no effect: --port names the device."},
         {ini + kernel + "--without kernel download", "--without kernel contradicts --kernel."},
         {ini + "--without krnl load", "--without krnl: the images are primary, secondary, "},
