@@ -247,13 +247,20 @@ TEST_F(Steps, TerminalPassesAPipeAndATerminalThrough) {
 }
 
 TEST_F(Steps, ShowTheBoardsControlsOnATerminalOnly) {
-    const BoardProcess board(kBoard + QString("--noise \\x1B[2J5x --bootid-interval 0.1"));
+    const QString options = kBoard + QString("--off --noise \\x1B[2J5x --bootid-interval 0.1");
+    const auto powerOn = [](BoardProcess& board) { // what the board says before the port is open is lost
+        EXPECT_TRUE(board.waitForLog("opened by a loader"));
+        board.signal(SIGUSR1);
+    };
+    BoardProcess board(options);
     Pty screen;
     CliRun shown(common(board) + "expect x", {.output = screen.device()});
+    powerOn(board);
     EXPECT_EQ(shown.status(), 0) << shown.error().toStdString();
     EXPECT_EQ(screen.receive(7), "^[[2J5x");
-    const BoardProcess again(kBoard + QString("--noise \\x1B[2J5x --bootid-interval 0.1"));
+    BoardProcess again(options);
     CliRun kept(common(again) + "expect x");
+    powerOn(again);
     EXPECT_EQ(kept.status(), 0);
     EXPECT_TRUE(kept.output().startsWith("\x1B[2J5x")) << kept.output().toStdString();
 }
