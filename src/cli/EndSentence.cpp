@@ -44,7 +44,7 @@ QString hintOn(const Loader& loader, const StepFacts& step) {
     const QByteArray& received = loader.port.lastReceived();
     if (!isUnheard(outcome))
         return {};
-    if (const QString hint = network_messages::telnetHint(loader.port.openedDevice(), received);
+    if (QString hint = network_messages::telnetHint(loader.port.openedDevice(), received);
         !hint.isEmpty())
         return hint;
     if (step.commandsPrimaryBoot || step.awaitsProgram) {

@@ -8,10 +8,10 @@ namespace zrk {
 
 /// One option of the command line.
 struct OptionFacts {
-    const char* name;
-    char letter;       ///< the short form; 0 for none
-    const char* value; ///< "" for a switch
-    const char* help;
+    const char* name = "";
+    char letter = 0;        ///< the short form; 0 for none
+    const char* value = ""; ///< "" for a switch
+    const char* help = "";
     const char* usedBy = ""; ///< the steps that it is for; "" for all, kPortSteps for those that use the port
 };
 
