@@ -53,9 +53,9 @@ TEST(BoardRuns, WithoutAThreadFailByThemselves) {
     const QString other = "--port=" + second.device();
     const struct {
         QStringList arguments;
-        int status;
-        int messages;
-        const char* message;
+        int status = 0;
+        int messages = 0;
+        const char* message = "";
     } runs[] = {
         {{one, other}, 1, 2, "No thread could be started for this board: "},
         {{"--com=1=" + first.device()}, 3, 1, "): resource temporarily unavailable. End other programs"},
