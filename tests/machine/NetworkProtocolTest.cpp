@@ -10,8 +10,8 @@ namespace {
 
 TEST(NetworkAddress, NamesAreReadAndMalformedOnesRefused) {
     const struct {
-        const char* name;
-        const char* place;      ///< behind the protocol; "-" for a device, "" for a malformed name
+        const char* name = "";
+        const char* place = ""; ///< behind the protocol; "-" for a device, "" for a malformed name
         const char* right = ""; ///< what to write
     } names[] = {
         {"tcp:rack7:3000", "raw rack7:3000"},
