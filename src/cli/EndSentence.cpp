@@ -44,8 +44,7 @@ QString hintOn(const Loader& loader, const StepFacts& step) {
     const QByteArray& received = loader.port.lastReceived();
     if (!isUnheard(outcome))
         return {};
-    if (QString hint = network_messages::telnetHint(loader.port.openedDevice(), received);
-        !hint.isEmpty())
+    if (QString hint = network_messages::telnetHint(loader.port.openedDevice(), received); !hint.isEmpty())
         return hint;
     if (step.commandsPrimaryBoot || step.awaitsProgram) {
         const QString hint = bootRomHint(received);
