@@ -1,3 +1,4 @@
+#include "files/Descriptor.h"
 #include "files/RegularFile.h"
 
 #include <cerrno>
@@ -18,24 +19,6 @@ namespace {
 QString systemText(int error) {
     return QString::fromStdString(std::generic_category().message(error));
 }
-
-/// Closes the descriptor unless it was released.
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : m_number(number) {}
-    ~Descriptor() {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] int number() const { return m_number; }
-    [[nodiscard]] int release() { return std::exchange(m_number, -1); }
-
-  private:
-    int m_number;
-};
 
 QString unusableName(const QString& name) {
     return name.isEmpty() || name.contains(QChar::Null) // Qt would complain on standard error

@@ -14,8 +14,8 @@ class EventLoop;
 ///
 /// It ends the process by itself where the program cannot any more: on a second signal while the first has
 /// not been heard, when one is not heard in time, when a request to end the program has not ended it in time,
-/// and as endAt() says. A terminal on standard input is set back before that. On Windows the system has its
-/// own limits.
+/// and as endAfter() says. A terminal on standard input is set back before that. On Windows the system has
+/// its own limits.
 class InterruptSignal {
   public:
     static constexpr int kStatus = 130; ///< of a process that it ends on a signal

@@ -1,3 +1,4 @@
+#include "files/Descriptor.h"
 #include "machine/InterruptSignal.h"
 
 #include <algorithm>
@@ -34,21 +35,11 @@ sigset_t awaitedSignals() {
     return signals;
 }
 
-class Descriptor {
-  public:
-    Descriptor(int number, const char* what) : m_number(number) {
-        if (number < 0)
-            throw std::system_error(errno, std::generic_category(), what);
-    }
-    ~Descriptor() { ::close(m_number); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] int number() const { return m_number; }
-
-  private:
-    int m_number;
-};
+int made(int descriptor, const char* what) {
+    if (descriptor < 0)
+        throw std::system_error(errno, std::generic_category(), what);
+    return descriptor;
+}
 
 /// The settings of the terminal on standard input at the start.
 class TerminalBefore {
@@ -86,8 +77,8 @@ void InterruptSignal::hold() {
 // The signals are blocked and read from a descriptor, so that no handler needs a global.
 struct InterruptSignal::Private {
     Private(Handler handed, const Limits& given)
-        : limits(given), handler(std::move(handed)), signals(makeSignals(), "signalfd"),
-          wake(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC), "eventfd") {
+        : limits(given), handler(std::move(handed)), signals(made(makeSignals(), "signalfd")),
+          wake(made(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC), "eventfd")) {
         takeAll(); // what came while the program was being started comes first
         thread = std::thread([this] { watch(); });
     }

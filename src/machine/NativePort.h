@@ -19,8 +19,8 @@ enum class OpenFault { None, NoSuchDevice, InUse, PermissionDenied, NotASerialPo
 
 struct OpenResult {
     OpenFault fault = OpenFault::None;
-    std::string
-        reason{}; ///< the system's own words, for Scarce and Other; of InUse whose terminal it is, or ""
+    /// The system's own words, for Scarce and Other; of InUse whose terminal it is, or "".
+    std::string reason{};
     std::string group{}; ///< of PermissionDenied: whose members may use the device, "" if nobody's
 };
 

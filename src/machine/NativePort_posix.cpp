@@ -1,3 +1,4 @@
+#include "files/Descriptor.h"
 #include "machine/NativePort.h"
 #include "machine/TerminalHolder.h"
 #include "platform/SerialPort.h"
@@ -21,23 +22,6 @@ namespace {
 
 constexpr cc_t kXon = 0x11;
 constexpr cc_t kXoff = 0x13;
-
-class Descriptor {
-  public:
-    explicit Descriptor(int value) : m_value(value) {}
-    ~Descriptor() {
-        if (m_value >= 0)
-            ::close(m_value);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    [[nodiscard]] int get() const { return m_value; }
-    int release() { return std::exchange(m_value, -1); }
-
-  private:
-    int m_value;
-};
 
 // The group that may read and write the device; "" when membership would not help.
 std::string groupWithAccess(const std::string& device) {
@@ -98,24 +82,24 @@ void makeRaw(termios& line) {
 
 OpenResult NativePort::open(const std::string& device) {
     Descriptor descriptor(::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
-    if (descriptor.get() < 0)
+    if (descriptor.number() < 0)
         return openFailure(errno, device);
     termios line = {};
-    if (::tcgetattr(descriptor.get(), &line) != 0)
+    if (::tcgetattr(descriptor.number(), &line) != 0)
         return openFailure(errno, device);
     // A shell whose terminal is made raw answers to nobody any more, and a log-in on the board's port would
     // answer in the board's place.
-    if (std::string holder = terminalHolder(descriptor.get()); !holder.empty())
+    if (std::string holder = terminalHolder(descriptor.number()); !holder.empty())
         return {OpenFault::InUse, std::move(holder)};
     // Before anything is changed, or the line of the program that has it would be upset. The lock
     // is what keeps out root, whom TIOCEXCL does not.
-    if (::flock(descriptor.get(), LOCK_EX | LOCK_NB) != 0)
+    if (::flock(descriptor.number(), LOCK_EX | LOCK_NB) != 0)
         return openFailure(errno, device);
     makeRaw(line);
-    if (::tcsetattr(descriptor.get(), TCSANOW, &line) != 0)
+    if (::tcsetattr(descriptor.number(), TCSANOW, &line) != 0)
         return openFailure(errno, device);
     boost::system::error_code error;
-    m_stream.assign(descriptor.get(), error);
+    m_stream.assign(descriptor.number(), error);
     if (error)
         return openFailure(error.value(), device);
     m_handle = descriptor.release();
