@@ -2,9 +2,9 @@
 
 #include "boot/ImageStore.h"
 #include "cli/Interrupts.h"
+#include "cli/RecordCheck.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
-#include "files/PrintableText.h"
 #include "files/RegularFile.h"
 #include "machine/OpenFileLimit.h"
 #include "machine/QtEventLoop.h"
@@ -48,8 +48,7 @@ void keepTranscript(Output& output, const CliOptions& options, const QString& na
     if (options.logFolder.isEmpty() || options.dryRun)
         return;
     if (!QDir().mkpath(options.logFolder))
-        throw UsageError(
-            QStringLiteral("--log %1: the folder cannot be made.").arg(printableText(options.logFolder)));
+        throw UsageError(cannotMakeFolder(options.logFolder));
     try {
         output.keepTranscript(QDir(options.logFolder).filePath(transcriptOf(name)));
     } catch (const RuntimeFailure& failure) {
@@ -84,8 +83,7 @@ void requireTraces(const CliOptions& options, const QStringList& names) {
     for (const QString& name : names) {
         QFile file(traceOf(options.traceFile, name));
         if (const QString why = openRecord(file, OldRecord::Continue); !why.isEmpty())
-            throw UsageError(QStringLiteral("--trace: The trace %1 cannot be written: %2.")
-                                 .arg(printableText(file.fileName()), why));
+            throw UsageError(cannotWriteTrace(file.fileName(), why));
     }
 }
 
@@ -205,8 +203,8 @@ QStringList namesOf(const QStringList& devices) {
 
 /// The event loops end the program if they cannot have their files, and with it what all boards are doing.
 void requireOpenFiles(qsizetype boards) {
-    constexpr std::uint64_t kOfABoard =
-        24; // port, loop, driver, records, a power switch that is being started
+    // Port, loop, driver, records, and a power switch that is being started.
+    constexpr std::uint64_t kOfABoard = 24;
     constexpr std::uint64_t kOfAll = 32;
     const std::uint64_t wanted = kOfAll + kOfABoard * static_cast<std::uint64_t>(boards);
     if (const auto allowed = allowOpenFiles(wanted))

@@ -35,8 +35,8 @@ struct CliOptions {
     std::array<QString, kSlotCount> slotValues; ///< "FILE[,ADDRESS]", empty where not given
     std::array<bool, kSlotCount> leftOut{};     ///< images of the INI file that do not count
     Limits limits;
-    std::optional<std::chrono::steady_clock::time_point> runEnd =
-        {}; ///< by limits.run, from the program's start
+    /// The end that limits.run sets, from the program's start.
+    std::optional<std::chrono::steady_clock::time_point> runEnd = {};
     PrintStyle style;
     QString onWait;    ///< a program and its arguments, started when a board's power-on is awaited
     QString logFolder; ///< for a transcript of each board

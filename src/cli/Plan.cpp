@@ -106,10 +106,8 @@ QStringList Plan::announcement() const {
 std::vector<Slot> Plan::slotsToSend() const {
     std::vector<Slot> sent;
     for (const Slot slot : kWindowOrder) {
-        const bool isSent = std::any_of(m_steps.cbegin(), m_steps.cend(), [slot](const StepCall& step) {
-            const auto& images = step.facts->images;
-            return std::find(images.cbegin(), images.cend(), slot) != images.cend();
-        });
+        const bool isSent = std::any_of(m_steps.cbegin(), m_steps.cend(),
+                                        [slot](const StepCall& step) { return sends(*step.facts, slot); });
         if (isSent && isSelected(slot))
             sent.push_back(slot);
     }

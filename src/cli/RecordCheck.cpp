@@ -28,7 +28,15 @@ QString folderProblem(const QString& folder) {
         return {};
     return isThere ? QStringLiteral("--log %1: it is no folder, or nothing can be written there.")
                          .arg(printableText(folder))
-                   : QStringLiteral("--log %1: the folder cannot be made.").arg(printableText(folder));
+                   : cannotMakeFolder(folder);
+}
+
+QString cannotMakeFolder(const QString& folder) {
+    return QStringLiteral("--log %1: the folder cannot be made.").arg(printableText(folder));
+}
+
+QString cannotWriteTrace(const QString& file, const QString& why) {
+    return QStringLiteral("--trace: The trace %1 cannot be written: %2.").arg(printableText(file), why);
 }
 
 QString inputProblem(const QString& file, const QStringList& inputs) {
@@ -42,15 +50,13 @@ QString inputProblem(const QString& file, const QStringList& inputs) {
     return {};
 }
 
-QString recordProblem(const QString& file, const QStringList& inputs) {
+QString traceProblem(const QString& file, const QStringList& inputs) {
     const QFileInfo info(file);
     if (file.isEmpty())
         return {};
     if (QString problem = inputProblem(file, inputs); !problem.isEmpty())
         return problem;
-    const auto problem = [&file](const QString& why) {
-        return QStringLiteral("--trace: The trace %1 cannot be written: %2.").arg(printableText(file), why);
-    };
+    const auto problem = [&file](const QString& why) { return cannotWriteTrace(file, why); };
     if (info.isSymLink())
         return problem(QStringLiteral("it is a link"));
     if (!info.exists())

@@ -5,16 +5,19 @@
 
 namespace zrk {
 
-// What stands against keeping records there, as far as that can be seen without making anything; "" for
-// nothing, also for an empty name. Full sentences.
+// Why a run cannot keep its records. The problems are what can be seen without making anything; "" for none,
+// also for an empty name. Full sentences.
 
-/// Of a folder that is made when it is not there.
+/// Says why transcripts cannot be kept in this folder, which a run makes if it does not exist.
 [[nodiscard]] QString folderProblem(const QString& folder);
 
-/// Of a file that is made, or written over, in a run that reads these inputs.
-[[nodiscard]] QString recordProblem(const QString& file, const QStringList& inputs);
+/// Says why this file cannot be the trace of a run that reads these inputs.
+[[nodiscard]] QString traceProblem(const QString& file, const QStringList& inputs);
 
-/// A record that is one of the inputs, by whatever name: writing it would destroy the input.
+/// Says that the trace is one of the inputs, under any name: writing it would destroy the input.
 [[nodiscard]] QString inputProblem(const QString& file, const QStringList& inputs);
+
+[[nodiscard]] QString cannotMakeFolder(const QString& folder);
+[[nodiscard]] QString cannotWriteTrace(const QString& file, const QString& why);
 
 } // namespace zrk

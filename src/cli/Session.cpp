@@ -170,7 +170,7 @@ ExitStatus Session::dryRun() {
             status = ExitStatus::Usage;
     }
     for (const QString& problem :
-         {folderProblem(m_options.logFolder), recordProblem(m_options.traceFile, inputs())}) {
+         {folderProblem(m_options.logFolder), traceProblem(m_options.traceFile, inputs())}) {
         if (problem.isEmpty())
             continue;
         m_output.tell(problem);

@@ -59,9 +59,13 @@ std::span<const StepFacts> allSteps() {
     return all;
 }
 
+bool sends(const StepFacts& step, int slot) {
+    return std::find(step.images.cbegin(), step.images.cend(), slot) != step.images.cend();
+}
+
 bool concerns(const StepFacts& step, int slot) {
     const bool lists = std::string_view(step.name) == "check" && factsOf(slot).memory == Memory::Sdram;
-    return lists || std::find(step.images.cbegin(), step.images.cend(), slot) != step.images.cend();
+    return lists || sends(step, slot);
 }
 
 bool StepRun::ranOut() const {

@@ -57,6 +57,9 @@ struct StepCall {
 
 using StepList = std::vector<StepCall>;
 
+/// True when the step sends the slot's image, if it is selected.
+[[nodiscard]] bool sends(const StepFacts& step, int slot);
+
 /// True when the step sends the slot's image, or shows it.
 [[nodiscard]] bool concerns(const StepFacts& step, int slot);
 
