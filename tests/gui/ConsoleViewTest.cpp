@@ -1,47 +1,19 @@
 #include "app/ConsoleView.h"
 
 #include "app/ConsoleLog.h"
-#include "app/ConsoleSearch.h"
-#include "app/ConsoleTools.h"
+#include "gui/ShownConsole.h"
 #include "gui/WindowRig.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QClipboard>
-#include <QEventLoop>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QScrollBar>
-#include <QTest>
-#include <QTextBlock>
-#include <QVBoxLayout>
 
 #include <random>
 
 namespace {
 
+using zrktest::ShownConsole;
+
 using namespace std::chrono_literals;
-
-/// A console text and its view.
-struct Shown {
-    zrk::ConsoleText text;
-    zrk::ConsoleView view;
-
-    Shown() {
-        text.onEdit([this](qsizetype removed, const QString& inserted, zrk::TextOrigin) {
-            view.follow(text.text(), removed, inserted.size());
-        });
-    }
-    void say(const QByteArray& piece) { text.append(QString::fromLatin1(piece)); }
-    QString copied() {
-        QApplication::clipboard()->clear();
-        view.selectAll();
-        view.copy();
-        return QApplication::clipboard()->text();
-    }
-};
 
 TEST(ConsoleView, ShowsTheTextWithSignsForWhatHasNoGlyph) {
     struct ShownCase {
@@ -60,7 +32,7 @@ TEST(ConsoleView, ShowsTheTextWithSignsForWhatHasNoGlyph) {
         {{"\x80\xE4\xAD"}, "\uFFFD\u00E4-", "\uFFFD\u00E4-"},
     };
     for (const ShownCase& oneCase : cases) {
-        Shown shown;
+        ShownConsole shown;
         for (const QByteArray& piece : oneCase.pieces)
             shown.say(piece);
         SCOPED_TRACE(oneCase.pieces.front().toStdString());
@@ -144,7 +116,7 @@ TEST_F(ConsoleWindow, WhatABoardLeavesUnfinishedIsNoneOfTheNextOnes) {
 TEST(ConsoleView, AnyEditsEndLikeTheWholeTextAtOnce) {
     std::mt19937 random(20240607);
     for (int round = 0; round < 30; ++round) {
-        Shown shown;
+        ShownConsole shown;
         for (int edit = 0; edit < 120; ++edit) {
             QString added(random() % 8 == 0 ? 990 : 0, 'x');
             const auto length = random() % 20;
@@ -153,7 +125,7 @@ TEST(ConsoleView, AnyEditsEndLikeTheWholeTextAtOnce) {
             const qsizetype removed = random() % 3 == 0 ? static_cast<qsizetype>(random() % 30) : 0;
             shown.text.replaceEnd(std::min(removed, shown.text.text().size()), added);
         }
-        Shown anew;
+        ShownConsole anew;
         anew.view.showAnew(shown.text.text());
         EXPECT_EQ(shown.view.toPlainText(), anew.view.toPlainText()) << "round " << round;
         EXPECT_EQ(shown.copied(), anew.copied()) << "round " << round;
@@ -161,7 +133,7 @@ TEST(ConsoleView, AnyEditsEndLikeTheWholeTextAtOnce) {
 }
 
 TEST(ConsoleView, AnEndlessLineIsBrokenForLayoutOnlyAndComesBackWhole) {
-    Shown shown;
+    ShownConsole shown;
     for (int i = 0; i < 5000; ++i)
         shown.say(".");
     EXPECT_EQ(shown.view.blockCount(), 5);
@@ -169,7 +141,7 @@ TEST(ConsoleView, AnEndlessLineIsBrokenForLayoutOnlyAndComesBackWhole) {
 }
 
 TEST(ConsoleView, AClearedViewHasNothingOfTheTextBefore) {
-    Shown shown;
+    ShownConsole shown;
     shown.say("a\r");
     shown.view.clearView();
     shown.say("\n");
@@ -198,7 +170,7 @@ TEST(ConsoleView, ASelectionHoldsNoCharacterThatComesLater) {
     for (const auto& [before, from, length, after, copied] : selections) {
         for (const bool backward : {false, true}) {
             SCOPED_TRACE((before + ", then " + after).toStdString() + (backward ? ", backward" : ""));
-            Shown shown;
+            ShownConsole shown;
             shown.say(before);
             QTextCursor selection(shown.view.document());
             selection.setPosition(backward ? from + length : from);
@@ -211,203 +183,6 @@ TEST(ConsoleView, ASelectionHoldsNoCharacterThatComesLater) {
             EXPECT_EQ(shown.view.textCursor().position() < shown.view.textCursor().anchor(), backward);
         }
     }
-}
-
-/// A view with more text than it has room for.
-struct Reading : Shown, ::testing::Test {
-    Reading() {
-        view.resize(400, 120);
-        view.show();
-        say("line" + QByteArray("\r\n").repeated(100));
-        QObject::connect(&view, &zrk::ConsoleView::holdChanged, [this](bool held, bool more) {
-            state = more ? "more" : held ? "held" : "follows";
-        });
-    }
-    [[nodiscard]] bool atEnd() const { return bar.value() == bar.maximum(); }
-    void expectStands(const std::function<void()>& release) {
-        const int before = bar.value();
-        say("new\r\n");
-        EXPECT_EQ(bar.value(), before);
-        EXPECT_EQ(state, "more");
-        release();
-        EXPECT_TRUE(atEnd());
-        EXPECT_EQ(state, "follows");
-        say("newer\r\n");
-        EXPECT_TRUE(atEnd());
-    }
-
-    QScrollBar& bar = *view.verticalScrollBar();
-    QString state = "follows";
-};
-
-TEST_F(Reading, TheEndStaysInSightAndASelectionLasts) {
-    EXPECT_GT(bar.maximum(), 50);
-    EXPECT_TRUE(atEnd());
-    QTextCursor selection(view.document());
-    selection.setPosition(view.document()->characterCount() - 3);
-    selection.movePosition(QTextCursor::Start, QTextCursor::KeepAnchor);
-    view.setTextCursor(selection);
-    bar.setValue(bar.maximum());
-    say("new");
-    EXPECT_TRUE(view.textCursor().selectedText().startsWith("line"));
-    EXPECT_TRUE(atEnd());
-    selection.clearSelection();
-    view.setTextCursor(selection);
-    bar.setValue(bar.maximum());
-    say("new");
-    EXPECT_TRUE(view.textCursor().atEnd());
-    const QFontMetrics metrics(view.font());
-    EXPECT_EQ(metrics.horizontalAdvance("iii"), metrics.horizontalAdvance("WWW"));
-}
-
-TEST_F(Reading, StandsStillWhileHeldScrolledUpOrPressedAndGoesBackToTheEnd) {
-    const auto press = [this](Qt::Key key) { QTest::keyClick(&view, key); };
-    view.setHeld(true);
-    expectStands([&] { press(Qt::Key_End); });
-    press(Qt::Key_ScrollLock);
-    expectStands([&] { press(Qt::Key_ScrollLock); });
-    view.selectAll();
-    bar.setValue(bar.value() - 5);
-    EXPECT_EQ(state, "held");
-    expectStands([&] { press(Qt::Key_Return); });
-    bar.setValue(0);
-    expectStands([&] { bar.setValue(bar.maximum()); });
-
-    QTest::mousePress(view.viewport(), Qt::LeftButton, {}, view.viewport()->rect().bottomRight());
-    EXPECT_TRUE(view.textCursor().atEnd());
-    const int before = bar.value();
-    const int pressedAt = view.textCursor().anchor();
-    say("new\r\n");
-    EXPECT_EQ(bar.value(), before);
-    EXPECT_EQ(view.textCursor().anchor(), pressedAt) << "where a drag begins";
-    EXPECT_TRUE(state.contains("more")) << state.toStdString();
-    QTest::mouseRelease(view.viewport(), Qt::LeftButton);
-    EXPECT_TRUE(atEnd());
-    bar.setValue(0);
-    EXPECT_EQ(state, "held") << "nothing has come since";
-    view.clearView();
-    EXPECT_FALSE(view.isHeld());
-
-    // The menu of the other button takes its release.
-    QTest::mousePress(view.viewport(), Qt::RightButton);
-    say(QByteArray("x\r\n").repeated(100));
-    EXPECT_TRUE(atEnd());
-    QTest::mouseRelease(view.viewport(), Qt::RightButton);
-}
-
-TEST_F(Reading, AnotherWidthOrAClearGoesThroughNothingThatIsOutOfSight) {
-    say(QByteArray("123456789 ").repeated(30) + "\r\n");
-    const QTextBlock longLine = view.document()->lastBlock().previous();
-    QApplication::processEvents();
-    say(QByteArray("x\r\n").repeated(100) + QByteArray(300, 'x'));
-    const auto rows = [&] { return std::pair(longLine.lineCount(), longLine.layout()->lineAt(0).width()); };
-    const auto room = [&] { return view.viewport()->width() - 2 * view.document()->documentMargin(); };
-    const auto [before, width] = rows();
-    EXPECT_EQ(width, room());
-    view.resize(250, 120);
-    QApplication::processEvents();
-    EXPECT_EQ(rows(), std::pair(before, width));
-    const int range = bar.maximum();
-    bar.setValue(longLine.firstLineNumber());
-    QApplication::processEvents();
-    EXPECT_GT(longLine.lineCount(), before);
-    EXPECT_EQ(bar.maximum() - range, longLine.lineCount() - before);
-    EXPECT_EQ(longLine.layout()->lineAt(0).width(), room());
-    view.setHeld(false);
-    for (const int wide : {300, 200, 280}) { // the end stays in sight
-        view.resize(wide, 120);
-        QApplication::processEvents();
-        EXPECT_TRUE(atEnd());
-        EXPECT_TRUE(view.viewport()->rect().contains(view.cursorRect())) << wide;
-        EXPECT_EQ(view.horizontalScrollBar()->maximum(), 0);
-        EXPECT_EQ(view.document()->documentLayout()->frameBoundingRect(nullptr).width(),
-                  view.viewport()->width())
-            << "within which a selection is painted";
-    }
-
-    say(QByteArray("\r\n").repeated(50'000));
-    const QPointer<QTextDocument> old = view.document();
-    const qreal tabStop = view.tabStopDistance();
-    view.clearView();
-    EXPECT_FALSE(old.isNull()) << "it takes its time";
-    while (!old.isNull())
-        QApplication::processEvents();
-    EXPECT_EQ(view.tabStopDistance(), tabStop);
-    EXPECT_EQ(view.document()->defaultFont(), view.font());
-    say("x\ty");
-    EXPECT_TRUE(atEnd());
-    EXPECT_EQ(copied(), "x\ty");
-}
-
-TEST_F(Reading, ASearchEndsWithTheTextThatItGoesThrough) {
-    QGroupBox frame;
-    QVBoxLayout inFrame(&frame);
-    auto* shown = new zrk::ConsoleView(&frame);
-    inFrame.addWidget(shown);
-    zrk::ConsoleTools tools(shown, &frame, [] {});
-    shown->showAnew(QStringLiteral("x\r\n").repeated(100'000));
-    auto* txtFind = frame.findChild<QLineEdit*>("txtFind");
-    ASSERT_NE(txtFind, nullptr);
-    txtFind->setText("absent");
-    QTest::keyClick(txtFind, Qt::Key_Return);
-    QApplication::processEvents();
-    shown->clearView();
-    QApplication::processEvents();
-    EXPECT_TRUE(frame.findChild<QLabel*>("lblFind")->isHidden());
-}
-
-TEST_F(Reading, KeysThatLeadBackAreNotForTheBoardAndOthersAre) {
-    view.setKeysGoToBoard([] { return true; });
-    QString typed;
-    QObject::connect(&view, &zrk::ConsoleView::typed, [&](int character) { typed += QChar(character); });
-    view.setHeld(true);
-    QTest::keyClick(&view, Qt::Key_X);
-    QTest::keyClick(&view, Qt::Key_Return);
-    EXPECT_TRUE(view.isHeld()) << "what was stopped with intent";
-    QTest::keyClick(&view, Qt::Key_End);
-    EXPECT_FALSE(view.isHeld());
-    for (const auto key : {Qt::Key_Y, Qt::Key_Return, Qt::Key_Enter}) {
-        QTest::keyClick(&view, Qt::Key_PageUp, Qt::ShiftModifier);
-        EXPECT_TRUE(view.isHeld());
-        QTest::keyClick(&view, key);
-        EXPECT_FALSE(view.isHeld()) << "who types wants to see it";
-    }
-    EXPECT_EQ(typed, "x\ry\r\r");
-    view.setKeysGoToBoard([] { return false; });
-    view.setHeld(true);
-    QTest::keyClick(&view, Qt::Key_Return);
-    EXPECT_FALSE(view.isHeld());
-}
-
-TEST_F(Reading, FindsInBothDirectionsAroundTheEndsAndClearsTheView) {
-    say("Boot one\r\n" + QByteArray("x\r\n").repeated(5000) + "boot two boot\r\n");
-    zrk::ConsoleSearch search(&view);
-    QEventLoop untilAnswered;
-    QStringList answers;
-    const auto answer = [&](const QString& wanted) {
-        answers += wanted;
-        untilAnswered.quit();
-    };
-    QObject::connect(&search, &zrk::ConsoleSearch::found, [&](const QTextCursor& found) {
-        view.showFound(found);
-        answer(QString("%1 at %2").arg(found.selectedText()).arg(found.positionInBlock()));
-    });
-    QObject::connect(&search, &zrk::ConsoleSearch::notFound, [&] { answer("none"); });
-    const auto find = [&](const QString& wanted, zrk::ConsoleSearch::Direction direction) {
-        search.start(wanted, direction);
-        untilAnswered.exec();
-    };
-    using enum zrk::ConsoleSearch::Direction;
-    find("boot", Forward);
-    EXPECT_TRUE(view.isHeld());
-    for (const auto direction : {Forward, Forward, Forward, Backward, Backward})
-        find("boot", direction);
-    find("absent", Forward);
-    EXPECT_EQ(answers.join(", "), "Boot at 4, boot at 4, boot at 13, Boot at 4, boot at 13, boot at 4, none");
-    view.clearView();
-    EXPECT_EQ(view.toPlainText(), "");
-    say("on");
-    EXPECT_EQ(view.toPlainText(), "on");
 }
 
 } // namespace
