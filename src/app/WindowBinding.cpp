@@ -85,10 +85,11 @@ void bindSlots(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
         binder.follow(controls.txtFilNam[i].Text, [&controls, i, field = row.txtFilNam] {
             field->setMissing(FileNameEdit::tellsOfMissing(controls.txtFilNam[i].Text));
         });
-        binder.follow(controls.txtFilNam[i].ToolTipText,
-                      [&controls, i, field = row.txtFilNam] { showToolTip(controls.txtFilNam[i], field); });
-        binder.follow(controls.txtFilNam[i].Tag,
-                      [&controls, i, field = row.txtFilNam] { showToolTip(controls.txtFilNam[i], field); });
+        const auto showFile = [&controls, i, field = row.txtFilNam] {
+            showToolTip(controls.txtFilNam[i], field);
+        };
+        binder.follow(controls.txtFilNam[i].ToolTipText, showFile);
+        binder.follow(controls.txtFilNam[i].Tag, showFile);
         bindButton(binder, controls.cmdBrowse[i], row.cmdBrowse, WhileBusy::Grey);
         binder.caption(controls.lblStart[i].Caption, row.lblStart);
         binder.textBox(controls.txtStartAddress[i], row.txtStartAddress);

@@ -7,8 +7,8 @@ namespace zrk {
 namespace {
 
 constexpr qsizetype kLeastForText = 12;
-constexpr qsizetype kLeastLetters =
-    4; // "U-Boot 1.1.5" has five, and its last figure ends a wait for a BootID
+// "U-Boot 1.1.5" has five, and its last figure ends a wait for a BootID.
+constexpr qsizetype kLeastLetters = 4;
 constexpr qsizetype kLeastForGarbage = 6;
 constexpr char kBootId = '5';
 
@@ -19,8 +19,7 @@ bool isText(char byte) {
 
 /// A program's output, such as a boot loader's banner.
 bool looksLikeText(const QByteArray& received) {
-    const qsizetype handshake =
-        received.lastIndexOf("5R"); // what follows it may be answers of the primary boot
+    const qsizetype handshake = received.lastIndexOf("5R"); // answers of the primary boot may follow
     const QByteArray bytes = handshake < 0 ? received : received.mid(handshake + 2);
     const auto letters = std::count_if(bytes.cbegin(), bytes.cend(), [](char byte) {
         return std::isalpha(static_cast<unsigned char>(byte)) != 0;
