@@ -41,7 +41,23 @@ void WaitDialog::Form_Load() {
                                     "Waiting for Boot_ID from ZRK6924....");
 }
 
+/// A board that is on announces itself all the time, and its power is about to be switched.
+void WaitDialog::showWhatDoesNotCount() {
+    bool counts = m_view.countsBootId();
+    if (counts)
+        return;
+    while (!counts && !m_link.state.CancelRequested) {
+        counts = m_view.countsBootId(); // not yet for what has come by now
+        const QByteArray heard = m_link.port.receive();
+        if (!heard.isEmpty())
+            m_link.console.PrintAnswer(QString::fromLatin1(heard));
+        else if (!counts)
+            m_link.loop.wait();
+    }
+}
+
 void WaitDialog::Form_Activate() {
+    showWhatDoesNotCount();
     do {
         m_link.state.LastChar = m_link.transport.ReadChar();
         m_link.console.PrintAnswer(m_link.state.LastChar);
@@ -54,8 +70,8 @@ void WaitDialog::CancelButton_Click() {
     m_link.state.requestStop(Outcome::Cancelled);
 }
 
-void WaitDialog::giveUp() {
-    m_link.state.requestStop(Outcome::LimitReached);
+void WaitDialog::giveUp(Outcome why) {
+    m_link.state.requestStop(why);
 }
 
 void WaitDialog::cmdOut_Click() {

@@ -24,8 +24,8 @@ class WaitDialog {
 
     void CancelButton_Click();
 
-    /// A limit that the user set for the wait has run out.
-    void giveUp();
+    /// Ends the wait: a limit that the user set for it has run out, or the power could not be switched.
+    void giveUp(Outcome why);
 
     /// Sends the text of txtOut as it stands and switches DebugMode on.
     /// A failing port ends the wait, whose operation then reports it.
@@ -40,6 +40,7 @@ class WaitDialog {
   private:
     void Form_Load();
     void Form_Activate();
+    void showWhatDoesNotCount();
 
     Link& m_link;
     WaitDialogView& m_view;

@@ -14,6 +14,9 @@ class WaitDialogView {
     virtual void show(WaitDialog& dialog) = 0;
 
     virtual void hide() = 0;
+
+    /// False as long as a BootID is not the awaited one, because the board's power has not been switched yet.
+    [[nodiscard]] virtual bool countsBootId() const { return true; }
 };
 
 } // namespace zrk

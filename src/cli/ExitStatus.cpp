@@ -18,6 +18,8 @@ ExitStatus exitStatusOf(Outcome outcome) {
         return ExitStatus::WrongAnswer;
     case Outcome::PortLost:
         return ExitStatus::PortLost;
+    case Outcome::PowerNotSwitched:
+        return ExitStatus::PowerNotSwitched;
     case Outcome::Cancelled:
         return ExitStatus::Cancelled;
     case Outcome::File:

@@ -14,6 +14,7 @@ enum class ExitStatus {
     WrongAnswer = 5,
     PortLost = 6,
     NotSeen = 7, ///< a text that was waited for did not come
+    PowerNotSwitched = 8, ///< the command of --on-wait failed or took too long
     Cancelled = 130,
 };
 

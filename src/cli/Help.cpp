@@ -48,7 +48,8 @@ std::span<const OptionFacts> allOptions() {
         OptionFacts{"flash-timeout", 0, "SECONDS", "limit between two answers of pg_sibl", "flash"},
         OptionFacts{"expect-timeout", 0, "SECONDS", "limit for expect, which ends with 7", "expect verify"},
         OptionFacts{"script-timeout", 0, "SECONDS", "limit for each line of a script, ends with 7", "script"},
-        OptionFacts{"on-wait", 0, "CMD", "start CMD, with ZRK_PORT set, to cycle the power", "load flash"},
+        OptionFacts{"on-wait", 0, "CMD", "shell command to cycle the power, sees ZRK_PORT", "load flash"},
+        OptionFacts{"on-wait-timeout", 0, "SECONDS", "limit of CMD (60), which ends with 8", "load flash"},
         OptionFacts{"log", 0, "DIR", "keep a transcript with time stamps of each board"},
         OptionFacts{"trace", 0, "FILE", "record both directions; zrk-board --replay plays it", kPortSteps},
         OptionFacts{"json", 'j', "", "one JSON object a line on standard output"},
@@ -78,7 +79,7 @@ QString helpText() {
         "\nConsole and board go to standard output, all else to standard error.\n"
         "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
         "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or refusal,\n"
-        "6 port lost, 7 text not seen, 130 cancelled (Ctrl-C).\n"
+        "6 port lost, 7 text not seen, 8 power not switched, 130 cancelled (Ctrl-C).\n"
         "\nExamples:\n"
         "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
         "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"

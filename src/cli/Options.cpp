@@ -6,9 +6,7 @@
 
 #include <QCommandLineParser>
 #include <QFileInfo>
-#include <QProcess>
 #include <QSet>
-#include <QStandardPaths>
 
 #include <algorithm>
 #include <cmath>
@@ -159,6 +157,7 @@ Limits readLimits(const QCommandLineParser& parser) {
     limits.expect = readLimit(parser, "expect-timeout");
     limits.script = readLimit(parser, "script-timeout");
     limits.start = readLimit(parser, "start-timeout").value_or(limits.start);
+    limits.onWait = readLimit(parser, "on-wait-timeout").value_or(limits.onWait);
     return limits;
 }
 
@@ -177,16 +176,14 @@ PrintStyle readStyle(const QCommandLineParser& parser) {
     return style;
 }
 
-/// A power switch that is not there would leave the run waiting for a board that nobody switches on.
-void requireProgram(const QString& command, bool isSet) {
-    const QString program = QProcess::splitCommand(command).value(0);
-    if (!isSet || !QStandardPaths::findExecutable(program).isEmpty())
-        return;
-    throw UsageError(program.isEmpty()
-                         ? QStringLiteral("--on-wait needs a command, but it is blank.")
-                         : QStringLiteral("--on-wait %1: there is no such program, or it may not "
-                                          "be started.")
-                               .arg(program));
+/// The command itself is the shell's: only that knows what it means.
+void requireCommand(const QCommandLineParser& parser, const QString& command) {
+    const bool isSet = parser.isSet(QStringLiteral("on-wait"));
+    if (isSet && command.trimmed().isEmpty())
+        throw UsageError(QStringLiteral("--on-wait needs a command, but it is blank."));
+    if (!isSet && parser.isSet(QStringLiteral("on-wait-timeout")))
+        throw UsageError(QStringLiteral("--on-wait-timeout has no effect: it is for the command of --on-wait. Add "
+                                        "that option, or leave this one out."));
 }
 
 void refuseMixedTerminal(const CliOptions& options) {
@@ -210,7 +207,7 @@ CliOptions read(const QCommandLineParser& parser) {
         for (std::size_t i = 0; i < kSlots.size(); ++i)
             options.slotValues[i] = givenValue(parser, text(kSlots[i].option), QStringLiteral("a file name"));
         options.onWait = givenValue(parser, QStringLiteral("on-wait"), QStringLiteral("a command"));
-        requireProgram(options.onWait, parser.isSet(QStringLiteral("on-wait")));
+        requireCommand(parser, options.onWait);
         options.traceFile = givenValue(parser, QStringLiteral("trace"), QStringLiteral("a file name"));
         options.logFolder = givenValue(parser, QStringLiteral("log"), QStringLiteral("a folder"));
     } catch (const RuntimeFailure& failure) {

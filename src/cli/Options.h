@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/PowerSwitch.h"
 #include "cli/Printer.h"
 #include "cli/Steps.h"
 #include "controls/Controls.h"
@@ -25,6 +26,7 @@ struct Limits {
     Limit expect;
     Limit script; ///< each wait of a script
     std::chrono::milliseconds start{5000};
+    std::chrono::milliseconds onWait{PowerSwitch::kLimit}; ///< for the command that switches the power
 };
 
 /// What was asked for on the command line.
@@ -38,7 +40,7 @@ struct CliOptions {
     /// The end that limits.run sets, from the program's start.
     std::optional<std::chrono::steady_clock::time_point> runEnd = {};
     PrintStyle style;
-    QString onWait;    ///< a program and its arguments, started when a board's power-on is awaited
+    QString onWait;    ///< a shell command, run when a board's power-on is awaited; "": none
     QString logFolder; ///< for a transcript of each board
     QString traceFile; ///< "": none
     bool erase = false;

@@ -2,74 +2,37 @@
 
 #include "boot/WaitDialog.h"
 #include "cli/Output.h"
-#include "machine/ProcessGroup.h"
 #include "platform/SecondsText.h"
-
-#include <QProcessEnvironment>
-
-#include <utility>
 
 namespace zrk {
 
 PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit,
-                             const QString& command)
-    : m_output(output), m_limit(limit), m_command(QProcess::splitCommand(command)),
-      m_timer(loop.createTimer([this] { giveUp(); })) {
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.setStandardInputFile(QProcess::nullDevice());
-    startInOwnGroup(m_process); // Ctrl-C must not leave the board without power
-    QObject::connect(&m_process, &QProcess::errorOccurred, &m_process, [this](QProcess::ProcessError) {
-        m_output.tell(QStringLiteral("--on-wait %1: %2.").arg(m_command.value(0), m_process.errorString()));
-    });
-    QObject::connect(&m_process, &QProcess::finished, &m_process, [this](int status, QProcess::ExitStatus) {
-        const QString said = QString::fromLocal8Bit(m_process.readAll()).trimmed();
-        if (status != 0)
-            m_output.tell(QStringLiteral("--on-wait %1 ended with status %2; the board is still awaited. %3")
-                              .arg(m_command.value(0))
-                              .arg(status)
-                              .arg(said));
-        else if (!said.isEmpty())
-            m_output.detail(said);
-        if (std::exchange(m_again, false) && m_dialog != nullptr)
-            startCommand();
-    });
-}
+                             const QString& command, std::chrono::milliseconds commandLimit)
+    : m_loop(loop), m_output(output), m_limit(limit), m_switch(loop, command, commandLimit),
+      m_timer(loop.createTimer([this] { giveUp(); })) {}
 
-/// A power switch that is under way is not left half-way.
-PowerOnNotice::~PowerOnNotice() {
-    m_process.disconnect();
-    constexpr int kLimit = 5000;
-    constexpr int kTermination = 1000;
-    if (m_process.state() == QProcess::NotRunning)
-        return;
-    m_output.notice(QStringLiteral("Waiting for --on-wait %1 to end, 5 s at most.").arg(m_command.value(0)));
-    if (m_process.waitForFinished(kLimit))
-        return;
-    m_process.terminate();
-    if (!m_process.waitForFinished(kTermination)) {
-        m_process.kill();
-        m_process.waitForFinished(kTermination);
-    }
-}
+PowerOnNotice::~PowerOnNotice() = default;
 
 void PowerOnNotice::show(WaitDialog& dialog) {
     m_dialog = &dialog;
     m_output.notice(dialog.lblMsg.Caption);
-    if (m_limit)
+    if (m_switch.isSet())
+        m_switch.start(m_output.place().port, [this](const QString& fault) { onSwitched(fault); });
+    else if (m_limit)
         m_timer->start(*m_limit);
-    startCommand();
 }
 
-void PowerOnNotice::startCommand() {
-    if (m_command.isEmpty())
+void PowerOnNotice::onSwitched(const QString& fault) {
+    if (!fault.isEmpty())
+        m_output.tell(fault);
+    else if (!m_switch.said().isEmpty())
+        m_output.detail(m_switch.said());
+    if (m_dialog == nullptr)
         return;
-    m_again = m_process.state() != QProcess::NotRunning; // of the wait before; this one's turn comes
-    if (m_again)
-        return;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("ZRK_PORT"), m_output.place().port);
-    m_process.setProcessEnvironment(environment);
-    m_process.start(m_command.value(0), m_command.mid(1));
+    if (!fault.isEmpty())
+        m_dialog->giveUp(Outcome::PowerNotSwitched);
+    else if (m_limit)
+        m_timer->start(*m_limit);
 }
 
 void PowerOnNotice::hide() {
@@ -85,7 +48,23 @@ void PowerOnNotice::giveUp() {
                                  "power, the service jumper "
                                  "is installed and the cable is on this port.")
                       .arg(secondsText(*m_limit)));
-    m_dialog->giveUp();
+    m_dialog->giveUp(Outcome::LimitReached);
+}
+
+void PowerOnNotice::awaitSwitch(std::optional<TimePoint> end) {
+    if (!m_switch.isRunning())
+        return;
+    m_output.notice(QStringLiteral("Waiting for the command of --on-wait to end. Another Ctrl-C ends it."));
+    const auto look = m_loop.wakeEvery(EventLoop::kLook);
+    while (m_switch.isRunning() && !(end && m_loop.now() >= *end))
+        m_loop.wait();
+    if (m_switch.isRunning())
+        m_output.tell(QStringLiteral("The command of --on-wait is left running. Check the power switch."));
+}
+
+void PowerOnNotice::endSwitch() {
+    if (m_dialog == nullptr)
+        m_switch.end();
 }
 
 } // namespace zrk

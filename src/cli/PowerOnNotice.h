@@ -1,10 +1,8 @@
 #pragma once
 
 #include "boot/WaitDialogView.h"
+#include "cli/PowerSwitch.h"
 #include "platform/EventLoop.h"
-
-#include <QProcess>
-#include <QStringList>
 
 #include <chrono>
 #include <optional>
@@ -13,32 +11,41 @@ namespace zrk {
 
 class Output;
 
-/// The wait dialog where there is no window: prints the instruction, starts whatever cycles the power, and
-/// gives up after the limit.
+/// The wait dialog where there is no window: prints the instruction, has the power switched, and gives up
+/// after the limit.
 class PowerOnNotice final : public WaitDialogView {
   public:
-    /// Without a limit the wait ends on the BootID or on a cancel only.
-    /// `command` is a program and its arguments, "" for none; it runs with the port in ZRK_PORT.
+    using TimePoint = EventLoop::TimePoint;
+
+    /// Without a limit the wait ends on the BootID or on a cancel only; with a switch it begins when that has
+    /// ended. The switch runs with the port in ZRK_PORT.
     PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit,
-                  const QString& command);
+                  const QString& command, std::chrono::milliseconds commandLimit);
     ~PowerOnNotice() override;
     PowerOnNotice(const PowerOnNotice&) = delete;
     PowerOnNotice& operator=(const PowerOnNotice&) = delete;
 
     void show(WaitDialog& dialog) override;
     void hide() override;
+    [[nodiscard]] bool countsBootId() const override { return !m_switch.isRunning(); }
+
+    /// Waits, yielding, for a switch that is still under way after the wait for the board has been given up:
+    /// to its own limit, or until `end`.
+    void awaitSwitch(std::optional<TimePoint> end);
+
+    /// Ends a switch that is still under way after that wait.
+    void endSwitch();
 
   private:
     void giveUp();
-    void startCommand();
+    void onSwitched(const QString& fault);
 
+    EventLoop& m_loop;
     Output& m_output;
     std::optional<std::chrono::milliseconds> m_limit;
-    QStringList m_command;
-    QProcess m_process;
+    PowerSwitch m_switch;
     std::unique_ptr<Timer> m_timer;
     WaitDialog* m_dialog = nullptr; ///< the one being shown
-    bool m_again = false;           ///< it was wanted while the last one still ran
 };
 
 } // namespace zrk

@@ -24,6 +24,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds kLastBytesLimit = 3s;
+/// Of a power switch that runs on after the limit of the whole run; the process is ended by force 30 s after.
+constexpr std::chrono::milliseconds kSwitchLimit = 20s;
+/// The terminal and a parent process may both pass on one Ctrl-C.
+constexpr std::chrono::milliseconds kUntilSecondInterrupt = 1s;
 
 /// The first step behind this one that uses the port; null when there is none.
 const StepFacts* nextOnPort(const StepList& steps, std::size_t index) {
@@ -40,7 +44,7 @@ Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop
                  std::shared_ptr<ImageStore> images)
     : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)),
       m_images(std::move(images)), m_loop(loop), m_output(output), m_question(loop),
-      m_messages(output, m_question), m_powerOnNotice(loop, output, options.limits.wait, options.onWait),
+      m_messages(output, m_question), m_powerOnNotice(loop, output, options.limits.wait, options.onWait, options.limits.onWait),
       m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
       m_tracedPorts(loop, m_ports),
       m_loader({loop, m_tracedPorts, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
@@ -106,6 +110,8 @@ Ending Session::run() {
                           : QStringLiteral("Cancelled in the step %1; the steps after it were not done. "
                                            "Cycle the board's power before the next load or flash.")
                                 .arg(m_step));
+    m_powerOnNotice.awaitSwitch(m_options.runEnd ? std::optional(*m_options.runEnd + kSwitchLimit)
+                                                 : std::nullopt);
     return ending(status, begin);
 }
 
@@ -311,6 +317,11 @@ void Session::presetSlot(int slot, const QString& value) {
 }
 
 void Session::interrupt(bool ended) {
+    const auto now = m_loop.now();
+    if (m_interruptedAt && now - *m_interruptedAt >= kUntilSecondInterrupt)
+        m_powerOnNotice.endSwitch();
+    if (!m_interruptedAt || now - *m_interruptedAt >= kUntilSecondInterrupt)
+        m_interruptedAt = now;
     if (ended)
         m_messages.stopAsking();
     m_loader.state.noteStop(Outcome::Cancelled);

@@ -34,7 +34,8 @@ class Session {
     /// Says what will be done and, after prepare(), carries out the steps up to the first that fails.
     [[nodiscard]] Ending run();
 
-    /// The user wants an end; with `ended` nobody is there any more to be asked about it.
+    /// The user wants an end; with `ended` nobody is there any more to be asked about it. A second call, not
+    /// before a second later, also ends a power switch that the end waits for.
     void interrupt(bool ended);
 
   private:
@@ -75,6 +76,7 @@ class Session {
     std::unique_ptr<Timer> m_runTimer;
     QString m_step; ///< the one that runs, or ran last
     bool m_limitReached = false;
+    std::optional<EventLoop::TimePoint> m_interruptedAt;
     QString m_runLimitText; ///< until it has been told
 };
 

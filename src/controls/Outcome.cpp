@@ -6,8 +6,8 @@ namespace zrk {
 
 QString outcomeName(Outcome outcome) {
     static constexpr std::array kNames{
-        "done",    "rejected",  "cancelled",       "timed out", "limit reached", "wrong answer",
-        "refused", "port lost", "port not opened", "file",      "internal"};
+        "done",    "rejected",  "cancelled",       "timed out",          "limit reached", "wrong answer",
+        "refused", "port lost", "port not opened", "power not switched", "file",          "internal"};
     return QString::fromLatin1(kNames.at(static_cast<std::size_t>(outcome)));
 }
 

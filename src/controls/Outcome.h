@@ -15,6 +15,7 @@ enum class Outcome {
     Refused,      ///< the board refused
     PortLost,
     PortNotOpened,
+    PowerNotSwitched, ///< the command that switches the board's power failed or took too long
     File,     ///< a file could not be opened or read, or had another length than was announced
     Internal, ///< any other run-time failure, such as a text that is no number
 };

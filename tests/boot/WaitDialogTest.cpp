@@ -81,6 +81,28 @@ TEST_F(Waiting, OnlyAFiveEndsIt) {
     EXPECT_FALSE(loader.state.CancelRequested);
 }
 
+TEST_F(Waiting, NothingCountsBeforeThePowerIsSwitched) {
+    bench.waitDialog.counts = false;
+    loop.after(10s, [this] { port.receive("x5"); });
+    loop.after(60s, [this] {
+        port.receive("5"); // was on its way
+        bench.waitDialog.counts = true;
+    });
+    loop.after(70s, [this] {
+        EXPECT_EQ(port.written, "");
+        port.receive("5");
+    });
+    loader.bringUp.cmdStartPrimary_Click();
+    EXPECT_TRUE(bench.console().startsWith("Waiting for BootID .. x555 .. found!\nSending 'A' .. "))
+        << bench.console().toStdString();
+    EXPECT_EQ(loader.operation.outcome(), Outcome::Done);
+
+    const QString before = bench.console();
+    bench.waitDialog.counts = false;
+    startAnd([](zrk::WaitDialog& dialog) { dialog.CancelButton_Click(); });
+    EXPECT_EQ(bench.console().mid(before.size()), "Waiting for BootID .. <0>cancelled!\n" + kAborted);
+}
+
 TEST_F(Waiting, DebugSendMutesTheProtocolsAndDoublesTheirInterval) {
     port.steps = {{"", ""}, {"4", "5"}};
     startAnd([](zrk::WaitDialog& dialog) { dialog.cmdOut_Click(); });

@@ -64,6 +64,13 @@ void CliRun::send(int signal) {
     kill(static_cast<pid_t>(m_process.processId()), signal);
 }
 
+void CliRun::sendUntilItEnds(int signal) {
+    constexpr int kPause = 100; // ms
+    do {
+        send(signal);
+    } while (!m_process.waitForFinished(kPause) && m_process.state() != QProcess::NotRunning);
+}
+
 int CliRun::status() {
     if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(kLimit))
         return -1;

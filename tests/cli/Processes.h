@@ -50,6 +50,9 @@ class CliRun {
 
     void send(int signal);
 
+    /// Sends it again and again until the run has ended.
+    void sendUntilItEnds(int signal);
+
     /// Waits for the end; the exit status, or -1 when it does not end in time.
     [[nodiscard]] int status();
 

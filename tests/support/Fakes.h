@@ -50,7 +50,9 @@ class FakeWaitDialog final : public zrk::WaitDialogView {
     std::function<void(zrk::WaitDialog&)> whenShown;
     zrk::WaitDialog* open = nullptr;
     int timesShown = 0;
+    bool counts = true;
 
+    [[nodiscard]] bool countsBootId() const override { return counts; }
     void show(zrk::WaitDialog& dialog) override {
         open = &dialog;
         ++timesShown;

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/EventLoop.h"
+
+#include <QProcess>
+#include <QString>
+
+#include <chrono>
+#include <functional>
+
+namespace zrk {
+
+/// The command that switches a board's power. It runs in the system's shell and to its end: half-way it would
+/// leave the board without power. Only end() ends it; a command that takes longer than its limit, or than the
+/// life of this object, is left running.
+class PowerSwitch {
+  public:
+    /// What went wrong, as a sentence; "" for nothing. Called once for each start(), from the event loop.
+    using Ended = std::function<void(const QString& fault)>;
+
+    static constexpr std::chrono::milliseconds kLimit = std::chrono::seconds(60);
+
+    /// An empty command is none.
+    PowerSwitch(EventLoop& loop, QString command, std::chrono::milliseconds limit);
+    ~PowerSwitch();
+    PowerSwitch(const PowerSwitch&) = delete;
+    PowerSwitch& operator=(const PowerSwitch&) = delete;
+
+    [[nodiscard]] bool isSet() const { return !m_command.isEmpty(); }
+
+    /// Starts the command with `port` in ZRK_PORT. Only while none is running.
+    void start(const QString& port, Ended ended);
+
+    /// True from start() until `ended` has been called.
+    [[nodiscard]] bool isRunning() const { return m_ended != nullptr; }
+
+    /// Ends the command and all that it has started: it is asked to, and forced two seconds later.
+    void end();
+
+    /// The end of what the last command has printed, 4 KiB at most.
+    [[nodiscard]] QString said() const;
+
+  private:
+    /// A process that may outlive the object.
+    struct Process final : QProcess {
+        void leave() { setProcessState(QProcess::NotRunning); }
+    };
+
+    void takeOutput();
+    void tick();
+    void finish(const QString& fault);
+    [[nodiscard]] QString faultOf(int status, QProcess::ExitStatus how) const;
+
+    QString m_command;
+    std::chrono::milliseconds m_limit;
+    Process m_process;
+    QByteArray m_said;
+    Ended m_ended; ///< null while none runs
+    bool m_isAskedToEnd = false;
+    std::unique_ptr<Timer> m_timer; ///< for the limit, then for the force
+};
+
+} // namespace zrk
