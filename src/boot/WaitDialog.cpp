@@ -1,6 +1,7 @@
 #include "boot/WaitDialog.h"
 
 #include "boot/WaitDialogView.h"
+#include "serial/PatientOpening.h"
 
 namespace zrk {
 namespace {
@@ -41,6 +42,28 @@ void WaitDialog::Form_Load() {
                                     "Waiting for Boot_ID from ZRK6924....");
 }
 
+/// A board that feeds its own adapter takes the port away and brings it back when its power is cycled.
+void WaitDialog::Form_Activate() {
+    while (true) {
+        try {
+            showWhatDoesNotCount();
+            return readUntilBootId();
+        } catch (const RuntimeFailure& failure) {
+            if (failure.kind() != FailureKind::PortLost || !reopen(failure.description()))
+                throw;
+        }
+    }
+}
+
+bool WaitDialog::reopen(const QString& why) {
+    const auto limit = m_view.reopeningLimit(why);
+    if (!limit)
+        return false;
+    m_link.port.CloseComPort();
+    (void)openWithin(m_link, limit);
+    return true;
+}
+
 /// A board that is on announces itself all the time, and its power is about to be switched.
 void WaitDialog::showWhatDoesNotCount() {
     bool counts = m_view.countsBootId();
@@ -56,8 +79,7 @@ void WaitDialog::showWhatDoesNotCount() {
     }
 }
 
-void WaitDialog::Form_Activate() {
-    showWhatDoesNotCount();
+void WaitDialog::readUntilBootId() {
     do {
         m_link.state.LastChar = m_link.transport.ReadChar();
         m_link.console.PrintAnswer(m_link.state.LastChar);

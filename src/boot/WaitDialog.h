@@ -41,6 +41,8 @@ class WaitDialog {
     void Form_Load();
     void Form_Activate();
     void showWhatDoesNotCount();
+    void readUntilBootId();
+    [[nodiscard]] bool reopen(const QString& why);
 
     Link& m_link;
     WaitDialogView& m_view;

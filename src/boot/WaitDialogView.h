@@ -1,5 +1,10 @@
 #pragma once
 
+#include <QString>
+
+#include <chrono>
+#include <optional>
+
 namespace zrk {
 
 class WaitDialog;
@@ -17,6 +22,12 @@ class WaitDialogView {
 
     /// False as long as a BootID is not the awaited one, because the board's power has not been switched yet.
     [[nodiscard]] virtual bool countsBootId() const { return true; }
+
+    /// The port was lost, for the reason `why`. Returns how long to try to open it again; nothing to let the
+    /// loss end the wait.
+    [[nodiscard]] virtual std::optional<std::chrono::milliseconds> reopeningLimit(const QString& /*why*/) {
+        return {};
+    }
 };
 
 } // namespace zrk

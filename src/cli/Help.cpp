@@ -43,7 +43,7 @@ std::span<const OptionFacts> allOptions() {
         OptionFacts{"dry-run", 'n', "", "check and print the plan, send nothing"},
         OptionFacts{"timeout", 't', "SECONDS", "limit of the whole run; each limit ends with 4"},
         OptionFacts{"wait", 'w', "SECONDS", "limit for the board's power-on", "load flash"},
-        OptionFacts{"wait-port", 0, "SECONDS", "wait so long for the port to be there", kPortSteps},
+        OptionFacts{"wait-port", 0, "SECONDS", "wait so long for the port, ends with 3", kPortSteps},
         OptionFacts{"start-timeout", 0, "SECONDS", "limit for a program's first output (5)", "start"},
         OptionFacts{"flash-timeout", 0, "SECONDS", "limit between two answers of pg_sibl", "flash"},
         OptionFacts{"expect-timeout", 0, "SECONDS", "limit for expect, which ends with 7", "expect verify"},

@@ -21,7 +21,7 @@ struct Limits {
 
     Limit run;
     Limit wait;     ///< for the board's power-on
-    Limit waitPort; ///< for a port that can be opened
+    Limit waitPort; ///< for a port that can be opened, or opened again before the BootID
     Limit flash;    ///< between two answers of the flash-programming image
     Limit expect;
     Limit script; ///< each wait of a script

@@ -6,10 +6,9 @@
 
 namespace zrk {
 
-PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit,
-                             const QString& command, std::chrono::milliseconds commandLimit)
-    : m_loop(loop), m_output(output), m_limit(limit), m_switch(loop, command, commandLimit),
-      m_timer(loop.createTimer([this] { giveUp(); })) {}
+PowerOnNotice::PowerOnNotice(EventLoop& loop, Output& output, const Limits& limits, const QString& command)
+    : m_loop(loop), m_output(output), m_limit(limits.wait), m_portLimit(limits.waitPort),
+      m_switch(loop, command, limits.onWait), m_timer(loop.createTimer([this] { giveUp(); })) {}
 
 PowerOnNotice::~PowerOnNotice() = default;
 
@@ -33,6 +32,13 @@ void PowerOnNotice::onSwitched(const QString& fault) {
         m_dialog->giveUp(Outcome::PowerNotSwitched);
     else if (m_limit)
         m_timer->start(*m_limit);
+}
+
+std::optional<std::chrono::milliseconds> PowerOnNotice::reopeningLimit(const QString& why) {
+    if (m_portLimit)
+        m_output.notice(QStringLiteral("%1 Waiting for the port to come back, --wait-port %2 s at most.")
+                            .arg(why, secondsText(*m_portLimit)));
+    return m_portLimit;
 }
 
 void PowerOnNotice::hide() {

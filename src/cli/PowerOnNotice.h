@@ -1,6 +1,7 @@
 #pragma once
 
 #include "boot/WaitDialogView.h"
+#include "cli/Options.h"
 #include "cli/PowerSwitch.h"
 #include "platform/EventLoop.h"
 
@@ -17,10 +18,10 @@ class PowerOnNotice final : public WaitDialogView {
   public:
     using TimePoint = EventLoop::TimePoint;
 
-    /// Without a limit the wait ends on the BootID or on a cancel only; with a switch it begins when that has
-    /// ended. The switch runs with the port in ZRK_PORT.
-    PowerOnNotice(EventLoop& loop, Output& output, std::optional<std::chrono::milliseconds> limit,
-                  const QString& command, std::chrono::milliseconds commandLimit);
+    /// Of the limits it uses those for the power-on, for the switch, and for the port. Without one the wait ends
+    /// on the BootID or on a cancel only; with a switch it begins when that has ended. The switch runs with the
+    /// port in ZRK_PORT.
+    PowerOnNotice(EventLoop& loop, Output& output, const Limits& limits, const QString& command);
     ~PowerOnNotice() override;
     PowerOnNotice(const PowerOnNotice&) = delete;
     PowerOnNotice& operator=(const PowerOnNotice&) = delete;
@@ -28,6 +29,7 @@ class PowerOnNotice final : public WaitDialogView {
     void show(WaitDialog& dialog) override;
     void hide() override;
     [[nodiscard]] bool countsBootId() const override { return !m_switch.isRunning(); }
+    [[nodiscard]] std::optional<std::chrono::milliseconds> reopeningLimit(const QString& why) override;
 
     /// Waits, yielding, for a switch that is still under way after the wait for the board has been given up:
     /// to its own limit, or until `end`.
@@ -42,7 +44,8 @@ class PowerOnNotice final : public WaitDialogView {
 
     EventLoop& m_loop;
     Output& m_output;
-    std::optional<std::chrono::milliseconds> m_limit;
+    const Limits::Limit m_limit;
+    const Limits::Limit m_portLimit;
     PowerSwitch m_switch;
     std::unique_ptr<Timer> m_timer;
     WaitDialog* m_dialog = nullptr; ///< the one being shown

@@ -44,7 +44,7 @@ Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop
                  std::shared_ptr<ImageStore> images)
     : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)),
       m_images(std::move(images)), m_loop(loop), m_output(output), m_question(loop),
-      m_messages(output, m_question), m_powerOnNotice(loop, output, options.limits.wait, options.onWait, options.limits.onWait),
+      m_messages(output, m_question), m_powerOnNotice(loop, output, options.limits, options.onWait),
       m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
       m_tracedPorts(loop, m_ports),
       m_loader({loop, m_tracedPorts, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
@@ -198,7 +198,7 @@ ExitStatus Session::awaitPort() {
     }
     m_output.tell(QStringLiteral("--wait-port %1 ran out: %2")
                       .arg(secondsText(*m_options.limits.waitPort), m_loader.operation.failure()));
-    return ExitStatus::NoAnswer;
+    return ExitStatus::PortNotOpened;
 }
 
 ExitStatus Session::runSteps() {

@@ -1,6 +1,7 @@
 #include "script/BoardListener.h"
 
 #include "platform/SecondsText.h"
+#include "serial/PatientOpening.h"
 
 #include <utility>
 
@@ -46,19 +47,7 @@ void BoardListener::expect(const QByteArray& text, Limit limit,
 void BoardListener::openPort(Limit limit) {
     m_link.operation.runMarked([&] {
         const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for the port"));
-        const auto begin = m_link.loop.now();
-        const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
-        while (!m_link.state.CancelRequested) {
-            try {
-                m_link.port.OpenComPort();
-                return Operation::End::Done;
-            } catch (const RuntimeFailure&) {
-                if (!limit || m_link.loop.now() - begin >= *limit)
-                    throw;
-            }
-            m_link.loop.wait();
-        }
-        return Operation::End::Stopped;
+        return openWithin(m_link, limit) ? Operation::End::Done : Operation::End::Stopped;
     });
 }
 

@@ -103,6 +103,39 @@ TEST_F(Waiting, NothingCountsBeforeThePowerIsSwitched) {
     EXPECT_EQ(bench.console().mid(before.size()), "Waiting for BootID .. <0>cancelled!\n" + kAborted);
 }
 
+TEST_F(Waiting, APortThatComesBackIsOpenedAgain) {
+    const struct {
+        std::chrono::seconds gone;
+        bool counts;
+        const char* console;
+        Outcome outcome;
+    } losses[] = {{20s, true, "Waiting for BootID .. x5 .. found!\nSending 'A' .. ", Outcome::Done},
+                  {20s, false, "Waiting for BootID .. x5<0>cancelled!\n", Outcome::LimitReached},
+                  {40s, true, "Waiting for BootID .. x\n--- Cancel download", Outcome::PortNotOpened}};
+    bench.waitDialog.reopening = 30s;
+    for (const auto& loss : losses) {
+        SCOPED_TRACE(loss.console);
+        const QString before = bench.console();
+        bench.waitDialog.counts = loss.counts;
+        loop.after(10s + loss.gone, [this] { port.failsToOpen = false; });
+        loop.after(60s, [this] { port.receive("5"); });
+        loop.after(70s, [this, counts = loss.counts] {
+            if (!counts)
+                bench.waitDialog.open->giveUp(Outcome::LimitReached);
+        });
+        loop.after(10s, [this] {
+            port.receive("x");
+            port.failsToOpen = true;
+            port.hangUp();
+        });
+        loader.bringUp.cmdStartPrimary_Click();
+        EXPECT_TRUE(bench.console().mid(before.size()).startsWith(loss.console))
+            << bench.console().toStdString();
+        EXPECT_EQ(loader.operation.outcome(), loss.outcome);
+        port.failsToOpen = false;
+    }
+}
+
 TEST_F(Waiting, DebugSendMutesTheProtocolsAndDoublesTheirInterval) {
     port.steps = {{"", ""}, {"4", "5"}};
     startAnd([](zrk::WaitDialog& dialog) { dialog.cmdOut_Click(); });

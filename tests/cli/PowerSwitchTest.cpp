@@ -48,6 +48,19 @@ TEST_F(OnWait, NoBootIdCountsBeforeTheCommandHasEnded) {
     EXPECT_TRUE(run.error().contains("\nswitched " + board.device().toLatin1() + '\n'));
 }
 
+/// The adapter of such a board vanishes with its power.
+TEST_F(OnWait, MayTakeThePortAwayAndBringItBack) {
+    const QString link = images.file("link");
+    BoardProcess fed("--verbose --unpaced --patience 0 --fault bootid=none --faulty-runs 1 --bootid-interval 5 --link " +
+                     link);
+    CliRun run(images.on(link, "--line-rate 0 --wait-port 600 --start-timeout 600 load start expect zrk>"));
+    ASSERT_TRUE(run.waitFor(QProcess::StandardOutput, "Waiting for BootID .. "));
+    fed.signal(SIGUSR2);
+    EXPECT_EQ(run.status(), 0) << run.error().toStdString();
+    EXPECT_TRUE(run.error().contains("Waiting for the port to come back, --wait-port 600 s at most."))
+        << run.error().toStdString();
+}
+
 TEST_F(OnWait, ACommandThatFailsEndsTheBoard) {
     const struct {
         const char* command;

@@ -90,7 +90,7 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
         {"--fault ack-data=none", "flash --flash-timeout @", 4,
          "--flash-timeout ran out: No answer within @ s. The board programs"},
         {"--fault bootid=none", "load --timeout @", 4, "longer than --timeout @. It was at: "},
-        {"", "load --wait-port @ --port /nonexistent", 4, "--wait-port @ ran out"},
+        {"", "load --wait-port @ --port /nonexistent", 3, "--wait-port @ ran out"},
         {"", "load --wait-port 600 --timeout @ --port /nonexistent", 4, "longer than --timeout @. It was at"},
         {"", "load start expect zrk> verify \"md %a %n\"", 5, "the board does not confirm CRC-32 "},
         {"--fault R=wrong:0x00", "load", 5, "Expected 'R' (0x52), got 0x00. Cycle the power and start over"},

@@ -51,7 +51,11 @@ class FakeWaitDialog final : public zrk::WaitDialogView {
     zrk::WaitDialog* open = nullptr;
     int timesShown = 0;
     bool counts = true;
+    std::optional<std::chrono::milliseconds> reopening = {};
 
+    [[nodiscard]] std::optional<std::chrono::milliseconds> reopeningLimit(const QString&) override {
+        return reopening;
+    }
     [[nodiscard]] bool countsBootId() const override { return counts; }
     void show(zrk::WaitDialog& dialog) override {
         open = &dialog;
