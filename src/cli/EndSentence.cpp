@@ -5,6 +5,7 @@
 #include "loader/Loader.h"
 #include "machine/NetworkMessages.h"
 #include "machine/PortMessages.h"
+#include "machine/SystemPorts.h"
 #include "serial/OutcomeSentence.h"
 
 namespace zrk {
@@ -38,6 +39,11 @@ bool isUnheard(Outcome outcome) {
            outcome == Outcome::WrongAnswer;
 }
 
+QString portNameOf(const Loader& loader) {
+    const int number = loader.port.CommPort();
+    return port_messages::portName(number, loader.port.deviceName(number));
+}
+
 /// What most likely is the matter; "" when that is unknown.
 QString hintOn(const Loader& loader, const StepFacts& step) {
     const Outcome outcome = loader.operation.outcome();
@@ -45,6 +51,8 @@ QString hintOn(const Loader& loader, const StepFacts& step) {
     if (!isUnheard(outcome))
         return {};
     if (QString hint = network_messages::telnetHint(loader.port.openedDevice(), received); !hint.isEmpty())
+        return hint;
+    if (QString hint = otherUserHint(loader); !hint.isEmpty())
         return hint;
     if (step.commandsPrimaryBoot || step.awaitsProgram) {
         const QString hint = bootRomHint(received);
@@ -54,11 +62,15 @@ QString hintOn(const Loader& loader, const StepFacts& step) {
     }
     if (step.awaitsProgram || step.ownsStreams)
         return {}; // what a program says is its own
-    const int number = loader.port.CommPort();
-    return boardHint(outcome, received, port_messages::portName(number, loader.port.deviceName(number)));
+    return boardHint(outcome, received, portNameOf(loader));
 }
 
 } // namespace
+
+QString otherUserHint(const Loader& loader) {
+    const QString user = otherUserOf(loader.port.openedDevice());
+    return user.isEmpty() ? QString() : port_messages::alsoUsed(portNameOf(loader), user);
+}
 
 QString endSentence(const Loader& loader, const StepFacts& step) {
     const Outcome outcome = loader.operation.outcome();

@@ -11,4 +11,7 @@ struct StepFacts;
 /// failed with the loader's last operation. "" when a message box or the step has told it all.
 [[nodiscard]] QString endSentence(const Loader& loader, const StepFacts& step);
 
+/// That another program has the port open as well; "" when none is seen.
+[[nodiscard]] QString otherUserHint(const Loader& loader);
+
 } // namespace zrk

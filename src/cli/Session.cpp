@@ -254,7 +254,9 @@ ExitStatus Session::letOutLastBytes() {
         return ExitStatus::Cancelled;
     if (gone)
         return ExitStatus::Done;
-    m_output.tell(QStringLiteral("The last bytes did not leave the port; check the cable and the board."));
+    const QString hint = otherUserHint(m_loader);
+    m_output.tell(QStringLiteral("The last bytes did not leave the port; %1")
+                      .arg(hint.isEmpty() ? QStringLiteral("check the cable and the board.") : hint));
     return ExitStatus::PortLost;
 }
 

@@ -32,7 +32,9 @@ std::unique_ptr<SerialPort> openNative(EventLoop& loop, const QString& device, c
                                        Handshaking handshaking) {
     auto driver = std::make_unique<PortDriver>(loop, port, limits);
     auto native = std::make_unique<NativePort>(driver->io());
-    const OpenResult result = native->open(device.toLocal8Bit().toStdString());
+    OpenResult result = native->open(device.toLocal8Bit().toStdString());
+    if (result.fault == OpenFault::InUse)
+        result.user = otherUserOf(device).toStdString();
     if (result.fault != OpenFault::None)
         refuseToOpen(port_messages::cannotOpen(port, result));
     if (!native->applySettings(settings))
@@ -82,7 +84,13 @@ std::optional<bool> MachinePorts::isThere(int number) const {
 }
 
 QString MachinePorts::notice(int number) const {
-    return m_names.isFallback(number) ? port_messages::fallback(number, m_names.device(number)) : QString();
+    const QString device = m_names.device(number);
+    QStringList notices;
+    if (m_names.isFallback(number))
+        notices += port_messages::fallback(number, device);
+    if (const QString user = otherUserOf(device); !user.isEmpty())
+        notices += port_messages::alsoUsed(port_messages::portName(number, device), user);
+    return notices.join(QLatin1Char(' '));
 }
 
 void MachinePorts::giveUp() {

@@ -21,6 +21,7 @@ struct OpenResult {
     OpenFault fault = OpenFault::None;
     /// The system's own words, for Scarce and Other; of InUse whose terminal it is, or "".
     std::string reason{};
+    std::string user{};  ///< of InUse: the program that has it open, "" when not known
     std::string group{}; ///< of PermissionDenied: whose members may use the device, "" if nobody's
 };
 

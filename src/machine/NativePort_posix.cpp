@@ -48,7 +48,7 @@ OpenResult openFailure(int error, const std::string& device) {
         return {OpenFault::InUse};
     case EACCES:
     case EPERM:
-        return {OpenFault::PermissionDenied, {}, groupWithAccess(device)};
+        return {OpenFault::PermissionDenied, {}, {}, groupWithAccess(device)};
     case ENOTTY:
     case EISDIR:
         return {OpenFault::NotASerialPort};

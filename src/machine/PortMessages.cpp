@@ -35,6 +35,9 @@ QString whyAndWhatToDo(const OpenResult& result) {
         if (!result.reason.empty())
             return QStringLiteral("it is the terminal of %1. Choose the board's port, or end that program.")
                 .arg(printableText(QString::fromLocal8Bit(result.reason)));
+        if (!result.user.empty())
+            return QStringLiteral("the device is in use by %1. Close that program and try again.")
+                .arg(printableText(QString::fromStdString(result.user)));
         return QStringLiteral("the device is in use. Close the program that uses it and try again.");
     case OpenFault::PermissionDenied:
         return permissionDenied(QString::fromLocal8Bit(result.group));
@@ -77,6 +80,12 @@ QString fallback(int number, const QString& device) {
     adapters.removeAll(device);
     return QStringLiteral("COM%1 is the built-in port %2, since no adapter (%3) is there.")
         .arg(QString::number(number), device, adapters.join(QStringLiteral(", ")));
+}
+
+QString alsoUsed(const QString& port, const QString& user) {
+    return QStringLiteral("%1 is also in use by %2, and each byte from the board reaches only one of the two. "
+                          "End that program, or choose another port.")
+        .arg(port, printableText(user));
 }
 
 QString badName(int number, const QString& problem) {

@@ -19,6 +19,8 @@ namespace port_messages {
 [[nodiscard]] QString noDevice(int number);
 /// Before it is opened: the number stands for the machine's own port, since no adapter is there.
 [[nodiscard]] QString fallback(int number, const QString& device);
+/// Another program has it open as well.
+[[nodiscard]] QString alsoUsed(const QString& port, const QString& user);
 /// `problem` is a sentence that begins with the name.
 [[nodiscard]] QString badName(int number, const QString& problem);
 [[nodiscard]] QString cannotOpen(const QString& port, const OpenResult& result);

@@ -25,6 +25,10 @@ struct PortPlaces {
 /// Fills in what the system tells about each entry's device: stable name, there, permitted, free.
 void inspectPorts(std::vector<PortEntry>& ports, const PortPlaces& places);
 
+/// Another program that has the device open or has locked it, as far as this user may see it: "socat (4711)".
+/// "" for none, and for a port on the network.
+[[nodiscard]] QString otherUserOf(const QString& device, const PortPlaces& places = {});
+
 /// True when the device, a port of this machine, is there.
 [[nodiscard]] bool isInstalled(const QString& device);
 

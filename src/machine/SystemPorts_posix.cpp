@@ -45,9 +45,13 @@ void tellAdapter(PortEntry& port, QString folder) {
     port.usbId = attribute("idVendor") + QLatin1Char(':') + attribute("idProduct");
 }
 
+bool isThisProcess(const QString& number) {
+    return number == QString::number(QCoreApplication::applicationPid());
+}
+
 /// "minicom (4711)"; "" when there is no such process any more.
 QString processNamed(const QString& number, const PortPlaces& places) {
-    if (number == QString::number(QCoreApplication::applicationPid()))
+    if (isThisProcess(number))
         return QStringLiteral("this program");
     const QString folder = places.processes + QLatin1Char('/') + number;
     if (!QFileInfo::exists(folder))
@@ -67,7 +71,7 @@ std::vector<QString> openFiles(const QString& process) {
     return files;
 }
 
-/// Which of the devices are open, and the number of the process.
+/// Which of the devices are open, and the number of the process; preferably another one than this.
 QHash<QString, QString> openDevices(const QHash<QString, QString>& devices, const PortPlaces& places) {
     QHash<QString, QString> users;
     const QStringList numbers = QDir(places.processes).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
@@ -80,7 +84,8 @@ QHash<QString, QString> openDevices(const QHash<QString, QString>& devices, cons
             return file.endsWith(QLatin1String("/ptmx"));
         });
         for (const QString& file : files) {
-            if (devices.contains(file) && !(makesTerminals && file.startsWith(QLatin1String("/dev/pts/"))))
+            const bool isFarEnd = makesTerminals && file.startsWith(QLatin1String("/dev/pts/"));
+            if (devices.contains(file) && !isFarEnd && !(users.contains(file) && isThisProcess(number)))
                 users.insert(file, number);
         }
     }
@@ -97,6 +102,15 @@ QString lockHolder(const QString& device, const PortPlaces& places) {
     const QString number = QString::fromLatin1(lock.readLine(kLongestNumber)).simplified();
     bool isNumber = false;
     return number.toInt(&isNumber) > 0 && isNumber ? processNamed(number, places) : QString();
+}
+
+/// The process that uses the device, preferably another one than this; "" for none.
+QString userAmong(const QString& device, const QHash<QString, QString>& users, const PortPlaces& places) {
+    const QString number = users.value(device);
+    if (!number.isEmpty() && !isThisProcess(number))
+        return processNamed(number, places);
+    const QString holder = lockHolder(device, places);
+    return holder.isEmpty() && !number.isEmpty() ? processNamed(number, places) : holder;
 }
 
 } // namespace
@@ -144,10 +158,17 @@ void inspectPorts(std::vector<PortEntry>& ports, const PortPlaces& places) {
             continue;
         port.isPermitted = places.isPermitted(device);
         port.group = QFileInfo(device).group();
-        port.user =
-            users.contains(device) ? processNamed(users.value(device), places) : lockHolder(device, places);
+        port.user = userAmong(device, users, places);
         port.isFree = port.user.isEmpty();
     }
+}
+
+QString otherUserOf(const QString& device, const PortPlaces& places) {
+    const QString real = QFileInfo(device).canonicalFilePath();
+    if (real.isEmpty())
+        return {};
+    const QString user = userAmong(real, openDevices({{real, {}}}, places), places);
+    return user == processNamed(QString::number(QCoreApplication::applicationPid()), places) ? QString() : user;
 }
 
 bool isInstalled(const QString& device) {

@@ -173,6 +173,10 @@ void inspectPorts(std::vector<PortEntry>& ports, const PortPlaces& places) {
     }
 }
 
+QString otherUserOf(const QString& /*device*/, const PortPlaces& /*places*/) {
+    return {};
+}
+
 bool isInstalled(const QString& device) {
     std::array<wchar_t, MAX_PATH> target{};
     return QueryDosDeviceW(comName(device).toStdWString().c_str(), target.data(),

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/file.h>
+
 namespace {
 
 /// A pseudo-terminal that this test has open, a device that is not there, and a port on the network.
@@ -35,6 +37,17 @@ TEST(Ports, AreListedForPeopleScriptsAndPrograms) {
 )";
     EXPECT_TRUE(events.contains(expected.arg(board.device(), QString::fromStdString(user))))
         << events.toStdString();
+
+    CliRun run("--port " + board.device() + " expect never --expect-timeout 0.1");
+    EXPECT_EQ(run.status(), 7);
+    const QByteArray shared = "COM1 (" + board.device().toLatin1() + ") is also in use by " + user.c_str() + ", and each";
+    EXPECT_TRUE(run.output().contains("--- " + shared)) << run.output().toStdString();
+    EXPECT_TRUE(run.error().contains(shared)) << run.error().toStdString();
+    ASSERT_EQ(::flock(terminal.handle(), LOCK_EX), 0);
+    CliRun refused("--port " + board.device() + " expect never");
+    EXPECT_EQ(refused.status(), 3);
+    EXPECT_TRUE(refused.error().contains(QByteArray("the device is in use by ") + user.c_str() + ". Close that program"))
+        << refused.error().toStdString();
 }
 
 } // namespace

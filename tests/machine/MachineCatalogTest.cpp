@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zrk {
 namespace {
@@ -34,14 +35,22 @@ struct FakeSystem {
     }
     [[nodiscard]] QString path(const QString& name) const { return folder.filePath(name); }
 
+    [[nodiscard]] PortPlaces places() const {
+        PortPlaces places{path("sys/tty"), path("dev"), path("by-id"), path("proc"), path("lock")};
+        places.isPermitted = [this](const QString& device) { return device != path("dev/ttyUSB0"); };
+        return places;
+    }
+    /// Another user of the second adapter.
+    [[nodiscard]] std::string other() const {
+        return otherUserOf(path("by-id/usb-B6"), places()).toStdString();
+    }
+
     /// What a user is told about all ports: a line each, "~" for the folder.
     [[nodiscard]] std::string told(const PortNames::Overrides& named) const {
         const PortNames names(named, {[](const QString&) { return QString(); },
                                       [](const QString& device) { return device.startsWith("/dev/ttyS"); }});
-        PortPlaces places{path("sys/tty"), path("dev"), path("by-id"), path("proc"), path("lock")};
-        places.isPermitted = [this](const QString& device) { return device != path("dev/ttyUSB0"); };
         QString all;
-        for (PortEntry port : MachineCatalog(names, {}, places).ports()) {
+        for (PortEntry port : MachineCatalog(names, {}, places()).ports()) {
             port.group = QStringLiteral("dialout"); // the files belong to whoever runs the test
             all += describe(port).join(QStringLiteral(" | ")) + '\n';
         }
@@ -75,11 +84,19 @@ TEST(MachineCatalog, ListsPortsWithHardwareAndPortsWithANameAndTellsWhoUsesThem)
                   "~/by-id/usb-A5 | ~/dev/ttyUSB0 | serial number A5, USB 0403:6001 | free | "
                   "no permission: add yourself to the group dialout and log in again\n"
                   "rfc2217:rack:2217 | COM4 | on the network; whether it is there shows when it is opened\n");
+    EXPECT_EQ(system.other(), "minicom (4711)");
+    const QString own = QStringLiteral("proc/%1/fd/4").arg(::getpid());
+    system.link(own, "dev/ttyUSB1");
+    EXPECT_EQ(system.told(named).find(b6 + "in use by minicom (4711)\n"), 0U);
+    EXPECT_EQ(system.other(), "minicom (4711)");
     // The lock of a dead process stays behind; then one with that number lives.
     EXPECT_TRUE(QFile::remove(system.path("proc/4711/fd/3")));
     system.write("lock/LCK..ttyUSB1", "      4713\n");
-    EXPECT_EQ(system.told(named).find(b6 + "free\n"), 0U);
+    EXPECT_EQ(system.told(named).find(b6 + "in use by this program\n"), 0U);
+    EXPECT_EQ(system.other(), "");
     system.write("proc/4713/comm", "picocom\n");
+    EXPECT_EQ(system.other(), "picocom (4713)"); // although this program has it open
+    EXPECT_TRUE(QFile::remove(system.path(own)));
     EXPECT_EQ(system.told(named).find(b6 + "in use by picocom (4713)\n"), 0U);
     // Any account may put a pipe there, or a link to one.
     const QString lock = system.path("lock/LCK..ttyUSB1");
