@@ -47,13 +47,17 @@ QString portNameOf(const Loader& loader) {
 /// What most likely is the matter; "" when that is unknown.
 QString hintOn(const Loader& loader, const StepFacts& step) {
     const Outcome outcome = loader.operation.outcome();
-    const QByteArray& received = loader.port.lastReceived();
-    if (!isUnheard(outcome))
+    if (!isUnheard(outcome) && outcome != Outcome::Refused)
         return {};
-    if (QString hint = network_messages::telnetHint(loader.port.openedDevice(), received); !hint.isEmpty())
+    if (QString hint =
+            network_messages::telnetHint(loader.port.openedDevice(), loader.port.firstReceived());
+        !hint.isEmpty())
         return hint;
     if (QString hint = otherUserHint(loader); !hint.isEmpty())
         return hint;
+    if (!isUnheard(outcome))
+        return {};
+    const QByteArray& received = loader.port.lastReceived();
     if (step.commandsPrimaryBoot || step.awaitsProgram) {
         const QString hint = bootRomHint(received);
         // The step start has told it by itself.

@@ -12,6 +12,7 @@ namespace {
 
 constexpr qsizetype kAll = std::numeric_limits<qsizetype>::max();
 constexpr qsizetype kRemembered = 512;
+constexpr qsizetype kFirst = 3;
 
 } // namespace
 
@@ -41,6 +42,7 @@ void ComPort::OpenComPort() {
     if (m_handshaking != asked) // by a click in the meantime
         m_open->setHandshaking(m_handshaking);
     m_openedDevice = m_ports.deviceName(m_commPort);
+    m_firstReceived.clear();
     m_lastReceived.clear();
     m_controls.lblState.Caption = QStringLiteral("Open...");
     m_controls.cmbComPort.ListIndex = selected; // whatever was chosen while it was being opened
@@ -91,6 +93,7 @@ qsizetype ComPort::InBufferCount() {
 
 QByteArray ComPort::takeFromDevice(qsizetype most) {
     QByteArray taken = opened().read(most);
+    m_firstReceived += taken.left(kFirst - m_firstReceived.size());
     m_lastReceived += taken;
     if (m_lastReceived.size() > 2 * kRemembered) // so that not every byte moves all the others
         m_lastReceived = m_lastReceived.right(kRemembered);

@@ -47,6 +47,9 @@ class ComPort {
     /// explain a failure; kept after the port is closed.
     [[nodiscard]] const QByteArray& lastReceived() const { return m_lastReceived; }
 
+    /// The first bytes that it sent since then, 3 at most.
+    [[nodiscard]] const QByteArray& firstReceived() const { return m_firstReceived; }
+
     /// Gives back what was read last, to be read again first; gone when the port is closed.
     void putBack(const QByteArray& bytes) { m_putBack.prepend(bytes); }
 
@@ -98,6 +101,7 @@ class ComPort {
     Controls& m_controls;
     std::unique_ptr<SerialPort> m_open; ///< null while the port is closed
     QByteArray m_putBack;               ///< received, read and given back
+    QByteArray m_firstReceived;
     QByteArray m_lastReceived;
     LineErrors m_errorsBefore;              ///< the device's count when counting began
     std::optional<LineErrors> m_errorsKept; ///< what had come by the time the port was closed

@@ -30,6 +30,15 @@ TEST_F(TransportTest, EveryByteValueIsOneCharacterBothWays) {
     EXPECT_EQ(port.written, all);
 }
 
+TEST_F(TransportTest, TheFirstBytesAreKept) {
+    for (const QByteArray& piece : {hex("FF FB"), hex("01") + QByteArray(5000, 'x')}) {
+        port.receive(piece);
+        EXPECT_EQ(loader.port.receive(), piece);
+    }
+    EXPECT_EQ(loader.port.firstReceived(), hex("FF FB 01"));
+    EXPECT_LT(loader.port.lastReceived().size(), 1100);
+}
+
 TEST_F(TransportTest, ReadCharYieldsFirstAndACancelWinsOverWaitingData) {
     int turns = 0;
     port.receive("ab");
