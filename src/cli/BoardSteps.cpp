@@ -5,6 +5,7 @@
 #include "cli/Plan.h"
 #include "cli/UsageError.h"
 #include "loader/Loader.h"
+#include "machine/PortMessages.h"
 
 namespace zrk {
 
@@ -59,6 +60,26 @@ ExitStatus start(const StepRun& run) {
         return status;
     run.loader.listener.awaitProgram(run.options.limits.start);
     return toldEnd(run, "--start-timeout");
+}
+
+void requireForReset(const Plan& plan, const QString& /*argument*/) {
+    if (plan.holdsDtr())
+        throw UsageError(QStringLiteral("The step reset switches DTR off and on, which --dtr holds. Leave out one of the two."));
+}
+
+ExitStatus reset(const StepRun& run) {
+    Loader& loader = run.loader;
+    loader.operation.runMarked([&loader] {
+        loader.port.OpenComPort();
+        if (!loader.keys.switchDtrOffAndOn()) {
+            const int number = loader.port.CommPort();
+            throw RuntimeFailure(
+                FailureKind::PortNotOpened,
+                port_messages::noDtr(port_messages::portName(number, loader.port.deviceName(number))));
+        }
+        return loader.state.CancelRequested ? Operation::End::Stopped : Operation::End::Done;
+    });
+    return toldEnd(run);
 }
 
 ExitStatus check(const StepRun& run) {

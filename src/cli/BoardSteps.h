@@ -17,6 +17,10 @@ void requireForDownload(const Plan& plan, const QString& argument);
 void requireForStart(const Plan& plan, const QString& argument);
 [[nodiscard]] ExitStatus start(const StepRun& run);
 
+/// Would do nothing where DTR is held.
+void requireForReset(const Plan& plan, const QString& argument);
+[[nodiscard]] ExitStatus reset(const StepRun& run);
+
 [[nodiscard]] ExitStatus check(const StepRun& run);
 
 void requireForFlash(const Plan& plan, const QString& argument);

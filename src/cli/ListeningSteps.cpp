@@ -25,12 +25,16 @@ void requireText(const Plan& /*plan*/, const QString& argument) {
 }
 
 ExitStatus expect(const StepRun& run) {
+    QList<QByteArray> unwanted;
+    for (const QString& text : run.options.unwanted)
+        unwanted += text.toLocal8Bit();
     run.loader.listener.expect(run.argument.toLocal8Bit(), run.options.limits.expect,
                                [&run](const QByteArray& heard) {
                                    run.output.board(heard);
                                    if (run.output.printer().wasLost()) // nobody reads it any more
                                        run.loader.state.requestStop(Outcome::Internal);
-                               });
+                               },
+                               unwanted);
     return notSeen(run, toldEnd(run, "--expect-timeout"));
 }
 

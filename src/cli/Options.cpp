@@ -176,6 +176,23 @@ PrintStyle readStyle(const QCommandLineParser& parser) {
     return style;
 }
 
+/// A line of the port that is held while it is open. A raw port on the network has none.
+std::optional<bool> readLine(const QCommandLineParser& parser, const char* name, const CliOptions& options) {
+    if (!parser.isSet(text(name)))
+        return {};
+    const QString value = parser.value(text(name));
+    if (value != QLatin1String("on") && value != QLatin1String("off"))
+        throw UsageError(QStringLiteral("--%1 %2: say on or off.").arg(text(name), value));
+    const QString own = PortNames(options.program.ports).device(options.program.portNumber);
+    for (const QString& device : options.ports.isEmpty() ? QStringList(own) : options.ports) {
+        if (device.startsWith(QLatin1String("tcp:"), Qt::CaseInsensitive))
+            throw UsageError(QStringLiteral("--%1: %2 is a raw port, on which no line can be switched. Use "
+                                            "rfc2217: if the server speaks that.")
+                                 .arg(text(name), device));
+    }
+    return value == QLatin1String("on");
+}
+
 /// The command itself is the shell's: only that knows what it means.
 void requireCommand(const QCommandLineParser& parser, const QString& command) {
     const bool isSet = parser.isSet(QStringLiteral("on-wait"));
@@ -208,6 +225,11 @@ CliOptions read(const QCommandLineParser& parser) {
             options.slotValues[i] = givenValue(parser, text(kSlots[i].option), QStringLiteral("a file name"));
         options.onWait = givenValue(parser, QStringLiteral("on-wait"), QStringLiteral("a command"));
         requireCommand(parser, options.onWait);
+        options.dtr = readLine(parser, "dtr", options);
+        options.rts = readLine(parser, "rts", options);
+        options.unwanted = parser.values(QStringLiteral("not"));
+        if (options.unwanted.contains(QString()))
+            throw UsageError(QStringLiteral("--not needs a text that is not empty."));
         options.traceFile = givenValue(parser, QStringLiteral("trace"), QStringLiteral("a file name"));
         options.logFolder = givenValue(parser, QStringLiteral("log"), QStringLiteral("a folder"));
     } catch (const RuntimeFailure& failure) {

@@ -13,8 +13,8 @@ struct Loader;
 class Plan {
   public:
     /// All of it has to outlive the plan; `ini` is where the slots' presets were looked for.
-    Plan(Loader& loader, const StepList& steps, const IniChoice& ini)
-        : m_loader(loader), m_steps(steps), m_ini(ini) {}
+    Plan(Loader& loader, const StepList& steps, const IniChoice& ini, bool holdsDtr)
+        : m_loader(loader), m_steps(steps), m_ini(ini), m_holdsDtr(holdsDtr) {}
 
     /// Throws UsageError for whatever can be found wrong before anything is sent. A selected slot whose
     /// address the entry rule had to change and that no step uses is left out, so that it stops none.
@@ -44,6 +44,8 @@ class Plan {
     /// True when an option or the INI file names a file for the slot, be it there or not.
     [[nodiscard]] bool isNamed(int slot) const;
 
+    [[nodiscard]] bool holdsDtr() const { return m_holdsDtr; }
+
     /// Throws UsageError, which says how to give one, when the slot has no file.
     void requireFile(int slot) const;
 
@@ -57,6 +59,7 @@ class Plan {
     const StepList& m_steps;
     StepList::const_iterator m_checked = m_steps.cbegin(); ///< the step whose `require` is asked
     const IniChoice& m_ini;
+    bool m_holdsDtr; ///< while the port is open
 };
 
 } // namespace zrk

@@ -45,11 +45,11 @@ Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop
     : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)),
       m_images(std::move(images)), m_loop(loop), m_output(output), m_question(loop),
       m_messages(output, m_question), m_powerOnNotice(loop, output, options.limits, options.onWait),
-      m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate}),
+      m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate, .dtr = options.dtr, .rts = options.rts}),
       m_tracedPorts(loop, m_ports),
       m_loader({loop, m_tracedPorts, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
       m_progress(m_loader, output, m_messages), m_sent(m_loader, output),
-      m_plan(m_loader, m_options.steps, m_ini), m_runTimer(loop.createTimer([this] { runOut(); })) {
+      m_plan(m_loader, m_options.steps, m_ini, options.dtr.has_value()), m_runTimer(loop.createTimer([this] { runOut(); })) {
     m_loader.transfer.readThrough(m_images);
 }
 

@@ -38,6 +38,8 @@ std::span<const StepFacts> allSteps() {
         {.name = "start", .help = "start the secondary executable; only an expect or\n"
                                   "                             a script behind it can tell whether it runs",
          .usesPort = true, .commandsPrimaryBoot = true, .require = requireForStart, .run = start},
+        {.name = "reset", .help = "pulse DTR, which resets boards that hang on it",
+         .usesPort = true, .require = requireForReset, .run = reset},
         {.name = "check", .help = "check the SDRAM addresses and print their list",
          .checksAddresses = true, .require = requireNothing, .run = check},
         {.name = "flash", .help = "program the flash image into the NAND flash",

@@ -39,6 +39,8 @@ std::unique_ptr<SerialPort> openNative(EventLoop& loop, const QString& device, c
         refuseToOpen(port_messages::cannotOpen(port, result));
     if (!native->applySettings(settings))
         refuseToOpen(port_messages::settingsRefused(port, settings));
+    if (!native->holdLines(settings))
+        refuseToOpen(port_messages::noModemLine(port));
     driver->start(std::move(native));
     driver->serve(handshaking);
     return driver;
@@ -52,8 +54,11 @@ MachinePorts::MachinePorts(EventLoop& loop, PortNames names)
 MachinePorts::MachinePorts(EventLoop& loop, PortNames names, Options options)
     : m_loop(loop), m_names(std::move(names)), m_options(options) {}
 
-std::unique_ptr<SerialPort> MachinePorts::open(int number, const LineSettings& settings,
+std::unique_ptr<SerialPort> MachinePorts::open(int number, const LineSettings& asked,
                                                Handshaking handshaking) {
+    LineSettings settings = asked;
+    settings.dtr = m_options.dtr;
+    settings.rts = m_options.rts;
     if (number < PortNames::kLowest || number > PortNames::kHighest)
         refuseToOpen(port_messages::noSuchNumber(number));
     const QString device = m_names.device(number);

@@ -24,6 +24,9 @@ class MachinePorts final : public SerialPorts {
         /// Bytes a second that the line carries, 0 for a port that is no line; without it what the line
         /// settings make of it.
         std::optional<std::uint32_t> lineRate{};
+        /// To hold while a port is open, see LineSettings.
+        std::optional<bool> dtr{};
+        std::optional<bool> rts{};
     };
 
     MachinePorts(EventLoop& loop, PortNames names);

@@ -42,6 +42,9 @@ class NativePort final : public PortDevice {
     /// False when the device refuses one of them.
     [[nodiscard]] bool applySettings(const LineSettings& settings);
 
+    /// Switches DTR and RTS as the settings ask for it. False when the device has no such line.
+    [[nodiscard]] bool holdLines(const LineSettings& settings) noexcept;
+
     /// Drops what the driver has not sent yet, so that it never waits for a line that is stopped.
     void close() noexcept;
 

@@ -78,6 +78,10 @@ void makeRaw(termios& line) {
     line.c_cc[VTIME] = 0;
 }
 
+bool switchLine(int handle, int line, bool on) noexcept {
+    return ::ioctl(handle, on ? TIOCMBIS : TIOCMBIC, &line) == 0;
+}
+
 } // namespace
 
 OpenResult NativePort::open(const std::string& device) {
@@ -161,8 +165,12 @@ bool NativePort::setXonXoff(bool on) noexcept {
 }
 
 bool NativePort::setDtr(bool on) noexcept {
-    const int dtr = TIOCM_DTR;
-    return ::ioctl(m_handle, on ? TIOCMBIS : TIOCMBIC, &dtr) == 0;
+    return switchLine(m_handle, TIOCM_DTR, on);
+}
+
+bool NativePort::holdLines(const LineSettings& settings) noexcept {
+    return (!settings.dtr || setDtr(*settings.dtr)) &&
+           (!settings.rts || switchLine(m_handle, TIOCM_RTS, *settings.rts));
 }
 
 std::size_t NativePort::unsentBytes() const noexcept {

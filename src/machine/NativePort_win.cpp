@@ -183,6 +183,17 @@ bool NativePort::setDtr(bool on) noexcept {
         m_handle, [on](DCB& line) { line.fDtrControl = on ? DTR_CONTROL_ENABLE : DTR_CONTROL_DISABLE; });
 }
 
+bool NativePort::holdLines(const LineSettings& settings) noexcept {
+    if (settings.dtr && !setDtr(*settings.dtr))
+        return false;
+    if (!settings.rts)
+        return true;
+    const bool on = *settings.rts;
+    return ::EscapeCommFunction(m_handle, on ? SETRTS : CLRRTS) && changeSettings(m_handle, [on](DCB& line) {
+               line.fRtsControl = on ? RTS_CONTROL_ENABLE : RTS_CONTROL_DISABLE;
+           });
+}
+
 std::size_t NativePort::unsentBytes() const noexcept {
     COMSTAT state = {};
     return noteErrors(m_handle, state, m_seen) ? state.cbOutQue : 0;

@@ -233,7 +233,7 @@ bool NetworkPort::setDtr(bool on) {
             m_rfc2217->setDtr(on);
             flush();
         });
-    return true;
+    return m_rfc2217.has_value();
 }
 
 std::size_t NetworkPort::unsentBytes() const noexcept {

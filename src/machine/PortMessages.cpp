@@ -105,6 +105,16 @@ QString settingsRefused(const QString& port, const LineSettings& settings) {
         .arg(settings.stopBits);
 }
 
+QString noModemLine(const QString& port) {
+    return QStringLiteral("Cannot open %1: the device cannot switch DTR or RTS. Use another adapter, or leave out "
+                          "--dtr and --rts.")
+        .arg(port);
+}
+
+QString noDtr(const QString& port) {
+    return QStringLiteral("%1 has no DTR to be pulsed. Use another adapter, or a server with RFC 2217.").arg(port);
+}
+
 QString gone(const QString& port, const QString& reason) {
     return QStringLiteral("%1 is gone: %2. Plug the adapter in again and start over.")
         .arg(port, withinSentence(reason));

@@ -25,6 +25,8 @@ namespace port_messages {
 [[nodiscard]] QString badName(int number, const QString& problem);
 [[nodiscard]] QString cannotOpen(const QString& port, const OpenResult& result);
 [[nodiscard]] QString settingsRefused(const QString& port, const LineSettings& settings);
+[[nodiscard]] QString noModemLine(const QString& port);
+[[nodiscard]] QString noDtr(const QString& port);
 [[nodiscard]] QString gone(const QString& port, const QString& reason);
 [[nodiscard]] QString stalled(const QString& port, std::chrono::milliseconds limit);
 

@@ -13,7 +13,8 @@ namespace {
 //   2  data size           1    5 to 8
 //   3  parity              1    1 none, 2 odd, 3 even
 //   4  stop size           1    1, 2
-//   5  control             1    1 no flow control, 2 XON/XOFF; 8 DTR on, 9 DTR off; 14, 15 as 1, 2 inbound
+//   5  control             1    1 no flow control, 2 XON/XOFF; 8 DTR on, 9 DTR off; 11 RTS on, 12 RTS off;
+//                               14, 15 as 1, 2 inbound
 //   10 line state mask     1    what is told unasked: 0 nothing
 //   11 modem state mask    1    the same
 //   12 purge               1    1 what was received
@@ -33,6 +34,8 @@ constexpr std::uint32_t kXonXoff = 2;
 constexpr std::uint32_t kHardwareFlow = 3;
 constexpr std::uint32_t kDtrOn = 8;
 constexpr std::uint32_t kDtrOff = 9;
+constexpr std::uint32_t kRtsOn = 11;
+constexpr std::uint32_t kRtsOff = 12;
 constexpr std::uint32_t kPurgeReceived = 1;
 
 constexpr std::uint8_t kBinary = 0;
@@ -138,6 +141,10 @@ void Rfc2217::askForAll() {
     command(kLineStateMask, 0);
     command(kModemStateMask, 0);
     command(kPurge, kPurgeReceived);
+    if (m_settings.dtr)
+        setDtr(*m_settings.dtr);
+    if (m_settings.rts)
+        ask(kControl, m_rts, *m_settings.rts ? kRtsOn : kRtsOff);
     ask(kBaudRate, m_line[0], static_cast<std::uint32_t>(m_settings.baudRate));
     ask(kDataSize, m_line[1], static_cast<std::uint32_t>(m_settings.dataBits));
     ask(kParity, m_line[2], m_settings.parity == 'O' ? 2 : m_settings.parity == 'E' ? 3 : 1);
@@ -168,12 +175,24 @@ void Rfc2217::takeAnswer(std::span<const char> answer) {
     static constexpr std::array kNames{"the baud rate", "the data bits", "the parity", "the stop bits"};
     if (code >= kBaudRate && code <= kStopSize) {
         const auto index = static_cast<std::size_t>(code - kBaudRate);
-        return settle(m_line[index], kNames[index], value);
-    }
-    if (code == kControl && value >= kNoFlow && value <= kHardwareFlow)
+        settle(m_line[index], kNames[index], value);
+    } else if (code == kControl && value >= kNoFlow && value <= kHardwareFlow) {
         settle(m_flow, "the flow control", value);
-    else if (code == kControl && (value == kDtrOn || value == kDtrOff))
-        m_dtr.refused = --m_dtr.unanswered <= 0 && m_dtr.value && *m_dtr.value != value;
+    } else if (code == kControl && (value == kDtrOn || value == kDtrOff)) {
+        settleLine(m_dtr, "to switch DTR", value, m_settings.dtr.has_value());
+    } else if (code == kControl && (value == kRtsOn || value == kRtsOff)) {
+        settleLine(m_rts, "to switch RTS", value, m_settings.rts.has_value());
+    }
+    finishNegotiation();
+}
+
+/// Without a line that the settings hold the port cannot be opened; otherwise only who switches it is told.
+void Rfc2217::settleLine(Asked& asked, const char* name, std::uint32_t value, bool isHeld) {
+    asked.refused = --asked.unanswered <= 0 && asked.value && *asked.value != value;
+    if (!asked.refused || !isHeld || m_state != State::Negotiating)
+        return;
+    m_refused = name;
+    m_state = State::Refused;
 }
 
 void Rfc2217::settle(Asked& asked, const char* name, std::uint32_t value) {
@@ -184,9 +203,12 @@ void Rfc2217::settle(Asked& asked, const char* name, std::uint32_t value) {
         m_refused = name;
         m_state = State::Refused;
     }
+}
+
+void Rfc2217::finishNegotiation() {
     const bool settled = std::all_of(m_line.begin(), m_line.end(),
                                      [](const Asked& each) { return each.value && each.unanswered == 0; });
-    if (settled && m_state == State::Negotiating)
+    if (settled && m_dtr.unanswered <= 0 && m_rts.unanswered <= 0 && m_state == State::Negotiating)
         m_state = State::Ready;
 }
 

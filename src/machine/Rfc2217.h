@@ -68,6 +68,8 @@ class Rfc2217 {
     void command(std::uint8_t command, std::uint32_t value);
     void takeAnswer(std::span<const char> answer);
     void settle(Asked& asked, const char* name, std::uint32_t value);
+    void settleLine(Asked& asked, const char* name, std::uint32_t value, bool isHeld);
+    void finishNegotiation();
 
     Bytes m_toServer;
     Bytes m_received;
@@ -80,6 +82,7 @@ class Rfc2217 {
     std::bitset<512> m_refusedOptions; ///< the server's own, then what it asked of the loader
     Asked m_flow;
     Asked m_dtr;
+    Asked m_rts;
     std::unique_ptr<telnet_t, void (*)(telnet_t*)> m_telnet;
 };
 

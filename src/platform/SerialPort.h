@@ -16,6 +16,9 @@ struct LineSettings {
     char parity = 'N'; ///< 'N', 'E' or 'O'
     int dataBits = 8;
     int stopBits = 1;
+    // Lines that are switched while the port is open; without a value they are as the system opens the port.
+    std::optional<bool> dtr{};
+    std::optional<bool> rts{};
 };
 
 enum class Handshaking { None = 0, XonXoff = 1 };

@@ -40,8 +40,9 @@ QString quotedEnd(const QByteArray& text) {
 }
 
 void BoardListener::expect(const QByteArray& text, Limit limit,
-                           const std::function<void(const QByteArray&)>& heard) {
-    m_link.operation.runMarked([&] { return listen(text, limit, heard); });
+                           const std::function<void(const QByteArray&)>& heard,
+                           const QList<QByteArray>& unwanted) {
+    m_link.operation.runMarked([&] { return listen(text, limit, heard, unwanted); });
 }
 
 void BoardListener::openPort(Limit limit) {
@@ -56,7 +57,11 @@ void BoardListener::awaitProgram(std::chrono::milliseconds limit) {
 }
 
 Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
-                                     const std::function<void(const QByteArray&)>& heard) {
+                                     const std::function<void(const QByteArray&)>& heard,
+                                     const QList<QByteArray>& unwanted) {
+    qsizetype longest = text.size();
+    for (const QByteArray& one : unwanted)
+        longest = qMax(longest, one.size());
     m_link.terminal.switchTo(false);
     m_link.port.OpenComPort();
     const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for ") + quotedEnd(text));
@@ -64,8 +69,10 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
     const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     // As much as may still be the beginning of the text, and what messages show; a script has shown its part.
     QByteArray received = std::exchange(m_link.state.HeardBehind, {}).toLatin1();
-    if (const qsizetype found = received.indexOf(text); found >= 0) {
-        m_link.state.HeardBehind = QString::fromLatin1(received.mid(found + text.size()));
+    const qsizetype first = received.indexOf(text);
+    requireNone(unwanted, text, received, first);
+    if (first >= 0) {
+        m_link.state.HeardBehind = QString::fromLatin1(received.mid(first + text.size()));
         return Operation::End::Done;
     }
     while (!m_link.state.CancelRequested) {
@@ -75,15 +82,14 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
         const qsizetype before = received.size();
         received += piece;
         const qsizetype found = received.indexOf(text, from);
-        if (found >= 0) {
-            const qsizetype used = found + text.size() - before;
-            m_link.port.putBack(piece.mid(used));
+        const qsizetype used = found < 0 ? piece.size() : found + text.size() - before;
+        m_link.port.putBack(piece.mid(used));
+        if (used > 0)
             heard(piece.left(used));
+        requireNone(unwanted, text, received, found);
+        if (found >= 0)
             return Operation::End::Done;
-        }
-        if (!piece.isEmpty())
-            heard(piece);
-        received = received.right(qMax(kRemembered, text.size()));
+        received = received.right(qMax(kRemembered, longest));
         if (limit && m_link.loop.now() - begin >= *limit)
             m_link.operation.fail(Outcome::LimitReached,
                                   QStringLiteral("%1 did not come within %2 s. Received last: %3")
@@ -94,6 +100,19 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
             m_link.loop.yield();
     }
     return Operation::End::Stopped;
+}
+
+/// Ends the operation if one of the texts has come, not behind the awaited one at `found`; -1: that has not
+/// come.
+void BoardListener::requireNone(const QList<QByteArray>& unwanted, const QByteArray& text,
+                                const QByteArray& received, qsizetype found) {
+    for (const QByteArray& one : unwanted) {
+        const qsizetype at = received.indexOf(one);
+        if (at >= 0 && (found < 0 || at < found))
+            m_link.operation.fail(Outcome::WrongAnswer,
+                                  QStringLiteral("%1 came before %2. Received last: %3")
+                                      .arg(quotedEnd(one), quotedEnd(text), quotedEnd(received)));
+    }
 }
 
 Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {

@@ -3,6 +3,7 @@
 #include "serial/Link.h"
 
 #include <QByteArray>
+#include <QList>
 
 #include <chrono>
 #include <functional>
@@ -20,8 +21,9 @@ class BoardListener {
 
     /// Opens the port if it is closed and hands on what the board sends, up to the end of the first `text`;
     /// what comes behind it stays unread. Yields. After `limit` the outcome is LimitReached and the failure
-    /// says what came last.
-    void expect(const QByteArray& text, Limit limit, const std::function<void(const QByteArray&)>& heard);
+    /// says what came last; it is WrongAnswer if one of the `unwanted` comes before.
+    void expect(const QByteArray& text, Limit limit, const std::function<void(const QByteArray&)>& heard,
+                const QList<QByteArray>& unwanted = {});
 
     /// Opens the port if it is closed. With a limit it tries again, yielding, until the port can be opened;
     /// a port that cannot ends as PortNotOpened.
@@ -33,7 +35,10 @@ class BoardListener {
 
   private:
     [[nodiscard]] Operation::End listen(const QByteArray& text, Limit limit,
-                                        const std::function<void(const QByteArray&)>& heard);
+                                        const std::function<void(const QByteArray&)>& heard,
+                                        const QList<QByteArray>& unwanted);
+    void requireNone(const QList<QByteArray>& unwanted, const QByteArray& text, const QByteArray& received,
+                     qsizetype found);
     [[nodiscard]] Operation::End watchStart(std::chrono::milliseconds limit);
 
     Link& m_link;

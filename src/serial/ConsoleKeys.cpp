@@ -69,21 +69,22 @@ void ConsoleKeys::PulseDtr() {
         return;
     m_pulsing = true;
     try {
-        switchDtrOffAndOn();
+        (void)switchDtrOffAndOn();
     } catch (const RuntimeFailure& failure) {
         showPortError(m_desk, m_port.CommPort(), PortErrorHint::OtherIo, failure);
     }
     m_pulsing = false;
 }
 
-void ConsoleKeys::switchDtrOffAndOn() {
-    m_port.setDtrEnable(false);
+bool ConsoleKeys::switchDtrOffAndOn() {
+    const bool isThere = m_port.setDtrEnable(false);
     const auto end = m_desk.loop.now() + kPulse;
     const auto timer = m_desk.loop.wakeEvery(kPulse);
     while (m_desk.loop.now() < end)
         m_desk.loop.wait();
     if (m_port.isOpen())
         m_port.setDtrEnable(true);
+    return isThere;
 }
 
 void ConsoleKeys::cmdOutput_Click() {

@@ -29,7 +29,10 @@ class ConsoleKeys {
     /// Switches DTR off for at least 0.1 s; does nothing on a closed port or inside another pulse.
     /// Yields; a port that is closed or lost meanwhile ends it quietly.
     void PulseDtr();
-    void switchDtrOffAndOn();
+
+    /// The pulse itself on an open port; yields. False when the port has no such line. Throws RuntimeFailure
+    /// (WrongAnswer) when a serial server refuses.
+    [[nodiscard]] bool switchDtrOffAndOn();
 
     /// Writes the text of txtOut as it stands; a failure is shown as a message box.
     void cmdOutput_Click();

@@ -49,6 +49,7 @@ TEST_F(CliNetworkPort, EndingTellsTheCause) {
         {"tcp:no-such-host.invalid:3000", 3, "the host no-such-host.invalid is unknown"},
         {"rfc2217:host", 2, "--port rfc2217:host: the port number is missing"},
         {"rack7:3000", 2, "--port rack7:3000: write tcp:rack7:3000 if the port is raw"},
+        {"tcp:host:99 --dtr on", 2, "--dtr: tcp:host:99 is a raw port, on which no line can be switched."},
         {"tcp::99", 2, "--port tcp::99: the host is missing"},
         {"tcp:h:70000", 2, "--port tcp:h:70000: the port number goes from 1 to 65535"},
         {"tcp:::1:99", 2, "--port tcp:::1:99: a host, \":\" and a port number are expected"},

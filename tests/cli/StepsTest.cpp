@@ -80,6 +80,10 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
     } endings[] = {
         {"", "load start expect \"no such\" --expect-timeout @", 7,
          "--expect-timeout ran out: \"no such\" did not come within @ s. Received last: \""},
+        {"", "load start expect \"no such\" --not help --start-timeout 600", 5,
+         "\"help\" came before \"no such\". Received last: \""},
+        {"", "reset", 3, ") has no DTR to be pulsed."},
+        {"", "start --rts off", 3, "): the device cannot switch DTR or RTS."},
         {"", "load start script " + scr + " --script-timeout @", 7,
          "--script-timeout ran out: The script ended at line 3: \"never said\" did not come within @ s. "
          "Received last: \""},
@@ -209,6 +213,9 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {ini + kernel + "--without kernel download", "--without kernel contradicts --kernel."},
         {ini + "--without krnl load", "--without krnl: the images are primary, secondary, "},
         {"--ini " + own + " --without kernel load", "--without kernel has no effect: "},
+        {"reset --dtr on", "The step reset switches DTR off and on, which --dtr holds."},
+        {"start --rts of", "--rts of: say on or off."},
+        {"expect a --not \"\"", "--not needs a text"},
         {ini + "--without primary --without secondary load", "name one with --primary FILE"},
     };
     for (const auto& bad : lines) {

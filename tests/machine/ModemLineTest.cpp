@@ -7,7 +7,7 @@
 
 namespace {
 
-/// What is done to DTR, "+" for on, "-" for off: a pseudo-terminal has no modem lines.
+/// What is done to DTR, "+" for on, "-" for off, and to RTS, "rts+": a pseudo-terminal has no modem lines.
 std::string dtrChanges;
 bool watched = false;
 
@@ -20,7 +20,8 @@ extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
     void* argument = va_arg(arguments, void*);
     va_end(arguments);
     const bool modem = request == TIOCMBIS || request == TIOCMBIC;
-    if (modem && watched && *static_cast<int*>(argument) == TIOCM_DTR) {
+    if (modem && watched) {
+        dtrChanges += *static_cast<int*>(argument) == TIOCM_DTR ? "" : "rts";
         dtrChanges += request == TIOCMBIS ? '+' : '-';
         return 0;
     }
@@ -42,6 +43,15 @@ TEST_F(PortFixture, DtrIsSetAnewWithTheFlowControlAndLeftAloneOtherwise) {
     EXPECT_EQ(dtrChanges, "--++");
     port.reset();
     EXPECT_EQ(dtrChanges, "--++") << "closing must not reset a board that hangs on it";
+    watched = false;
+}
+
+TEST_F(PortFixture, LinesAreHeldFromTheOpeningOn) {
+    watched = true;
+    dtrChanges.clear();
+    MachinePorts holding(loop, PortNames({{1, line.device()}}), {.dtr = true, .rts = false});
+    const auto held = holding.open(1, kLine, Handshaking::None);
+    EXPECT_EQ(dtrChanges, "+rts-");
     watched = false;
 }
 

@@ -133,5 +133,27 @@ TEST_F(Rfc2217Client, LastOfSeveralWishesCounts) {
     EXPECT_EQ(client.refused(), "the flow control");
 }
 
+TEST_F(Rfc2217Client, HoldsModemLinesFromTheOpeningOn) {
+    for (const bool agrees : {true, false}) {
+        Rfc2217 holding{
+            [this](std::span<const char> bytes) { sent.append(bytes.data(), qsizetype(bytes.size())); },
+            [](std::span<const char>) {}};
+        const auto hears = [&holding](const char* hex) {
+            const QByteArray bytes = QByteArray::fromHex(hex);
+            holding.feed({bytes.data(), static_cast<std::size_t>(bytes.size())});
+        };
+        sent.clear();
+        holding.begin({9600, 'N', 8, 1, false, true});
+        hears("fffd2c");
+        for (const char* command : {"fffa2c0509fff0", "fffa2c050bfff0"})
+            EXPECT_TRUE(sent.contains(QByteArray::fromHex(command))) << command;
+        hears("fffa2c6500002580fff0 fffa2c6608fff0 fffa2c6701fff0 fffa2c6801fff0 fffa2c6909fff0");
+        EXPECT_EQ(holding.state(), Rfc2217::State::Negotiating);
+        hears(agrees ? "fffa2c690bfff0" : "fffa2c690cfff0");
+        EXPECT_EQ(holding.state(), agrees ? Rfc2217::State::Ready : Rfc2217::State::Refused);
+        EXPECT_EQ(holding.refused(), agrees ? "" : "to switch RTS");
+    }
+}
+
 } // namespace
 } // namespace zrk::test

@@ -9,9 +9,11 @@ class Listening : public ScriptedTest {
   protected:
     void SetUp() override { loader.listener.openPort({}); }
 
-    Outcome expect(const QByteArray& text, std::optional<std::chrono::milliseconds> limit = {}) {
+    Outcome expect(const QByteArray& text, std::optional<std::chrono::milliseconds> limit = {},
+                   const QList<QByteArray>& unwanted = {}) {
         heard.clear();
-        loader.listener.expect(text, limit, [this](const QByteArray& piece) { heard += piece; });
+        loader.listener.expect(
+            text, limit, [this](const QByteArray& piece) { heard += piece; }, unwanted);
         EXPECT_FALSE(loader.state.OperationActive);
         return loader.operation.outcome();
     }
@@ -38,6 +40,22 @@ TEST_F(Listening, TakesWhatComesUpToTheTextAndLeavesTheRest) {
     loader.script.mnuExecScript_Click();
     EXPECT_EQ(loader.operation.outcome(), Outcome::Done) << "a script finds what was left";
     EXPECT_EQ(port.written, "ok");
+}
+
+TEST_F(Listening, AnUnwantedTextEndsIt) {
+    for (const qsizetype piece : {1, 3, 100}) {
+        const QByteArray said = "boot\nKernel panic - login: ";
+        for (qsizetype i = 0; i < said.size(); i += piece)
+            loop.after(1ms * (i + 1), [this, bytes = said.mid(i, piece)] { port.receive(bytes); });
+        EXPECT_EQ(expect("login:", 30s, {"halted", "Kernel panic"}), Outcome::WrongAnswer);
+        EXPECT_TRUE(loader.operation.failure().startsWith(
+            "\"Kernel panic\" came before \"login:\". Received last: \"boot\\nKernel panic"));
+        if (piece < 100)
+            EXPECT_EQ(expect("login:", 30s, {"boot"}), Outcome::Done) << "it was part of what came before";
+    }
+    port.receive("login: Kernel panic");
+    EXPECT_EQ(expect("login:", 30s, {"Kernel panic"}), Outcome::Done);
+    EXPECT_EQ(expect("never", 30s, {"Kernel panic"}), Outcome::WrongAnswer) << "it was left for the next wait";
 }
 
 TEST_F(Listening, EveryOtherEnd) {
