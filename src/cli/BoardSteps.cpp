@@ -64,7 +64,8 @@ ExitStatus start(const StepRun& run) {
 
 void requireForReset(const Plan& plan, const QString& /*argument*/) {
     if (plan.holdsDtr())
-        throw UsageError(QStringLiteral("The step reset switches DTR off and on, which --dtr holds. Leave out one of the two."));
+        throw UsageError(QStringLiteral(
+            "The step reset switches DTR off and on, which --dtr holds. Leave out one of the two."));
 }
 
 ExitStatus reset(const StepRun& run) {
@@ -73,9 +74,8 @@ ExitStatus reset(const StepRun& run) {
         loader.port.OpenComPort();
         if (!loader.keys.switchDtrOffAndOn()) {
             const int number = loader.port.CommPort();
-            throw RuntimeFailure(
-                FailureKind::PortNotOpened,
-                port_messages::noDtr(port_messages::portName(number, loader.port.deviceName(number))));
+            throw RuntimeFailure(FailureKind::PortNotOpened, port_messages::noDtr(port_messages::portName(
+                                                                 number, loader.port.deviceName(number))));
         }
         return loader.state.CancelRequested ? Operation::End::Stopped : Operation::End::Done;
     });

@@ -49,8 +49,7 @@ QString hintOn(const Loader& loader, const StepFacts& step) {
     const Outcome outcome = loader.operation.outcome();
     if (!isUnheard(outcome) && outcome != Outcome::Refused)
         return {};
-    if (QString hint =
-            network_messages::telnetHint(loader.port.openedDevice(), loader.port.firstReceived());
+    if (QString hint = network_messages::telnetHint(loader.port.openedDevice(), loader.port.firstReceived());
         !hint.isEmpty())
         return hint;
     if (QString hint = otherUserHint(loader); !hint.isEmpty())

@@ -13,7 +13,7 @@ enum class ExitStatus {
     NoAnswer = 4,
     WrongAnswer = 5,
     PortLost = 6,
-    NotSeen = 7, ///< a text that was waited for did not come
+    NotSeen = 7,          ///< a text that was waited for did not come
     PowerNotSwitched = 8, ///< the command of --on-wait failed or took too long
     Cancelled = 130,
 };

@@ -27,12 +27,12 @@ QString rowOf(const OptionFacts& option) {
 std::span<const OptionFacts> allOptions() {
     // clang-format off
     static constexpr std::array kOptions{
-        OptionFacts{"port", 'p', "DEVICE", "the board's port; several times for several boards"},
+        OptionFacts{"port", 'p', "DEVICE", "the board's port; several times for several boards", "", true},
         OptionFacts{"com", 'c', "N[=DEVICE]", "use COMN, 1 to 8; with =DEVICE it stands for that"},
         OptionFacts{"line-rate", 0, "BYTES", "a second that the line carries (11520); 0: no line", kPortSteps},
         OptionFacts{"dtr", 0, "STATE", "hold DTR on or off while the port is open", kPortSteps},
         OptionFacts{"rts", 0, "STATE", "hold RTS on or off while the port is open", kPortSteps},
-        OptionFacts{"ini", 'i', "FILE", "preset the images; else zrk-loader.INI beside this"},
+        OptionFacts{"ini", 'i', "FILE", "preset the images; else zrk-loader.INI beside this", "", true},
         OptionFacts{"primary", 0, "FILE[,ADDR]", "primary boot, into IRAM"},
         OptionFacts{"secondary", 0, "FILE[,ADDR]", "secondary executable, into SDRAM"},
         OptionFacts{"uboot", 0, "FILE[,ADDR]", "U-Boot image"},
@@ -42,9 +42,9 @@ std::span<const OptionFacts> allOptions() {
         OptionFacts{"pg-sibl", 0, "FILE[,ADDR]", "flash-programming image, into IRAM"},
         OptionFacts{"without", 0, "IMAGE", "leave out this image of the INI file, as in kernel"},
         OptionFacts{"erase", 'e', "", "erase the whole flash before it is programmed", "flash"},
-        OptionFacts{"dry-run", 'n', "", "check and print the plan, send nothing"},
-        OptionFacts{"timeout", 't', "SECONDS", "limit of the whole run; each limit ends with 4"},
-        OptionFacts{"wait", 'w', "SECONDS", "limit for the board's power-on", "load flash"},
+        OptionFacts{"dry-run", 'n', "", "check and print the plan, send nothing", "", true},
+        OptionFacts{"timeout", 't', "SECONDS", "limit of the whole run; each limit ends with 4", "", true},
+        OptionFacts{"wait", 'w', "SECONDS", "limit for the board's power-on", "load flash", true},
         OptionFacts{"wait-port", 0, "SECONDS", "wait so long for the port, ends with 3", kPortSteps},
         OptionFacts{"start-timeout", 0, "SECONDS", "limit for a program's first output (5)", "start"},
         OptionFacts{"flash-timeout", 0, "SECONDS", "limit between two answers of pg_sibl", "flash"},
@@ -58,35 +58,44 @@ std::span<const OptionFacts> allOptions() {
         OptionFacts{"json", 'j', "", "one JSON object a line on standard output"},
         OptionFacts{"progress", 0, "WHEN", "auto, always or never"},
         OptionFacts{"quiet", 'q', "", "no notices, no progress"},
-        OptionFacts{"verbose", 'v', "", "details too"},
-        OptionFacts{"help", 'h', "", "this text"},
+        OptionFacts{"verbose", 'v', "", "times and answers, too", "", true},
+        OptionFacts{"help", 'h', "", "this text; --help all: all steps and options", "", true},
         OptionFacts{"version", 'V', "", "the version"},
     };
     // clang-format on
     return kOptions;
 }
 
-QString helpText() {
+QString helpText(HelpPage page) {
+    const bool isAll = page == HelpPage::All;
     QString text = QStringLiteral("Usage: zrk-loader-cli [OPTION]... STEP...\n"
-                                  "Brings up and programs boards over one serial line each (115200 "
-                                  "8N1).\n\nSteps, in the order given:\n");
-    for (const StepFacts& step : allSteps())
-        text += row(QString::fromLatin1(step.name) + QLatin1Char(' ') + QLatin1String(step.argument),
-                    QString::fromLatin1(step.help));
+                                  "Brings up and programs boards over one serial line each (115200 8N1).\n\n"
+                                  "Steps, in the order given:\n");
+    for (const StepFacts& step : allSteps()) {
+        if (isAll || step.isBasic)
+            text += row(QString::fromLatin1(step.name) + QLatin1Char(' ') + QLatin1String(step.argument),
+                        QString::fromLatin1(step.help));
+    }
     text += QStringLiteral("\nOptions:\n");
-    for (const OptionFacts& option : allOptions())
-        text += rowOf(option);
-    text += QStringLiteral(
-        "\nDEVICE: a device file, a COM name, tcp:HOST:PORT or rfc2217:HOST:PORT. Nothing on the\n"
-        "network is encrypted: such ports belong behind a tunnel or into a closed net.\n"
-        "\nConsole and board go to standard output, all else to standard error.\n"
-        "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
-        "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or refusal,\n"
-        "6 port lost, 7 text not seen, 8 power not switched, 130 cancelled (Ctrl-C).\n"
-        "\nExamples:\n"
-        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
-        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
-        "  zrk-loader-cli -p A -p B -i board.INI -t 300 --on-wait 'power-cycle' flash\n");
+    for (const OptionFacts& option : allOptions()) {
+        if (isAll || option.isBasic)
+            text += rowOf(option);
+    }
+    if (!isAll)
+        return text + QStringLiteral("Example: zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n");
+    text +=
+        QStringLiteral("\nDEVICE: a device file, a COM name, tcp:HOST:PORT or rfc2217:HOST:PORT. Nothing\n"
+                       "on the network is encrypted: such ports belong behind a tunnel or into a closed\n"
+                       "net. SECONDS: a number, or as in 90s, 5m, 2h.\n"
+                       "\nConsole and board go to standard output, all else to standard error.\n"
+                       "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
+                       "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or\n"
+                       "refusal, 6 port lost, 7 text not seen, 8 power not switched, 130 cancelled\n"
+                       "(Ctrl-C).\n"
+                       "\nExamples:\n"
+                       "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
+                       "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
+                       "  zrk-loader-cli -p A -p B -i board.INI -t 5m --on-wait 'power-cycle' flash\n");
     return text;
 }
 

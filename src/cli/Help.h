@@ -13,6 +13,7 @@ struct OptionFacts {
     const char* value = ""; ///< "" for a switch
     const char* help = "";
     const char* usedBy = ""; ///< the steps that it is for; "" for all, kPortSteps for those that use the port
+    bool isBasic = false;    ///< is on the first page of the help
 };
 
 inline constexpr const char* kPortSteps = "*";
@@ -20,7 +21,10 @@ inline constexpr const char* kPortSteps = "*";
 /// All options, in the order of the help.
 [[nodiscard]] std::span<const OptionFacts> allOptions();
 
-/// The text of --help: what the steps and the options do, the exit statuses, and examples.
-[[nodiscard]] QString helpText();
+enum class HelpPage { First, All };
+
+/// The text of --help, no wider than a terminal. The first page is for one screen; the other has all steps
+/// and options, the exit statuses, and examples.
+[[nodiscard]] QString helpText(HelpPage page);
 
 } // namespace zrk

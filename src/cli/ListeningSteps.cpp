@@ -1,5 +1,6 @@
 #include "cli/ListeningSteps.h"
 
+#include "cli/GivenFile.h"
 #include "cli/Options.h"
 #include "cli/Output.h"
 #include "cli/Plan.h"
@@ -28,13 +29,14 @@ ExitStatus expect(const StepRun& run) {
     QList<QByteArray> unwanted;
     for (const QString& text : run.options.unwanted)
         unwanted += text.toLocal8Bit();
-    run.loader.listener.expect(run.argument.toLocal8Bit(), run.options.limits.expect,
-                               [&run](const QByteArray& heard) {
-                                   run.output.board(heard);
-                                   if (run.output.printer().wasLost()) // nobody reads it any more
-                                       run.loader.state.requestStop(Outcome::Internal);
-                               },
-                               unwanted);
+    run.loader.listener.expect(
+        run.argument.toLocal8Bit(), run.options.limits.expect,
+        [&run](const QByteArray& heard) {
+            run.output.board(heard);
+            if (run.output.printer().wasLost()) // nobody reads it any more
+                run.loader.state.requestStop(Outcome::Internal);
+        },
+        unwanted);
     return notSeen(run, toldEnd(run, "--expect-timeout"));
 }
 
@@ -42,9 +44,11 @@ void requireScript(const Plan& /*plan*/, const QString& argument) {
     const TextFile file = readTextFile(argument);
     if (file.fault == TextFile::Fault::TooLong)
         throw UsageError(QStringLiteral("script %1: %2.").arg(printableText(argument), file.why));
-    if (file.fault != TextFile::Fault::None)
-        throw UsageError(QStringLiteral("script %1: there is no such file, or it cannot be read.")
-                             .arg(printableText(argument)));
+    if (file.fault != TextFile::Fault::None) {
+        const QString problem = fileProblem(argument);
+        throw UsageError(QStringLiteral("script %1: %2.")
+                             .arg(printableText(argument), problem.isEmpty() ? file.why : problem));
+    }
 }
 
 ExitStatus script(const StepRun& run) {

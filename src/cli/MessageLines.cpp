@@ -14,7 +14,8 @@ Answer MessageLines::show(const MessageBox& box) {
         return Answer::Ok;
     }
     if (!m_mayAsk || !m_question.isPossible()) {
-        m_output.tell(text + QStringLiteral(" Yes (nobody to ask)"));
+        if (!m_isSilent)
+            m_output.tell(text + QStringLiteral(" Yes (nobody to ask)"));
         return Answer::Yes;
     }
     m_output.ask(text);

@@ -19,6 +19,12 @@ class MessageLines final : public MessageBoxes {
     /// From now on every question counts as answered with Yes.
     void stopAsking() { m_mayAsk = false; }
 
+    /// The same, and no question is printed any more: a limit has answered it.
+    void answerSilently() {
+        m_mayAsk = false;
+        m_isSilent = true;
+    }
+
     /// True while a question is open, whose line nothing may write over.
     [[nodiscard]] bool isAsking() const { return m_asking; }
 
@@ -26,6 +32,7 @@ class MessageLines final : public MessageBoxes {
     Output& m_output;
     YesNoQuestion& m_question;
     bool m_mayAsk = true;
+    bool m_isSilent = false;
     bool m_asking = false;
 };
 

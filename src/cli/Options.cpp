@@ -134,17 +134,33 @@ void readPorts(const QCommandLineParser& parser, CliOptions& options) {
     }
 }
 
+/// The seconds of "90", "1.5", "90s", "5m" or "2h"; nothing for any other text.
+std::optional<double> secondsOf(QString value) {
+    double unit = 1.0;
+    for (const auto& [letter, seconds] : {std::pair{'s', 1.0}, {'m', 60.0}, {'h', 3600.0}}) {
+        if (!value.endsWith(QLatin1Char(letter)))
+            continue;
+        unit = seconds;
+        value.chop(1);
+        break;
+    }
+    bool isNumber = false;
+    const double number = value.toDouble(&isNumber);
+    return isNumber ? std::optional(number * unit) : std::nullopt;
+}
+
 Limits::Limit readLimit(const QCommandLineParser& parser, const char* name) {
     if (!parser.isSet(text(name)))
         return {};
-    bool isNumber = false;
     const QString value = parser.value(text(name));
-    const double seconds = value.toDouble(&isNumber);
+    const double seconds = secondsOf(value).value_or(0.0);
     constexpr double kLongest = 86400.0;
     constexpr double kShortest = 0.001;
-    if (!isNumber || !(seconds >= kShortest) || seconds > kLongest)
-        throw UsageError(QStringLiteral("--%1 %2: give the seconds as a number above 0, from 0.001 to 86400.")
-                             .arg(text(name), value));
+    if (!(seconds >= kShortest) || seconds > kLongest)
+        throw UsageError(
+            QStringLiteral("--%1 %2: give the time in seconds, or as in 90s, 5m and 2h, from 0.001 to "
+                           "86400 seconds.")
+                .arg(text(name), value));
     return std::chrono::milliseconds(std::llround(seconds * 1000.0));
 }
 
@@ -199,8 +215,18 @@ void requireCommand(const QCommandLineParser& parser, const QString& command) {
     if (isSet && command.trimmed().isEmpty())
         throw UsageError(QStringLiteral("--on-wait needs a command, but it is blank."));
     if (!isSet && parser.isSet(QStringLiteral("on-wait-timeout")))
-        throw UsageError(QStringLiteral("--on-wait-timeout has no effect: it is for the command of --on-wait. Add "
-                                        "that option, or leave this one out."));
+        throw UsageError(
+            QStringLiteral("--on-wait-timeout has no effect: it is for the command of --on-wait. Add "
+                           "that option, or leave this one out."));
+}
+
+/// The list of ports is no part of what is done to a board.
+void refuseMixedPorts(const StepList& steps) {
+    const auto alone = std::find_if(steps.cbegin(), steps.cend(),
+                                    [](const StepCall& step) { return step.facts->standsAlone; });
+    if (alone != steps.cend() && steps.size() > 1)
+        throw UsageError(QStringLiteral("The step %1 stands alone. Leave out the other steps.")
+                             .arg(text(alone->facts->name)));
 }
 
 void refuseMixedTerminal(const CliOptions& options) {
@@ -241,6 +267,7 @@ CliOptions read(const QCommandLineParser& parser) {
     options.erase = parser.isSet(QStringLiteral("erase"));
     options.dryRun = parser.isSet(QStringLiteral("dry-run"));
     refuseMixedTerminal(options);
+    refuseMixedPorts(options.steps);
     refuseUnused(parser, options.steps);
     refuseUnusedDevices(parser, options);
     return options;
@@ -259,7 +286,8 @@ std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const Q
     if (!parser.parse(arguments))
         throw UsageError(parser.errorText());
     if (parser.isSet(QStringLiteral("help"))) {
-        print(helpText().toLocal8Bit());
+        const bool isAll = parser.positionalArguments().contains(QStringLiteral("all"));
+        print(helpText(isAll ? HelpPage::All : HelpPage::First).toLocal8Bit());
         return std::nullopt;
     }
     if (parser.isSet(QStringLiteral("version"))) {

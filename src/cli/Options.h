@@ -40,12 +40,12 @@ struct CliOptions {
     /// The end that limits.run sets, from the program's start.
     std::optional<std::chrono::steady_clock::time_point> runEnd = {};
     PrintStyle style;
-    QString onWait;    ///< a shell command, run when a board's power-on is awaited; "": none
-    QString logFolder; ///< for a transcript of each board
-    QString traceFile; ///< "": none
+    QString onWait;               ///< a shell command, run when a board's power-on is awaited; "": none
+    QString logFolder;            ///< for a transcript of each board
+    QString traceFile;            ///< "": none
     std::optional<bool> dtr = {}; ///< to hold while the port is open
     std::optional<bool> rts = {};
-    QStringList unwanted;         ///< texts that end the step expect as a failure
+    QStringList unwanted; ///< texts that end the step expect as a failure
     bool erase = false;
     bool dryRun = false;
 };

@@ -18,9 +18,9 @@ class PowerOnNotice final : public WaitDialogView {
   public:
     using TimePoint = EventLoop::TimePoint;
 
-    /// Of the limits it uses those for the power-on, for the switch, and for the port. Without one the wait ends
-    /// on the BootID or on a cancel only; with a switch it begins when that has ended. The switch runs with the
-    /// port in ZRK_PORT.
+    /// Of the limits it uses those for the power-on, for the switch, and for the port. Without one the wait
+    /// ends on the BootID or on a cancel only; with a switch it begins when that has ended. The switch runs
+    /// with the port in ZRK_PORT.
     PowerOnNotice(EventLoop& loop, Output& output, const Limits& limits, const QString& command);
     ~PowerOnNotice() override;
     PowerOnNotice(const PowerOnNotice&) = delete;

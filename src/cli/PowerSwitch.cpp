@@ -24,8 +24,9 @@ PowerSwitch::PowerSwitch(EventLoop& loop, QString command, std::chrono::millisec
     QObject::connect(&m_process, &QProcess::readyRead, &m_process, [this] { takeOutput(); });
     QObject::connect(&m_process, &QProcess::errorOccurred, &m_process, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)
-            finish(QStringLiteral("--on-wait: the shell cannot be started: %1. Nothing was sent to the board.")
-                       .arg(m_process.errorString()));
+            finish(
+                QStringLiteral("--on-wait: the shell cannot be started: %1. Nothing was sent to the board.")
+                    .arg(m_process.errorString()));
     });
     QObject::connect(&m_process, &QProcess::finished, &m_process,
                      [this](int status, QProcess::ExitStatus how) {
@@ -61,8 +62,9 @@ void PowerSwitch::tick() {
     m_timer->stop();
     if (m_isAskedToEnd)
         return endGroup(m_process, true);
-    finish(QStringLiteral("--on-wait-timeout ran out: the command has not ended within %1 s. It is left running, "
-                          "and nothing was sent to the board. Check the power switch, or raise the limit.")
+    finish(QStringLiteral(
+               "--on-wait-timeout ran out: the command has not ended within %1 s. It is left running, "
+               "and nothing was sent to the board. Check the power switch, or raise the limit.")
                .arg(secondsText(m_limit)));
 }
 

@@ -1,7 +1,9 @@
 #include "cli/Session.h"
 
 #include "boot/ImageStore.h"
+#include "cli/AnswerTimes.h"
 #include "cli/EndSentence.h"
+#include "cli/GivenFile.h"
 #include "cli/RecordCheck.h"
 #include "cli/UsageError.h"
 #include "config/AddressEntry.h"
@@ -45,11 +47,13 @@ Session::Session(const CliOptions& options, const ProgramFacts& facts, EventLoop
     : m_options(options), m_facts(facts), m_ini(chooseIni(options.program.iniPath, facts)),
       m_images(std::move(images)), m_loop(loop), m_output(output), m_question(loop),
       m_messages(output, m_question), m_powerOnNotice(loop, output, options.limits, options.onWait),
-      m_ports(loop, PortNames(options.program.ports), {.lineRate = options.program.lineRate, .dtr = options.dtr, .rts = options.rts}),
+      m_ports(loop, PortNames(options.program.ports),
+              {.lineRate = options.program.lineRate, .dtr = options.dtr, .rts = options.rts}),
       m_tracedPorts(loop, m_ports),
       m_loader({loop, m_tracedPorts, m_messages, m_fileDialog, m_powerOnNotice}, m_ini.folder),
       m_progress(m_loader, output, m_messages), m_sent(m_loader, output),
-      m_plan(m_loader, m_options.steps, m_ini, options.dtr.has_value()), m_runTimer(loop.createTimer([this] { runOut(); })) {
+      m_plan(m_loader, m_options.steps, m_ini, options.dtr.has_value()),
+      m_runTimer(loop.createTimer([this] { runOut(); })) {
     m_loader.transfer.readThrough(m_images);
 }
 
@@ -96,7 +100,11 @@ Ending Session::run() {
         return ending(dryRun(), begin);
     startTrace();
     m_loader.controls.txtStatus.onEdit(
-        [this](qsizetype /*removed*/, const QString& inserted, TextOrigin) { m_output.console(inserted); });
+        [this, times = AnswerTimes(m_loop, m_output)](qsizetype /*removed*/, const QString& inserted,
+                                                      TextOrigin origin) mutable {
+            m_output.console(inserted);
+            times.note(inserted, origin);
+        });
     if (m_options.runEnd)
         m_runTimer->start(
             std::max(1ms, std::chrono::ceil<std::chrono::milliseconds>(*m_options.runEnd - m_loop.now())));
@@ -230,7 +238,10 @@ ExitStatus Session::runStep(std::size_t index) {
     if (!lineErrors.isEmpty())
         m_output.tell(lineErrors);
     explain(status, *call.facts);
-    m_output.stepEnds(ending(status, begin));
+    const Ending end = ending(status, begin);
+    m_output.detail(
+        QStringLiteral("Step %1: %2 after %3 s").arg(m_step, end.reason).arg(end.seconds, 0, 'f', 3));
+    m_output.stepEnds(end);
     return status;
 }
 
@@ -269,7 +280,7 @@ void Session::runOut() {
     m_runTimer->stop();
     m_limitReached = true;
     const QString doing = m_loader.controls.staStatus.FirstPanel;
-    m_messages.stopAsking();
+    m_messages.answerSilently();
     m_question.withdraw();
     m_loader.state.requestStop(Outcome::LimitReached);
     m_loader.port.giveUpOpening();
@@ -278,9 +289,10 @@ void Session::runOut() {
 }
 
 void Session::presetSlots() {
-    if (!m_options.program.iniPath.isEmpty() && !FileExists(m_ini.path, true))
-        throw UsageError(QStringLiteral("--ini %1: there is no such file, it cannot be read, or it is empty.")
-                             .arg(printableText(m_options.program.iniPath)));
+    const QString problem = m_options.program.iniPath.isEmpty() ? QString() : fileProblem(m_ini.path);
+    if (!problem.isEmpty())
+        throw UsageError(
+            QStringLiteral("--ini %1: %2.").arg(printableText(m_options.program.iniPath), problem));
     m_loader.state.IniPath = m_ini.path;
     m_loader.iniLoader.mnuLoadIni_Click();
     leaveOutImages();
@@ -305,13 +317,9 @@ void Session::leaveOutImages() {
 /// Fills a slot as an INI value does, but relative to the folder the user is in, and with an error where
 /// the window would show what is wrong.
 void Session::presetSlot(int slot, const QString& value) {
-    const qsizetype comma = value.indexOf(QLatin1Char(','));
-    const QString file = comma < 0 ? value : value.left(comma);
-    if (!FileExists(file, true))
-        throw UsageError(QStringLiteral("%1 %2: there is no such file, it cannot be read, or it is empty.")
-                             .arg(slotOption(slot), printableText(file)));
-    const QString address =
-        comma < 0 ? QStringLiteral("0") : value.mid(comma + 1).section(QLatin1Char(','), 0, 0).trimmed();
+    const auto [file, address] = GivenFile::parse(value);
+    if (const QString problem = fileProblem(file); !problem.isEmpty())
+        throw UsageError(QStringLiteral("%1 %2: %3.").arg(slotOption(slot), printableText(file), problem));
     const QString fault = addressFault(slot, address);
     if (!fault.isEmpty())
         throw UsageError(QStringLiteral("%1: %2").arg(slotOption(slot), fault));

@@ -43,7 +43,9 @@ struct StepFacts {
     bool commandsPrimaryBoot = false; ///< begins with a command to the primary boot, which has to listen
     bool awaitsProgram = false;       ///< needs a program on the board that says something
     bool ownsStreams = false;         ///< takes standard input and output for itself
+    bool standsAlone = false;         ///< goes with no other step
     std::vector<Slot> images = {};    ///< those it sends when they are selected, in the order of sending
+    bool isBasic = false;             ///< is on the first page of the help
     void (*require)(const Plan&,
                     const QString& argument) = nullptr; ///< throws UsageError when it lacks something
     ExitStatus (*run)(const StepRun&) = nullptr;

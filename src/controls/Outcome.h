@@ -16,8 +16,8 @@ enum class Outcome {
     PortLost,
     PortNotOpened,
     PowerNotSwitched, ///< the command that switches the board's power failed or took too long
-    File,     ///< a file could not be opened or read, or had another length than was announced
-    Internal, ///< any other run-time failure, such as a text that is no number
+    File,             ///< a file could not be opened or read, or had another length than was announced
+    Internal,         ///< any other run-time failure, such as a text that is no number
 };
 
 /// The outcome as machines and people read it: "done", "wrong answer", "port lost".

@@ -83,8 +83,9 @@ QString fallback(int number, const QString& device) {
 }
 
 QString alsoUsed(const QString& port, const QString& user) {
-    return QStringLiteral("%1 is also in use by %2, and each byte from the board reaches only one of the two. "
-                          "End that program, or choose another port.")
+    return QStringLiteral(
+               "%1 is also in use by %2, and each byte from the board reaches only one of the two. "
+               "End that program, or choose another port.")
         .arg(port, printableText(user));
 }
 
@@ -106,13 +107,15 @@ QString settingsRefused(const QString& port, const LineSettings& settings) {
 }
 
 QString noModemLine(const QString& port) {
-    return QStringLiteral("Cannot open %1: the device cannot switch DTR or RTS. Use another adapter, or leave out "
-                          "--dtr and --rts.")
+    return QStringLiteral(
+               "Cannot open %1: the device cannot switch DTR or RTS. Use another adapter, or leave out "
+               "--dtr and --rts.")
         .arg(port);
 }
 
 QString noDtr(const QString& port) {
-    return QStringLiteral("%1 has no DTR to be pulsed. Use another adapter, or a server with RFC 2217.").arg(port);
+    return QStringLiteral("%1 has no DTR to be pulsed. Use another adapter, or a server with RFC 2217.")
+        .arg(port);
 }
 
 QString gone(const QString& port, const QString& reason) {

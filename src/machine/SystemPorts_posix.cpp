@@ -168,7 +168,8 @@ QString otherUserOf(const QString& device, const PortPlaces& places) {
     if (real.isEmpty())
         return {};
     const QString user = userAmong(real, openDevices({{real, {}}}, places), places);
-    return user == processNamed(QString::number(QCoreApplication::applicationPid()), places) ? QString() : user;
+    return user == processNamed(QString::number(QCoreApplication::applicationPid()), places) ? QString()
+                                                                                             : user;
 }
 
 bool isInstalled(const QString& device) {

@@ -48,6 +48,7 @@ TEST_F(Cli, ExitStatusTellsTheCause) {
         {"--fault X=none", "load", 4, "--- Cancel download, closing port ---\n",
          "TimeOut: No valid serial response received within  5 second\nAborting operation\n"
          "No answer to the code of Primary Boot (IRAM) within 5 s. Expected 'X' (0x58). Cycle "},
+        {"--answer-delay 0.01", "--verbose load", 0, "Expect 'R' .. R .. found!\n", " s: \"R\" after 0."},
         {"--fault accept=refuse", "--quiet load", 5, " .. Error signalled back from primary boot.\n",
          "The board refused the address and size of Secondary Executable (SDRAM): expected 'o', got 'E'. "
          "Check "},
@@ -73,6 +74,9 @@ TEST_F(Cli, ExitStatusTellsTheCause) {
 
 TEST_F(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
     const QString primary = images.file("primary.bin");
+    const QString comma = images.file("a,b");
+    const QString empty = images.file("empty");
+    ASSERT_TRUE(QFile::copy(primary, comma) && QFile(empty).open(QIODevice::WriteOnly));
     const struct {
         QString arguments;
         int status;
@@ -88,9 +92,13 @@ TEST_F(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
         {"--wait soon load", 2, "--wait soon"},
         {"--line-rate 200000000 load", 2, "--line-rate 200000000: "},
         {"--line-rate fast load", 2, "--line-rate fast: give the bytes a second"},
-        {"--ini /nonexistent.INI load", 2, "--ini /nonexistent.INI: there is no such file"},
+        {"--ini /nonexistent.INI load", 2, "--ini /nonexistent.INI: no such file or directory."},
         {"--primary= load", 2, "--primary needs a file name, but it is empty"},
-        {"--primary /nonexistent load", 2, "--primary /nonexistent: there is no such file"},
+        {"--primary /nonexistent load", 2, "--primary /nonexistent: no such file or directory."},
+        {"--primary /dev,0x10 load", 2, "--primary /dev: it is a folder."},
+        {"--primary " + empty + " load", 2, "empty: it is empty."},
+        {"--primary " + comma + " load --port /nonexistent", 3, "a,b to IRAM address 0x0000"},
+        {"--primary " + comma + ",0x10 load --port /nonexistent", 3, "a,b to IRAM address 0x0010"},
         {"--primary " + primary + ",0xZZ load", 2, "--primary: the address cannot be read"},
         {"--pg-sibl " + primary + ",0x12345 flash", 2, "--pg-sibl: 0x12345 does not fit into the IRAM"},
         {"load", 2, "name one with --primary FILE"},
@@ -167,9 +175,16 @@ TEST_F(Cli, TellsThatItsOutputWasLost) {
 }
 
 TEST_F(Cli, TellsItsUsageAndVersion) {
-    CliRun help("--help");
-    EXPECT_EQ(help.status(), 0);
-    EXPECT_TRUE(help.output().contains("--pg-sibl FILE[,ADDR]")) << help.output().toStdString();
+    for (const char* page : {"--help", "--help all"}) {
+        CliRun help(page);
+        EXPECT_EQ(help.status(), 0);
+        const QList<QByteArray> lines = help.output().trimmed().split('\n');
+        for (const QByteArray& line : lines)
+            EXPECT_LE(line.size(), 80) << line.toStdString();
+        const bool isAll = help.output().contains("--pg-sibl FILE[,ADDR]");
+        EXPECT_EQ(isAll, QByteArray(page).endsWith("all")) << help.output().toStdString();
+        EXPECT_TRUE(isAll || lines.size() < 24) << lines.size(); // the prompt has the last line
+    }
     CliRun version("--version");
     EXPECT_EQ(version.status(), 0);
     EXPECT_EQ(version.output(), "zrk-loader-cli 0.7.34\n");

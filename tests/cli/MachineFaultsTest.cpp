@@ -70,8 +70,8 @@ TEST_F(MachineFaults, OfStreamsLeaveTheirNumbersToNoFile) {
     const BoardProcess board("--unpaced --bootid-interval 5");
     QProcess shell;
     shell.start("bash", {"-c", program() + " " +
-                                   images.on(board.device(), "--line-rate 0 --on-wait '. " +
-                                                                 look.fileName() + "' load <&- >&- 2>&-")});
+                                   images.on(board.device(), "--line-rate 0 --on-wait '. " + look.fileName() +
+                                                                 "' load <&- >&- 2>&-")});
     ASSERT_TRUE(shell.waitForFinished(600'000));
     EXPECT_EQ(contents(found), "/dev/null\n/dev/null\n/dev/null\n");
 }

@@ -40,13 +40,15 @@ TEST(Ports, AreListedForPeopleScriptsAndPrograms) {
 
     CliRun run("--port " + board.device() + " expect never --expect-timeout 0.1");
     EXPECT_EQ(run.status(), 7);
-    const QByteArray shared = "COM1 (" + board.device().toLatin1() + ") is also in use by " + user.c_str() + ", and each";
+    const QByteArray shared =
+        "COM1 (" + board.device().toLatin1() + ") is also in use by " + user.c_str() + ", and each";
     EXPECT_TRUE(run.output().contains("--- " + shared)) << run.output().toStdString();
     EXPECT_TRUE(run.error().contains(shared)) << run.error().toStdString();
     ASSERT_EQ(::flock(terminal.handle(), LOCK_EX), 0);
     CliRun refused("--port " + board.device() + " expect never");
     EXPECT_EQ(refused.status(), 3);
-    EXPECT_TRUE(refused.error().contains(QByteArray("the device is in use by ") + user.c_str() + ". Close that program"))
+    EXPECT_TRUE(refused.error().contains(QByteArray("the device is in use by ") + user.c_str() +
+                                         ". Close that program"))
         << refused.error().toStdString();
 }
 

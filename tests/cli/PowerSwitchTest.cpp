@@ -16,7 +16,7 @@ struct OnWait : ::testing::Test {
             EXPECT_EQ(mkfifo(qPrintable(images.file(name)), 0600), 0);
     }
     /// In a shell that does not wait for ever if the command has been ended.
-    [[nodiscard]] QByteArray shell(const QString& command) const {
+    QByteArray shell(const QString& command) const {
         QProcess process;
         process.setWorkingDirectory(images.file("."));
         process.start("timeout", {"600", "sh", "-c", command});
@@ -24,8 +24,8 @@ struct OnWait : ::testing::Test {
         return process.readAllStandardOutput();
     }
     [[nodiscard]] QString load(const QString& command, const QString& rest = {}) const {
-        return images.on(board.device(), "--line-rate 0 --on-wait \"cd '" + images.file(".") + "' && " + command +
-                                             "\" load " + rest);
+        return images.on(board.device(), "--line-rate 0 --on-wait \"cd '" + images.file(".") + "' && " +
+                                             command + "\" load " + rest);
     }
 
     const SampleImages images;
@@ -51,8 +51,9 @@ TEST_F(OnWait, NoBootIdCountsBeforeTheCommandHasEnded) {
 /// The adapter of such a board vanishes with its power.
 TEST_F(OnWait, MayTakeThePortAwayAndBringItBack) {
     const QString link = images.file("link");
-    BoardProcess fed("--verbose --unpaced --patience 0 --fault bootid=none --faulty-runs 1 --bootid-interval 5 --link " +
-                     link);
+    BoardProcess fed(
+        "--verbose --unpaced --patience 0 --fault bootid=none --faulty-runs 1 --bootid-interval 5 --link " +
+        link);
     CliRun run(images.on(link, "--line-rate 0 --wait-port 600 --start-timeout 600 load start expect zrk>"));
     ASSERT_TRUE(run.waitFor(QProcess::StandardOutput, "Waiting for BootID .. "));
     fed.signal(SIGUSR2);
@@ -67,10 +68,12 @@ TEST_F(OnWait, ACommandThatFailsEndsTheBoard) {
         const char* options;
         const char* error;
     } faults[] = {
-        {"exit 3", "", "exit 3\" ended with status 3.\nNothing was sent to the board. Check the power switch.\n"},
+        {"exit 3", "",
+         "exit 3\" ended with status 3.\nNothing was sent to the board. Check the power switch.\n"},
         {"./no-such", "", "ended with status 127: sh: 1: ./no-such: not found\n"},
         {"kill $$", "", "kill $$\" was ended by a signal.\n"},
-        {"yes outlet | head -c 1000000; exit 1", "", "outlet\nNothing was sent to the board."},
+        {"i=0; while [ $i -lt 20000 ]; do echo outlet $i; i=$((i + 1)); done; false", "",
+         "outlet 19999\nNothing was sent to the board."},
         {"read -r line < go; echo on; echo on > done", "--on-wait-timeout 0.3",
          "--on-wait-timeout ran out: the command has not ended within 0.3 s. It is left running, "},
     };
@@ -96,7 +99,8 @@ TEST_F(OnWait, OnlyASecondInterruptEndsTheCommand) {
     ASSERT_TRUE(run.waitFor(QProcess::StandardError, "Waiting for the command of --on-wait to end."));
     run.sendUntilItEnds(SIGINT);
     EXPECT_EQ(run.status(), 130);
-    EXPECT_TRUE(run.error().contains("The command of --on-wait was ended half-way.")) << run.error().toStdString();
+    EXPECT_TRUE(run.error().contains("The command of --on-wait was ended half-way."))
+        << run.error().toStdString();
     EXPECT_TRUE(writers.readAll().isEmpty());
 }
 

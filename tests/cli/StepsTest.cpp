@@ -60,7 +60,7 @@ TEST_F(Steps, DownloadWithoutASecondaryExecutable) {
     const QString own =
         write("own.INI", "[BINFILES]\nPRIMARY=primary.bin\n[IMGFILES]\nUBOOT=u-boot.ubt,0x80100000\n");
     const QString sdram = images.file("sdram.dump");
-    for (const char* steps : {"load download", "load check ports download"}) {
+    for (const char* steps : {"load download", "load check download"}) {
         BoardProcess board(kBoard + QString("--start-delay 0.3 --dump-sdram ") + sdram);
         CliRun run("--port " + board.device() + " --ini " + own + " --line-rate 0 " + steps);
         EXPECT_EQ(run.status(), 0) << run.output().toStdString() << run.error().toStdString();
@@ -95,7 +95,8 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
          "--flash-timeout ran out: No answer within @ s. The board programs"},
         {"--fault bootid=none", "load --timeout @", 4, "longer than --timeout @. It was at: "},
         {"", "load --wait-port @ --port /nonexistent", 3, "--wait-port @ ran out"},
-        {"", "load --wait-port 600 --timeout @ --port /nonexistent", 4, "longer than --timeout @. It was at"},
+        {"", "load --wait-port 10m --timeout @s --port /nonexistent", 4,
+         "longer than --timeout @. It was at"},
         {"", "load start expect zrk> verify \"md %a %n\"", 5, "the board does not confirm CRC-32 "},
         {"--fault R=wrong:0x00", "load", 5, "Expected 'R' (0x52), got 0x00. Cycle the power and start over"},
         {"--bootid-interval 0.1", "download --kernel " + images.file("kernel.img") + ",0x80800000", 5,
@@ -192,8 +193,8 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {"--ini " + images.ini() + " load verify crc32", "with %a for the address"},
         {"--ini " + images.ini() + " verify \"crc32 %a %n\" load start", "here they send nothing"},
         {"--ini " + images.ini() + " load verify \"crc32 %a %n\" start", "no step in front of it starts one"},
-        {"script /nonexistent.scr", "script /nonexistent.scr: there is no such file"},
-        {"--timeout 0 load", "--timeout 0: give the seconds as a number above 0"},
+        {"script /nonexistent.scr", "script /nonexistent.scr: no such file or directory."},
+        {"--timeout 0 load", "--timeout 0: give the time in seconds, or as in 90s"},
         {"--on-wait \" \" load", "--on-wait needs a command, but it is blank"},
         {"--on-wait-timeout 5 load", "--on-wait-timeout has no effect: it is for the command of --on-wait."},
         {"--json terminal", "goes neither with --json nor with several boards"},
@@ -213,9 +214,11 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {ini + kernel + "--without kernel download", "--without kernel contradicts --kernel."},
         {ini + "--without krnl load", "--without krnl: the images are primary, secondary, "},
         {"--ini " + own + " --without kernel load", "--without kernel has no effect: "},
+        {"ports start", "The step ports stands alone."},
+        {"--timeout 5d start", "--timeout 5d: give the time in seconds"},
         {"reset --dtr on", "The step reset switches DTR off and on, which --dtr holds."},
         {"start --rts of", "--rts of: say on or off."},
-        {"expect a --not \"\"", "--not needs a text"},
+        {"expect a --not=", "--not needs a text"},
         {ini + "--without primary --without secondary load", "name one with --primary FILE"},
     };
     for (const auto& bad : lines) {
@@ -294,10 +297,10 @@ TEST_F(Steps, PrintJsonAsTheDocumentHasIt) {
     const auto documented = documentedFields();
     ASSERT_GT(documented.size(), 20);
     const BoardProcess board(kBoard + QString("--answer-delay 0.02"));
-    const QString runs[] = {common(board) +
-                                "--line-rate 11520 -j ports load start expect zrk> --start-timeout 600",
-                            common(board) + "-j load --port /nonexistent", "-qj"};
-    const char* reasons[] = {"done", "port not opened", "usage"};
+    const QString runs[] = {
+        common(board) + "--line-rate 11520 -jv load start expect zrk> --start-timeout 600",
+        common(board) + "-j load --port /nonexistent", "-qj", "-j ports --com 8=tcp:rack:2001"};
+    const char* reasons[] = {"done", "port not opened", "usage", "done"};
     QSet<QString> seen;
     for (std::size_t i = 0; i < std::size(runs); ++i) {
         SCOPED_TRACE(runs[i].toStdString());

@@ -48,14 +48,17 @@ TEST_F(Listening, AnUnwantedTextEndsIt) {
         for (qsizetype i = 0; i < said.size(); i += piece)
             loop.after(1ms * (i + 1), [this, bytes = said.mid(i, piece)] { port.receive(bytes); });
         EXPECT_EQ(expect("login:", 30s, {"halted", "Kernel panic"}), Outcome::WrongAnswer);
-        EXPECT_TRUE(loader.operation.failure().startsWith(
-            "\"Kernel panic\" came before \"login:\". Received last: \"boot\\nKernel panic"));
-        if (piece < 100)
+        EXPECT_TRUE(
+            loader.operation.failure().startsWith("\"Kernel panic\" came before \"login:\". Received"))
+            << loader.operation.failure().toStdString();
+        if (piece < 100) {
             EXPECT_EQ(expect("login:", 30s, {"boot"}), Outcome::Done) << "it was part of what came before";
+        }
     }
     port.receive("login: Kernel panic");
     EXPECT_EQ(expect("login:", 30s, {"Kernel panic"}), Outcome::Done);
-    EXPECT_EQ(expect("never", 30s, {"Kernel panic"}), Outcome::WrongAnswer) << "it was left for the next wait";
+    EXPECT_EQ(expect("never", 30s, {"Kernel panic"}), Outcome::WrongAnswer)
+        << "it was left for the next wait";
 }
 
 TEST_F(Listening, EveryOtherEnd) {

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+namespace zrk {
+
+/// Why a file that the user has named cannot be used, as a part of a sentence: "no such file or directory",
+/// "permission denied", "it is a folder", "it is empty". "" when it can.
+[[nodiscard]] QString fileProblem(const QString& path);
+
+/// "FILE[,ADDRESS]" in its parts. A file that exists under the whole text goes first; otherwise the last
+/// comma separates.
+struct GivenFile {
+    QString path;
+    QString address; ///< "0" where none is given
+
+    [[nodiscard]] static GivenFile parse(const QString& value);
+};
+
+} // namespace zrk
