@@ -6,7 +6,7 @@ namespace zrkboard {
 
 namespace {
 
-// A full-speed bulk packet of 64 bytes, of which two are the line's state.
+// A full-speed bulk packet has 64 bytes, two of which are the line's state.
 constexpr std::size_t kPacket = 62;
 
 } // namespace
@@ -26,7 +26,7 @@ std::vector<std::uint8_t> AdapterBuffer::take(TimePoint now) {
     std::vector<std::uint8_t> bytes(m_waiting.begin(), m_waiting.begin() + full);
     m_waiting.erase(m_waiting.begin(), m_waiting.begin() + full);
     if (!bytes.empty())
-        m_since = now; // a packet starts the timer anew
+        m_since = now; // a packet restarts the timer
     return bytes;
 }
 

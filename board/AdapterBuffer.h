@@ -9,20 +9,20 @@
 
 namespace zrkboard {
 
-// What a USB adapter does with received bytes: it hands a buffer of them to the PC when it is full, or when
-// its latency timer, which the first byte starts, has run out.
+// The receive buffer of a USB adapter. It passes its bytes to the PC when it is full, or when its latency
+// timer, which the first byte starts, has run out.
 class AdapterBuffer {
   public:
-    // 0: no adapter, bytes pass at once.
+    // With a latency of 0, bytes pass at once, as without an adapter.
     explicit AdapterBuffer(Duration latency) : m_latency(latency) {}
 
     // Adds bytes that have come over the line by now.
     void push(std::span<const std::uint8_t> bytes, TimePoint now);
 
-    // What the PC gets by now.
+    // Takes the bytes that the PC gets by now.
     [[nodiscard]] std::vector<std::uint8_t> take(TimePoint now);
 
-    // When the timer runs out; empty when nothing waits.
+    // Returns when the timer runs out; empty if nothing waits.
     [[nodiscard]] std::optional<TimePoint> nextThrough() const;
 
     [[nodiscard]] bool empty() const { return m_waiting.empty(); }

@@ -21,7 +21,7 @@ void BadWire::receive(std::span<const std::uint8_t> bytes, TimePoint now) {
     for (const std::uint8_t byte : bytes) {
         if (hungUp() || !carry(byte, m_toBoard, true, m_boardBound))
             return;
-        // One by one: the board has had this byte when the next one's fault is told.
+        // One by one: the board has this byte before the next one's fault is reported.
         advance(now);
     }
 }
@@ -37,7 +37,7 @@ void BadWire::advance(TimePoint now) {
     collect();
 }
 
-// Sends what the board has said on its way.
+// Puts what the board has sent on its way.
 void BadWire::collect() {
     const auto said = m_board.takeOutput();
     if (!m_open)
@@ -48,7 +48,7 @@ void BadWire::collect() {
     }
 }
 
-// False when the adapter is gone.
+// Returns false if the adapter is gone.
 bool BadWire::carry(std::uint8_t byte, BadDirection& direction, bool toBoard, Way& way) {
     TimePoint when = way.empty() ? m_now : std::max(m_now, way.back().when);
     if (!isBad()) {
@@ -58,14 +58,14 @@ bool BadWire::carry(std::uint8_t byte, BadDirection& direction, bool toBoard, Wa
     const std::uint64_t position = direction.position();
     auto passed = direction.pass(byte);
     if (passed.fault) {
-        if (m_told)
-            m_told(toBoard, position, byte, *passed.fault);
+        if (m_listener)
+            m_listener(toBoard, position, byte, *passed.fault);
         if (m_log)
             m_log(m_now, std::string("wire: ") + std::string(wireFaultName(*passed.fault)) + " at byte " +
                              std::to_string(position + 1) +
                              (toBoard ? " to the board, " : " to the loader, ") + byteText(byte));
         if (*passed.fault == WireFault::HangUp) {
-            hangUp("as the wire's faults have it");
+            hangUp("as the wire's faults demand");
             return false;
         }
     }

@@ -9,19 +9,19 @@
 
 namespace zrkboard {
 
-// A board at the end of a bad wire: what the loader and the board say to each other suffers from the seed's
-// faults, byte by byte. What a board says while no loader listens is no part of it, so that a seed's faults
-// do not depend on when the loader came.
+// A bad wire with a board at its end. The seed's faults damage the bytes between loader and board one by one.
+// What a board sends while no loader listens is left out, so that a seed's faults do not depend on when the
+// loader came.
 class BadWire final : public FarEnd {
   public:
-    // Bad in the first `faultyRuns` runs only; 0 = in all. `board` outlives the wire.
+    // Is bad in the first `faultyRuns` runs only; 0 = in all. `board` outlives the wire.
     BadWire(FarEnd& board, const WireFaults& faults, unsigned faultyRuns = 0);
 
-    // Byte `position` (from 0) of the direction, being `byte`, meets the fault. Called before the board gets
-    // what is left of it.
-    using Told =
+    // Reports that byte `position` (from 0) of the direction, being `byte`, meets the fault, before the board
+    // gets what is left of it.
+    using FaultListener =
         std::function<void(bool toBoard, std::uint64_t position, std::uint8_t byte, WireFault fault)>;
-    void onFault(Told told) { m_told = std::move(told); }
+    void onFault(FaultListener listener) { m_listener = std::move(listener); }
     void setLog(Log log) { m_log = std::move(log); }
 
     void powerOn(TimePoint now) override;
@@ -37,7 +37,7 @@ class BadWire final : public FarEnd {
     [[nodiscard]] State state() const override { return m_board.state(); }
     [[nodiscard]] bool isOver() const override { return m_board.isOver(); }
 
-    // Both directions' bytes and faults, for the end.
+    // Returns both directions' bytes and faults, for the end.
     [[nodiscard]] std::string summary() const;
 
   private:
@@ -58,7 +58,7 @@ class BadWire final : public FarEnd {
     BadDirection m_toLoader;
     Way m_boardBound;
     Way m_loaderBound;
-    Told m_told;
+    FaultListener m_listener;
     Log m_log;
     TimePoint m_now;
     bool m_open = false;

@@ -91,7 +91,7 @@ void Board::hangUp(const std::string& why) {
     (void)m_chip.outbox().take();
 }
 
-// Only what changes the model by itself: releasing output is done up to any time at once.
+// Looks only at what changes the model by itself: output is released up to any time at once.
 std::optional<TimePoint> Board::nextEvent() const {
     if (!m_partner || m_hungUp)
         return std::nullopt;

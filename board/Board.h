@@ -11,7 +11,7 @@
 #include <span>
 #include <vector>
 
-// The board as a model: bytes in, bytes out, time handed in. No thread, no clock, no file.
+// A model of the board: bytes in, bytes out, time as an argument. No thread, no clock, no file.
 //
 //     zrkboard::BoardOptions options;
 //     options.misbehaviour.faults.push_back(zrkboard::parseFault("accept=refuse"));
@@ -27,38 +27,37 @@
 //     board.sdram().read(0x80000004, size);
 //
 // `now` never runs backwards. A call may skip any amount of time: what was due in between happens in its
-// order and at its own time. The model has no line: bytes arrive and leave in no time (see PacedQueue for a
-// line).
+// order and at its own time. Bytes arrive and leave in no time (see PacedQueue for a line).
 
 namespace zrkboard {
 
 class Board final : public FarEnd {
   public:
     explicit Board(BoardOptions options = {});
-    // With a NAND of the caller's, e.g. one that is kept in a file.
+    // Uses the caller's NAND, e.g. one that is kept in a file.
     Board(BoardOptions options, Nand nand);
 
     void setLog(Log log) { m_chip.setLog(std::move(log)); }
 
-    // Starts a run at the boot ROM, also when one is under way: what the board has not sent yet is lost,
+    // Starts a run at the boot ROM, also during another run: what the board has not sent yet is lost,
     // memories keep their contents. Mends a line that was hung up.
     void powerOn(TimePoint now) override;
 
-    // A byte has reached the board. Nothing happens without power or after a hang-up.
+    // Hands a byte to the board. Does nothing without power or after a hang-up.
     void receive(std::uint8_t byte, TimePoint now);
     void receive(std::span<const std::uint8_t> bytes, TimePoint now) override;
 
     // Lets everything happen that is due up to now.
     void advance(TimePoint now) override;
 
-    // When something will happen by itself; empty when only a byte can change anything.
+    // Returns when something will happen by itself; empty if only a byte can change anything.
     [[nodiscard]] std::optional<TimePoint> nextDeadline() const override;
 
-    // Pulls the adapter: nothing comes in or goes out any more. `why` completes "hangs up" in the log.
+    // Pulls the adapter: bytes no longer come in or go out. `why` completes "hangs up" in the log.
     void hangUp(const std::string& why) override;
 
-    // What has left the board since the last call, up to the last receive() or advance(): plain, or with the
-    // time at which each piece left.
+    // Takes what has left the board since the last call, up to the last receive() or advance(): plain, or
+    // with the time at which each piece left.
     [[nodiscard]] std::vector<std::uint8_t> takeOutput() override;
     [[nodiscard]] std::vector<TimedBytes> takeTimedOutput();
 
@@ -66,14 +65,14 @@ class Board final : public FarEnd {
     [[nodiscard]] bool hungUp() const override { return m_hungUp; }
 
     [[nodiscard]] unsigned powerOns() const override { return m_powerOns; }
-    // Since power-on.
+    // Counts from power-on.
     [[nodiscard]] std::uint64_t receivedBytes() const { return m_received; }
     [[nodiscard]] std::uint64_t codeBytes() const { return m_code; }
 
     [[nodiscard]] const Memory& iram() const { return m_chip.iram(); }
     [[nodiscard]] const Memory& sdram() const { return m_chip.sdram(); }
     [[nodiscard]] const Nand& nand() const { return m_chip.nand(); }
-    // For a test that wants something there beforehand.
+    // Lets a test fill it beforehand.
     [[nodiscard]] Nand& nand() { return m_chip.nand(); }
 
   private:

@@ -28,7 +28,7 @@ void BootRom::tick() {
         m_chip.say(m_chip.misbehaviour().noise);
         m_chip.log("boot ROM: first BootID");
     }
-    // A refusal has nothing to refuse here; the announcement goes on as "E".
+    // There is nothing to refuse here; the announcement goes on as "E".
     (void)m_chip.answer(Step::BootId, '5');
     m_nextAnnouncement += m_chip.options().bootIdInterval;
 }
@@ -94,7 +94,7 @@ void BootRom::runImage() {
     else if (holds(kFlashProgrammerMarker))
         m_chip.handOver(std::make_unique<FlashProgrammer>(m_chip));
     else
-        m_chip.fallSilent("boot ROM: the image is no program that this board knows, its marker is missing");
+        m_chip.fallSilent("boot ROM: the image has no marker of a program that this board can simulate");
 }
 
 } // namespace zrkboard

@@ -5,7 +5,7 @@
 
 namespace zrkboard {
 
-// The chip's serial boot ROM: says "5" until it is answered, unlocks, takes one image into IRAM and runs it.
+// The chip's serial boot ROM: sends "5" until answered, unlocks, takes one image into IRAM, and runs it.
 //
 //     board        loader
 //     5                     every bootIdInterval until

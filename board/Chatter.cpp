@@ -32,7 +32,7 @@ void Chatter::tick() {
     }
     if (!m_chip.outbox().held())
         m_chip.say(numberedLine(m_lines++));
-    // When the line is through with this one.
+    // When this line is through.
     const std::chrono::nanoseconds lineTime(1'000'000'000ULL * kLineLength / m_chip.options().lineRate);
     m_next = std::min(*m_next + lineTime, m_end);
 }

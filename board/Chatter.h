@@ -6,8 +6,8 @@
 
 namespace zrkboard {
 
-// Numbered lines at the full speed of the line for some time: something for a terminal to keep up with.
-// Pauses while the output is held by XOFF.
+// Numbered lines at the full speed of the line for some time, a load for a terminal. Pauses while the output
+// is held by XOFF.
 class Chatter {
   public:
     explicit Chatter(Chip& chip) : m_chip(chip) {}

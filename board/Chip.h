@@ -16,19 +16,19 @@ namespace zrkboard {
 
 using Log = std::function<void(TimePoint when, const std::string& what)>;
 
-// What a partner sees of the board: its memories, its line, its log, and the way to the next partner.
+// The board as a partner uses it: its memories, its line, its log, and the way to the next partner.
 class Chip {
   public:
     Chip(BoardOptions options, Nand nand);
 
-    // A fresh run: faults count anew, the line is empty.
+    // Begins a run: faults are counted from 0, the line is empty.
     void restart(unsigned run);
     void setLog(Log log) { m_log = std::move(log); }
     void setNow(TimePoint now) { m_now = now; }
     [[nodiscard]] TimePoint now() const { return m_now; }
 
     [[nodiscard]] const BoardOptions& options() const { return m_options; }
-    // What goes wrong in this run.
+    // Returns what goes wrong in this run.
     [[nodiscard]] const Misbehaviour& misbehaviour() const;
 
     [[nodiscard]] Memory& iram() { return m_iram; }
@@ -40,22 +40,22 @@ class Chip {
     [[nodiscard]] Outbox& outbox() { return m_outbox; }
     [[nodiscard]] const Outbox& outbox() const { return m_outbox; }
 
-    // Answers after the time this takes the board and with whatever is to go wrong at this step. False when
-    // the answer was turned into a refusal: the partner does not go on.
+    // Answers after the time this takes the board and with whatever is to go wrong at this step. Returns
+    // false if the answer was turned into a refusal: the partner does not go on.
     [[nodiscard]] bool answer(Step step, std::vector<std::uint8_t> bytes, Duration takes = Duration::zero());
     [[nodiscard]] bool answer(Step step, char byte, Duration takes = Duration::zero());
 
-    // Sends text that nothing goes wrong with.
+    // Sends text that no fault changes.
     void say(std::string_view text, Duration after = Duration::zero());
 
     void log(const std::string& what) const;
 
-    // The other partner takes over once the present one has returned.
+    // Lets the other partner take over once the present one has returned.
     void handOver(std::unique_ptr<Partner> next) { m_next = std::move(next); }
     [[nodiscard]] std::unique_ptr<Partner> takeNext() { return std::move(m_next); }
-    // Nothing is answered any more until the power is cycled.
+    // Answers nothing more until the power is cycled.
     void fallSilent(const std::string& why);
-    // The whole chip starts again at its boot ROM.
+    // Starts the whole chip again at its boot ROM.
     void requestReset() { m_resetRequested = true; }
     [[nodiscard]] bool resetRequested() const { return m_resetRequested; }
 

@@ -11,8 +11,8 @@
 
 namespace zrkboard {
 
-// What a loader's line leads to: the board, or what a traced one said. No thread, no clock: `now` is handed
-// in and never runs backwards.
+// The far end of a loader's line: the board, or the answers of a trace. It has no thread and no clock: `now`
+// is an argument and never runs backwards.
 class FarEnd {
   public:
     FarEnd() = default;
@@ -20,21 +20,21 @@ class FarEnd {
     FarEnd(const FarEnd&) = delete;
     FarEnd& operator=(const FarEnd&) = delete;
 
-    // Starts a run, also when one is under way, and mends a line that was hung up.
+    // Starts a run, also during another one, and mends a line that was hung up.
     virtual void powerOn(TimePoint now) = 0;
     [[nodiscard]] virtual unsigned powerOns() const = 0;
 
-    // Bytes of the loader have come through the line.
+    // Hands over bytes of the loader that have come through the line.
     virtual void receive(std::span<const std::uint8_t> bytes, TimePoint now) = 0;
 
     // Lets everything happen that is due up to now.
     virtual void advance(TimePoint now) = 0;
-    // When something will happen by itself; empty when only a byte can change anything.
+    // Returns when something will happen by itself; empty if only a byte can change anything.
     [[nodiscard]] virtual std::optional<TimePoint> nextDeadline() const = 0;
-    // What has been sent since the last call, up to the last receive() or advance().
+    // Takes what has been sent since the last call, up to the last receive() or advance().
     [[nodiscard]] virtual std::vector<std::uint8_t> takeOutput() = 0;
 
-    // A loader has opened or closed the port, and all that it had sent before has been received.
+    // Reports that a loader has opened or closed the port, after all that it had sent before was received.
     virtual void portOpened(TimePoint /*now*/) {}
     virtual void portClosed(TimePoint /*now*/) {}
 
@@ -43,7 +43,7 @@ class FarEnd {
     [[nodiscard]] virtual bool hungUp() const = 0;
 
     [[nodiscard]] virtual State state() const = 0;
-    // Nothing more will ever happen.
+    // Returns whether nothing more will ever happen.
     [[nodiscard]] virtual bool isOver() const { return false; }
 };
 

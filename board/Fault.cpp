@@ -13,7 +13,7 @@ constexpr std::uint8_t kWrongByte = '?';
 constexpr std::uint8_t kRefusal = 'E';
 
 [[noreturn]] void reject(std::string_view text, const std::string& why) {
-    throw std::invalid_argument("\"" + std::string(text) + "\" is no fault: " + why);
+    throw std::invalid_argument("\"" + std::string(text) + "\" is not a fault: " + why);
 }
 
 // Splits at the first separator; the second half is empty without one.
@@ -63,7 +63,7 @@ Fault parseFault(std::string_view text) {
     if (times) {
         const auto occurrence = parseNumber(*times);
         if (!occurrence || *occurrence == 0 || *occurrence > 1'000'000)
-            reject(text, "behind # stands which time since power-on, from 1");
+            reject(text, "# takes the number of the occurrence since power-on, from 1");
         fault.occurrence = static_cast<unsigned>(*occurrence);
     }
 
@@ -74,7 +74,7 @@ Fault parseFault(std::string_view text) {
         if (position) {
             const auto offset = parseNumber(*position);
             if (!offset || *offset > lastOffset(*step))
-                reject(text, "behind @ stands an offset within the answer, 0 to " +
+                reject(text, "@ takes an offset within the answer, 0 to " +
                                  std::to_string(lastOffset(*step)));
             fault.position = static_cast<std::size_t>(*offset);
         }
@@ -84,14 +84,14 @@ Fault parseFault(std::string_view text) {
         fault.kind = Fault::Kind::Late;
         const auto delay = argument ? parseMilliseconds(*argument) : std::nullopt;
         if (!delay)
-            reject(text, "late wants a time in seconds, as in late:2.5");
+            reject(text, "late takes a time in seconds, as in late:2.5");
         fault.delay = std::chrono::milliseconds(*delay);
     } else if (kind == "none" && !argument) {
         fault.kind = Fault::Kind::None;
     } else if (kind == "refuse" && !argument) {
         fault.kind = Fault::Kind::Refuse;
     } else {
-        reject(text, "behind = stands wrong[@OFFSET][:BYTE], none, late:SECONDS or refuse");
+        reject(text, "= takes wrong[@OFFSET][:BYTE], none, late:SECONDS or refuse");
     }
     return fault;
 }

@@ -11,7 +11,7 @@
 
 namespace zrkboard {
 
-// One thing that goes wrong with one answer.
+// A fault of one answer.
 struct Fault {
     enum class Kind {
         Wrong,  // one byte of the answer is another one
@@ -32,14 +32,14 @@ struct Fault {
 // 0xHH. Throws std::invalid_argument with a sentence for the user.
 [[nodiscard]] Fault parseFault(std::string_view text);
 
-// What really goes out when the board means to answer.
+// The bytes that go out for an answer, and when.
 struct Answer {
     std::vector<std::uint8_t> bytes;
     Duration delay = Duration::zero();
     bool refused = false;
 };
 
-// Applies a run's faults. Counts how often each step has answered, so one plan belongs to one power-on.
+// The faults of a run. It counts how often each step has answered, so one plan belongs to one power-on.
 class FaultPlan {
   public:
     explicit FaultPlan(std::vector<Fault> faults = {}) : m_faults(std::move(faults)) {}

@@ -35,13 +35,13 @@ struct FlashHeader {
     bool erase = false;
 };
 
-// Of the 24 bytes of a header frame.
+// Reads the 24 bytes of a header frame.
 [[nodiscard]] FlashHeader readFlashHeader(const std::vector<std::uint8_t>& frame);
 
 [[nodiscard]] std::vector<std::uint8_t> acknowledgement();
 
-// With `claimed` the length field says that, and the text is cut or filled up with dots to agree with it
-// where that is possible (9 to 32767).
+// With `claimed`, puts that into the length field, and cuts the text or fills it up with dots to agree with
+// it where possible (9 to 32767).
 [[nodiscard]] std::vector<std::uint8_t> versionInformation(std::string_view text,
                                                            std::optional<std::uint32_t> claimed);
 

@@ -6,8 +6,7 @@ namespace zrkboard {
 
 namespace {
 
-// The chip programs page by page while the data comes in, so a run that breaks off leaves a part of the
-// image.
+// The chip programs page by page while the data comes in, so an interrupted run leaves a part of the image.
 constexpr std::size_t kPageSize = 2048;
 
 } // namespace

@@ -5,8 +5,8 @@
 
 namespace zrkboard {
 
-// The flash-programming image "pg_sibl": woken with "F", answered with "F", then "S", then five frames in a
-// fixed order. Whatever differs from that, to the byte, ends the run in silence.
+// The flash-programming image "pg_sibl": woken with "F", it answers "F", then takes "S" and five frames in a
+// fixed order. Any byte that differs ends the run in silence.
 class FlashProgrammer : public Partner {
   public:
     explicit FlashProgrammer(Chip& chip) : m_chip(chip) {}

@@ -6,7 +6,7 @@
 
 namespace zrkboard {
 
-// What may stand at one place of a frame.
+// The values that one byte of a frame may have.
 struct Allowed {
     std::uint8_t low = 0;
     std::uint8_t high = 0xFF;
@@ -19,7 +19,7 @@ struct Allowed {
     return {};
 }
 
-// The bytes of a frame: a head and a tail that are known, and in between any `payload` bytes.
+// The bytes of a frame: a fixed head and tail with any `payload` bytes in between.
 struct FrameLayout {
     std::string name; // for the log
     std::vector<Allowed> head;
@@ -27,23 +27,23 @@ struct FrameLayout {
     std::vector<Allowed> tail;
 };
 
-// Checks a frame byte by byte as it comes in.
+// A frame that is checked byte by byte as it comes in.
 class FrameReader {
   public:
     enum class Event { None, Wrong, Complete };
 
     explicit FrameReader(FrameLayout layout = {}) : m_layout(std::move(layout)) {}
 
-    // After Wrong or Complete no further byte may be given.
+    // Takes a byte; not to be called after Wrong or Complete.
     [[nodiscard]] Event receive(std::uint8_t byte);
 
-    // The next byte is one of the payload.
+    // Returns whether the next byte belongs to the payload.
     [[nodiscard]] bool inPayload() const;
 
-    // The frame's bytes as received, without its payload.
+    // Returns the frame's bytes as received, without its payload.
     [[nodiscard]] const std::vector<std::uint8_t>& bytes() const { return m_bytes; }
 
-    // Which offset was wrong, what was expected there and what came.
+    // Returns which offset was wrong, what was expected there and what came.
     [[nodiscard]] const std::string& complaint() const { return m_complaint; }
     [[nodiscard]] const std::string& name() const { return m_layout.name; }
 

@@ -14,10 +14,10 @@ struct ImageHeader {
     std::uint32_t size = 0;
 };
 
-// "126976 bytes to 0x80000004"
+// Returns "126976 bytes to 0x80000004", for example.
 [[nodiscard]] std::string describe(const ImageHeader& header);
 
-// Takes in an image as boot ROM and primary boot do: header, then code into a memory.
+// An image on its way into a memory, as boot ROM and primary boot take it: header, then code.
 //
 //     offset  width
 //     0       4      start address, least significant byte first
@@ -29,8 +29,8 @@ class ImageReceiver {
 
     explicit ImageReceiver(Memory& memory) : m_memory(memory) {}
 
-    // After HeaderComplete the caller checks fits() and either ends it here or feeds the code; an image of
-    // size 0 is complete with its header (see complete()).
+    // Takes a byte. After HeaderComplete the caller checks fits() and either stops or feeds the code; an
+    // image of size 0 is complete with its header (see complete()).
     [[nodiscard]] Event receive(std::uint8_t byte);
 
     [[nodiscard]] bool expectsCode() const { return m_headerBytes == 8 && !complete(); }

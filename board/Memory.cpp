@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint64_t kStoredPage = 64ULL * 1024;
 
-// The part of [offset, offset + length) that lies in the page of its first byte.
+// Returns the part of [offset, offset + length) that lies in the page of its first byte.
 std::uint64_t withinPage(std::uint64_t offset, std::uint64_t length) {
     return std::min(length, kStoredPage - offset % kStoredPage);
 }

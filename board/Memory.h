@@ -7,7 +7,7 @@
 
 namespace zrkboard {
 
-// A range of bytes at the addresses at which the board sees it.
+// A range of bytes at the board's addresses.
 class Memory {
   public:
     Memory(std::uint64_t base, std::uint64_t size) : m_base(base), m_size(size) {}
@@ -37,7 +37,7 @@ class Memory {
     std::uint64_t m_size;
 };
 
-// Keeps only pages that were written, so that a board with 64 MiB costs nothing until it is used.
+// A memory that keeps only pages that were written, so 64 MiB cost nothing until they are used.
 class PagedMemory : public Memory {
   public:
     PagedMemory(std::uint64_t base, std::uint64_t size, std::uint8_t filling)

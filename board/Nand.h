@@ -8,14 +8,14 @@ namespace zrkboard {
 
 constexpr std::uint64_t kNandSize = 64ULL * 1024 * 1024;
 
-// NAND flash on addresses 0 to 0x03FFFFFF. As on the chip, erasing sets every bit and programming can only
+// NAND flash at addresses 0 to 0x03FFFFFF. As on the chip, erasing sets every bit and programming can only
 // clear bits.
 class Nand {
   public:
-    // A blank one in memory.
+    // Makes a blank one in memory.
     Nand();
-    // One whose contents live elsewhere and stay as they are; `cells` must hold kNandSize bytes from address
-    // 0.
+    // Uses cells that are stored elsewhere, with their contents; `cells` must hold kNandSize bytes from
+    // address 0.
     explicit Nand(std::unique_ptr<Memory> cells);
 
     [[nodiscard]] bool contains(std::uint64_t address, std::uint64_t length) const;

@@ -10,8 +10,8 @@
 
 namespace zrkboard {
 
-// What goes wrong. Byte counts start at 1 and at power-on; "code bytes" are the image bytes that the boot
-// ROM, the primary boot and the flash programmer take in, all together, without headers and frame bytes.
+// The faults of a board. Byte counts start at 1 and at power-on; "code bytes" are the image bytes that the
+// boot ROM, the primary boot and the flash programmer take in, all together, without headers and frame bytes.
 struct Misbehaviour {
     std::string noise;                                // sent directly before the first BootID
     std::vector<Fault> faults;                        // in the order given; several may meet one answer

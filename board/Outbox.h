@@ -14,7 +14,7 @@ struct TimedBytes {
     std::vector<std::uint8_t> bytes;
 };
 
-// Bytes that the board sends, each piece at its time and never before an earlier one.
+// A queue of bytes that the board sends, each piece at its time and never before an earlier one.
 class Outbox {
   public:
     void push(std::vector<std::uint8_t> bytes, TimePoint when);
@@ -23,11 +23,11 @@ class Outbox {
     void release(TimePoint now);
     [[nodiscard]] std::vector<TimedBytes> take();
 
-    // XOFF and XON.
+    // Follows XOFF and XON.
     void hold(bool held) { m_held = held; }
     [[nodiscard]] bool held() const { return m_held; }
 
-    // When the next piece goes out by itself; empty while held.
+    // Returns when the next piece goes out by itself; empty while held.
     [[nodiscard]] std::optional<TimePoint> nextDue() const;
 
     // Drops what has not been released and ends a hold.

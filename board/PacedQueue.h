@@ -11,20 +11,20 @@
 namespace zrkboard {
 
 // One direction of a serial line: bytes go in at any speed and come out at the line's. The n-th byte of a
-// busy spell is through n byte times after the spell began, so late or rare looks do not slow the line down.
+// busy spell is through n byte times after the spell began, so rare calls do not slow the line down.
 class PacedQueue {
   public:
-    // In bytes a second; 0 is no pacing at all.
+    // Takes the rate in bytes a second; 0 = no pacing.
     explicit PacedQueue(std::uint32_t rate) : m_rate(rate) {}
 
     void push(std::span<const std::uint8_t> bytes, TimePoint now);
 
-    // The bytes that are through by now.
+    // Takes the bytes that are through by now.
     [[nodiscard]] std::vector<std::uint8_t> take(TimePoint now);
 
-    // When the next byte is through; empty when nothing is queued.
+    // Returns when the next byte is through; empty if nothing is queued.
     [[nodiscard]] std::optional<TimePoint> nextThrough() const;
-    // When all that is queued now is through; empty when nothing is queued.
+    // Returns when all that is queued now is through; empty if nothing is queued.
     [[nodiscard]] std::optional<TimePoint> allThrough() const;
 
     [[nodiscard]] std::size_t size() const { return m_queue.size(); }

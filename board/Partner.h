@@ -7,7 +7,7 @@
 
 namespace zrkboard {
 
-// Where a run stands.
+// The point that a run has reached.
 enum class State {
     Off,
     Announcing,     // boot ROM, no "A" yet
@@ -21,7 +21,7 @@ enum class State {
     HungUp, // the line is gone
 };
 
-// One program of the board: it has the line to itself until it hands over to the next one (Chip::handOver).
+// A program of the board. It has the line to itself until it hands over to the next one (Chip::handOver).
 class Partner {
   public:
     Partner() = default;
@@ -29,15 +29,15 @@ class Partner {
     Partner(const Partner&) = delete;
     Partner& operator=(const Partner&) = delete;
 
-    // It has the line now.
+    // Starts it: it has the line now.
     virtual void start() {}
 
     virtual void receive(std::uint8_t byte) = 0;
 
-    // The next byte belongs to an image.
+    // Returns whether the next byte belongs to an image.
     [[nodiscard]] virtual bool expectsCode() const { return false; }
 
-    // tick() is called when deadline() has come and must move it on.
+    // Returns when to call tick(), which must then move it on.
     [[nodiscard]] virtual std::optional<TimePoint> deadline() const { return std::nullopt; }
     virtual void tick() {}
 

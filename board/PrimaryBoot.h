@@ -8,10 +8,10 @@
 
 namespace zrkboard {
 
-// What the primary boot has loaded, by command letter.
+// The images that the primary boot has loaded, by command letter.
 using LoadedImages = std::map<char, ImageHeader>;
 
-// The primary boot: takes images into SDRAM on one-letter commands and starts the secondary program.
+// The primary boot. It takes images into SDRAM on one-letter commands and starts the secondary program.
 //
 //     board        loader
 //     X

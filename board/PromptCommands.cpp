@@ -164,7 +164,7 @@ void PromptCommands::boot() {
         next("   " + hex(header.address, 8) + "  " + imageName(command) + ", " + std::to_string(header.size) +
              " bytes");
     if (!m_loaded.contains('k'))
-        return next("boot: there is no kernel among them");
+        return next("boot: no kernel was loaded");
     next("## Starting kernel at " + hex(m_loaded.at('k').address, 8) + " ...");
     next("[    0.000000] Machine: ZRK6924 demo board (simulated)");
     next("[    0.000000] Memory: 64MB at 0x80000000");

@@ -10,12 +10,12 @@
 
 namespace zrkboard {
 
-// What can be typed at the secondary program's prompt. Output lines end in CR LF.
+// The commands of the secondary program's prompt. Output lines end in CR LF.
 class PromptCommands {
   public:
     PromptCommands(Chip& chip, const LoadedImages& loaded);
 
-    // Runs one line and says its output. The result is how long `chatter` is to go on, empty for all else.
+    // Runs one line and sends its output. Returns how long `chatter` is to go on, empty for all others.
     std::optional<Duration> run(const std::string& line);
 
   private:

@@ -11,12 +11,12 @@ namespace {
 
 constexpr std::size_t kMostTold = 10;
 
-// A loader empties its port when it has opened it; what comes before that would be lost.
+// A loader empties its port after it has opened it; what comes before that would be lost.
 constexpr auto kOpening = std::chrono::milliseconds(100);
-// How long somebody took to switch the power on is nothing to wait for.
+// Nobody waits for the time that the user took to switch the power on.
 constexpr auto kLongestOpening = std::chrono::seconds(2);
 
-// When the line of the traced loader was through with a byte.
+// The times at which the traced loader's line was through with each byte.
 class TracedLine {
   public:
     explicit TracedLine(std::uint32_t rate)
@@ -34,8 +34,8 @@ class TracedLine {
 
 } // namespace
 
-Replay::Replay(const std::vector<TraceLine>& trace, std::uint32_t lineRate, Tell tell)
-    : m_sessions(sessionsOf(trace, lineRate)), m_tell(std::move(tell)) {}
+Replay::Replay(const std::vector<TraceLine>& trace, std::uint32_t lineRate, DifferenceListener listener)
+    : m_sessions(sessionsOf(trace, lineRate)), m_listener(std::move(listener)) {}
 
 std::vector<Replay::Session> Replay::sessionsOf(const std::vector<TraceLine>& trace, std::uint32_t lineRate) {
     std::vector<Session> sessions;
@@ -52,7 +52,7 @@ std::vector<Replay::Session> Replay::sessionsOf(const std::vector<TraceLine>& tr
         switch (entry.kind) {
         case TraceLine::Kind::ToBoard:
             if (lost)
-                break; // nobody took it
+                break; // the loader never read it
             for (const std::uint8_t byte : entry.bytes) {
                 session.expected.push_back(byte);
                 session.lines.push_back(entry.number);
@@ -140,10 +140,10 @@ void Replay::differs(const std::string& what) {
     if (m_differences++ == 0)
         m_first = what;
     if (m_differences <= kMostTold)
-        m_tell(what);
+        m_listener(what);
 }
 
-// What waited for the bytes up to here gets its time.
+// Gives a time to the answers that waited for the bytes up to here.
 void Replay::schedule(TimePoint now) {
     const Session* const current = session();
     while (current != nullptr && m_answered < current->answers.size() &&

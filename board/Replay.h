@@ -10,19 +10,19 @@
 
 namespace zrkboard {
 
-// Answers as the board in a trace did. Each opening of the port is a session. An answer comes when as many
-// bytes have been received as the loader had sent before it in the trace, and as long after the last of them
-// as it did there; what the loader handed over ahead of the line is reckoned with.
+// A far end that answers as the board in a trace did. Each opening of the port is a session. An answer comes
+// when as many bytes have been received as the loader had sent before it in the trace, and as long after the
+// last of them; what the loader handed over ahead of the line is taken into account.
 //
-// A byte that differs is told and counts as the one that was expected, so that another image of the same
-// length does no harm. A byte too few leaves the loader waiting, as a lost one does. A session that the
-// loader closes early is told, and the next opening begins the next session.
+// A byte that differs is reported and counts as the expected one, so that another image of the same length
+// does no harm. A missing byte leaves the loader waiting, as a lost one does. A session that the loader
+// closes early is reported, and the next opening begins the next session.
 class Replay final : public FarEnd {
   public:
-    using Tell = std::function<void(const std::string&)>;
+    using DifferenceListener = std::function<void(const std::string&)>;
 
-    // `lineRate` in bytes a second, 0 for no line. `tell` gets each difference, at most a handful.
-    Replay(const std::vector<TraceLine>& trace, std::uint32_t lineRate, Tell tell);
+    // Takes `lineRate` in bytes a second, 0 for no line. `listener` gets each difference, at most a handful.
+    Replay(const std::vector<TraceLine>& trace, std::uint32_t lineRate, DifferenceListener listener);
 
     void powerOn(TimePoint now) override;
     [[nodiscard]] unsigned powerOns() const override { return m_powerOns; }
@@ -34,17 +34,17 @@ class Replay final : public FarEnd {
     void portClosed(TimePoint now) override;
     void hangUp(const std::string& why) override;
     [[nodiscard]] bool hungUp() const override { return m_hungUp; }
-    // As a board that is best left alone: the trace tells what happens, not the one at the power switch.
+    // Is a state in which the user leaves the power alone: the trace decides what happens.
     [[nodiscard]] State state() const override { return m_hungUp ? State::HungUp : State::Announcing; }
     [[nodiscard]] bool isOver() const override { return m_session == m_sessions.size(); }
 
-    // What was not as in the trace, so far; empty when all was and the trace is through.
+    // Returns the differences from the trace so far; empty if there were none and the trace is at its end.
     [[nodiscard]] std::string difference() const;
 
   private:
     struct Answer {
         std::size_t after = 0; // bytes of the loader in this session
-        Duration delay{};      // behind the last of them
+        Duration delay{};      // after the last of them
         std::vector<std::uint8_t> bytes;
         bool hangsUp = false;
     };
@@ -65,7 +65,7 @@ class Replay final : public FarEnd {
     void differs(const std::string& what);
 
     std::vector<Session> m_sessions;
-    Tell m_tell;
+    DifferenceListener m_listener;
     std::size_t m_session = 0; // the one that runs or will run next
     bool m_open = false;
     std::size_t m_received = 0; // in this session

@@ -9,8 +9,8 @@
 namespace zrkboard {
 
 // The secondary program: a prompt that echoes what is typed and runs a line at its CR, LF or both. Backspace
-// and Delete rub out one character, Ctrl-C drops the line or stops `chatter`, XOFF and XON stop and restart
-// the output.
+// and Delete erase one character, Ctrl-C drops the line or stops `chatter`, XOFF and XON stop and restart the
+// output.
 class SecondaryPrompt : public Partner {
   public:
     SecondaryPrompt(Chip& chip, const LoadedImages& loaded);

@@ -4,7 +4,7 @@
 
 namespace zrkboard {
 
-// A chip that has lost its way: it takes everything and answers nothing.
+// A chip after a fatal error: it takes everything and answers nothing.
 class Silent : public Partner {
   public:
     void receive(std::uint8_t /*byte*/) override {}

@@ -6,7 +6,7 @@
 
 namespace zrkboard {
 
-// Each answer of the board that can be made to go wrong.
+// The answers of the board that a fault can change.
 enum class Step {
     BootId,       // boot ROM: "5", again and again
     SecondBootId, // boot ROM: "5" after "A"
@@ -22,14 +22,14 @@ enum class Step {
     AckComplete,
 };
 
-// The step's name on the command line and in the log: bootid, second-bootid, R, X, accept, t, F, version,
-// ack-header, ack-data, ack-end, ack-complete.
+// Returns the step's name on the command line and in the log: bootid, second-bootid, R, X, accept, t, F,
+// version, ack-header, ack-data, ack-end, ack-complete.
 [[nodiscard]] std::string_view stepName(Step step);
 
-// Case does not matter. Empty when no step has that name.
+// Finds a step by its name in any case; empty if no step has it.
 [[nodiscard]] std::optional<Step> stepNamed(std::string_view name);
 
-// All names, separated by a comma and a blank, for messages and help.
+// Returns all names, separated by a comma and a blank, for messages and help.
 [[nodiscard]] std::string allStepNames();
 
 } // namespace zrkboard

@@ -13,14 +13,14 @@ namespace zrkboard {
 namespace {
 
 constexpr const char* kFirstLine = "# zrk trace 1";
-// Far below what a clock can count, so that delays can be reckoned with as they are.
+// Far below the range of the clock, so that sums of delays cannot overflow.
 constexpr std::chrono::hours kLongest{24 * 366};
 
 [[noreturn]] void damaged(const std::string& why) {
     throw std::invalid_argument(why);
 }
 
-// "12.345678"
+// Reads "12.345678".
 std::chrono::microseconds timeOf(const std::string& text) {
     constexpr std::size_t kDecimals = 6;
     const auto point = text.find('.');
@@ -32,14 +32,14 @@ std::chrono::microseconds timeOf(const std::string& text) {
     const auto [stop, error] = std::from_chars(digits.data(), end, microseconds);
     if (point == std::string::npos || text.size() != point + 1 + kDecimals || error != std::errc() ||
         stop != end || microseconds < 0)
-        damaged(quoted(text) + " is no time; expected seconds with six decimals");
+        damaged(quoted(text) + " is not a time; expected seconds with six decimals");
     const std::chrono::microseconds time(microseconds);
     if (time > kLongest)
-        damaged(quoted(text) + " is no time of a trace; expected less than a year");
+        damaged(quoted(text) + " is too late for a trace; expected less than a year");
     return time;
 }
 
-// The bytes in front of the bar, two digits each.
+// Reads the bytes in front of the bar, two digits each.
 std::vector<std::uint8_t> bytesOf(const std::string& text) {
     const auto bar = text.find('|');
     if (bar == std::string::npos || text.find_last_not_of(' ') == bar || text.back() != '|')
@@ -49,10 +49,10 @@ std::vector<std::uint8_t> bytesOf(const std::string& text) {
     for (std::string word; words >> word;) {
         const auto value = word.size() == 2 ? parseNumber(word, 16) : std::nullopt;
         if (!value)
-            damaged(quoted(word) + " is no byte; expected two hexadecimal digits");
+            damaged(quoted(word) + " is not a byte; expected two hexadecimal digits");
         bytes.push_back(static_cast<std::uint8_t>(*value));
     }
-    // The text tells how many there were, if one was lost on the way.
+    // The length of the text shows whether a byte was lost.
     if (bytes.empty() || text.size() != bar + 2 + bytes.size())
         damaged("there are " + std::to_string(bytes.size()) +
                 " bytes in hexadecimal and another number as text");
@@ -70,7 +70,7 @@ std::size_t unsentOf(const std::string& text) {
     return static_cast<std::size_t>(*value);
 }
 
-// False for what is passed over.
+// Returns false for lines to skip.
 bool parse(const std::string& text, TraceLine& line) {
     static const std::array passedOver{"refused", "handshaking", "dtr"};
     std::istringstream words(text);
@@ -100,17 +100,17 @@ bool parse(const std::string& text, TraceLine& line) {
 
 class Reader {
   public:
-    // One line of the file; its faults are thrown without its number.
+    // Reads one line of the file; its faults are thrown without its number.
     void take(const std::string& text) {
         ++m_number;
         if (m_number == 1 && text != kFirstLine)
-            damaged(std::string("expected \"") + kFirstLine + "\", so this is no trace");
+            damaged(std::string("expected \"") + kFirstLine + "\", so this is not a trace");
         TraceLine line;
         line.number = m_number;
         if (text.empty() || text.front() == '#' || !parse(text, line))
             return;
         if (line.at < m_last)
-            damaged("its time is before that of the line above");
+            damaged("its time is before that of the previous line");
         m_last = line.at;
         if (line.kind != TraceLine::Kind::Opened && !m_open)
             damaged("the port is not open here; expected a line with \"open\" first");
@@ -138,10 +138,10 @@ std::vector<TraceLine> readTrace(std::istream& text) {
                 line.pop_back();
             reader.take(line);
             if (text.eof())
-                damaged("it is cut off; without it the trace can be replayed up to here");
+                damaged("it is cut off; delete it to replay the trace up to here");
         }
         if (reader.lines.empty())
-            damaged("no port was opened until here, so there is nothing to replay");
+            damaged("no port was opened up to here, so there is nothing to replay");
     } catch (const std::invalid_argument& error) {
         throw std::invalid_argument("line " + std::to_string(std::max<std::size_t>(reader.number(), 1)) +
                                     ": " + error.what());

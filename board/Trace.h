@@ -9,7 +9,7 @@
 
 namespace zrkboard {
 
-// One line of a loader's trace that matters to whoever replays it.
+// A line of a loader's trace that a replay needs.
 struct TraceLine {
     enum class Kind {
         Opened,    // a loader had the port from now on
@@ -33,7 +33,7 @@ struct TraceLine {
 //         3.211120 > 41         |A|       to the board
 //         9.000001 close unsent 12
 //
-// Comments (#), empty lines and what is said of refused ports, handshaking and DTR are passed over. Throws
+// Skips comments (#), empty lines, and lines about refused ports, handshaking and DTR. Throws
 // std::invalid_argument, "line 7: ...", for anything else, so that a damaged trace is not replayed as if it
 // were whole.
 [[nodiscard]] std::vector<TraceLine> readTrace(std::istream& text);

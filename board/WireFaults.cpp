@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, kWireFaults> kFaultNames{
 
 constexpr auto kWrongAnswer = static_cast<std::size_t>(WireFault::WrongAnswer);
 
-// Towards the loader go a few dozen bytes where thousands go towards the board.
+// Some dozen bytes go to the loader where thousands go to the board.
 constexpr double kUsualToBoard = 1e-5;
 constexpr double kUsualToLoader = 2e-3;
 
@@ -24,8 +24,8 @@ constexpr std::uint64_t kLongestSilence = 1024;
 constexpr std::uint64_t kLongestNoise = 8;
 constexpr std::uint64_t kLongestDelay = 3000; // milliseconds
 
-// SplitMix64 (public domain, Sebastiano Vigna): the same numbers everywhere, which the standard library's
-// distributions do not promise, and good ones for neighbouring seeds.
+// SplitMix64 (public domain, Sebastiano Vigna): the same numbers on every machine, unlike the standard
+// library's distributions, and good ones for neighbouring seeds.
 class Numbers {
   public:
     explicit Numbers(std::uint64_t seed) : m_state(seed) {}
@@ -37,9 +37,9 @@ class Numbers {
         z = (z ^ (z >> 27U)) * 0x94D049BB133111EBU;
         return z ^ (z >> 31U);
     }
-    // 0 to below 1.
+    // Returns a number from 0 to below 1.
     double fraction() { return static_cast<double>(next() >> 11U) * 0x1p-53; }
-    // 1 to most.
+    // Returns a number from 1 to most.
     std::uint64_t upTo(std::uint64_t most) { return 1 + next() % most; }
 
   private:
@@ -59,7 +59,7 @@ double probability(std::string_view text) {
     double value = -1.0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size() || !(value >= 0.0 && value <= 1.0))
-        throw std::invalid_argument("\"" + std::string(text) + "\" is no probability from 0 to 1");
+        throw std::invalid_argument("\"" + std::string(text) + "\" is not a probability from 0 to 1");
     return value;
 }
 
@@ -97,7 +97,7 @@ void check(const WireOdds& odds) {
     constexpr double kRounding = 1e-9;
     if (std::accumulate(odds.begin(), odds.end(), 0.0) > 1.0 + kRounding)
         throw std::invalid_argument(
-            "at a byte happens one fault at most, so the probabilities of a direction "
+            "a byte meets one fault at most, so the probabilities of a direction "
             "are no more than 1 together");
 }
 
@@ -133,7 +133,7 @@ BadDirection::Passed BadDirection::pass(std::uint8_t byte) {
     const std::uint64_t position = m_position++;
     if (position < m_silentBefore)
         return {WireFault::Silence, {}, {}};
-    // Each byte has numbers of its own, so that one byte more or less draws nothing from under the next.
+    // Each byte has its own numbers, so that one byte more or less does not change those of the next.
     Numbers seeds(m_seed ^ (m_stream << 56U));
     Numbers numbers(seeds.next() + position * 0xD1342543DE82EF95U);
     double left = numbers.fraction();

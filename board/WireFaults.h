@@ -11,21 +11,21 @@
 
 namespace zrkboard {
 
-// What a bad wire can do at one byte. At most one of these happens there.
+// The faults of a bad wire. A byte meets at most one of them.
 enum class WireFault {
     Flip,        // one bit is another
     Loss,        // the byte does not arrive
     Double,      // it arrives twice
-    Delay,       // it and all behind it arrive up to 3 s later
+    Delay,       // it and all after it arrive up to 3 s later
     Replace,     // any other byte arrives instead
     Noise,       // 1 to 8 bytes of anything arrive before it
-    Silence,     // it and up to 1023 behind it do not arrive
+    Silence,     // it and up to 1023 after it do not arrive
     HangUp,      // the adapter is gone
-    WrongAnswer, // to the loader only: another one of the board's answers arrives instead
+    WrongAnswer, // to the loader only: another answer of the board arrives instead
 };
 constexpr std::size_t kWireFaults = 9;
 
-// flip, loss, double, delay, replace, noise, silence, hang-up, wrong-answer.
+// Returns flip, loss, double, delay, replace, noise, silence, hang-up or wrong-answer.
 [[nodiscard]] std::string_view wireFaultName(WireFault fault);
 
 // The probability of each fault at each byte, by the order of WireFault.
@@ -37,16 +37,16 @@ struct WireFaults {
     WireOdds toLoader{};
 };
 
-// Reads SEED[,KIND=PROBABILITY...], KIND being a fault's name, for one direction only behind "to-board-" or
-// "to-loader-". With the seed alone every fault happens now and then: more than half of all bring-ups of
-// 10 KiB meet one. Throws std::invalid_argument with a sentence for the user.
+// Reads SEED[,KIND=PROBABILITY...], KIND being a fault's name, after "to-board-" or "to-loader-" for one
+// direction only. With the seed alone every fault happens now and then: more than half of all bring-ups of 10
+// KiB meet one. Throws std::invalid_argument with a sentence for the user.
 [[nodiscard]] WireFaults parseWireFaults(std::string_view text);
 
-// One direction of a bad wire. What happens to a byte depends on the seed and on how many bytes were there
-// before it, on nothing else: neither on time, nor on how the bytes come together, nor on their values.
+// One direction of a bad wire. What happens to a byte depends only on the seed and on how many bytes came
+// before it: not on time, nor on how the bytes come together, nor on their values.
 class BadDirection {
   public:
-    // `stream` tells the directions of one seed apart.
+    // `stream` is a number that differs between the directions of one seed.
     BadDirection(std::uint64_t seed, std::uint64_t stream, const WireOdds& odds)
         : m_seed(seed), m_stream(stream), m_odds(odds) {}
 
@@ -57,9 +57,9 @@ class BadDirection {
     };
     [[nodiscard]] Passed pass(std::uint8_t byte);
 
-    // How many bytes have been there, so the next one's number counting from 0.
+    // Returns the number of bytes so far, which is the next one's number from 0.
     [[nodiscard]] std::uint64_t position() const { return m_position; }
-    // "10240 bytes, 1 flip, 2 loss" or "10240 bytes, no fault".
+    // Returns "10240 bytes, 1 flip, 2 loss" or "10240 bytes, no fault", for example.
     [[nodiscard]] std::string summary() const;
 
   private:

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kPatience = 600'000; // milliseconds; only a fault lasts that long
 
-// One byte, or false at the end of the stream or after ten minutes of silence.
+// Reads one byte; returns false at the end of the stream or after ten minutes of silence.
 bool readByte(int fd, char& byte) {
     pollfd entry{fd, POLLIN, 0};
     return ::poll(&entry, 1, kPatience) == 1 && ::read(fd, &byte, 1) == 1;
@@ -40,7 +40,7 @@ BoardProcess::BoardProcess(std::vector<std::string> options) {
     std::array<int, 2> out{};
     std::array<int, 2> err{};
     if (::pipe(out.data()) != 0 || ::pipe(err.data()) != 0)
-        throw std::runtime_error("no pipe for the simulated board");
+        throw std::runtime_error("cannot make a pipe for the simulated board");
     posix_spawn_file_actions_t actions{};
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);

@@ -7,30 +7,30 @@
 
 namespace zrkboard {
 
-// A running zrk-board, for whoever needs one beside it: tests and measurements. Waits give up after a minute.
+// A running zrk-board for tests and measurements. Waits end after ten minutes.
 class BoardProcess {
   public:
-    // Starts the program that was built with this, and waits for its device. Throws std::runtime_error when
+    // Starts the program that was built with this one, and waits for its device. Throws std::runtime_error if
     // there is none.
     explicit BoardProcess(std::vector<std::string> options);
     ~BoardProcess();
     BoardProcess(const BoardProcess&) = delete;
     BoardProcess& operator=(const BoardProcess&) = delete;
 
-    // The device to open, and the next one that it makes after a hang-up ("" when it ends instead).
+    // Returns the device to open, and the next one that it makes after a hang-up ("" if it ends instead).
     [[nodiscard]] const std::string& device() const { return m_device; }
     [[nodiscard]] std::string nextDevice() const;
 
-    // Reads what it says on standard error until the text has come; false when it does not.
+    // Reads its standard error until the text has come; returns false if it does not.
     [[nodiscard]] bool waitForLog(const std::string& text);
 
     void signal(int number) const;
 
-    // Waits for its end, after asking for it unless it ends by itself; the exit status, -1 for a crash.
+    // Waits for its end, which stop() asks for; returns the exit status, -1 for a crash.
     int stop();
     int join();
 
-    // All that it took; known once it has ended.
+    // Returns all that it used; known once it has ended.
     [[nodiscard]] std::chrono::microseconds processorTime() const { return m_processorTime; }
 
   private:
@@ -43,7 +43,7 @@ class BoardProcess {
     std::chrono::microseconds m_processorTime{};
 };
 
-// A program that was built beside it.
+// Returns the path of a program that was built with this one.
 [[nodiscard]] std::string siblingProgram(const std::string& name);
 
 } // namespace zrkboard

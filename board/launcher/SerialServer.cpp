@@ -21,7 +21,7 @@ sockaddr_in loopback(int port) {
     return address;
 }
 
-// A listening socket's number, of those that are free.
+// Listens on a free port; returns its number.
 int listenAnywhere(int socket) {
     sockaddr_in address = loopback(0);
     socklen_t size = sizeof address;
@@ -32,7 +32,7 @@ int listenAnywhere(int socket) {
     return ntohs(address.sin_port);
 }
 
-// Holds its number so shortly that nobody else gets it in the meantime.
+// Returns a free port number. It was bound so shortly that no other process gets it in the meantime.
 int freePort() {
     return MuteListener().port();
 }
@@ -49,7 +49,7 @@ MuteListener::~MuteListener() {
 void MuteListener::awaitConnection() const {
     pollfd entry{m_socket, POLLIN, 0};
     if (::poll(&entry, 1, 600'000) != 1)
-        throw std::runtime_error("nobody has connected");
+        throw std::runtime_error("no connection came");
 }
 
 void MuteListener::refuseOne(std::string_view text) const {
@@ -79,14 +79,14 @@ std::size_t MuteListener::floodOne(std::size_t most) const {
 
 SerialServer::SerialServer(const QString& device) : m_rawPort(freePort()), m_telnetPort(freePort()) {
     QString program = QStandardPaths::findExecutable(QStringLiteral("ser2net"));
-    if (program.isEmpty()) // where an ordinary user's path does not lead
+    if (program.isEmpty()) // not in an ordinary user's path
         program = QStandardPaths::findExecutable(QStringLiteral("ser2net"), {QStringLiteral("/usr/sbin")});
     if (program.isEmpty())
         throw std::runtime_error("ser2net is missing; install it: apt-get install ser2net");
     const QString path = m_folder.filePath(QStringLiteral("ser2net.yaml"));
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        throw std::runtime_error("no file for ser2net's settings");
+        throw std::runtime_error("cannot write a file for ser2net's settings");
     const auto connection = [&](const char* name, const QString& accepter) {
         file.write(QStringLiteral("connection: &%1\n  accepter: %2\n  connector: serialdev,%3,9600e72\n")
                        .arg(QString::fromLatin1(name), accepter, device)
@@ -97,7 +97,7 @@ SerialServer::SerialServer(const QString& device) : m_rawPort(freePort()), m_tel
     file.close();
     m_process.setProcessChannelMode(QProcess::MergedChannels);
     m_process.start(program, {"-n", "-d", "-c", path});
-    // "-d" alone says nothing when it listens; who connects would occupy the device for a moment.
+    // "-d" alone does not report when it listens, and a connection would occupy the device for a moment.
     QElapsedTimer clock;
     clock.start();
     const auto listens = [](int port) {

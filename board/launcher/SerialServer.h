@@ -8,17 +8,16 @@
 
 namespace zrkboard {
 
-// A real serial server (ser2net) in front of a device, on the loopback address, for whoever needs one beside
-// it: tests and measurements.
+// A real serial server (ser2net) in front of a device, on the loopback address, for tests and measurements.
 class SerialServer {
   public:
-    // Returns when it listens. Throws std::runtime_error when there is none.
+    // Returns when it listens. Throws std::runtime_error if it cannot be started.
     explicit SerialServer(const QString& device);
     ~SerialServer();
     SerialServer(const SerialServer&) = delete;
     SerialServer& operator=(const SerialServer&) = delete;
 
-    // The device's names at the server.
+    // Return the device's names at the server.
     [[nodiscard]] QString raw() const;
     [[nodiscard]] QString rfc2217() const;
 
@@ -31,8 +30,8 @@ class SerialServer {
     QProcess m_process;
 };
 
-// A socket on the loopback address that listens: the system accepts connections, and nobody ever answers.
-// With its queue filled up it does not accept either.
+// A socket on the loopback address that listens: the system accepts connections, but nothing answers. With
+// its queue filled up, the system does not accept them either.
 class MuteListener {
   public:
     MuteListener();
@@ -42,14 +41,14 @@ class MuteListener {
 
     [[nodiscard]] int port() const { return m_port; }
 
-    // Returns when somebody has connected.
+    // Blocks until a connection has come.
     void awaitConnection() const;
 
-    // Says `text` to whoever connects within a tenth of a second and closes without having heard anything.
+    // Sends `text` to each connection within a tenth of a second, and closes it without reading.
     void refuseOne(std::string_view text) const;
 
-    // Sends bytes to the first that connects until it takes none for half a second, at most `most` of them.
-    // Returns how many it took.
+    // Sends up to `most` bytes to the first connection until it takes none for half a second. Returns how
+    // many it took.
     [[nodiscard]] std::size_t floodOne(std::size_t most) const;
 
   private:

@@ -17,20 +17,20 @@ namespace zrkboard {
 
 namespace {
 
-// The driver's buffer of 4 KiB. The loader may write while that is less than half full, which leaves room for
-// what it writes before it feels the stop and is enough to keep the line busy. On a busy machine it can write
-// the pseudo-terminal full before this program has its turn: what the buffer has no room for is left in
-// there, so that the loader is never further ahead of the line than both hold.
+// The driver's buffer of 4 KiB. The loader may write while it is less than half full: that leaves room for
+// what it writes before the stop reaches it, and keeps the line busy. On a busy machine it can fill the
+// pseudo-terminal before this program runs. What the buffer has no room for stays there, so the loader is
+// never further ahead of the line than both hold.
 constexpr std::size_t kDriverBuffer = 4096;
 constexpr std::size_t kHalfFull = kDriverBuffer / 2;
 
-// While bytes stream in they are handed on in batches; waking up for each one would cost a core.
+// Streaming bytes are passed on in batches; waking up for each one would cost a core.
 constexpr auto kStreamingInterval = std::chrono::milliseconds(2);
 
 // What an adapter keeps for a loader that does not read.
 constexpr std::size_t kMostDelivered = 64ULL * 1024;
 
-// Found out now and not after an hour's work. One file for two memories would lose one of them.
+// Finds this out now and not after an hour's work. One file for two memories would lose one of them.
 void checkFiles(const ProgramOptions& options) {
     std::vector<std::filesystem::path> taken;
     for (const auto& file : {options.nandFile, options.sdramDump, options.iramDump}) {
@@ -58,7 +58,7 @@ std::unique_ptr<Replay> makeReplay(const ProgramOptions& options, std::ostream& 
     constexpr std::uint32_t kTracedLine = 11520; // bytes a second, which the loader's hand-over ran ahead of
     std::ifstream file(*options.replayFile);
     if (!file)
-        throw std::runtime_error(*options.replayFile + ": the trace cannot be read");
+        throw std::runtime_error(*options.replayFile + ": cannot read the trace");
     try {
         return std::make_unique<Replay>(readTrace(file), kTracedLine, [&log](const std::string& what) {
             log << "differs from the trace: " << what << std::endl;
@@ -208,7 +208,7 @@ void BoardProgram::noticeLoader(TimePoint now) {
         m_toLoader.clear();
         m_adapterBuffer.clear();
         m_delivered.clear();
-        // Not if the next one is there already: it would lose its exclusive use.
+        // Not if the next loader is there already: it would lose its exclusive use.
         if (!m_adapter->use.inUse())
             m_adapter->terminal.forgetLoader();
     }
@@ -244,7 +244,7 @@ void BoardProgram::moveToBoard(TimePoint now) {
 
 void BoardProgram::moveToLoader(TimePoint now) {
     const auto sent = m_end.takeOutput();
-    // Nobody's driver keeps bytes for a port that is closed.
+    // A driver keeps no bytes for a port that is closed.
     if (m_adapter->use.inUse())
         m_toLoader.push(sent, now);
     m_adapterBuffer.push(m_toLoader.take(now), now);
@@ -264,7 +264,7 @@ void BoardProgram::operatePower(TimePoint now) {
             m_done = true;
         return unplug(now);
     }
-    // A reset has begun the next run by itself.
+    // After a reset the next run has begun already.
     if (m_options.powerCycles != 0 && m_end.powerOns() > m_options.powerCycles)
         m_done = true;
     const bool lineBusy = m_adapter->moreToRead || !m_toBoard.empty() || !m_toLoader.empty() ||

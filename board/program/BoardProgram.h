@@ -20,25 +20,25 @@
 
 namespace zrkboard {
 
-// The board on a device of this machine: moves bytes between a pseudo-terminal and the model at the line's
+// The board on a device of this machine. It moves bytes between a pseudo-terminal and the model at the line's
 // pace, plays the user at the power switch, and ends on a signal or after the wanted number of runs.
 class BoardProgram {
   public:
-    // `out` gets the device's path, `log` what the board sees if that is wanted. Throws std::exception when
-    // device, link or NAND file cannot be had.
+    // `out` gets the device's path, `log` the board's log if that is wanted. Throws std::exception if it
+    // cannot get device, link or NAND file.
     BoardProgram(ProgramOptions options, std::ostream& out, std::ostream& log);
 
-    // Returns at the end of the program, with the dumps written. Throws std::exception when one cannot be,
-    // and when a replayed trace was not what the loader sent.
+    // Returns at the end of the program, with the dumps written. Throws std::exception if one cannot be
+    // written, or if a replayed trace was not what the loader sent.
     void run();
 
   private:
-    // The adapter: what is there as long as it is plugged in.
+    // The adapter: what exists as long as it is plugged in.
     struct Adapter {
         PseudoTerminal terminal;
         UseWatch use{terminal.devicePath()};
         std::unique_ptr<DeviceLink> link;
-        bool moreToRead = false; // behind what the driver's buffer had room for
+        bool moreToRead = false; // after what the driver's buffer had room for
     };
 
     void plugIn();
@@ -63,7 +63,7 @@ class BoardProgram {
     Board m_board;
     std::unique_ptr<Replay> m_replay; // null: the board answers
     std::unique_ptr<BadWire> m_wire;  // null: nothing goes wrong on the way
-    FarEnd& m_end;                    // who answers, at the end of the wire
+    FarEnd& m_end;                    // answers at the end of the wire
     PowerUser m_powerUser;
     PacedQueue m_toBoard;
     PacedQueue m_toLoader;

@@ -13,7 +13,7 @@ namespace {
 
 using Text = const std::string&;
 
-// Reads one option's value into the options; throws std::invalid_argument with what is wrong about the value.
+// Reads one option's value into the options; throws std::invalid_argument that says what is wrong.
 using Setter = void (*)(ProgramOptions& options, Text value);
 
 struct Option {
@@ -46,7 +46,7 @@ std::string escapedText(Text text) {
     const auto plain = unescape(text);
     if (!plain)
         throw std::invalid_argument(
-            "after a backslash stands r, n, t, another backslash, or x and two digits");
+            "expected r, n, t, a backslash, or x and two digits after a backslash");
     return *plain;
 }
 
@@ -68,8 +68,8 @@ Misbehaviour& misbehaviour(ProgramOptions& options) {
 const std::vector<Option>& generalOptions() {
     static const std::vector<Option> all{
         {"link", "PATH",
-         "make a symbolic link to the device, gone at exit; not one\n"
-         "that a running board has",
+         "make a symbolic link to the device and remove it at exit;\n"
+         "a link that a running board uses is not replaced",
          [](ProgramOptions& o, Text v) { o.link = path(v); }},
         {"baud", "N", "speed of the line, N/10 bytes a second (115200)", setBaud},
         {"unpaced", nullptr, "no line: bytes pass at once", [](ProgramOptions& o, Text) { o.lineRate = 0; }},
@@ -90,14 +90,14 @@ const std::vector<Option>& generalOptions() {
         {"power-cycles", "N", "exit when the N-th run has ended (see below)",
          [](ProgramOptions& o, Text v) { o.powerCycles = static_cast<unsigned>(count(v)); }},
         {"patience", "SECONDS",
-         "cycle the power when a loader that has opened the port says\n"
+         "cycle the power when a loader that has opened the port sends\n"
          "nothing for so long (2; 0 = never; see below)",
          [](ProgramOptions& o, Text v) { o.patience = time(v); }},
         {"nand", "FILE", "keep the NAND there (64 MiB; made and erased if missing or empty)",
          [](ProgramOptions& o, Text v) { o.nandFile = path(v); }},
         {"erase-time", "SECONDS", "how long a full erase takes (2)",
          [](ProgramOptions& o, Text v) { o.board.eraseTime = time(v); }},
-        {"version-text", "TEXT", "what the flash programmer calls itself",
+        {"version-text", "TEXT", "version that the flash programmer reports",
          [](ProgramOptions& o, Text v) { o.board.versionText = escapedText(v); }},
         {"dump-sdram", "FILE", "write the SDRAM there at exit",
          [](ProgramOptions& o, Text v) { o.sdramDump = path(v); }},
@@ -105,16 +105,16 @@ const std::vector<Option>& generalOptions() {
          [](ProgramOptions& o, Text v) { o.iramDump = path(v); }},
         {"make-images", "DIR",
          "write sample images and an INI file for them, and exit;\n"
-         "files that are there with another content are kept",
+         "existing files with other content are kept",
          [](ProgramOptions& o, Text v) { o.imagesFolder = path(v); }},
         {"replay", "FILE",
          "answer as the board in this trace did, and end with it: with\n"
-         "status 1 and where, if the loader sent anything else",
+         "status 1 and the place if the loader sent anything else",
          [](ProgramOptions& o, Text v) { o.replayFile = path(v); }},
-        {"verbose", nullptr, "say on stderr what the board sees",
+        {"verbose", nullptr, "print on stderr what the board receives and does",
          [](ProgramOptions& o, Text) { o.verbose = true; }},
-        {"help", nullptr, "this text", [](ProgramOptions& o, Text) { o.help = true; }},
-        {"version", nullptr, "the version", [](ProgramOptions& o, Text) { o.version = true; }},
+        {"help", nullptr, "print this help", [](ProgramOptions& o, Text) { o.help = true; }},
+        {"version", nullptr, "print the version", [](ProgramOptions& o, Text) { o.version = true; }},
     };
     return all;
 }
@@ -132,7 +132,7 @@ const std::vector<Option>& misbehaviourOptions() {
         {"answer-delay", "SECONDS", "before every answer but the BootID",
          [](ProgramOptions& o, Text v) { misbehaviour(o).answerDelay = time(v); }},
         {"version-length", "N",
-         "what the version frame says its length is; its text is fitted\n"
+         "length that the version frame states; its text is fitted\n"
          "to that from 9 to 32767",
          [](ProgramOptions& o, Text v) {
              misbehaviour(o).versionLength = static_cast<std::uint32_t>(number(v, 0, 0xFFFFFFFF));
@@ -156,7 +156,7 @@ const Option& findOption(Text name) {
                 return option;
         }
     }
-    throw std::invalid_argument("there is no option --" + name);
+    throw std::invalid_argument("unknown option --" + name);
 }
 
 void printOptions(std::ostream& out, const std::vector<Option>& options) {
@@ -192,16 +192,16 @@ FAULT is STEP[#TIMES]=KIND. The steps, in the order of a run:
   refuse                         "E" instead of the answer, and the board does not go on
 Examples: --fault accept#2=refuse   --fault ack-data=wrong@7:0x00   --fault R=late:6
 
---faults makes the wire itself a bad one, at bytes that SEED chooses: the same seed does the same to the same bytes.
-P is the probability at each byte, 0 to 1; without any each kind happens now and then. The kinds, for both directions or
+--faults makes the wire itself bad, at bytes that SEED chooses: the same seed does the same to the same bytes.
+P is the probability at each byte, 0 to 1; without one, each kind happens now and then. The kinds, for both directions or
 as to-board-KIND and to-loader-KIND for one:
   flip, loss, double, replace    one bit is another; the byte is lost, comes twice, is any other one
   delay                          it and what follows come up to 3 seconds later
   noise                          up to 8 bytes of anything before it
   silence                        it and up to 1023 more are lost
   hang-up                        the adapter is gone
-  wrong-answer                   to the loader only: another one of the board's answers
-What happened is said on stderr at the end, and byte by byte with --verbose.
+  wrong-answer                   to the loader only: another answer of the board
+The faults are counted on stderr at the end, and shown byte by byte with --verbose.
 Example: --faults 7,flip=0.0001,to-loader-loss=0.01
 Counts of bytes begin at 1 and at power-on; code bytes are the image bytes, without headers and frame bytes.
 )";
@@ -212,8 +212,8 @@ A run begins at power-on and ends with the next one. The power is cycled
   - by SIGUSR1;
   - when the loader closes the port while the board is in the middle of something, has fallen silent, or has
     programmed its flash. A primary boot that waits for commands and a secondary program go on running;
-  - when a loader has opened the port, has said nothing for the time of --patience, has not switched on XON/XOFF as
-    a terminal does, and the board is not at its boot ROM: someone is waiting for a BootID then;
+  - when a loader has opened the port, has sent nothing for the time of --patience, has not switched on XON/XOFF as
+    a terminal does, and the board is not at its boot ROM: the loader waits for a BootID then;
   - one second after a hang-up, when a new device is there (its path is printed, the link leads to it). SIGUSR2 is a
     hang-up too.
 Memories keep their contents. SIGTERM, SIGINT and SIGHUP end the program with status 0; 1 is a failure, 2 a wrong option.
@@ -227,7 +227,7 @@ ProgramOptions parseCommandLine(std::span<const std::string> arguments) {
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         Text argument = arguments[i];
         if (!argument.starts_with("--") || argument.size() == 2)
-            throw std::invalid_argument("\"" + argument + "\" is no option");
+            throw std::invalid_argument("\"" + argument + "\" is not an option");
         const auto equals = argument.find('=');
         const Option& option =
             findOption(argument.substr(2, equals == std::string::npos ? equals : equals - 2));
@@ -236,7 +236,7 @@ ProgramOptions parseCommandLine(std::span<const std::string> arguments) {
             throw std::invalid_argument(std::string("--") + option.name + " takes no value");
         if (option.value != nullptr) {
             if (equals == std::string::npos && ++i == arguments.size())
-                throw std::invalid_argument(argument + " wants a value: " + option.value);
+                throw std::invalid_argument(argument + " needs a value: " + option.value);
             value = equals == std::string::npos ? arguments[i] : argument.substr(equals + 1);
         }
         try {
@@ -248,7 +248,7 @@ ProgramOptions parseCommandLine(std::span<const std::string> arguments) {
     if (options.replayFile &&
         (options.nandFile || options.sdramDump || options.iramDump || options.powerCycles != 0 ||
          !options.board.misbehaviour.faults.empty() || options.wireFaults))
-        throw std::invalid_argument("--replay answers as the trace has it: no memories, faults and power "
+        throw std::invalid_argument("--replay answers from the trace: no memories, faults and power "
                                     "cycles go with it");
     return options;
 }

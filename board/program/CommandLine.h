@@ -7,8 +7,8 @@
 
 namespace zrkboard {
 
-// The arguments behind the program's name, as --option VALUE or --option=VALUE. Throws std::invalid_argument
-// with a sentence for the user.
+// Reads the arguments after the program's name, as --option VALUE or --option=VALUE. Throws
+// std::invalid_argument with a sentence for the user.
 [[nodiscard]] ProgramOptions parseCommandLine(std::span<const std::string> arguments);
 
 [[nodiscard]] std::string helpText();

@@ -19,28 +19,28 @@ DeviceLink::DeviceLink(fs::path link, std::string devicePath)
     std::error_code error;
     const auto status = fs::symlink_status(m_link, error);
     if (fs::exists(status) && !fs::is_symlink(status))
-        fail("there is a file of that name, and it is no link");
+        fail("a file with that name exists, and it is not a link");
     fs::remove(m_link, error);
     fs::create_symlink(m_devicePath, m_link, error);
     if (error)
         fail(error.message());
 }
 
-// The device that an old link leads to tells nothing: its number may be somebody's terminal by now. So each
-// board binds a socket named after its link, which the system frees when the board is gone.
+// The device that an old link leads to may be another program's terminal by now. So each board binds a socket
+// named after its link, which the system frees at the board's end.
 void DeviceLink::claim() {
     std::error_code error;
     const fs::path link = fs::weakly_canonical(fs::absolute(m_link).parent_path(), error) / m_link.filename();
     const std::string name = "zrk-board-link-" + std::to_string(std::hash<std::string>()(link.string()));
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    name.copy(address.sun_path + 1, sizeof address.sun_path - 1); // behind a 0: in no folder
+    name.copy(address.sun_path + 1, sizeof address.sun_path - 1); // after a 0: in no folder
     const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
     m_claim = FileDescriptor(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     if (m_claim.isOpen() && ::bind(m_claim.get(), reinterpret_cast<const sockaddr*>(&address), length) == 0)
         return;
     if (errno == EADDRINUSE)
-        fail("a board that still runs has it; end that one or name another link");
+        fail("a running board uses it; end that board or name another link");
     fail(std::strerror(errno));
 }
 

@@ -7,11 +7,11 @@
 
 namespace zrkboard {
 
-// A symbolic link to the device under a name that stays the same; gone with this object.
+// A symbolic link to the device under a name that stays the same; removed with this object.
 class DeviceLink {
   public:
-    // Replaces a link of an earlier run, but neither the link of a board that still runs nor a file of
-    // another kind. Throws std::runtime_error.
+    // Replaces a link of an earlier run, but neither the link of a running board nor a file of another kind.
+    // Throws std::runtime_error.
     DeviceLink(std::filesystem::path link, std::string devicePath);
     ~DeviceLink();
     DeviceLink(const DeviceLink&) = delete;
@@ -23,7 +23,7 @@ class DeviceLink {
 
     std::filesystem::path m_link;
     std::string m_devicePath;
-    FileDescriptor m_claim; // gone with the process at the latest, however that ends
+    FileDescriptor m_claim; // gone at the end of the process, however that ends
 };
 
 } // namespace zrkboard

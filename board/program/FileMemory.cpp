@@ -25,10 +25,10 @@ FileMemory::FileMemory(std::string path, std::uint64_t size, std::uint8_t fillin
         fail(m_path, std::strerror(errno));
     struct stat status {};
     if (::fstat(m_file.get(), &status) != 0 || !S_ISREG(status.st_mode))
-        fail(m_path, "it is no regular file");
+        fail(m_path, "it is not a regular file");
     const auto length = static_cast<std::uint64_t>(status.st_size);
     if (length != 0 && length != size)
-        fail(m_path, "it has " + std::to_string(length) + " bytes, and such a file has " +
+        fail(m_path, "it has " + std::to_string(length) + " bytes instead of " +
                          std::to_string(size) + "; name one that is missing or empty to get a new memory");
     if (length == 0)
         makeFilled(filling);

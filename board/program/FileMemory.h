@@ -7,11 +7,11 @@
 
 namespace zrkboard {
 
-// A memory that is a file and stays when the program ends. Byte n of the file is at address n.
+// A memory in a file, which stays when the program ends. Byte n of the file is at address n.
 class FileMemory final : public Memory {
   public:
-    // A missing or empty file becomes a memory full of `filling`. Throws std::runtime_error when it cannot be
-    // opened or has any other size than the memory: what it is then, is not ours to change.
+    // Makes a memory full of `filling` from a missing or empty file. Throws std::runtime_error if it cannot
+    // be opened or has any other size than the memory: such a file is not ours to change.
     FileMemory(std::string path, std::uint64_t size, std::uint8_t filling);
 
     void fill(std::uint8_t value) override;

@@ -19,7 +19,7 @@ void checkDumpFile(const std::string& path) {
     std::error_code error;
     const auto status = fs::status(path, error);
     if (fs::exists(status) && !fs::is_regular_file(status))
-        fail("it is no regular file");
+        fail("it is not a regular file");
     const fs::path parent = fs::path(path).parent_path();
     const fs::path folder = parent.empty() ? "." : parent;
     const bool writable =

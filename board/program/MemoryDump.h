@@ -6,7 +6,7 @@
 
 namespace zrkboard {
 
-// Throws std::runtime_error when dumpMemory() could not write there. Changes nothing.
+// Throws std::runtime_error if dumpMemory() could not write there. Changes nothing.
 void checkDumpFile(const std::string& path);
 
 // Writes the whole memory to a file, its first byte at offset 0; blocks of zeros become holes. Throws

@@ -30,7 +30,7 @@ bool PowerUser::wantsPowerCycle(const Scene& scene, TimePoint now) {
     if (m_spoke || m_patience == Duration::zero() || now < *m_openedAt + m_patience)
         return false;
     if (scene.terminalMode)
-        m_spoke = true; // and that stays so when the terminal is left
+        m_spoke = true; // and that stays so after terminal mode
     return !scene.terminalMode && scene.state != State::Announcing;
 }
 

@@ -7,23 +7,22 @@
 
 namespace zrkboard {
 
-// The person at the board's power switch. Nobody tells a board that the loader has given up, so someone has
-// to cycle its power before the next attempt. This one does so
+// The person at the board's power switch. A board does not notice that the loader has stopped, so its power
+// is cycled before the next attempt:
 // - when the loader has closed the port and the board is stuck in the middle of something or has nothing more
-// to do;
-// - when a loader has opened the port, says nothing, and the board is not waiting at its boot ROM: it is the
-// loader
-//   that waits then. A terminal does so too, and there the board is left alone.
+//   to do;
+// - when a loader has opened the port, sends nothing, and the board is not waiting at its boot ROM: then the
+//   loader waits. In terminal mode the board is left alone.
 // A primary boot that waits for commands and a secondary program are left running when the port is closed, so
 // that one run of a loader can load and the next one start.
 class PowerUser {
   public:
-    // A patience of zero: never cycles because of a loader that says nothing.
+    // With a patience of zero, never cycles because a loader sends nothing.
     explicit PowerUser(Duration patience) : m_patience(patience) {}
 
     void loaderOpened(TimePoint now);
     void loaderClosed() { m_openedAt.reset(); }
-    // A byte came from the loader.
+    // Records that a byte came from the loader.
     void loaderSpoke() { m_spoke = true; }
 
     struct Scene {
@@ -33,7 +32,7 @@ class PowerUser {
     };
     [[nodiscard]] bool wantsPowerCycle(const Scene& scene, TimePoint now);
 
-    // When to ask again although nothing has happened.
+    // Returns when to ask again although nothing has happened.
     [[nodiscard]] std::optional<TimePoint> nextLook(TimePoint now) const;
 
   private:

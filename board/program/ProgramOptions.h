@@ -17,7 +17,7 @@ struct ProgramOptions {
     Duration patience = std::chrono::seconds(2); // see PowerUser
     Duration replugDelay = std::chrono::seconds(1); // hang-up to the new device, when there is a further run
     bool off = false;                               // begin without power
-    unsigned powerCycles = 0;                       // end after so many runs; 0 = go on
+    unsigned powerCycles = 0;                       // end after so many runs; 0 = never
     std::optional<std::string> link;
     std::optional<std::string> nandFile;
     std::optional<std::string> sdramDump;

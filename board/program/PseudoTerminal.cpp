@@ -33,7 +33,7 @@ std::string slavePath(int master) {
     return path.data();
 }
 
-// Until a loader sets up the line itself: no echo, no translation, 115200 baud.
+// Sets up the line until a loader does so: no echo, no translation, 115200 baud.
 void makeRaw(int fd) {
     termios settings{};
     if (::tcgetattr(fd, &settings) != 0)

@@ -10,31 +10,31 @@
 namespace zrkboard {
 
 // The serial adapter: a pseudo-terminal whose slave is the device a loader opens. The slave is held open here
-// as well: its output can then be stopped as a full driver would, and the master sees no hang-up between two
-// loaders. Destroying it pulls the adapter: a loader that has the device open sees a hang-up.
+// as well, so that its output can be stopped as a full driver would, and the master sees no hang-up between
+// two loaders. Destroying it pulls the adapter: a loader that has the device open sees a hang-up.
 class PseudoTerminal {
   public:
-    // Throws std::system_error when the system has no pseudo-terminal to give.
+    // Throws std::system_error if the system has no pseudo-terminal left.
     PseudoTerminal();
 
     [[nodiscard]] const std::string& devicePath() const { return m_devicePath; }
-    // For poll(); non-blocking.
+    // Returns the master, non-blocking, for poll().
     [[nodiscard]] int masterFd() const { return m_master.get(); }
 
-    // What the loader has written, no more than `most` bytes; the rest stays where it is.
+    // Reads what the loader has written, no more than `most` bytes; the rest stays where it is.
     [[nodiscard]] std::vector<std::uint8_t> read(std::size_t most);
-    // How many bytes the loader's side had room for.
+    // Writes to the loader's side; returns how many bytes it had room for.
     [[nodiscard]] std::size_t write(std::span<const std::uint8_t> bytes);
 
-    // Stops or restarts the loader's writing. A pseudo-terminal that nobody reads takes 20 KiB before a
-    // writer waits; one that is read takes as much again each time.
+    // Stops or restarts the loader's writing. An unread pseudo-terminal takes 20 KiB before a writer waits;
+    // one that is read takes as much again each time.
     void stopLoader(bool stopped);
 
-    // The loader has switched on XON/XOFF, so someone looks at a terminal.
+    // Returns whether the loader has switched on XON/XOFF, as it does in terminal mode.
     [[nodiscard]] bool inTerminalMode() const;
 
-    // The loader has closed the device: drops what it has not read, and takes back its exclusive use, which
-    // would outlive it because the device stays open here.
+    // Cleans up after a loader that has closed the device: drops what it has not read, and takes back its
+    // exclusive use, which would last because the device stays open here.
     void forgetLoader();
 
   private:

@@ -38,7 +38,7 @@ std::string iniText() {
     return text;
 }
 
-// By name.
+// Returns the contents by name.
 std::map<std::string, std::string> sampleFiles() {
     std::map<std::string, std::string> files{{kIniFile, iniText()}};
     for (const SampleImage& image : sampleImages()) {
@@ -56,7 +56,7 @@ bool holds(const fs::path& path, const std::string& content) {
 } // namespace
 
 const std::vector<SampleImage>& sampleImages() {
-    // The SDRAM ranges leave the words at 0x80000000 and 0x82000000 alone, which are reserved.
+    // The SDRAM ranges leave out the reserved words at 0x80000000 and 0x82000000.
     static const std::vector<SampleImage> images{
         {"primary.bin", "BINFILES", "PRIMARY", "0x0000", std::string(kPrimaryBootMarker), 12 * kKiB},
         {"secondary.bin", "BINFILES", "SECONDARY", "0x80000004", "ZRK SAMPLE SECONDARY PROGRAM", 40 * kKiB},
@@ -91,7 +91,7 @@ void writeSampleImages(const fs::path& folder) {
             missing.emplace(path, content);
         else if (!holds(path, content))
             throw std::runtime_error(path.string() +
-                                     " is there with another content and stays as it is, and nothing was "
+                                     " exists with other content and was kept, and nothing was "
                                      "written; move it away or name another folder");
     }
     std::vector<fs::path> written;

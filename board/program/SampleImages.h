@@ -16,15 +16,15 @@ struct SampleImage {
     std::size_t size = 0;
 };
 
-// One for each image slot of a loader. Small enough that a bring-up at 115200 baud takes some five seconds.
+// Returns one for each image slot, small enough for a bring-up at 115200 baud in some five seconds.
 [[nodiscard]] const std::vector<SampleImage>& sampleImages();
 
-// The title, then bytes that look random and are the same on every machine and in every run.
+// Returns the title, then bytes that look random and are the same on every machine and in every run.
 [[nodiscard]] std::vector<std::uint8_t> sampleContent(const SampleImage& image);
 
 // Writes all of them and zrk-loader.INI into the folder, which is made if it is missing. Throws
-// std::runtime_error, and leaves the folder as it was, when one of them is there with another content or
-// cannot be written.
+// std::runtime_error, and leaves the folder as it was, if one of them exists with other content or cannot be
+// written.
 void writeSampleImages(const std::filesystem::path& folder);
 
 } // namespace zrkboard

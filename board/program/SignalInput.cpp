@@ -13,11 +13,11 @@ SignalInput::SignalInput() {
     for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGUSR2})
         sigaddset(&signals, number);
     ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    // Whoever reads the device path may close the pipe afterwards.
+    // The reader of the device path may close the pipe afterwards.
     (void)std::signal(SIGPIPE, SIG_IGN);
     m_fd = FileDescriptor(::signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC));
     if (!m_fd.isOpen())
-        throw std::system_error(errno, std::generic_category(), "cannot listen to signals");
+        throw std::system_error(errno, std::generic_category(), "cannot receive signals");
 }
 
 SignalInput::Wish SignalInput::take() {

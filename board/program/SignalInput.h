@@ -4,8 +4,8 @@
 
 namespace zrkboard {
 
-// The signals that steer the program, as a descriptor to poll. They stay blocked from its construction on, so
-// that one which comes early is not lost.
+// The signals that control the program, as a descriptor to poll. They stay blocked from its construction on,
+// so that an early one is not lost.
 class SignalInput {
   public:
     enum class Wish {
@@ -19,7 +19,7 @@ class SignalInput {
 
     [[nodiscard]] int fd() const { return m_fd.get(); }
 
-    // The oldest one not yet taken.
+    // Takes the oldest signal not yet taken.
     [[nodiscard]] Wish take();
 
   private:

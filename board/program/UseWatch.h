@@ -6,18 +6,18 @@
 
 namespace zrkboard {
 
-// Notices when loaders open and close a device. A pseudo-terminal whose slave is held open elsewhere tells
-// its master nothing of that, so the file system is asked.
+// A count of a device's openings. The master of a pseudo-terminal whose slave is held open elsewhere learns
+// nothing of them, so this asks the file system.
 class UseWatch {
   public:
-    // Begins with nobody counted. Throws std::system_error.
+    // Begins with a count of 0. Throws std::system_error.
     explicit UseWatch(const std::string& devicePath);
 
-    // For poll(): readable when update() has something to do.
+    // Returns a descriptor for poll(): readable if update() has something to do.
     [[nodiscard]] int fd() const { return m_inotify.get(); }
 
-    // Takes notice of what has happened. opened and closed tell whether the device went from unused to used
-    // and the other way round since the last call; both may be true.
+    // Updates the count. opened and closed are whether the device went from unused to used and the other way
+    // round since the last call; both may be true.
     struct Change {
         bool opened = false;
         bool closed = false;

@@ -13,7 +13,7 @@ using namespace zrkboard;
 
 namespace {
 
-// Says back what it hears, at once.
+// A far end that sends back each byte at once.
 class Echo final : public FarEnd {
   public:
     void powerOn(TimePoint /*now*/) override { ++m_powerOns; }
@@ -65,7 +65,7 @@ const std::string kText(5'000, 'k');
 
 } // namespace
 
-TEST(BadWire, EachKindDoesWhatItSaysInTheDirectionThatItIsMeantFor) {
+TEST(BadWire, EachKindActsInItsDirectionOnly) {
     using Check = bool (*)(const std::string& came);
     const std::vector<std::pair<std::string, Check>> kinds{
         {"flip",
@@ -140,7 +140,7 @@ TEST(BadWire, ASeedDoesTheSameHoweverTheBytesCome) {
     EXPECT_EQ(once, run(faults, 1, true));
     EXPECT_EQ(once, run(faults, 7, false));
     EXPECT_NE(once, run("43" + faults.substr(2), 500, false));
-    // One kind more must not move those that are there.
+    // A further kind must not move the faults of the others.
     const auto flips = [](const std::string& text) {
         std::vector<std::uint64_t> at;
         Wire w(text);
@@ -155,7 +155,7 @@ TEST(BadWire, ASeedDoesTheSameHoweverTheBytesCome) {
     EXPECT_EQ(flips("9,flip=.01"), flips("9,flip=.01,double=.2"));
 }
 
-TEST(BadWire, OnlyWhatALoaderCanHearAndFaultyRunsCount) {
+TEST(BadWire, CountsOnlyWhatALoaderCanHearAndFaultyRuns) {
     Wire w("1,to-loader-loss=1", 1);
     w.wire.portClosed(w.now);
     w.send("kk");
@@ -170,7 +170,7 @@ TEST(BadWire, OnlyWhatALoaderCanHearAndFaultyRunsCount) {
     EXPECT_EQ(w.back(), "k");
 }
 
-TEST(BadWire, WhatCannotBeMeantIsRefused) {
+TEST(BadWire, RejectsBadArguments) {
     for (const char* text :
          {"", "x", "1,", "1,flip", "1,flip=", "1,flip=2", "1,flip=-1", "1,flip=nan", "1,flop=0.1",
           "1,to-board-wrong-answer=1", "1,flip=.6,loss=.6", "1,flip=0.1x", "1flip=0.1"})

@@ -13,7 +13,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
-// The program as a loader meets it: a device to open, a paced line, a hang-up.
+// Tests the program as a loader sees it: a device to open, a paced line, a hang-up.
 
 namespace {
 
@@ -33,14 +33,14 @@ struct Program : QProcess {
     }
     ~Program() override { end(); }
 
-    // The next device path that it prints.
+    // Returns the next device path that it prints.
     std::string device() {
         while (!canReadLine() && waitForReadyRead(kLimit)) {
         }
         return readLine().trimmed().toStdString();
     }
 
-    // Waits for its end; the exit status, or -1.
+    // Waits for its end; returns the exit status, or -1.
     int join() {
         if (state() != NotRunning && !waitForFinished(kLimit))
             kill();
@@ -66,7 +66,7 @@ struct Port {
         return ::poll(&entry, 1, limit) > 0;
     }
 
-    // Waits until there has been room for all.
+    // Blocks until there has been room for all.
     [[nodiscard]] bool send(const std::string& bytes) const {
         return ::write(fd, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
     }
@@ -161,7 +161,7 @@ TEST(BoardOnPty, AHangUpReachesTheLoaderAndANewDeviceComes) {
     EXPECT_EQ(program.end(), 0);
 }
 
-TEST(BoardOnPty, ABadWireLiesInBetweenAndIsSummedUp) {
+TEST(BoardOnPty, ABadWireLiesInBetweenAndPrintsItsSum) {
     Program program(
         {"--unpaced", "--power-on-delay", "0", "--faults", "1,to-board-loss=1,to-loader-double=1"});
     {
@@ -176,17 +176,17 @@ TEST(BoardOnPty, ABadWireLiesInBetweenAndIsSummedUp) {
     EXPECT_TRUE(std::regex_match(summary, expected)) << summary;
 }
 
-TEST(BoardOnPty, IsReadyForTheNextAttemptWithoutBeingToldSo) {
+TEST(BoardOnPty, IsReadyForTheNextAttemptByItself) {
     Program program({"--power-on-delay", "0", "--patience", "0.2", "--power-cycles", "2"});
     const std::string device = program.device();
     Port(device).startPrimary();
-    Port(device).startPrimary(); // nobody speaks to the waiting primary boot, so its power is cycled
+    Port(device).startPrimary(); // the primary boot gets no command, so its power is cycled
     ASSERT_GT(program.processId(), 0);
     ::kill(static_cast<pid_t>(program.processId()), SIGUSR1);
     EXPECT_EQ(program.join(), 0) << "two runs";
 }
 
-TEST(BoardOnPty, KeepsAWaitingPrimaryBootAndNoticesThatTheLoaderHasGone) {
+TEST(BoardOnPty, KeepsAWaitingPrimaryBootAndDetectsThatTheLoaderHasGone) {
     Program program({"--power-on-delay", "0", "--patience", "0", "--power-cycles", "1"});
     const std::string device = program.device();
     Port(device).startPrimary();
@@ -200,7 +200,7 @@ TEST(BoardOnPty, KeepsAWaitingPrimaryBootAndNoticesThatTheLoaderHasGone) {
     EXPECT_EQ(program.join(), 0) << "broken off: its only run is over";
 }
 
-TEST(BoardOnPty, FindsOutAtTheStartWhatItMayNotUse) {
+TEST(BoardOnPty, RejectsUnusableFilesAtTheStart) {
     const TemporaryFolder folder;
     const std::string link = folder.path / "port";
     const std::string other = folder.path / "other";

@@ -12,7 +12,7 @@ inline std::string text(const std::vector<std::uint8_t>& bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
-// A board with its own clock, and the loader's half of the conversation written out in bytes.
+// A board with its own clock, and the loader's part of the protocol in bytes.
 struct BoardRig {
     using Milliseconds = std::chrono::milliseconds;
 
@@ -35,7 +35,7 @@ struct BoardRig {
 
     [[nodiscard]] bool logged(const std::string& what) const { return log.find(what) != std::string::npos; }
 
-    // From power-on to an image in IRAM; what the board says to the image.
+    // Runs from power-on to an image in IRAM; returns the board's answer to the image.
     std::string load(const std::string& image, Milliseconds time = Milliseconds(100)) {
         wait(Milliseconds(500));
         send("AU3");
@@ -61,7 +61,7 @@ struct BoardRig {
     zrkboard::Board board;
 };
 
-// A folder that is gone with the object.
+// A folder that is removed with the object.
 struct TemporaryFolder {
     TemporaryFolder() { path = ::mkdtemp(path.string().append("XXXXXX").data()); }
     ~TemporaryFolder() { std::filesystem::remove_all(path); }

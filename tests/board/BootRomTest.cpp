@@ -46,8 +46,8 @@ TEST(BootRom, FallsSilentUntilPowerOnWhenSomethingIsWrong) {
              Case{"AUU", "expected 0x33 '3', got 0x55 'U'"},
              Case{"AU3" + BoardRig::header(0xFFFF, 2) + "ab", "does not lie in IRAM"},
              Case{"AU3" + BoardRig::header(0x80000004, 2) + "ab", "does not lie in IRAM"},
-             Case{"AU3" + BoardRig::header(0, 4) + "code", "marker is missing"},
-             Case{"AU3" + BoardRig::header(0, 0), "marker is missing"},
+             Case{"AU3" + BoardRig::header(0, 4) + "code", "no marker"},
+             Case{"AU3" + BoardRig::header(0, 0), "no marker"},
          }) {
         SCOPED_TRACE(wrong.bytes);
         BoardRig rig;

@@ -15,7 +15,7 @@ zrkboard::BoardOptions withFault(const std::string& fault) {
     return options;
 }
 
-// Plays a loader that does not mind what it hears and collects the board's answer at each step.
+// Plays a loader that ignores the answers, and collects the board's answer at each step.
 std::map<std::string, std::string> playAll(zrkboard::BoardOptions options,
                                            BoardRig::Milliseconds pause = 0ms) {
     options.startDelay = 0ms;
@@ -102,7 +102,7 @@ TEST(Faults, NoiseSlowAnswersAndALostByte) {
     EXPECT_EQ(text(rig.board.sdram().read(0x80000004, 3)), "acd");
 }
 
-TEST(Faults, TheLineHangsUpWhereItIsTold) {
+TEST(Faults, TheLineHangsUpAtTheGivenPlace) {
     zrkboard::BoardOptions code;
     code.misbehaviour.hangUpAfterCode = 40; // the primary boot's and 6 of the secondary program's
     BoardRig inCode(code);
@@ -131,7 +131,7 @@ TEST(Faults, TheLineHangsUpWhereItIsTold) {
     EXPECT_FALSE(idle.board.nextDeadline());
 }
 
-TEST(Faults, SayWhatIsWrongWithTheirText) {
+TEST(Faults, RejectBadTextsWithAReason) {
     for (const char* wrong :
          {"", "R", "R=", "nosuch=none", "R#0=none", "R#x=none", "R=none:1", "R=late", "R=late:x", "R=wrong@1",
           "ack-end=wrong@10", "R=wrong:", "R=wrong:0x100", "R=wrong:ab", "R=refuse@1", "R=silly"})

@@ -76,8 +76,7 @@ TEST(FlashProgrammer, OnlyErasingSetsBits) {
     EXPECT_EQ(board.nand(0x100, 3), "\xFF\xFF\x55");
 }
 
-// Every byte of every frame that is not a value of its own, replaced by another one: the board stops right
-// there.
+// Replaces every byte of every frame that has one allowed value: the board stops right there.
 TEST(FlashProgrammer, StopsAtTheFirstWrongByteOfAFrame) {
     const std::vector<std::string> frames{kVersionRequest, headerFrame(0, 3, 0), dataFrame("abc"), kEndOfData,
                                           kComplete};
@@ -102,7 +101,7 @@ TEST(FlashProgrammer, StopsAtTheFirstWrongByteOfAFrame) {
     }
 }
 
-TEST(FlashProgrammer, RefusesWhatIsOutOfOrderOrOutOfRange) {
+TEST(FlashProgrammer, RefusesFramesOutOfOrderOrOutOfRange) {
     struct Case {
         std::string bytes, logged;
     };

@@ -15,7 +15,7 @@ const TimePoint kStart = TimePoint() + 1234567ns;
 
 } // namespace
 
-// However often one looks, the n-th byte is through n byte times after the first began.
+// However often take() is called, the n-th byte is through n byte times after the first began.
 TEST(PacedQueue, KeepsItsRateAtAnyLookingInterval) {
     for (const auto interval : {100us, 700us, 2000us, 33333us}) {
         PacedQueue line(11520);

@@ -28,7 +28,7 @@ zrkboard::ProgramOptions parse(const std::vector<std::string>& arguments) {
     return zrkboard::parseCommandLine(arguments);
 }
 
-// What the exception says that comes of it; nothing when none comes.
+// Returns the message of the exception; nothing if there is none.
 std::string complaint(const std::function<void()>& action) {
     try {
         action();
@@ -59,7 +59,7 @@ TEST(CommandLine, FillsTheOptions) {
     EXPECT_EQ(parse({"--unpaced"}).lineRate, 0U);
 }
 
-TEST(CommandLine, RejectsWhatItDoesNotUnderstand) {
+TEST(CommandLine, RejectsBadArguments) {
     EXPECT_EQ(complaint([] {
                   (void)parse({"--hang-up-after", "0"});
               }),
@@ -100,7 +100,7 @@ TEST(SampleImages, FitTheBoardAndDoNotOverlap) {
     EXPECT_EQ(flashing.send("F", 1s), "F");
 }
 
-TEST(SampleImages, OverwriteNothingThatIsNotTheirs) {
+TEST(SampleImages, NeverOverwriteOtherFiles) {
     const TemporaryFolder folder;
     const fs::path ini = folder.path / "zrk-loader.INI";
     const fs::path flash = folder.path / "flash.bin";
@@ -154,8 +154,8 @@ TEST(MemoryDump, HoldsTheWholeMemory) {
 TEST(PowerUser, CyclesThePowerForTheNextAttempt) {
     struct Case {
         State state;
-        bool whenClosed;  // once the loader has closed the port
-        bool whenWaiting; // once a loader has said nothing for a while
+        bool whenClosed;  // after the loader has closed the port
+        bool whenWaiting; // after a loader has sent nothing for a while
     };
     const zrkboard::TimePoint now{};
     for (const Case& c : {Case{State::Announcing, false, false}, Case{State::BootRom, true, true},

@@ -13,7 +13,7 @@ struct Prompt : BoardRig {
         send("p" + header(0x80000004, 8) + "SECOND\x01\xFE" + "d", 100ms);
     }
 
-    // The output of a command between its echo and the next prompt.
+    // Returns the output of a command between its echo and the next prompt.
     std::string run(const std::string& line) {
         const std::string all = send(line + "\r", 1s);
         const std::string head = line + "\r\n";
@@ -32,7 +32,7 @@ TEST(Prompt, EchoesAndEditsTheLine) {
     EXPECT_EQ(board.send("ion\t\x1B"), "ion") << "control characters are neither echoed nor kept";
     EXPECT_EQ(board.send("\r"), "\r\nZRK secondary program (simulated board) 1.0\r\nzrk> ");
     EXPECT_EQ(board.send("\n\r\n\n"), "\r\nzrk> \r\nzrk> ") << "CR LF is one line end";
-    EXPECT_EQ(board.send("\x08"), "") << "nothing to rub out";
+    EXPECT_EQ(board.send("\x08"), "") << "nothing to erase";
     EXPECT_EQ(board.send("nonsense\x03"), "nonsense^C\r\nzrk> ");
     EXPECT_EQ(board.send("\r"), "\r\nzrk> ");
     EXPECT_EQ(board.send(std::string(300, 'x')), std::string(255, 'x') + std::string(45, '\a'));
@@ -81,7 +81,7 @@ TEST(Prompt, KeepsVariables) {
 
 TEST(Prompt, BootsWhatWasLoaded) {
     Prompt board;
-    EXPECT_NE(board.run("boot").find("there is no kernel"), std::string::npos);
+    EXPECT_NE(board.run("boot").find("no kernel was loaded"), std::string::npos);
     board.board.powerOn(board.now);
     board.startPrimary();
     board.send("k" + BoardRig::header(0x80800000, 6) + "kernel");

@@ -26,7 +26,7 @@ std::string complaint(const std::string& text) {
     return "";
 }
 
-TEST(Trace, RefusesWhatIsDamaged) {
+TEST(Trace, RejectsDamagedLines) {
     const std::string head = "# zrk trace 1\n0.000000 open COM1 x\n";
     const struct {
         std::string text;
@@ -35,12 +35,12 @@ TEST(Trace, RefusesWhatIsDamaged) {
         {kTrace, ""},
         {"", "line 1: no port was opened"},
         {"# another trace\n", "line 1: expected \"# zrk trace 1\""},
-        {head + "soon < 35 |5|\n", "line 3: \"soon\" is no time"},
-        {head + "0.1 < 35 |5|\n", "line 3: \"0.1\" is no time"},
-        {head + "9223372036854.775807 < 35 |5|\n", "line 3: \"9223372036854.775807\" is no time"},
+        {head + "soon < 35 |5|\n", "line 3: \"soon\" is not a time"},
+        {head + "0.1 < 35 |5|\n", "line 3: \"0.1\" is not a time"},
+        {head + "9223372036854.775807 < 35 |5|\n", "line 3: \"9223372036854.775807\" is too late"},
         {head + "0.100000 ? 35 |5|\n", "line 3: \"?\" is unknown"},
         {head + "0.100000 \x1B[2J 35 |5|\n", "line 3: \"\\x1B[2J\" is unknown"},
-        {head + "0.100000 < 3 |5|\n", "line 3: \"3\" is no byte"},
+        {head + "0.100000 < 3 |5|\n", "line 3: \"3\" is not a byte"},
         {head + "0.100000 < 35 36 |5|\n", "line 3: there are 2 bytes in hexadecimal"},
         {head + "0.100000 < 35\n", "line 3: the bytes are cut off"},
         {head + "0.100000 close\n", "line 3: expected \"close unsent\""},
