@@ -45,7 +45,7 @@ void AckLine::run() {
     }
 }
 
-/// Until a byte is written or one is through; of a block's bytes the last one counts.
+/// Blocks until a byte is written or one is through; of a block's bytes the last one counts.
 void AckLine::wait() const {
     auto wake = zrkboard::Clock::now() + kLook;
     for (const auto& time : {m_toFarEnd.allThrough(), m_toSender.nextThrough(), m_adapter.nextThrough()}) {

@@ -11,13 +11,13 @@
 
 namespace zrkbench {
 
-/// The far end of a stop-and-wait protocol on a line of 11,520 bytes/s each way, behind an adapter: it
-/// answers one byte to each whole block that is right.
+/// The far end of a stop-and-wait protocol on a line of 11,520 bytes/s each way, behind an adapter. It
+/// answers each correct block with one byte.
 class AckLine {
   public:
     using Check = std::function<bool(std::span<const std::uint8_t> block)>;
 
-    /// `blockSize`: bytes of a block with all its framing.
+    /// Takes the `blockSize` in bytes of a block with all its framing.
     AckLine(std::size_t blockSize, Check check, std::chrono::milliseconds adapterLatency);
     ~AckLine();
     AckLine(const AckLine&) = delete;

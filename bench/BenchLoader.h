@@ -6,7 +6,7 @@
 
 namespace zrkbench {
 
-/// The times of one image transfer as a person sees them in the console.
+/// The times of one image transfer as the console shows them.
 struct TransferTimes {
     using TimePoint = std::chrono::steady_clock::time_point;
     TimePoint first;         ///< the first code byte is handed over
@@ -17,7 +17,7 @@ struct TransferTimes {
     [[nodiscard]] double lineSeconds() const {
         return std::chrono::duration<double>(answered - first).count();
     }
-    /// From the last byte's hand-over to the answer.
+    /// Returns the seconds from the last byte's hand-over to the answer.
     [[nodiscard]] double answerSeconds() const {
         return std::chrono::duration<double>(answered - handedOver).count();
     }
@@ -38,10 +38,10 @@ class BenchLoader {
     [[nodiscard]] zrk::Loader& loader() { return m_quiet.loader(); }
 
     /// Brings the board up; the times are those of the secondary executable's transfer. These throw
-    /// std::runtime_error when the operation fails.
+    /// std::runtime_error if the operation fails.
     [[nodiscard]] TransferTimes bringUp();
 
-    /// After that: downloads U-Boot.
+    /// Downloads U-Boot after that.
     [[nodiscard]] TransferTimes download();
 
     /// Programs the flash; the times are those of the data frame.

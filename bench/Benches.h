@@ -4,31 +4,31 @@ namespace zrkbench {
 
 // Each prints its rows of the table.
 
-/// Bring-up, download and flash at 115200 baud, at the board's own device and through a serial server.
+/// Measures bring-up, download and flash at 115200 baud, at the board's device and through a serial server.
 void benchLine();
 
-/// Use of the line by this loader and by stop-and-wait protocols, behind adapters of several latencies.
+/// Measures the use of the line, also by stop-and-wait protocols, with adapters of several latencies.
 void benchPeers();
 
-/// Processor time a megabyte, and the speed where no line holds it back.
+/// Measures the processor time a megabyte, and the speed without a line.
 void benchCost();
 
-/// From a received byte to the return of the wait for it.
+/// Measures the time from a received byte to the return of the wait for it.
 void benchReaction();
 
-/// From a cancel to the end of the operation, at every kind of wait.
+/// Measures the time from a cancel to the end of the operation, at every kind of wait.
 void benchCancel();
 
-/// Processor use of the command line while it waits for a BootID.
+/// Measures the processor use of the command line while it waits for a BootID.
 void benchIdleWait();
 
-/// Memory of the command line while it sends a 64 MiB image.
+/// Measures the memory of the command line while it sends a 64 MiB image.
 void benchMemory();
 
-/// The window program, in processes of its own: start and terminal.
+/// Measures the start and the terminal of the window program, in processes of its own.
 void benchWindow();
 
-/// So many boards at once, each with a loader on a thread of its own: the worst and the best use of a line.
+/// Measures so many boards at once, each with a loader on its own thread: worst and best use of a line.
 void benchBoards(int count);
 
 } // namespace zrkbench

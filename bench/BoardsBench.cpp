@@ -21,7 +21,7 @@ namespace {
 constexpr qsizetype kImageSize = 126976;
 constexpr double kIdealSeconds = kImageSize / kLineRate;
 
-/// One board's bring-up on a thread of its own.
+/// A bring-up of one board on a thread of its own.
 struct Run {
     Run() : board({}) {}
 

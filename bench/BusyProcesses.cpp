@@ -8,7 +8,7 @@
 namespace zrkbench {
 namespace {
 
-/// Ends with its parent, however that ends.
+/// Burns processor time until the parent ends, however that ends.
 [[noreturn]] void burn(pid_t parent) {
     constexpr unsigned kTurns = 10'000'000; // some milliseconds
     while (::getppid() == parent) {
@@ -27,7 +27,7 @@ BusyProcesses::BusyProcesses(int count) {
         if (process == 0)
             burn(parent);
         if (process < 0)
-            throw std::runtime_error("no process to burn processor time");
+            throw std::runtime_error("cannot start a process that burns processor time");
         m_processes.push_back(process);
     }
 }

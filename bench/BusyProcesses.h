@@ -5,7 +5,7 @@
 
 namespace zrkbench {
 
-/// Processes that do nothing but burn processor time, as long as this lives. Make it before any thread.
+/// Processes that only burn processor time, as long as this exists. Make it before any thread.
 class BusyProcesses {
   public:
     explicit BusyProcesses(int count);

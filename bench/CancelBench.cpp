@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr int kTimes = 10;
 constexpr auto kUntilBuffersAreFull = 300ms;
-constexpr double kLimit = 0.020; ///< nobody feels it
+constexpr double kLimit = 0.020; ///< too short to feel
 
 void bringUp(zrk::Loader& loader) {
     loader.bringUp.cmdStartPrimary_Click();
@@ -27,13 +27,13 @@ void flash(zrk::Loader& loader) {
 
 using Operation = void (*)(zrk::Loader& loader);
 
-/// One operation on a simulated board, cancelled where its console's text ends like that.
+/// An operation on a simulated board, cancelled where its console's text ends like that.
 struct BoardWait {
     const char* name;
     std::vector<std::string> options; ///< of the board
     const char* reached;
     Operation operation;
-    bool boardStops = false; ///< the whole of it, so that nobody takes bytes off the line any more
+    bool boardStops = false; ///< the whole process, so that nothing takes bytes off the line
     bool isPaced = false;
     double limit = kLimit;
 
@@ -55,7 +55,7 @@ struct BoardWait {
     }
 };
 
-/// One operation in terminal mode or outside any protocol, on a line where nobody says or takes anything.
+/// Measures one operation in terminal mode or outside any protocol, on a line with a silent far end.
 double onSilentLine(std::chrono::milliseconds pause, const std::function<void(QuietLoader&)>& operation) {
     const zrkboard::PseudoTerminal line;
     QuietLoader quiet(QString::fromStdString(line.devicePath()), 0);
@@ -80,7 +80,7 @@ void addRow(const std::string& wait, double limit, const std::function<double()>
 } // namespace
 
 void benchCancel() {
-    // A frame that was begun goes out first, as long as the line takes anything.
+    // A frame that was begun goes out first, as long as the line takes bytes.
     constexpr double kFrameEnd = 0.300 + kLimit;
     const BoardWait onBoard[] = {
         {"waiting for the BootID", {"--fault", "bootid=none"}, "Waiting for BootID .. ", bringUp},

@@ -12,7 +12,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// At no fixed distance from the ticks of the loader's timers.
+/// Adds a random time, so that the distance from the ticks of the loader's timers varies.
 std::chrono::milliseconds withJitter(std::chrono::milliseconds pause) {
     constexpr int kMost = 50;
     return pause + std::chrono::milliseconds(std::random_device{}() % kMost);

@@ -6,18 +6,18 @@
 
 namespace zrkbench {
 
-/// When and how an operation is cancelled.
+/// The time and the way to cancel an operation.
 struct Cancel {
-    /// What the console's text ends with when the wait has begun; empty: the operation begins with it.
+    /// The end of the console's text when the wait has begun; empty: the operation begins with it.
     QString reached;
-    /// Done at that moment.
+    /// Runs at that moment.
     std::function<void()> whenReached = [] {};
-    /// From then until the cancel, at least, so that the wait has come to rest.
+    /// The least time from then until the cancel, so that the wait has come to rest.
     std::chrono::milliseconds pause{50};
 };
 
-/// Runs the operation, and presses Cancel from the event loop as a click would. Seconds from the press to the
-/// operation's end; throws std::runtime_error when it ends otherwise.
+/// Runs the operation, and presses Cancel from the event loop as a click would. Returns the seconds from the
+/// press to the operation's end; throws std::runtime_error if it ends otherwise.
 [[nodiscard]] double cancelLatency(zrk::Loader& loader, const Cancel& cancel,
                                    const std::function<void()>& operation);
 

@@ -22,7 +22,7 @@ double megabytes(qsizetype bytes) {
     return static_cast<double>(bytes) / 1e6;
 }
 
-/// Bytes a second of plain writes of one byte each into a pseudo-terminal that is read as they come.
+/// Measures plain writes of one byte each into a pseudo-terminal that is read at once, in bytes a second.
 double plainWrites() {
     constexpr std::size_t kBytes = 1 << 20;
     zrkboard::PseudoTerminal terminal;

@@ -6,7 +6,7 @@
 namespace zrkbench {
 namespace {
 
-/// With three significant digits, and none of them behind the point for large numbers.
+/// Prints three significant digits, without decimals for large numbers.
 std::string shortNumber(double value) {
     const int before = value >= 1.0 ? static_cast<int>(std::log10(value)) + 1 : 1;
     char text[32];

@@ -10,17 +10,18 @@ class FigureTable {
     /// Prints the table's head.
     static void begin();
 
-    /// A figure beside what it could be at best or may be at worst. The ratio, 1 for the limit itself, is
-    /// shown in per cent.
+    /// Prints a figure beside its best or worst possible value. The ratio, 1 for the limit itself, is shown
+    /// in per cent.
     static void limited(const std::string& figure, const std::string& value, const std::string& limit,
                         double ratio);
 
-    /// A figure beside another way to do the same, measured in the same run; the ratio is shown as "2.0 x".
+    /// Prints a figure beside another way to do the same, measured in the same run, with a ratio like "2.0
+    /// x".
     static void compared(const std::string& figure, const std::string& value, const std::string& peer,
                          double ratio);
 };
 
-/// Numbers with their units: "11,518 bytes/s", "1.2 ms", "0.52 s/MB", "64.2 MiB".
+/// Return numbers with their units: "11,518 bytes/s", "1.2 ms", "0.52 s/MB", "64.2 MiB".
 [[nodiscard]] std::string rateText(double bytesPerSecond);
 [[nodiscard]] std::string timeText(double seconds);
 [[nodiscard]] std::string costText(double secondsPerMegabyte);

@@ -13,7 +13,7 @@ namespace {
 constexpr qsizetype kImageSize = 126976;
 constexpr qsizetype kDataFrameBytes = 9; ///< around the flash image
 
-/// A transfer's row of the table; returns how long the answer was awaited.
+/// Adds a transfer's row to the table; returns how long the answer took.
 double addTransfer(const std::string& name, const TransferTimes& times, qsizetype bytesOnLine) {
     const double rate = static_cast<double>(bytesOnLine) / times.lineSeconds();
     FigureTable::limited(name, rateText(rate), rateText(kLineRate), rate / kLineRate);

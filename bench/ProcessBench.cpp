@@ -26,7 +26,7 @@ QString makeImage(const QTemporaryDir& folder, qsizetype size) {
     return file.fileName();
 }
 
-/// The command line's "load" on a device, ended when the measurement is over.
+/// A run of the command line's "load" on a device, ended when the measurement is over.
 class LoadRun {
   public:
     LoadRun(const QString& device, qsizetype imageSize)
@@ -41,7 +41,7 @@ class LoadRun {
         }
     }
 
-    /// Seconds of user and system time.
+    /// Returns the seconds of user and system time.
     [[nodiscard]] double cpuSeconds() const {
         const QByteArray stat = procFile("stat");
         const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
@@ -59,7 +59,7 @@ class LoadRun {
         return 0.0;
     }
 
-    /// Presses Ctrl-C; returns the exit status.
+    /// Sends Ctrl-C; returns the exit status.
     [[nodiscard]] int interrupt() {
         (void)::kill(static_cast<pid_t>(m_program.processId()), SIGINT);
         return m_program.waitForFinished(kPatience) ? m_program.exitCode() : -1;

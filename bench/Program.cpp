@@ -11,7 +11,7 @@ Program::Program(const char* name, const QStringList& arguments) {
     constexpr int kStartLimit = 30'000; // milliseconds
     setProgram(QString::fromStdString(zrkboard::siblingProgram(name)));
     setArguments(arguments);
-    // A job in the background has it ignored, and hands that on.
+    // A job in the background ignores it and passes that on.
     setChildProcessModifier([] { (void)::signal(SIGINT, SIG_DFL); });
     start();
     if (!waitForStarted(kStartLimit))

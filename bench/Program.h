@@ -4,9 +4,9 @@
 
 namespace zrkbench {
 
-/// A program that was built with this one, running until it is over or this goes.
+/// A program that was built with this one, running until it ends or this object is destroyed.
 struct Program : QProcess {
-    /// Throws std::runtime_error when it does not start.
+    /// Throws std::runtime_error if it does not start.
     Program(const char* name, const QStringList& arguments);
     ~Program() override;
     Q_DISABLE_COPY_MOVE(Program)

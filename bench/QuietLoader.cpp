@@ -15,7 +15,7 @@ class QuietLoader::Person final : public zrk::MessageBoxes,
                                   public zrk::WaitDialogView {
   public:
     zrk::Answer show(const zrk::MessageBox& box) override {
-        said += box.prompt; // and not thrown, for it may be a timer's tick that shows it
+        said += box.prompt; // not thrown: a timer's tick may show it
         return box.buttons == zrk::MessageButtons::Ok ? zrk::Answer::Ok : zrk::Answer::Yes;
     }
     QString openFile(const zrk::FileRequest& /*request*/) override { return {}; }

@@ -8,10 +8,10 @@
 
 namespace zrkbench {
 
-/// A loader whose COM1 is a device, with a person who says yes to everything. Needs a QCoreApplication.
+/// A loader whose COM1 is a device, with a user who always answers yes. Needs a QCoreApplication.
 class QuietLoader {
   public:
-    /// `lineRate` in bytes a second: 0 where the device is no line, without it that of 115200 baud.
+    /// Takes `lineRate` in bytes a second: 0 if the device has no line, without it that of 115200 baud.
     explicit QuietLoader(const QString& device, std::optional<std::uint32_t> lineRate = {});
     ~QuietLoader();
     QuietLoader(const QuietLoader&) = delete;
@@ -19,15 +19,15 @@ class QuietLoader {
 
     [[nodiscard]] zrk::Loader& loader() { return *m_loader; }
 
-    /// Waits for the next thing to happen on the loader's thread.
+    /// Blocks until the next event on the loader's thread.
     void wait() { m_loop.wait(); }
 
-    /// Writes a file into a folder that lives as long as this; returns its path.
+    /// Writes a file into a folder that lives as long as this object; returns its path.
     [[nodiscard]] QString file(const QString& name, const QByteArray& content) const;
 
     [[nodiscard]] QString folder() const { return m_folder.path(); }
 
-    /// All that the person has been told or asked.
+    /// Returns all messages and questions for the user.
     [[nodiscard]] const QString& said() const;
 
   private:

@@ -20,18 +20,18 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// In turns, so that both meet the same load of the machine.
+// They take turns, so that both meet the same load of the machine.
 constexpr int kRounds = 10;
 constexpr int kSamplesARound = 200;
 
-/// A board that says one byte some time after it was asked to.
+/// A board that sends one byte some time after a request.
 class LateSpeaker {
   public:
     [[nodiscard]] QString device() const { return QString::fromStdString(m_terminal.devicePath()); }
 
     void ask() { m_asked.release(); }
 
-    /// Seconds since it said its last byte.
+    /// Returns the seconds since it sent its last byte.
     [[nodiscard]] double since() const {
         return std::chrono::duration<double>(Clock::now().time_since_epoch() - m_said.load()).count();
     }
@@ -41,7 +41,7 @@ class LateSpeaker {
         std::mt19937 random(1); // NOLINT: the same pauses in every run
         std::uniform_int_distribution<int> pause(500, 3000);
         for (m_asked.acquire(); !over.stop_requested(); m_asked.acquire()) {
-            // Long enough for whoever asked to be asleep when it comes.
+            // Long enough for the requester to be asleep when the byte comes.
             std::this_thread::sleep_for(std::chrono::microseconds(pause(random)));
             m_said = Clock::now().time_since_epoch();
             const std::uint8_t byte = 'x';
@@ -66,7 +66,7 @@ void addReadChar(Samples& samples) {
     for (int i = 0; i < kSamplesARound; ++i) {
         board.ask();
         if (loader.transport.ReadChar() != QLatin1String("x"))
-            throw std::runtime_error("another byte came than was sent");
+            throw std::runtime_error("the received byte differs from the sent one");
         samples.add(board.since());
     }
 }

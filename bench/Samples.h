@@ -6,12 +6,12 @@
 
 namespace zrkbench {
 
-/// Repeated measurements of one thing.
+/// Repeated measurements of one value.
 class Samples {
   public:
     void add(double value) { m_values.insert(std::ranges::upper_bound(m_values, value), value); }
 
-    /// The value that no more than this part of all lie above or at; 0.5 is the median. 0 of no samples.
+    /// The value that no more than this part of all lie above or at; 0.5 is the median. 0 without samples.
     [[nodiscard]] double quantile(double part) const {
         if (m_values.empty())
             return 0.0;

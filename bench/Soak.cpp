@@ -20,11 +20,11 @@ std::uint64_t number(const std::string& text, std::uint64_t most) {
         end = 0;
     }
     if (end == 0 || end != text.size() || text[0] == '-' || value > most)
-        throw std::invalid_argument("\"" + text + "\" is no number up to " + std::to_string(most));
+        throw std::invalid_argument("\"" + text + "\" is not a number up to " + std::to_string(most));
     return value;
 }
 
-/// Runs the plans of the seeds, so many at once. A run that cannot be had at all is a wrong end as well.
+/// Runs the plans of the seeds, so many at once. A run that cannot be started counts as a wrong end, too.
 SoakTable soak(std::uint64_t seed, int runs, int jobs, SoakEnd (*run)(const SoakPlan&)) {
     SoakTable table;
     std::mutex mutex;
@@ -62,7 +62,7 @@ SoakOptions soakOptions(const std::vector<std::string>& arguments) {
     SoakOptions options;
     for (std::size_t i = 0; i < arguments.size(); i += 2) {
         if (i + 1 == arguments.size())
-            throw std::invalid_argument(arguments[i] + " wants a number");
+            throw std::invalid_argument(arguments[i] + " needs a number");
         const std::string& value = arguments[i + 1];
         if (arguments[i] == "--runs")
             options.runs = static_cast<int>(number(value, kMostRuns));

@@ -4,11 +4,11 @@
 
 namespace zrkbench {
 
-/// Runs the plan with loader and board in this process and on virtual time. Safe from any thread.
+/// Runs the plan with loader and board in this process and on virtual time. Any thread may call it.
 [[nodiscard]] SoakEnd runVirtually(const SoakPlan& plan);
 
-/// Runs the plan with the programs zrk-board and zrk-loader-cli on a pseudo-terminal. Safe from any thread.
-/// Throws std::exception when that cannot be had at all.
+/// Runs the plan with the programs zrk-board and zrk-loader-cli on a pseudo-terminal. Any thread may call it.
+/// Throws std::exception if they cannot be run.
 [[nodiscard]] SoakEnd runOnTerminal(const SoakPlan& plan);
 
 struct SoakOptions {
@@ -18,13 +18,13 @@ struct SoakOptions {
     int jobs = 0; ///< at once; 0: virtual ones as many as there are processors, others four times that
 };
 
-/// The arguments behind "soak"; throws std::invalid_argument.
+/// Reads the arguments after "soak"; throws std::invalid_argument.
 [[nodiscard]] SoakOptions soakOptions(const std::vector<std::string>& arguments);
 
-/// So many runs on virtual time, several at once.
+/// Makes so many runs on virtual time, several at once.
 [[nodiscard]] SoakTable soakVirtually(const SoakOptions& options);
 
-/// The whole soak with its tables; false when a run ended wrongly.
+/// Runs the whole soak and prints its tables; returns false if a run ended wrongly.
 [[nodiscard]] bool benchSoak(const SoakOptions& options);
 
 } // namespace zrkbench

@@ -12,7 +12,7 @@ bool changesBytes(const MetFault& fault) {
     return fault.kind != WireFault::Delay && fault.kind != WireFault::HangUp;
 }
 
-/// A byte arrives that is another one.
+/// Returns whether the fault changes a byte that arrives.
 bool alters(const MetFault& fault) {
     return fault.kind == WireFault::Flip || fault.kind == WireFault::Replace ||
            fault.kind == WireFault::WrongAnswer;
@@ -27,7 +27,7 @@ bool any(const SoakEnd& end, Condition condition) {
     return std::any_of(end.faults.begin(), end.faults.end(), condition);
 }
 
-/// A run that says it is done.
+/// Checks a run that reports "done".
 QString wronglyDone(const SoakPlan& plan, const SoakEnd& end) {
     if (!end.sent.isEmpty() && end.sent != plan.stream)
         return QStringLiteral("done, and the loader itself sent something else");
@@ -35,7 +35,7 @@ QString wronglyDone(const SoakPlan& plan, const SoakEnd& end) {
         return QStringLiteral("done over a damaged image that the wire did not damage");
     if (any(end, [](const MetFault& fault) { return fault.kind == WireFault::HangUp; }))
         return QStringLiteral("done over a line that hung up");
-    // With several faults one may make up for another: only of a single one is sure what it must lead to.
+    // With several faults, one may make up for another: only a single one has a certain result.
     if (end.faults.size() != 1)
         return {};
     const MetFault& fault = end.faults.front();
@@ -92,7 +92,7 @@ QString unnoticedDamage(const SoakPlan& plan, const SoakEnd& end) {
     if (touched == end.faults.end())
         return QStringLiteral("answer");
     if (touched->position >= plan.parts.size())
-        return QStringLiteral("behind the last byte");
+        return QStringLiteral("after the last byte");
     switch (plan.parts[touched->position]) {
     case Part::Command:
         return QStringLiteral("command");

@@ -14,16 +14,16 @@ struct MetFault {
     zrkboard::WireFault kind = zrkboard::WireFault::Flip;
     bool toBoard = false;
     std::uint64_t position = 0; ///< of the byte in its direction, from 0
-    /// Of an answer: the loader cannot take any other one for it. Not so for the repeated BootIDs and for
-    /// what the flash programmer says about itself.
+    /// Whether the loader cannot take any other answer for it. Not so for the repeated BootIDs and for the
+    /// flash programmer's version.
     bool exact = false;
 };
 
-/// How a run ended, seen from outside of the loader.
+/// The end of a run, seen from outside of the loader.
 struct SoakEnd {
     QString status;               ///< "done", "timed out" and so on; "hung", "crashed"
     bool cancelled = false;       ///< by the user, while it ran
-    bool mustBeCancelled = false; ///< and nothing else had asked it to stop before
+    bool mustBeCancelled = false; ///< and no other reason to stop came before
     bool limited = false;         ///< only the user's limit ended it, though it was not the user's turn
     bool refusalHeard = false;    ///< an "E" came to the loader's side
     QByteArray sent;              ///< what the loader handed to the line; empty: not known
@@ -32,14 +32,14 @@ struct SoakEnd {
     std::vector<MetFault> faults;
 };
 
-/// What is wrong about the end of a run, in the words of the table; "" for nothing. A damaged image under
-/// "done" is nothing wrong as long as the wire can have damaged it unnoticed.
+/// Returns what is wrong with the end of a run, in the words of the table; "" if nothing is. A damaged image
+/// under "done" is not wrong if the wire can have damaged it undetected.
 [[nodiscard]] QString wrongEnd(const SoakPlan& plan, const SoakEnd& end);
 
-/// Where the damage was that went unnoticed: "code", "address" ..., "answer"; "" when there was none.
+/// Returns where the undetected damage was: "code", "address" ..., "answer"; "" if there was none.
 [[nodiscard]] QString unnoticedDamage(const SoakPlan& plan, const SoakEnd& end);
 
-/// Counts runs.
+/// Counts of runs and their ends.
 struct SoakTable {
     void add(const SoakPlan& plan, const SoakEnd& end);
     void print(const char* title) const;

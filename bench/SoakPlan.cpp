@@ -7,11 +7,11 @@
 namespace zrkbench {
 namespace {
 
-// Not the distributions of the standard library: they differ from machine to machine.
+// Random numbers without the standard library's distributions, which differ from machine to machine.
 class Dice {
   public:
     explicit Dice(std::uint64_t seed) : m_engine(seed) {}
-    /// least to most, both included.
+    /// Returns a number from least to most, both included.
     std::uint32_t between(std::uint32_t least, std::uint32_t most) {
         return least + static_cast<std::uint32_t>(m_engine() % (std::uint64_t{most} - least + 1));
     }
@@ -21,7 +21,7 @@ class Dice {
     std::mt19937_64 m_engine;
 };
 
-/// Bytes of every value, with a text in them that tells the board what they stand for.
+/// Makes bytes of every value, with a text in them that names the board's program.
 QByteArray image(Dice& dice, std::uint32_t most, const QByteArray& marker = {}) {
     QByteArray bytes(static_cast<qsizetype>(dice.between(1, most)) + marker.size(), 0);
     for (char& byte : bytes)
@@ -69,7 +69,7 @@ void writeFlashFrames(SoakPlan& plan) {
         .add(Part::Frame, hex("02 0A000000 B1 B1 0000 03"));
 }
 
-/// From hardly a fault to several a run, whatever its length; in a third of the runs in one direction only.
+/// Makes from hardly a fault to several a run, whatever its length; in a third of the runs one-way only.
 std::string faults(Dice& dice, const SoakPlan& plan) {
     constexpr std::array<double, 3> kExpected{0.3, 1.0, 3.0};
     constexpr double kAnswerBytes = 12;
@@ -80,7 +80,7 @@ std::string faults(Dice& dice, const SoakPlan& plan) {
     const double toLoader = expected(directions != 1) / (plan.flashes ? kFlashAnswerBytes : kAnswerBytes);
     std::string text = std::to_string(plan.seed);
     for (const char* kind : {"flip", "loss", "double", "delay", "replace", "noise", "silence", "hang-up"}) {
-        // A silence and a hang-up end a run; there are enough of them with less.
+        // A silence and a hang-up end a run, so they are made rarer.
         const bool ends = kind[0] == 's' || kind[0] == 'h';
         std::array<char, 96> item{};
         std::snprintf(item.data(), item.size(), ",to-board-%s=%.6f,to-loader-%s=%.6f", kind,

@@ -11,16 +11,16 @@
 
 namespace zrkbench {
 
-/// What a byte on its way to the board is for.
+/// The purpose of a byte on its way to the board.
 enum class Part { Command, Address, Size, Code, Frame, EraseFlag };
 
-/// An image, and where it goes.
+/// An image and its address.
 struct SoakImage {
     QByteArray bytes;
     std::uint32_t address = 0;
 };
 
-/// One run over a bad wire, as its seed has it: what is loaded, what goes wrong, and when the user cancels.
+/// A run over a bad wire, as its seed has it: what is loaded, what goes wrong, and when the user cancels.
 struct SoakPlan {
     std::uint64_t seed = 0;
     bool flashes = false; ///< programs the flash; else loads primary boot, secondary executable, and U-Boot
@@ -31,12 +31,12 @@ struct SoakPlan {
     bool erases = false;
     std::string faults; ///< as zrk-board --faults takes it
     std::optional<std::chrono::milliseconds> cancelAfter;
-    std::chrono::milliseconds powerOnAfter{}; ///< from the loader's asking for it
+    std::chrono::milliseconds powerOnAfter{}; ///< after the loader asks for it
 
-    /// All that a loader sends which succeeds, and what each byte is for.
+    /// All bytes that a successful loader sends, and the purpose of each.
     QByteArray stream;
     std::vector<Part> parts;
-    qsizetype versionAsked = 0; ///< so much of it has been sent when the flash programmer says its version
+    qsizetype versionAsked = 0; ///< this much of it has been sent when the version comes
 };
 
 [[nodiscard]] SoakPlan soakPlan(std::uint64_t seed);

@@ -46,7 +46,7 @@ QStringList boardArguments(const SoakPlan& plan, const QTemporaryDir& folder) {
     return all << QStringLiteral("--dump-sdram") << folder.filePath(QStringLiteral("sdram"));
 }
 
-/// An option that names a new file of the image, and where it goes.
+/// Makes an option that names a new file of the image, and its address.
 QStringList imageOption(const char* option, const SoakImage& image, const QTemporaryDir& folder) {
     QFile file(folder.filePath(QLatin1String(option + 2)));
     if (!file.open(QIODevice::WriteOnly) || file.write(image.bytes) != image.bytes.size())
@@ -98,7 +98,7 @@ bool holds(const QString& file, const SoakImage& image, std::int64_t base) {
            memory.read(image.bytes.size()) == image.bytes;
 }
 
-/// What the board's log tells of the wire.
+/// Finds the wire's faults in the board's log.
 std::vector<MetFault> faultsIn(const QString& log) {
     static const QRegularExpression kLine(
         QStringLiteral("wire: ([a-z-]+) at byte (\\d+) to the (board|loader)"));

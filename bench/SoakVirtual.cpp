@@ -20,14 +20,14 @@ using zrksim::TimePoint;
 
 constexpr auto kPowerOnLimit = 60s;
 constexpr auto kAnswerLimit = 20s; // of the flash programmer, which has none of its own
-// No run needs more: its bytes take a second, its replies five each, its delays three.
+// A run needs no more: its bytes take a second, its replies five each, its delays three.
 constexpr auto kRunLimit = 400s;
 constexpr auto kVirtualEndingLimit = 10s; // from a cancel to the end
 
-/// Where the run has no business.
+/// Far from the run's images.
 constexpr std::uint32_t kElsewhere = 0x03FF'F000;
 
-/// A person who closes each box, switches the board on when asked to, and gives up after a minute.
+/// A user who closes each box, switches the board on on request, and cancels after a minute.
 class Person final : public zrk::MessageBoxes, public zrk::FileDialog, public zrk::WaitDialogView {
   public:
     Person(zrksim::VirtualEventLoop& loop, std::function<void()> powerOn, Duration powerOnAfter)
@@ -56,7 +56,7 @@ class Person final : public zrk::MessageBoxes, public zrk::FileDialog, public zr
 
 template <typename MemoryType>
 bool holds(const MemoryType& memory, const SoakImage& image, std::uint8_t around) {
-    // A byte on either side tells whether more was written than there is.
+    // A byte on either side shows whether more was written than there is.
     const bool hasBefore = image.address % 0x1000 != 0;
     const auto size = static_cast<std::size_t>(image.bytes.size());
     const auto read = memory.read(image.address - (hasBefore ? 1 : 0), size + 1 + (hasBefore ? 1 : 0));
@@ -107,7 +107,7 @@ class VirtualRun {
         m_end.intact = isIntact();
         if (m_loader.operation.isRunning())
             m_end.leftBehind += QStringLiteral("an active operation");
-        // A board that is up keeps its port for what comes next.
+        // A board that is up keeps its port for the next operation.
         const bool keepsPort = !m_plan.flashes && m_loader.operation.outcome() == zrk::Outcome::Done;
         if (m_port.isOpen() && !keepsPort)
             m_end.leftBehind += QStringLiteral("an open port");

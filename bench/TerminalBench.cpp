@@ -19,7 +19,7 @@ constexpr double kTick = 0.2; ///< seconds between two looks at what has been re
 constexpr qsizetype kChunk = static_cast<qsizetype>(kLineRate * kTick);
 constexpr qsizetype kMegabyte = 1'000'000;
 
-/// So much of what a system prints while it starts.
+/// Makes so much of the output of a starting system.
 QByteArray bootLog(qsizetype size) {
     const QByteArray line = "[    1.234567] usb 1-1: new full speed device, address 2, hub 0\r\n";
     return line.repeated(size / line.size() + 1).left(size);
@@ -29,7 +29,7 @@ double secondsSince(Clock::time_point begin) {
     return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-/// Writes as fast as it is read.
+/// Writes as fast as the reader reads.
 void say(const zrkboard::PseudoTerminal& terminal, const QByteArray& text) {
     for (qsizetype done = 0; done < text.size();) {
         pollfd ready{terminal.masterFd(), POLLOUT, 0};

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kPatience = 300'000; // milliseconds
 
-/// What the window program says in this mode.
+/// Runs the window program in this mode; returns its output.
 QByteArray windowSays(const QString& mode) {
     Program program("zrk-bench-window", {mode});
     if (!program.waitForFinished(kPatience) || program.exitStatus() != QProcess::NormalExit ||
@@ -22,7 +22,7 @@ QByteArray windowSays(const QString& mode) {
     return program.readAllStandardOutput();
 }
 
-/// Seconds to the first paint.
+/// Measures the seconds to the first paint.
 Samples firstPaints(const QString& mode) {
     constexpr int kTimes = 10;
     Samples samples;

@@ -19,7 +19,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Ends the program when a text has been painted for the first time, and says how many milliseconds that
+/// Ends the program when a text has been painted for the first time, and prints how many milliseconds that
 /// took.
 class FirstPaint final : public QObject {
   public:
@@ -52,7 +52,7 @@ struct NoPorts final : zrk::PortCatalog {
     [[nodiscard]] std::vector<zrk::PortEntry> ports() const override { return {}; }
 };
 
-/// The loader's window as it is in the program.
+/// The loader's window as the program shows it.
 struct Viewer {
     explicit Viewer(zrkbench::QuietLoader& quiet)
         : window(quiet.loader(), catalog, quiet.folder() + QStringLiteral("/window.conf"), [] {}) {
@@ -60,7 +60,7 @@ struct Viewer {
         QApplication::processEvents();
     }
 
-    /// Throws unless the window has all but the line ends of the console's text.
+    /// Throws unless the window shows the console's text, apart from line ends.
     void requireText(zrkbench::QuietLoader& quiet) const {
         const auto* text = window.findChild<QPlainTextEdit*>(QStringLiteral("txtStatus"));
         const qsizetype all = quiet.loader().controls.txtStatus.text().size();
@@ -85,7 +85,7 @@ void benchTerminal() {
 
 } // namespace
 
-/// "terminal": rows of the table. "bare": a window with nothing but an empty text. Else the loader's window.
+/// Runs a mode: "terminal": rows of the table; "bare": a window with an empty text; else the loader's window.
 int main(int argc, char** argv) {
     const auto start = Clock::now();
     const std::string_view mode = argc > 1 ? argv[1] : "";

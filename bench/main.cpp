@@ -32,8 +32,8 @@ constexpr Part kParts[] = {
     {"boards", [] { zrkbench::benchBoards(kBoards); }},
 };
 
-/// zrk-bench [--busy N] [PART]...: the table, or only these parts of it, with N processes beside it that take
-/// all the processor time they can get. Status 1 when a part could not be measured.
+/// Prints the table, or only some parts of it: zrk-bench [--busy N] [PART]..., beside N processes that take
+/// all the processor time they can get. Returns status 1 if a part could not be measured.
 int printTable(std::vector<std::string> arguments, int argc, char** argv) {
     int busy = 0;
     if (arguments.size() >= 2 && arguments[0] == "--busy") {
@@ -44,7 +44,7 @@ int printTable(std::vector<std::string> arguments, int argc, char** argv) {
     for (const std::string& name : arguments) {
         const auto* part = std::ranges::find(kParts, name, &Part::name);
         if (part == std::end(kParts))
-            throw std::invalid_argument("there is no part \"" + name + "\"");
+            throw std::invalid_argument("unknown part \"" + name + "\"");
         parts.push_back(*part);
     }
     if (parts.empty())

@@ -31,7 +31,7 @@ void BoardPort::closed() {
     wire.portClosed(m_boardTime);
 }
 
-/// Takes what the board has sent and sees to it that what it does next happens in time.
+/// Takes what the board has sent, and schedules its next event.
 void BoardPort::carry() {
     for (const std::uint8_t byte : wire.takeOutput()) {
         heard += static_cast<char>(byte);

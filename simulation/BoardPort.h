@@ -6,13 +6,13 @@
 
 namespace zrksim {
 
-/// A paced line with the simulated board at its other end, behind a bad wire if there are faults for one.
+/// A paced line with the simulated board at its end, and a bad wire in between if there are faults for one.
 class BoardPort final : public LinePort {
   public:
     explicit BoardPort(VirtualEventLoop& loop, const zrkboard::BoardOptions& options = {},
                        const zrkboard::WireFaults& faults = {});
 
-    /// The user cycles the board's power.
+    /// Cycles the board's power, as the user would.
     void powerOn();
 
     zrkboard::Board board;

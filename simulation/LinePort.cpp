@@ -19,7 +19,7 @@ constexpr qsizetype kDriverBuffer = 4096;
 
 } // namespace
 
-/// What the loader holds while the port is open.
+/// The open port of the loader.
 class LinePort::Opened final : public zrk::SerialPort {
   public:
     explicit Opened(LinePort& line) : m_line(line) {}

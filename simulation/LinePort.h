@@ -9,8 +9,7 @@
 
 namespace zrksim {
 
-/// The machine's one serial port on virtual time, with a line behind it. Who is at its other end is up to the
-/// subclass.
+/// The machine's one serial port, on virtual time, with a line whose other end is up to the subclass.
 ///
 /// A paced line takes 11,520 bytes a second from a queue of 512 bytes and a driver's buffer of 4 KiB; an
 /// unpaced one takes everything at once. Bytes for the loader arrive at the time they are given.
@@ -30,13 +29,13 @@ class LinePort : public zrk::SerialPorts {
     bool stalled = false;                      ///< takes no byte any more
     bool failsToOpen = false;                  ///< "The device is not there."
     bool failsHandshaking = false;             ///< "The driver refused."
-    std::optional<bool> isPresent;             ///< as the machine tells
-    QString noticed;                           ///< what a user should know of the port
+    std::optional<bool> isPresent;             ///< as the machine reports
+    QString noticed;                           ///< what a user should know about the port
     std::optional<zrk::LineErrors> lineErrors; ///< as the device counts them
     qsizetype hangUpAfterBytes = 0;            ///< hangs up when the far end has got so many; 0: never
     void hangUp();
 
-    /// Bytes that reach the loader now; lost while the port is closed.
+    /// Hands the loader bytes that arrive now; they are lost while the port is closed.
     void receive(const QByteArray& bytes);
 
     // What the loader did.

@@ -59,7 +59,7 @@ void VirtualEventLoop::runFirst() {
 
 void VirtualEventLoop::yield() {
     m_woken = false;
-    // What is added meanwhile waits for the next turn, so an event that repeats itself cannot hold this one.
+    // What is added meanwhile waits for the next turn, so a repeating event cannot hold up this one.
     const std::uint64_t end = m_nextNumber;
     while (!m_events.empty() && m_events.begin()->first.first <= m_now &&
            m_events.begin()->first.second < end)
@@ -69,7 +69,7 @@ void VirtualEventLoop::yield() {
 void VirtualEventLoop::wait() {
     if (!m_woken) {
         if (m_events.empty() || m_events.begin()->first.first > TimePoint{} + 1h)
-            throw StuckLoop("waiting for what never comes");
+            throw StuckLoop("the loop waits, and no event will come");
         m_now = std::max(m_now, m_events.begin()->first.first);
     }
     yield();
