@@ -11,9 +11,9 @@ bool BootRomHandshake::run() {
         return false;
     m_link.transport.ArmReplyTimer(true);
     m_link.console.PrintStatus(QStringLiteral("Sending 'A' .. "));
-    // A board announces itself until it is answered. What it said in the meantime, when we were late, must
-    // not pass for its answer; it is the announcement once more, and not shown again. With the protocols
-    // muted the user talks to the board by hand, and what lies there is an answer.
+    // A board repeats its announcement until it is answered. Announcements that came before a late answer
+    // must not count as its reply, and are not shown again. With the protocols muted the user answers by
+    // hand, and what lies there is a reply.
     if (!m_link.state.DebugMode)
         m_link.port.skip('5');
     m_link.transport.SendString(QStringLiteral("A"));

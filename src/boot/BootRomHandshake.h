@@ -19,9 +19,9 @@ class BootRomHandshake {
   public:
     BootRomHandshake(Link& link, WaitDialogView& view);
 
-    /// Waits for the BootID under the wait dialog, then does the exchange under one reply interval.
-    /// True when the boot ROM is ready. On False the console says why; the caller runs its abort
-    /// sequence. Yields; port failures pass through as RuntimeFailure.
+    /// Waits for the BootID under the wait dialog, then does the exchange under one reply interval. Returns
+    /// true if the boot ROM is ready. On false the console says why, and the caller runs its abort sequence.
+    /// Yields; port failures pass through as RuntimeFailure.
     [[nodiscard]] bool run();
 
   private:

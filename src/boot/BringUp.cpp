@@ -66,7 +66,7 @@ Operation::End BringUp::loadTicked(Then then) {
         if (!takeReadiness())
             return End::Abort;
     } else {
-        // A confirmed cancel cut the transfer short, or there is no terminal to see the primary boot in.
+        // A confirmed cancel cut the transfer short, or there is no terminal to show the primary boot.
         const bool cutShort = m_link.state.CancelRequested;
         if (!m_link.terminal.switchTo(true) || cutShort)
             end = End::Stopped;
@@ -86,7 +86,7 @@ bool BringUp::loadSecondary() {
     return takeReadiness() && m_commands.SendImageCommand(kSecondaryExecutable);
 }
 
-/// Within the reply interval that runs already.
+/// Runs within the reply interval that is running already.
 bool BringUp::takeReadiness() {
     m_link.console.PrintStatus(QStringLiteral("Wait for 'X' .. "));
     if (!m_link.transport.ExpectChar(QStringLiteral("X")))

@@ -9,7 +9,7 @@ class BootRomHandshake;
 class ImageCommands;
 class ImageTransfer;
 
-/// From a freshly powered board to a running secondary executable.
+/// The bring-up, from a freshly powered board to a running secondary executable.
 class BringUp {
   public:
     BringUp(Link& link, AddressValidation& validation, BootRomHandshake& handshake, ImageTransfer& transfer,
@@ -19,17 +19,16 @@ class BringUp {
     /// the primary boot. Runs to its end inside the call, yielding; throws nothing.
     void cmdStartPrimary_Click();
 
-    /// The same before a command to the primary boot that follows at once. Without a secondary executable it
-    /// takes the primary boot's "X", within one reply interval, and leaves terminal mode off.
+    /// Does the same before a command to the primary boot. Without a secondary executable it takes the
+    /// primary boot's "X", within one reply interval, and leaves terminal mode off. Yields.
     void loadForCommand();
 
-    /// Starts the loaded secondary executable and switches to terminal mode. Yields. A port failure is
-    /// shown, closes the port and leaves only the bring-up to be started. Does nothing while an
-    /// operation runs.
+    /// Starts the loaded secondary executable and switches to terminal mode. Yields. A port failure is shown,
+    /// closes the port, and leaves only the bring-up enabled. Does nothing while an operation runs.
     void cmdStartSecondary_Click();
 
-    /// The same for one without a console to look at: opens the port if it is closed, and leaves what the
-    /// board then says to whoever reads the port next.
+    /// Does the same without a terminal: opens the port if it is closed, and leaves the board's output to the
+    /// next reader of the port. Yields.
     void startWithoutTerminal();
 
   private:

@@ -86,7 +86,7 @@ Operation::End ImageCommands::download() {
     return Operation::End::Done;
 }
 
-/// As it looks now: an image may still be chosen or passed over while those before it are sent.
+/// Asks again each time: the user may choose or untick an image while those before it are sent.
 void ImageCommands::notePlaceOf(int slot) {
     Series place{m_number, m_number, 0};
     for (int later = slot + 1; later <= kKernel; ++later) {
@@ -100,7 +100,7 @@ void ImageCommands::notePlaceOf(int slot) {
 }
 
 void ImageCommands::abortDownload() {
-    // Also disarms the reply timer: a time-out box after the operation has ended helps nobody.
+    // Also disarms the reply timer: a time-out box after the end of the operation helps no user.
     m_link.operation.abort(m_link.controls.cmdStartPrimary);
     m_link.controls.cmdURK.Enabled = false;
 }

@@ -7,7 +7,7 @@ namespace zrk {
 class AddressValidation;
 class ImageTransfer;
 
-/// Downloads through the running primary boot, one letter each.
+/// The downloads through the running primary boot, one letter each.
 ///
 /// | from         | bytes                                       |
 /// |--------------|---------------------------------------------|
@@ -20,7 +20,7 @@ class ImageCommands {
   public:
     ImageCommands(Link& link, AddressValidation& validation, ImageTransfer& transfer);
 
-    /// Downloads the image of slot 1 to 4; True when the primary boot confirmed it with "t". A slot
+    /// Downloads the image of slot 1 to 4. Returns true if the primary boot confirmed it with "t". A slot
     /// outside 0 to 4 is a RuntimeFailure (Index). Yields.
     [[nodiscard]] bool SendImageCommand(int slot);
 

@@ -8,21 +8,21 @@
 
 namespace zrk {
 
-/// The whole image file, which is closed again before anything is sent. Throws RuntimeFailure naming the file
-/// when it cannot be opened or read.
+/// Reads the whole image file and closes it, before anything is sent. Throws RuntimeFailure that names the
+/// file if it cannot be opened or read.
 [[nodiscard]] QByteArray readImage(const QString& path);
 
 struct Controls;
 
-/// Throws RuntimeFailure (File), which names the slot, when its file is longer than the protocols' signed
-/// 32-bit sizes can say. An operation asks before it sends anything of the slot.
+/// Throws RuntimeFailure (File), which names the slot, if its file is longer than the protocols' signed
+/// 32-bit sizes allow. Called before anything of the slot is sent.
 void requireSendable(const Controls& controls, int slot);
 
-/// The images of a run: each file is read once and held once, so that all boards get the same bytes even when
-/// the file changes meanwhile. For any thread.
+/// The images of a run. Each file is read and held once, so that all boards get the same bytes even if the
+/// file changes meanwhile. Any thread may use it.
 class ImageStore {
   public:
-    /// As readImage(), from the second time on without the file; a failure is not kept.
+    /// Returns what readImage() does, and keeps it for further calls; a failure is not kept.
     [[nodiscard]] QByteArray image(const QString& path);
 
   private:

@@ -13,7 +13,7 @@
 namespace zrk {
 namespace {
 
-/// What it means for the board that the file's length is not the one announced.
+/// Words what it means for the board that the file's length is not the announced one.
 QString otherLengthText(const QString& title, int slot, qsizetype length, std::int32_t announced) {
     const QLocale locale;
     const QString lengths = QStringLiteral("%1: the file now has %2 bytes, but %3 were announced; ")
@@ -130,12 +130,12 @@ void ImageTransfer::noteOtherLength(int slot, qsizetype length) {
                              m_link.state.BytesTotal);
 }
 
-/// Yields until the line takes another byte. False when the user wants the transfer to stop.
+/// Yields until the line takes another byte. Returns false if the user wants the transfer to stop.
 bool ImageTransfer::passAfterByte() {
     m_link.transport.pass();
     for (;;) {
         if (m_link.state.CancelRequested) {
-            // The window's question before its close was the confirmation.
+            // The window asked for confirmation before its close.
             if (!m_link.port.isOpen() || userConfirmsCancel())
                 return false;
             m_link.state.withdrawStop();

@@ -11,7 +11,7 @@ namespace zrk {
 class ImageSlots;
 class ImageStore;
 
-/// Sends the image of one slot: header, the primary boot's acceptance where it answers, code bytes.
+/// A sender of one slot's image: header, the primary boot's acceptance if it answers, code bytes.
 ///
 /// | offset | width | header field  | encoding                                |
 /// |--------|-------|---------------|-----------------------------------------|
@@ -21,19 +21,19 @@ class ImageTransfer {
   public:
     ImageTransfer(Link& link, ImageSlots& imageSlots);
 
-    /// Slots 0 and 6 go to the boot ROM, 1 to 4 to the primary boot, which accepts first; slot 5 sends its
-    /// code bytes alone, as the payload of a frame. False when the primary boot refuses or answers
-    /// wrongly. A cancel that the user confirms ends the code early with True and CancelRequested still
+    /// Sends slots 0 and 6 to the boot ROM, 1 to 4 to the primary boot, which accepts first; of slot 5 only
+    /// the code bytes, as the payload of a frame. Returns false if the primary boot refuses or answers
+    /// wrongly. A cancel that the user confirms ends the code early with true, and CancelRequested is still
     /// set. A file of another length than the slot's size is sent as far as both go, which SharedState's
     /// OtherLength notes. Yields after every code byte; file, number and port failures pass through as
     /// RuntimeFailure.
     [[nodiscard]] bool SendImage(int slot);
 
-    /// Asks, while code bytes are being sent, whether that may end. True at once when none are; False while
-    /// another question is open. Yields.
+    /// Asks, while code bytes are being sent, whether the operation may end. Returns true at once if none
+    /// are, and false while another question is open. Yields.
     [[nodiscard]] bool mayBeEnded();
 
-    /// From now on files are read through this store, which boards on other threads use as well.
+    /// Reads files through this store from now on, which boards on other threads use as well.
     void readThrough(std::shared_ptr<ImageStore> store) { m_store = std::move(store); }
 
   private:

@@ -6,7 +6,7 @@
 namespace zrk {
 namespace {
 
-/// Hides the view on every way out, a port failure included.
+/// A guard that hides the view on every way out, a port failure included.
 class ShownView {
   public:
     ShownView(WaitDialogView& view, WaitDialog& dialog) : m_view(view) { m_view.show(dialog); }

@@ -9,13 +9,13 @@ namespace zrk {
 
 class WaitDialog;
 
-/// Shows the wait dialog to a person. The dialog itself does the waiting, so show() must return at
-/// once; what the user does reaches the dialog's handlers from the event loop.
+/// The view of the wait dialog. The dialog itself waits, so show() must return at once; what the user does
+/// reaches the dialog's handlers from the event loop.
 class WaitDialogView {
   public:
     virtual ~WaitDialogView() = default;
 
-    /// Brings the dialog up, modal to the main window. `dialog` lives until hide().
+    /// Shows the dialog, modal to the main window. `dialog` lives until hide().
     virtual void show(WaitDialog& dialog) = 0;
 
     virtual void hide() = 0;

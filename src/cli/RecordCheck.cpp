@@ -64,7 +64,7 @@ QString traceProblem(const QString& file, const QStringList& inputs) {
                    ? QString()
                    : problem(QStringLiteral("nothing can be written to its folder"));
     if (!info.isFile())
-        return problem(QStringLiteral("it is no regular file"));
+        return problem(QStringLiteral("it is not a regular file"));
     return info.isWritable() ? QString() : problem(QStringLiteral("no permission"));
 }
 

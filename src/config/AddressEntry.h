@@ -4,21 +4,21 @@
 
 namespace zrk {
 
-/// Why the address text does not stand for an address of the slot's memory, as the end of a sentence, or ""
-/// when it does. The entry rule makes 0 of what cannot be read, and keeps the last four digits of what
-/// does not fit into the IRAM's 16 bits; who has nobody to look at the result asks here first.
+/// Returns why the address text is not an address of the slot's memory, as the end of a sentence, or "" if it
+/// is. The entry rule makes 0 of an unreadable text, and keeps the last four digits of one that does not fit
+/// into the IRAM's 16 bits; without a user to look at the result, call this first.
 [[nodiscard]] QString addressFault(int slot, const QString& text);
 
-/// The entry rule of the address boxes: it brings every text into the one form that the address checks
-/// rely on, "0x" and 4 (IRAM) or 8 upper-case digits, or "0x0" for a text that is no 32-bit number.
+/// The entry rule of the address boxes. It brings every text into the one form that the address checks rely
+/// on: "0x" and 4 (IRAM) or 8 upper-case digits, or "0x0" for a text that is not a 32-bit number.
 class AddressEntry {
   public:
     explicit AddressEntry(Desk& desk) : m_controls(desk.controls) {}
 
-    /// Runs when the focus leaves the box and when a program step has set an address.
+    /// Applies the rule, after the focus has left the box or a program step has set an address.
     void txtStartAddress_Validate(int slot);
 
-    /// Enter (13) runs the entry rule. Returns the character that the box is to take, 0 for none.
+    /// Applies the rule on Enter (13). Returns the character that the box is to take, 0 for none.
     [[nodiscard]] int txtStartAddress_KeyPress(int slot, int character);
 
   private:

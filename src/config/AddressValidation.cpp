@@ -10,12 +10,12 @@ namespace {
 constexpr std::int32_t kLowestWithoutLastDigit = 0x8000000;
 constexpr std::int32_t kHighestWithoutLastDigit = 0x83FFFFF;
 
-/// The address as an offset into the SDRAM: its top digit becomes 0.
+/// Returns the address as an offset into the SDRAM: its top digit becomes 0.
 QString offsetText(const QString& address) {
     return QStringLiteral("0x0") + strictHexForm(NormalizeHex(address)).right(7);
 }
 
-/// Not by HexToLong(), which makes little of a size of 2 GiB and more. A marker's text is empty: 0.
+/// Avoids HexToLong(), which cannot read 2 GiB and more. A marker's text is empty: 0.
 std::int64_t bytesOf(const QString& size) {
     return size.toLongLong(nullptr, 16);
 }
@@ -70,7 +70,7 @@ void AddressValidation::listRanges() {
 }
 
 void AddressValidation::checkOverlaps() {
-    // A message box keeps the event loop running, so the rows are taken as they stand now.
+    // A message box keeps the event loop running, so this takes a copy of the rows.
     const QList<AddressList::Row> rows = m_desk.controls.lvwAdrs.rows();
     for (qsizetype p = 0; p + 1 < rows.size(); ++p) {
         const std::int64_t end = HexToLong(rows[p].start) + bytesOf(rows[p].size);

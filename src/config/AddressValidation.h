@@ -4,17 +4,17 @@
 
 namespace zrk {
 
-/// Checks the SDRAM ranges of the selected slots 1 to 4 and lists them in lvwAdrs.
+/// A check of the SDRAM ranges of the selected slots 1 to 4, which it lists in lvwAdrs.
 class AddressValidation {
   public:
     AddressValidation(Desk& desk);
 
-    /// True when every selected range lies in the SDRAM and overlaps no other and no marker.
-    /// Shows a message box for each problem, all of them in one run; MessageText keeps the last.
-    /// Throws RuntimeFailure when an address text is no number, which the entry rule rules out.
+    /// Returns true if every selected range lies in the SDRAM and overlaps no other and no marker. Shows a
+    /// message box for each problem, all of them in one run; MessageText keeps the last. Throws
+    /// RuntimeFailure if an address text is not a number, which the entry rule rules out. Yields.
     [[nodiscard]] bool ValidateAddresses();
 
-    /// The check on demand; a failure is shown as a message box.
+    /// Checks on demand, and shows a failure as a message box. Yields.
     void cmdValidateAdrs_Click();
 
   private:

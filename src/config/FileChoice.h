@@ -8,14 +8,13 @@ namespace zrk {
 
 class ImageSlots;
 
-/// The choice of a slot's image file.
+/// The dialog that chooses a slot's image file.
 class FileChoice {
   public:
     FileChoice(Desk& desk, ImageSlots& slots);
 
-    /// Lets the user pick a file for the slot; a cancelled dialog changes nothing. The event loop runs
-    /// while the dialog is open. Changes nothing while an operation runs, also when it
-    /// began during the dialog.
+    /// Lets the user choose a file for the slot; a cancelled dialog changes nothing. Yields while the dialog
+    /// is open. Changes nothing while an operation runs, even if it began during the dialog.
     void cmdBrowse_Click(int slot);
 
   private:

@@ -21,7 +21,7 @@ bool isDigit(QChar c) {
     return c >= QLatin1Char('0') && c <= QLatin1Char('9');
 }
 
-/// 0 to 15, or -1 for any other character.
+/// Returns 0 to 15, or -1 for any other character.
 int hexDigit(QChar c) {
     if (isDigit(c))
         return c.unicode() - '0';
@@ -40,8 +40,8 @@ int hexDigit(QChar c) {
         QStringLiteral("Type mismatch: \"%1\" is not a number such as 0x80008000 or 4096.").arg(text));
 }
 
-/// How long the decimal number at the start of the text is: sign, digits, point, digits and, where
-/// allowed, an exponent. 0 when no digit is there.
+/// Returns the length of the decimal number at the start of the text: sign, digits, point, digits and, if
+/// allowed, an exponent. Returns 0 if there is no digit.
 qsizetype decimalLength(const QString& text, bool allowExponent) {
     qsizetype at = 0;
     const auto digits = [&] {
@@ -73,11 +73,11 @@ qsizetype decimalLength(const QString& text, bool allowExponent) {
 }
 
 double decimalValue(const QString& number) {
-    // Not strtod(), whose point is a comma where the system's language has it so.
+    // Not strtod(), whose point depends on the system's language.
     std::istringstream in(number.toStdString());
     in.imbue(std::locale::classic());
     double value = 0.0;
-    in >> value; // the largest number there is where it does not fit
+    in >> value; // the largest number if it does not fit
     return value;
 }
 
@@ -85,7 +85,7 @@ double roundTiesToEven(double value) {
     return std::nearbyint(value); // the default rounding mode
 }
 
-/// What the text begins with, read leniently: blanks are skipped, nothing readable is 0.
+/// Reads the beginning of the text leniently: blanks are skipped, nothing readable is 0.
 double lenientReading(const QString& original) {
     QString text = original;
     text.removeIf(
@@ -126,7 +126,7 @@ std::uint32_t strictDecimal(const QString& number, const QString& original) {
     return static_cast<std::uint32_t>(static_cast<std::int32_t>(rounded));
 }
 
-/// The text without the blanks around it.
+/// Returns the text without the blanks around it.
 QString withoutOuterBlanks(const QString& text) {
     qsizetype first = 0;
     qsizetype end = text.size();

@@ -11,35 +11,35 @@
 
 namespace zrk {
 
-/// The seven image slots. Their state is what their controls hold; this keeps it consistent:
-/// a slot without a file is never selected.
+/// The seven image slots. Their controls hold their state; this keeps it consistent: a slot without a file is
+/// never selected.
 class ImageSlots {
   public:
-    /// Relative paths are those of `paths`.
+    /// Resolves relative paths with `paths`.
     ImageSlots(Desk& desk, Paths paths);
 
     [[nodiscard]] const Paths& paths() const { return m_paths; }
 
-    /// From now on relative paths start at this folder.
+    /// Resolves relative paths from this folder from now on.
     void resolveFrom(const QString& folder) { m_paths = Paths(folder); }
 
     /// Makes `path` the slot's file: name, path, tool tip and size, then selects the slot; slot 0
     /// enables cmdStartPrimary. A length that cannot be read leaves the size label as it was.
     void fill(int slot, const QString& path);
 
-    /// Runs whenever the value of chkExeURK(slot) changes: unticks the box of a slot without a file.
+    /// Unticks the box of a slot without a file; runs whenever the value of chkExeURK(slot) changes.
     void chkExeURK_Click(int slot);
 
-    /// Marks every slot, or one, whose file has another size or time than when it was chosen, or is gone; the
-    /// size label is not measured again.
+    /// Marks every slot, or one, whose file is gone or has another size or time than when it was chosen. Does
+    /// not update the size label.
     void checkFiles();
     void checkFile(int slot);
 
-    /// "0x" and the length in upper-case hexadecimal.
+    /// Returns "0x" and the length in upper-case hexadecimal.
     [[nodiscard]] static QString sizeText(std::int64_t length);
 
   private:
-    /// What a file looked like when it was chosen.
+    /// A file's size and time when it was chosen.
     struct Stamp {
         QString path;
         qint64 size = 0;

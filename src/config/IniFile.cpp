@@ -11,7 +11,7 @@ namespace {
 constexpr qsizetype kMaxValueLength = 254;
 
 QString textOf(const QByteArray& bytes, CodePage codePage) {
-    // Stateless: a character that the end of the file cuts off is an error, not a wait for more.
+    // Stateless: an incomplete character at the end of the file is an error, not a wait for more.
     const auto marked = QStringConverter::encodingForData(bytes);
     QStringDecoder decoder(marked.value_or(QStringConverter::Utf8), QStringConverter::Flag::Stateless);
     QString text = decoder(bytes);
@@ -49,7 +49,7 @@ IniFile::IniFile(const QString& path, CodePage codePage) {
         const qsizetype equals = line.indexOf(QLatin1Char('='));
         if (line.startsWith(QLatin1Char('['))) {
             const qsizetype end = line.indexOf(QLatin1Char(']'));
-            section = end < 0 ? line : line.mid(1, end - 1).trimmed(); // without its end it is no known one
+            section = end < 0 ? line : line.mid(1, end - 1).trimmed(); // a section without its end is unknown
             m_entries.append({number, section, std::nullopt, QString()});
         } else if (!isComment(line) && equals >= 0) {
             m_entries.append({number, section, line.left(equals).trimmed(),

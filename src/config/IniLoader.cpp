@@ -13,10 +13,10 @@
 namespace zrk {
 namespace {
 
-/// More of them would fill the terminal, and the status bar, which lays out all of its text at each resize.
+/// More of them would fill the terminal, and the status bar, which lays out its whole text at each resize.
 constexpr qsizetype kMostNameRemarks = 10;
 
-/// A name of the file as a part of a remark.
+/// Returns a name of the file as a part of a remark.
 QString shown(const QString& name) {
     constexpr qsizetype kMost = 60;
     return printableText(name.left(kMost)) + (name.size() > kMost ? QStringLiteral("...") : QString());
@@ -26,7 +26,7 @@ bool isSame(const QString& name, const char* known) {
     return name.compare(QLatin1String(known), Qt::CaseInsensitive) == 0;
 }
 
-/// The keys that count in a section; none where the section is unknown.
+/// Returns the keys that count in a section; none if the section is unknown.
 QStringList keysOf(const QString& section) {
     QStringList keys;
     for (const SlotFacts& known : kSlots) {
@@ -36,7 +36,7 @@ QStringList keysOf(const QString& section) {
     return keys;
 }
 
-/// What is wrong with a name in the file, or ""; `keys` are those that count in its section.
+/// Returns what is wrong with a name in the file, or ""; `keys` are those that count in its section.
 QString remarkOn(const IniEntry& name, const QStringList& keys) {
     const QString section = shown(name.section);
     if (!name.key)
@@ -44,18 +44,18 @@ QString remarkOn(const IniEntry& name, const QStringList& keys) {
                    ? QStringLiteral("unknown section [%1]; known are [BINFILES] and [IMGFILES].").arg(section)
                    : QString();
     if (name.section.isEmpty())
-        return QStringLiteral("the key %1 stands in front of every section.").arg(shown(*name.key));
-    // The keys of an unknown section have been told with it.
+        return QStringLiteral("the key %1 comes before the first section.").arg(shown(*name.key));
+    // The remark on an unknown section covers its keys.
     if (keys.isEmpty() || keys.contains(*name.key, Qt::CaseInsensitive))
         return {};
     return QStringLiteral("unknown key %1 in [%2]; known are %3.")
         .arg(shown(*name.key), section, keys.join(QStringLiteral(", ")));
 }
 
-/// Finds the sections and keys that have no effect because an earlier one has the same name.
+/// A detector of sections and keys that have no effect because an earlier one has the same name.
 class IniRepeats {
   public:
-    /// The remark on a name that is repeated and known, or "". To be asked for each name in turn.
+    /// Returns the remark on a known name that is repeated, or "". Call it for each name in turn.
     [[nodiscard]] QString remarkOn(const IniEntry& name, const QStringList& keys) {
         const QString section = name.section.toLower();
         if (!name.key) {
@@ -74,7 +74,7 @@ class IniRepeats {
                                       : QString();
     }
 
-    /// The present section and its keys have no effect.
+    /// Returns whether the present section and its keys have no effect.
     [[nodiscard]] bool inIgnoredSection() const { return m_ignored; }
 
   private:
@@ -122,7 +122,7 @@ void IniLoader::openIni(const QString& path) {
             QStringLiteral("Not in this file, kept from before: %1.").arg(kept.join(QStringLiteral(", ")));
 }
 
-/// Those with a file that this INI file does not name, and another one may have.
+/// Returns the slots with a file that this INI file does not name but another one may.
 QStringList IniLoader::keptSlots() const {
     QStringList kept;
     for (std::size_t i = 0; i < kSlots.size(); ++i) {
@@ -140,7 +140,7 @@ void IniLoader::checkNames(const IniFile& file) {
         return;
     }
     if (!file.isText()) {
-        m_nameRemarks += QStringLiteral("This is no text that can be read; save it as UTF-8.");
+        m_nameRemarks += QStringLiteral("The file is not readable text; save it as UTF-8.");
         return;
     }
     IniRepeats repeats;

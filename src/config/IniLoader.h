@@ -12,28 +12,28 @@ class AddressEntry;
 class ImageSlots;
 class IniFile;
 
-/// Presets the image slots from the configuration file.
+/// The reader of the configuration file, which presets the image slots.
 class IniLoader {
   public:
     IniLoader(Desk& desk, ImageSlots& slots, AddressEntry& addresses);
 
-    /// Reads IniPath and fills the slots it names; the outcome is visible in each slot. Slots that the
-    /// file does not name keep what they hold.
+    /// Reads IniPath and fills the slots it names; each slot shows the result. Slots that the file does not
+    /// name keep their contents.
     void mnuLoadIni_Click();
 
-    /// The same for another file, which mnuLoadIni_Click reads from now on and at whose folder relative names
-    /// start.
+    /// Does the same for another file, which mnuLoadIni_Click reads from now on. Relative names start at its
+    /// folder.
     void openIni(const QString& path);
 
-    /// The file is edited by hand: only says so.
+    /// Shows a message box: the file has to be edited by hand. Yields.
     void mnuWriteIni_Click();
 
-    /// What in the file had no effect or another one than it seems to have, since it was read last: names
-    /// that nobody knows, and addresses that cannot be used. Full sentences, each naming the place. After ten
-    /// names the number of the others.
+    /// Returns what had no effect, or an unexpected one, when the file was read last: unknown names, and
+    /// addresses that cannot be used. Full sentences, each naming the place. After ten names comes the number
+    /// of the others.
     [[nodiscard]] QStringList remarks() const;
 
-    /// Why the address that the slot was last filled with cannot be used, or "".
+    /// Returns why the address that the slot was last filled with cannot be used, or "".
     [[nodiscard]] const QString& addressFaultOf(int slot) const {
         return m_addressFaults.at(static_cast<std::size_t>(slot));
     }
@@ -41,11 +41,10 @@ class IniLoader {
     /// Fills one slot from a value "file[,address]"; "" leaves it untouched.
     void applyValue(int slot, const QString& value);
 
-    /// Fills one slot with the file at a full path and the address text; clears it when there is no such
-    /// file.
+    /// Fills one slot with the file at a full path and the address text; clears it if there is no such file.
     void applyFile(int slot, const QString& path, const QString& address);
 
-    /// Takes the slot's file away, as if the INI file did not name one.
+    /// Clears the slot, as if the INI file did not name a file for it.
     void emptySlot(int slot);
 
   private:

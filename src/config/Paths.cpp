@@ -11,7 +11,7 @@ QString Paths::ResolvePath(const QString& path) const {
         return path;
     if (m_separator == QLatin1Char('\\'))
         return joined(path);
-    // Files written for one system are used on the other, so "\" separates here too.
+    // Files written for one system are used on the other, so "\" is a separator here, too.
     QString native = path;
     native.replace(QLatin1Char('\\'), m_separator);
     return path.startsWith(m_separator) ? native : joined(native);
@@ -34,7 +34,7 @@ bool FileExists(const QString& path, bool rejectEmpty) {
     QFile file(path);
     if (!openForReading(file).isEmpty())
         return false;
-    // The kernel's own files have no size, and some let their reader wait.
+    // The kernel's own files have no size, and reading some of them blocks.
     char first = 0;
     return !rejectEmpty || (file.size() > 0 && file.read(&first, 1) == 1);
 }

@@ -5,27 +5,27 @@
 
 namespace zrk {
 
-/// How the texts of the INI file become paths, and how paths are split for display.
-/// Where the separator is "/", a path of the file may use either separator.
+/// The rules that make paths of the INI file's texts, and split paths for display. Where the separator is
+/// "/", a path of the file may use either separator.
 class Paths {
   public:
-    /// Relative paths start at `folder`. The separator is a parameter so that both kinds of system
-    /// can be checked on either.
+    /// Resolves relative paths from `folder`. The separator is a parameter so that both kinds of system can
+    /// be checked on either.
     explicit Paths(QString folder, QChar separator = QDir::separator());
 
     [[nodiscard]] const QString& folder() const { return m_folder; }
 
-    /// An absolute path as it stands (a drive letter; where the separator is "/", also a leading "/"),
-    /// any other joined to the folder.
+    /// Returns an absolute path as it is (a drive letter; where the separator is "/", also a leading "/"),
+    /// and joins any other to the folder.
     [[nodiscard]] QString ResolvePath(const QString& path) const;
 
-    /// The part behind the last separator, the whole text when there is none.
+    /// Returns the part after the last separator, the whole text if there is none.
     [[nodiscard]] QString FileNameOf(const QString& path) const;
 
-    /// The part up to and including the last separator, empty when there is none.
+    /// Returns the part up to and including the last separator, empty if there is none.
     [[nodiscard]] QString FolderOf(const QString& path) const;
 
-    /// folder + separator + name.
+    /// Returns folder + separator + name.
     [[nodiscard]] QString joined(const QString& name) const { return m_folder + m_separator + name; }
 
   private:
@@ -35,7 +35,7 @@ class Paths {
     QChar m_separator;
 };
 
-/// True when the file can be opened for reading and, if `rejectEmpty`, holds at least one byte.
+/// Returns whether the file can be opened for reading and, if `rejectEmpty`, holds at least one byte.
 [[nodiscard]] bool FileExists(const QString& path, bool rejectEmpty);
 
 } // namespace zrk

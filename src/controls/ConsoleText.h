@@ -7,14 +7,14 @@
 
 namespace zrk {
 
-/// Where a piece of the console's text comes from.
+/// The source of a piece of the console's text.
 enum class TextOrigin {
     Loader,
     Board, ///< bytes that came over the line, one in each character
 };
 
-/// The text of the console. It only grows at its end, where at most its last characters are replaced;
-/// so one who shows it follows edits instead of reading the whole again.
+/// The text of the console. It only grows at its end, where at most its last characters are replaced; so a
+/// view follows edits instead of reading the whole text again.
 class ConsoleText {
   public:
     [[nodiscard]] const QString& text() const { return m_text; }
@@ -24,13 +24,13 @@ class ConsoleText {
     /// Replaces the last `removed` characters (0 to the length of the text) by `inserted`.
     void replaceEnd(qsizetype removed, const QString& inserted, TextOrigin origin = TextOrigin::Loader);
 
-    /// An edit at the end: so many characters went away, then these came.
+    /// Receives an edit at the end: so many characters were removed, then these were added.
     using EditListener = std::function<void(qsizetype removed, const QString& inserted, TextOrigin origin)>;
-    /// The listener is called after every edit that changes something, until forgetListeners().
+    /// Calls the listener after every edit that changes the text, until forgetListeners().
     void onEdit(EditListener listener) { m_listeners.push_back(std::move(listener)); }
     void forgetListeners() { m_listeners.clear(); }
 
-    /// Asks for the keyboard focus; without a window nothing happens.
+    /// Requests the keyboard focus; does nothing without a window.
     void SetFocus() const;
     void onFocusRequested(std::function<void()> listener) { m_focus = std::move(listener); }
 

@@ -14,9 +14,9 @@
 
 namespace zrk {
 
-/// The main window's controls as values. The operations read and write these; a window binds its
-/// widgets to them, the command line fills them from its options, and a test needs neither.
-/// Each field tells whoever listens when it changes. In captions "&" marks the access key.
+/// The main window's controls as values. The operations read and write these; a window binds its widgets to
+/// them, the command line fills them from its options, and a test needs neither. Each field notifies its
+/// listeners of changes. In captions "&" marks the access key.
 
 struct CommandButton {
     QProperty<QString> Caption;
@@ -44,7 +44,7 @@ struct Label {
     QProperty<QString> Caption;
 };
 
-/// An entry of a list and the number that belongs to it.
+/// An entry of a list, with its number.
 struct ListEntry {
     QString text;
     int itemData = 0;
@@ -56,7 +56,7 @@ struct ComboBox {
     QProperty<QList<ListEntry>> List;
     QProperty<int> ListIndex{-1};
     QProperty<bool> Enabled{true};
-    /// The selected entry's number; throws RuntimeFailure (Index) when nothing is selected.
+    /// Returns the selected entry's number; throws RuntimeFailure (Index) if nothing is selected.
     [[nodiscard]] int selectedItemData() const;
 };
 
@@ -71,17 +71,17 @@ struct StatusBar {
 };
 
 struct Controls {
-    /// All controls in their design state: captions, texts and what is enabled.
+    /// Sets all controls to their design state: captions, texts and what is enabled.
     Controls();
 
-    /// A slot's caption without the mark of its access key, for example "UBoot image".
+    /// Returns a slot's caption without the mark of its access key, for example "UBoot image".
     [[nodiscard]] QString slotTitle(std::size_t slot) const;
 
-    /// A slot's size in bytes; nothing when it has no file.
+    /// Returns a slot's size in bytes; empty if it has no file.
     [[nodiscard]] std::optional<std::int64_t> sizeInBytes(std::size_t slot) const;
 
-    /// A slot's size as its label shows it. Throws RuntimeFailure (TypeMismatch), which names the slot and
-    /// what to do, when it has none.
+    /// Returns a slot's size as its label shows it. Throws RuntimeFailure (TypeMismatch), which names the
+    /// slot and what to do, if it has none.
     [[nodiscard]] QString sizeOf(std::size_t slot) const;
 
     Label lblHeader;

@@ -9,17 +9,17 @@ namespace zrk {
 class EventLoop;
 class FileDialog;
 
-/// What all parts of one loader have in common: its state, its controls, and the clock and the people around
-/// it, who must outlive it.
+/// The common part of all components of one loader: its state, its controls, and the interfaces to clock and
+/// user, which must outlive it.
 struct Desk {
     Desk(EventLoop& eventLoop, MessageBoxes& messageBoxes, FileDialog& dialog)
         : loop(eventLoop), boxes(messageBoxes), fileDialog(dialog) {}
     Desk(const Desk&) = delete;
     Desk& operator=(const Desk&) = delete;
 
-    /// Shows a message box; MessageText keeps its prompt. The event loop runs while it is open.
+    /// Shows a message box and returns the answer; MessageText keeps its prompt. Yields while it is open.
     Answer show(const MessageBox& box);
-    /// The same with an OK button.
+    /// Does the same with an OK button.
     void tell(const QString& prompt, MessageIcon icon, const QString& title);
 
     EventLoop& loop;

@@ -4,8 +4,8 @@
 
 namespace zrk {
 
-/// Notes, as long as it lives, what an operation without a time limit waits for, so that whoever shows the
-/// state can tell.
+/// A note of what an operation without a time limit waits for, for the status display. It is cleared with
+/// this object.
 class PendingWait {
   public:
     PendingWait(SharedState& state, const QString& what, std::chrono::steady_clock::time_point now)

@@ -6,14 +6,14 @@
 
 namespace zrk {
 
-/// What went over the line of an image whose transfer came to its end.
+/// The bytes of an image that were sent by a complete transfer.
 struct SentImage {
     std::uint32_t crc32 = 0; ///< of exactly these bytes, as in zip and Ethernet
     std::int32_t bytes = 0;  ///< fewer than were announced when the file became shorter meanwhile
 
     bool operator==(const SentImage&) const = default;
 
-    /// Eight upper-case hexadecimal digits.
+    /// Returns eight upper-case hexadecimal digits.
     [[nodiscard]] QString crcText() const {
         return QStringLiteral("%1").arg(crc32, 8, 16, QLatin1Char('0')).toUpper();
     }

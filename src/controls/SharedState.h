@@ -14,17 +14,17 @@
 
 namespace zrk {
 
-/// A place in a row of image transfers.
+/// The place of a transfer in a series.
 struct Series {
     int number = 0;               ///< from 1
-    int count = 0;                ///< less than 2: no row
+    int count = 0;                ///< less than 2: no series
     std::int64_t bytesBehind = 0; ///< of the transfers that come after
 };
 
-/// What the windows, the timers and the long operations share. One per loader, passed to those who
-/// read or write it; all of it belongs to the user-interface thread.
+/// The shared state of windows, timers and long operations. One per loader, passed to its readers and
+/// writers; all of it belongs to the user-interface thread.
 struct SharedState {
-    bool CancelRequested = false;           ///< the running wait or operation is to stop when it next looks
+    bool CancelRequested = false;           ///< the running wait or operation is to stop at its next check
     QProperty<bool> OperationActive{false}; ///< a long operation is running
     Outcome StopReason = Outcome::Done;     ///< the first reason why the running operation is to stop
     QString StopText;       ///< which limit ran out and what was waited for, when StopReason is LimitReached
@@ -32,28 +32,28 @@ struct SharedState {
     bool TerminalMode = false;
     bool Asking = false;         ///< a message box waits for the user
     bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait
-    /// From a failure in or after the flash header frame until the next operation: the flash may be erased or
-    /// half written.
+    /// Set from a failure in or after the flash header frame until the next operation: the flash may be
+    /// erased or half written.
     bool FlashStateUnknown = false;
     QString LastChar;     ///< the character most recently read by a protocol step
     QString MessageText;  ///< prompt of the message box being raised; last address error
     QString IniPath;      ///< full path of the configuration file
     QString DialogFolder; ///< where the file dialogs begin: the program's own folder
-    QString HeardBehind;  ///< what terminal mode has received behind the text that a script waited for last
+    QString HeardBehind;  ///< what terminal mode has received after the text that a script waited for last
     QString Remark;       ///< for the first status panel while nothing runs, until the user's next action
-    QString Unanswered; ///< which question of the board's protocols the reply time-out ran out over, in words
+    QString Unanswered; ///< the request that the reply time-out ran out for, in words
     QString LastSent;   ///< what the board's next answer is about, in words
     std::array<QString, 8> SlotNames;
     std::int32_t BytesSent = 0;      ///< code bytes handed over by the current image transfer
     std::int32_t BytesTotal = 0;     ///< code bytes of the current image transfer
     std::int64_t BytesSentInAll = 0; ///< code bytes handed over since the loader was made
     int SendingSlot = 0;             ///< the slot of that transfer
-    /// When the running operation handed over its first code byte.
+    /// The time when the running operation handed over its first code byte.
     std::optional<std::chrono::steady_clock::time_point> SendingSince;
-    Series Images; ///< where the running transfer stands among those of its operation
-    /// Of each slot's file, once it has been sent whole and until it is chosen or sent again.
+    Series Images; ///< the running transfer's place among those of its operation
+    /// For each slot's file, once it has been sent whole and until it is chosen or sent again.
     std::array<QProperty<std::optional<SentImage>>, kSlotCount> Sent;
-    QString WrongAnswer; ///< what the board sent where something else was expected, in words
+    QString WrongAnswer; ///< which byte the board sent and which was expected, in words
     /// Which image files had another length than announced, and what that means for the board, in words.
     QString OtherLength;
     QString LineErrorsText; ///< what was damaged on the line during the last transfers, in words
@@ -71,7 +71,7 @@ struct SharedState {
         if (StopReason == Outcome::Done)
             StopReason = why;
     }
-    /// Nothing asks for a stop any more.
+    /// Clears the request to stop.
     void withdrawStop() {
         CancelRequested = false;
         StopText.clear();

@@ -20,11 +20,10 @@ enum Slot : int {
 
 enum class Memory { Iram, Sdram, Nand };
 
-/// The frame of the window that a slot stands in.
+/// The frame of the window that shows a slot.
 enum class SlotFrame { ProgramFlash, Executables, Images };
 
-/// All that is known about one image slot. Whoever needs a part of it reads it here, so a new slot is one
-/// row.
+/// All facts about one image slot. All code reads them here, so a new slot is one row.
 struct SlotFacts {
     const char* caption; ///< of its check box; "&" marks the access key
     SlotFrame frame;
@@ -69,7 +68,7 @@ inline constexpr std::array<Slot, kSlotCount> kWindowOrder{
                                      : "Flash Address";
 }
 
-/// The hexadecimal digits of an entered address: IRAM has 16-bit addresses.
+/// Returns the number of hexadecimal digits of an entered address: IRAM has 16-bit addresses.
 [[nodiscard]] constexpr int addressDigits(Memory memory) {
     return memory == Memory::Iram ? 4 : 8;
 }

@@ -7,7 +7,7 @@ namespace zrk {
 QString appendToRecord(QFile& file, const QByteArray& bytes) {
     const qint64 before = file.size();
     qint64 taken = file.write(bytes);
-    if (taken > 0 && taken < bytes.size()) // a short write has no reason, the one after it has
+    if (taken > 0 && taken < bytes.size()) // after a short write the next one has the reason
         taken += std::max<qint64>(file.write(bytes.sliced(taken)), 0);
     if (taken == bytes.size())
         return {};

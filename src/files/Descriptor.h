@@ -5,7 +5,7 @@
 
 namespace zrk {
 
-/// Closes a file descriptor of POSIX unless it was released. A negative number is none.
+/// A file descriptor of POSIX, closed unless it was released. A negative number means no file.
 class Descriptor {
   public:
     explicit Descriptor(int number) : m_number(number) {}

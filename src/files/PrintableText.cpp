@@ -10,7 +10,7 @@
 namespace zrk {
 namespace {
 
-/// Letters and marks that leave no trace on the screen, and so no category tells them apart from others.
+/// Returns whether a letter or mark leaves no trace on the screen; no category separates them from others.
 bool isInvisibleLetter(char32_t c) {
     static constexpr std::array<std::pair<char32_t, char32_t>, 13> kRanges{{{0x034F, 0x034F},
                                                                             {0x115F, 0x1160},

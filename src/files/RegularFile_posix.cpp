@@ -22,7 +22,7 @@ QString systemText(int error) {
 
 QString unusableName(const QString& name) {
     return name.isEmpty() || name.contains(QChar::Null) // Qt would complain on standard error
-               ? QStringLiteral("Its name is empty or holds a NUL character")
+               ? QStringLiteral("Its name is empty or contains a NUL character")
                : QString();
 }
 
@@ -31,7 +31,7 @@ QIODevice::OpenMode openMode(OldRecord old) {
     return old == OldRecord::Continue ? mode | QIODevice::Append : mode;
 }
 
-/// The files of the kernel's interfaces look regular, but reading one can act, and none has a true length.
+/// Detects the kernel's interfaces: they look regular, but reading one can act, and none has a true length.
 bool isOfTheKernel([[maybe_unused]] int file) {
 #ifdef __linux__
     struct statfs system {};
@@ -48,10 +48,10 @@ QString openForReading(QFile& file, Links links) {
     if (QString why = unusableName(file.fileName()); !why.isEmpty())
         return why;
     const QByteArray path = QFile::encodeName(file.fileName());
-    QString notRegular = QStringLiteral("It is no regular file");
+    QString notRegular = QStringLiteral("It is not a regular file");
     struct stat status {};
-    // First without opening it, because opening a device can act. Then once more on what was opened: the file
-    // can have been replaced in between.
+    // First without opening it, because opening a device can act. Then again on the opened file: it can have
+    // been replaced in between.
     if (::stat(path.constData(), &status) == 0 && !S_ISREG(status.st_mode))
         return notRegular;
     const int flags =
@@ -74,14 +74,14 @@ QString openRecord(QFile& file, OldRecord old) {
     struct stat status {};
     if (::lstat(path.constData(), &status) == 0 && !S_ISREG(status.st_mode))
         return S_ISLNK(status.st_mode) ? QStringLiteral("it is a link")
-                                       : QStringLiteral("it is no regular file");
+                                       : QStringLiteral("it is not a regular file");
     const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC |
                       (old == OldRecord::Continue ? O_APPEND : 0);
     Descriptor opened(::open(path.constData(), flags, S_IRUSR | S_IWUSR));
     if (opened.number() < 0)
         return errno == ELOOP ? QStringLiteral("it is a link") : systemText(errno);
     if (::fstat(opened.number(), &status) != 0 || !S_ISREG(status.st_mode))
-        return QStringLiteral("it is no regular file");
+        return QStringLiteral("it is not a regular file");
     if (::flock(opened.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         return QStringLiteral("another run of this program is writing it");
     if (old == OldRecord::Empty && ::ftruncate(opened.number(), 0) != 0)

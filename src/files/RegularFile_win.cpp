@@ -7,7 +7,7 @@ namespace {
 
 QString unusableName(const QString& name) {
     return name.isEmpty() || name.contains(QChar::Null) // Qt would complain on standard error
-               ? QStringLiteral("Its name is empty or holds a NUL character")
+               ? QStringLiteral("Its name is empty or contains a NUL character")
                : QString();
 }
 
@@ -18,7 +18,7 @@ QString openForReading(QFile& file, Links links) {
         return why;
     const QFileInfo info(file.fileName());
     if ((info.exists() && !info.isFile()) || (links == Links::Refuse && info.isSymLink()))
-        return QStringLiteral("It is no regular file");
+        return QStringLiteral("It is not a regular file");
     return file.open(QIODevice::ReadOnly) ? QString() : file.errorString();
 }
 
@@ -29,7 +29,7 @@ QString openRecord(QFile& file, OldRecord old) {
     if (info.isSymLink())
         return QStringLiteral("it is a link");
     if (info.exists() && !info.isFile())
-        return QStringLiteral("it is no regular file");
+        return QStringLiteral("it is not a regular file");
     const auto mode = old == OldRecord::Empty ? QIODevice::Truncate : QIODevice::Append;
     return file.open(QIODevice::WriteOnly | QIODevice::Unbuffered | mode) ? QString() : file.errorString();
 }

@@ -8,7 +8,7 @@
 namespace zrk {
 namespace {
 
-/// Not CP_ACP, which is UTF-8 in a program whose manifest asks for it.
+/// Returns the code page; not CP_ACP, which is UTF-8 in a program whose manifest asks for it.
 UINT systemCodePage() {
     DWORD number = 0;
     const int read =

@@ -5,12 +5,12 @@
 
 namespace zrk {
 
-/// The content of an INI file or script, or why there is none.
+/// The content of an INI file or script, or why it could not be read.
 struct TextFile {
     enum class Fault { None, NotOpened, NotRead, TooLong };
 
-    /// Longer files are not read. What people write is far shorter, and a file out of an archive must not
-    /// decide over the memory and the time that a program needs.
+    /// Longer files are not read. Written files are far shorter, and a file from an archive must not decide
+    /// how much memory and time a program needs.
     static constexpr qint64 kMostBytes = qint64{1024} * 1024;
 
     QByteArray bytes;

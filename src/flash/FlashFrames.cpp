@@ -60,8 +60,8 @@ bool FlashFrames::readVersionInformation() {
         length |= static_cast<std::uint32_t>(codeOf(m_transport.ReadChar())) << shift;
     const auto fail = [length] {
         throw RuntimeFailure(FailureKind::WrongAnswer,
-                             QStringLiteral("The board's version frame says it is %1 bytes long; only 9 to "
-                                            "32767 are possible. Cycle the board's power and try again.")
+                             QStringLiteral("The board's version frame claims a length of %1 bytes; only 9 "
+                                            "to 32767 are possible. Cycle the board's power and try again.")
                                  .arg(length));
     };
     if (length > static_cast<std::uint32_t>(kLongestVersionFrame))
@@ -71,7 +71,7 @@ bool FlashFrames::readVersionInformation() {
         s += m_transport.ReadChar();
     if (length < static_cast<std::uint32_t>(kFrameOverhead))
         fail();
-    // Shown is the text alone: not the command code in front, not the trailer word and end byte behind.
+    // Print the text alone, without the command code in front and the trailer word and end byte at the end.
     m_console.PrintStatus(QLatin1Char('>') + s.mid(1, static_cast<qsizetype>(length) - kFrameOverhead) +
                           QStringLiteral("< done!/n"));
     return true;

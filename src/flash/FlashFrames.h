@@ -10,7 +10,7 @@ namespace zrk {
 class StatusConsole;
 class Transport;
 
-/// The frames spoken with the flash-programming image. All have this layout, both ways:
+/// The frames of the flash-programming image. All have this layout, both ways:
 ///
 /// | offset | width | field        | content                                                    |
 /// |--------|-------|--------------|------------------------------------------------------------|
@@ -32,32 +32,32 @@ class FlashFrames {
     /// Writes the 10-byte frame 02 | 0A 00 00 00 | code | code | 00 00 | 03.
     void SendCommandFrame(std::int16_t code);
 
-    /// Reads an ACK: 02 | 0A 00 00 00 | 06 | 06 | 17 00 | 03. False at the first byte that differs; what
-    /// follows stays unread. No time limit; yields; a cancel reads as a zero byte.
+    /// Reads an ACK: 02 | 0A 00 00 00 | 06 | 06 | 17 00 | 03. Returns false at the first byte that differs;
+    /// what follows stays unread. No time limit; yields; a cancel reads as a zero byte.
     [[nodiscard]] bool GetAck();
 
-    /// Reads VERSION INFORMATION (length 9 to 32767) and prints its text; False when it does not begin
+    /// Reads VERSION INFORMATION (length 9 to 32767) and prints its text. Returns false if it does not begin
     /// with 02. A length out of range is a RuntimeFailure (WrongAnswer). Yields, without a time limit.
     [[nodiscard]] bool readVersionInformation();
 
-    /// The first ten bytes of NAND FLASH HEADER: 02 | 18 00 00 00 | AE | flash address, 4.
-    /// The text is a number as HexByte takes it.
+    /// Sends the first ten bytes of NAND FLASH HEADER: 02 | 18 00 00 00 | AE | flash address, 4. The text is
+    /// a number as HexByte takes it.
     void sendHeaderStart(const QString& address);
 
-    /// Its next ten: image size, 4 | 03 00 00 00 | 01 | 00.
+    /// Sends its next ten: image size, 4 | 03 00 00 00 | 01 | 00.
     void sendHeaderSize(const QString& size);
 
-    /// Its last four: erase flag 00 or 01 | 00 00 | 03.
+    /// Sends its last four: erase flag 00 or 01 | 00 00 | 03.
     void sendHeaderEnd(bool erase);
 
-    /// The first six bytes of NAND FLASH DATA: 02 | image size + 9, 4 | AF. The payload follows.
-    /// A size whose frame length exceeds a signed long is a RuntimeFailure (Overflow).
+    /// Sends the first six bytes of NAND FLASH DATA: 02 | image size + 9, 4 | AF. The payload follows. A size
+    /// whose frame length exceeds a signed long is a RuntimeFailure (Overflow).
     void sendDataStart(std::int32_t imageSize);
 
-    /// Its last three: 00 00 | 03.
+    /// Sends its last three: 00 00 | 03.
     void sendDataEnd();
 
-    /// END-OF-DATA: 02 | 0C 00 00 00 | A3 | A3 00 00 | 00 00 | 03.
+    /// Sends END-OF-DATA: 02 | 0C 00 00 00 | A3 | A3 00 00 | 00 00 | 03.
     void sendEndOfData();
 
   private:

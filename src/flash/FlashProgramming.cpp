@@ -18,7 +18,7 @@ namespace {
 constexpr std::chrono::milliseconds kLetOutLimit = 2s;
 constexpr std::chrono::milliseconds kLetOutStall = 300ms;
 
-/// Notes what answer is waited for, and ends the operation when the user's limit for it runs out.
+/// A note of the awaited answer, which ends the operation when the user's limit for it runs out.
 class AnswerWait {
   public:
     AnswerWait(Link& link, const QString& what, std::optional<std::chrono::milliseconds> limit)
@@ -99,7 +99,7 @@ bool FlashProgramming::requestVersion() {
     m_frames.SendCommandFrame(FlashFrames::kVersionRequest);
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
     m_link.console.PrintStatus(QStringLiteral("Reading VERSION INFORMATION frame .. "));
-    const AnswerWait wait(m_link, QStringLiteral("The board tells pg_sibl's version"), m_answerLimit);
+    const AnswerWait wait(m_link, QStringLiteral("The board reports pg_sibl's version"), m_answerLimit);
     return m_frames.readVersionInformation();
 }
 
@@ -119,10 +119,10 @@ bool FlashProgramming::sendHeader() {
 bool FlashProgramming::sendData() {
     m_link.console.PrintStatus(QStringLiteral("Sending NAND FLASH DATA frame .. "));
     m_frames.sendDataStart(HexToLong(m_link.controls.lblCodeSize[kFlashImage].Caption));
-    // Its result tells of an acceptance, which a payload does not have.
+    // Its result is the acceptance, which a payload does not have.
     (void)m_transfer.SendImage(kFlashImage);
     m_frames.sendDataEnd();
-    // The abort closes the port, which drops what is still queued; a frame that was begun is ended first.
+    // The abort closes the port, which drops what is still queued; so first end a frame that was begun.
     if (m_link.state.CancelRequested)
         (void)m_link.transport.letOut(kLetOutLimit, kLetOutStall);
     return awaitAck(QStringLiteral("The board programs the flash"));

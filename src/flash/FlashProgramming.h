@@ -11,16 +11,16 @@ namespace zrk {
 class BootRomHandshake;
 class ImageTransfer;
 
-/// Programs the image of slot 5 into the board's NAND flash with the flash-programming image of slot 6.
+/// The programming of slot 5's image into the board's NAND flash, with the flash-programming image of slot 6.
 class FlashProgramming {
   public:
     FlashProgramming(Link& link, BootRomHandshake& handshake, ImageTransfer& transfer);
 
-    /// The whole run. Runs to its end inside the call, yielding; throws nothing. There is no time limit
-    /// while the chip erases or programs, unless one is set; a cancel ends every wait.
+    /// Runs the whole programming inside the call, yielding; throws nothing. There is no time limit while the
+    /// chip erases or programs, unless one is set; a cancel ends every wait.
     void cmdPrgFlash_Click();
 
-    /// From now on a run ends with LimitReached when an answer takes so long.
+    /// Ends a run with LimitReached, from now on, if an answer takes so long.
     void limitAnswers(std::optional<std::chrono::milliseconds> limit) { m_answerLimit = limit; }
 
   private:

@@ -27,10 +27,10 @@ void Activity::refresh() {
 }
 
 void Activity::followTransfer() {
-    // Under a question the transfer stands still; behind it the rate begins anew.
+    // A question pauses the transfer; after it the rate starts again.
     const bool transferring =
         m_link.state.OperationActive && m_link.transport.isTransferring() && !m_link.state.Asking;
-    // A transfer that follows another within one period shows as a count that falls back.
+    // A second transfer within one period shows as a count that falls back.
     const bool isAnother =
         m_link.state.BytesSent < m_lastSent || m_link.state.SendingSlot != m_lastSlot || !m_transferring;
     if (transferring && isAnother)
@@ -77,7 +77,7 @@ QString Activity::idleText() const {
     const int number = open ? m_link.port.CommPort() : m_link.controls.cmbComPort.selectedItemData();
     const QString device = m_link.port.deviceName(number);
     QString text = QStringLiteral("COM%1").arg(number);
-    if (!device.isEmpty() && !device.endsWith(text)) // a system may have no other name for it
+    if (!device.isEmpty() && !device.endsWith(text)) // some systems have no other name for it
         text += QStringLiteral(" (%1)").arg(device);
     text += open ? QStringLiteral(": open") : QStringLiteral(": closed");
     if (open && m_link.state.TerminalMode)
@@ -88,7 +88,7 @@ QString Activity::idleText() const {
                : text + QStringLiteral(". Changed on disk: ") + changed.join(QStringLiteral(", "));
 }
 
-/// The slots whose rows are marked, for those who cannot point at a mark.
+/// Returns the slots whose rows are marked, for users who cannot point at a mark.
 QStringList Activity::changedFiles() const {
     QStringList titles;
     for (std::size_t slot = 0; slot < m_link.controls.lblFileChanged.size(); ++slot) {

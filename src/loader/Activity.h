@@ -11,20 +11,20 @@ class ImageSlots;
 inline const QString kFlashStateUnknownText =
     QStringLiteral("The flash contents are in an unknown state: program the flash again.");
 
-/// Keeps the first panel of the status bar: port, device and state in words, or a remark that is to be
-/// seen, such as how the last operation ended; while an operation runs, what it does, how fast, and how long
-/// it still takes. Also looks after the files of the slots.
+/// The first panel of the status bar. It shows port, device and state in words, or a remark, such as how the
+/// last operation ended; while an operation runs, what it does, how fast, and the time left. Also checks the
+/// files of the slots.
 class Activity {
   public:
     Activity(Link& link, ImageSlots& imageSlots);
 
-    /// Brings the panel up to date; runs by itself four times a second.
+    /// Updates the panel; runs by itself four times a second.
     void refresh();
 
-    /// The transfer that runs, or ran last.
+    /// Returns the transfer that runs, or ran last.
     [[nodiscard]] const TransferRate& rate() const { return m_rate; }
 
-    /// What the port's line carries in bytes a second; 0 for a port that is no line.
+    /// Sets what the port's line carries in bytes a second; 0 for a port without a line.
     void limitRate(std::uint32_t bytesPerSecond) { m_rate.limitTo(bytesPerSecond); }
 
   private:

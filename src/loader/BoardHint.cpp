@@ -17,7 +17,7 @@ bool isText(char byte) {
     return std::isprint(code) != 0 || std::isspace(code) != 0;
 }
 
-/// A program's output, such as a boot loader's banner.
+/// Returns whether it looks like a program's output, such as a boot loader's banner.
 bool looksLikeText(const QByteArray& received) {
     const qsizetype handshake = received.lastIndexOf("5R"); // answers of the primary boot may follow
     const QByteArray bytes = handshake < 0 ? received : received.mid(handshake + 2);
@@ -30,11 +30,11 @@ bool looksLikeText(const QByteArray& received) {
 
 bool looksGarbled(const QByteArray& bytes) {
     const auto strange = bytes.size() - std::count_if(bytes.cbegin(), bytes.cend(), isText);
-    const bool understood = bytes.contains("55R"); // by the boot ROM; frames are no text either
+    const bool understood = bytes.contains("55R"); // by the boot ROM; frames are not text either
     return !understood && bytes.size() >= kLeastForGarbage && strange * 2 > bytes.size();
 }
 
-/// The bits that all bytes lack or all have, as "bits 0x81 are always 0"; "" when there are none.
+/// Returns the bits that all bytes lack or all have, as "bits 0x81 are always 0"; "" if there are none.
 QString stuckBits(const QByteArray& bytes) {
     unsigned char seen = 0;
     unsigned char always = 0xFF;
@@ -59,18 +59,18 @@ QString boardHint(Outcome outcome, const QByteArray& received, const QString& po
         return {};
     if (received.isEmpty())
         return QStringLiteral(
-                   "Nothing at all has come over %1: check that this is the board's port, the cable and "
+                   "Nothing was received from %1: check that this is the board's port, the cable and "
                    "the board's power.")
             .arg(port);
     if (looksGarbled(received))
         return QStringLiteral(
-                   "What comes over %1 is garbled: check the speed (115200 8N1), the ground and the "
+                   "The data from %1 is garbled: check the speed (115200 8N1), the ground and the "
                    "cable%2.")
             .arg(port, stuckBits(received));
     if (looksLikeText(received))
         return QStringLiteral("The board runs a program that prints text instead of waiting in its boot ROM: "
                               "install the service jumper, then cycle the power.");
-    // A board at rest announces itself; in the middle of a run it has been started anew.
+    // A board in its boot ROM announces itself; in the middle of a run it has restarted.
     if (outcome == Outcome::WrongAnswer && received.endsWith(kBootId) && received.count(kBootId) > 2)
         return QStringLiteral("The board announced its BootID (\"5\") again in the middle: it has restarted. "
                               "Check its power supply.");

@@ -25,7 +25,7 @@ class MessageBoxes;
 class SerialPorts;
 class WaitDialogView;
 
-/// What a loader needs from the program around it; all of it must outlive the loader.
+/// The parts of the program that a loader needs; all of them must outlive the loader.
 struct LoaderSurroundings {
     EventLoop& loop;
     SerialPorts& ports;
@@ -37,12 +37,20 @@ struct LoaderSurroundings {
 /// One whole loader: state, controls and the handlers that act on them, wired together. A program
 /// makes one, binds its window or its options to `controls`, and calls the handlers by their names.
 ///
+///     Loader loader({loop, ports, boxes, fileDialog, waitDialog}, imageFolder);
+///     loader.startUp.prepare(programFacts());
+///     loader.controls.cmbComPort.ListIndex = 0;          // COM1
+///     loader.imageSlots.fill(kPrimaryBoot, path);
+///     loader.bringUp.cmdStartPrimary_Click();            // yields until the operation has ended
+///     if (loader.operation.outcome() != Outcome::Done)
+///         report(loader.operation.failure());
+///
 /// A loader lives on one thread: it is made, used and destroyed there, and its event loop is that thread's.
 /// Its operations nest turns of that loop, so of two loaders on one thread the one that waits last would have
-/// to end first. Several boards are several threads. A window binds only a loader of its own thread; whoever
-/// collects from others has copies posted to it, because controls and state have no locks.
+/// to end first. Several boards need several threads. A window binds only a loader of its own thread; other
+/// threads get posted copies, because controls and state have no locks.
 struct Loader : Link {
-    /// Relative image paths start at `imageFolder`.
+    /// Resolves relative image paths from `imageFolder`.
     Loader(const LoaderSurroundings& surroundings, const QString& imageFolder);
 
     [[nodiscard]] const Paths& paths() const { return imageSlots.paths(); }

@@ -56,7 +56,7 @@ void StartUp::fillSlotNames() {
     names = {};
     for (std::size_t i = 0; i < kSlots.size(); ++i)
         names[i] = QString::fromLatin1(kSlots[i].listName);
-    // Behind the slots that have a name stand the fixed rows of the address list.
+    // After the slots that have a name come the fixed rows of the address list.
     names[5] = QStringLiteral("UBoot marker (0x80000000)");
     names[6] = QStringLiteral("UBoot marker (0x82000000)");
     names[7] = QStringLiteral("maximum address");

@@ -7,17 +7,17 @@ namespace zrk {
 
 class IniLoader;
 
-/// What the program prepares before its window is first shown.
+/// The preparation of a loader before its window is first shown.
 class StartUp {
   public:
     StartUp(Link& link, IniLoader& iniLoader);
 
-    /// Brings state and controls into their starting condition without a look at any file: port list,
-    /// slot names, header, buttons.
+    /// Brings state and controls into their starting condition without reading any file: port list, slot
+    /// names, header, buttons.
     void prepare(const ProgramFacts& facts);
 
-    /// prepare(), then presets the slots from the INI file at `iniPath`. A message box tells when there is
-    /// none. Run once.
+    /// Calls prepare(), then presets the slots from the INI file at `iniPath`. Shows a message box if there
+    /// is none. Run once. Yields.
     void Form_Load(const ProgramFacts& facts, const QString& iniPath);
 
   private:

@@ -4,22 +4,22 @@
 
 namespace zrk {
 
-/// The running program's folder and the user's configuration folder for it (with the system's separators),
-/// name and version. Needs the QCoreApplication.
+/// Returns the running program's folder and the user's configuration folder for it (with the system's
+/// separators), name and version. Needs the QCoreApplication.
 [[nodiscard]] ProgramFacts programFacts();
 
-/// Where the configuration file is, and where relative image paths and the file dialogs start.
+/// The configuration file, and the start of relative image paths and file dialogs.
 struct IniChoice {
     QString path;
     QString folder;
-    QString alsoSought = {}; ///< the user's file, when neither that nor `path` holds anything; else empty
+    QString alsoSought = {}; ///< the user's file, if both it and `path` are missing or empty; else empty
 };
 
-/// The file that an option names, which may be relative. With "" the one beside the program, or else the one
-/// in the user's configuration folder; where neither holds anything, the path beside the program.
+/// Chooses the file that an option names, which may be relative. With "" it chooses the one beside the
+/// program, else the one in the user's configuration folder; if both are missing or empty, the former.
 [[nodiscard]] IniChoice chooseIni(const QString& option, const ProgramFacts& facts);
 
-/// The version as users write it, for example "0.7.34".
+/// Returns the version as users write it, for example "0.7.34".
 [[nodiscard]] QString versionText();
 
 } // namespace zrk

@@ -15,13 +15,13 @@ class Timer {
     [[nodiscard]] virtual bool isActive() const = 0;
 };
 
-/// The event loop as the operations see it. Everything runs on the one thread that calls it;
-/// only wake() and post() may be called from others.
+/// The event loop that the operations use. Everything runs on the one thread that calls it; only wake() and
+/// post() may be called from others.
 class EventLoop {
   public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// How often a wait looks whether its limit is over or it was given up.
+    /// The interval at which a wait checks whether its limit is over or it was cancelled.
     static constexpr std::chrono::milliseconds kLook{100};
 
     virtual ~EventLoop() = default;
@@ -30,20 +30,20 @@ class EventLoop {
     /// another may leave clicks, ticks and repaints to a later one, for some milliseconds at most.
     virtual void yield() = 0;
 
-    /// Blocks until something happens, runs it and returns. Also returns when wake() was called
-    /// since the last wait() or yield().
+    /// Blocks until an event comes, runs it and returns. Also returns if wake() was called since the last
+    /// wait() or yield().
     virtual void wait() = 0;
 
-    /// Makes a present or the next wait() return. Safe from any thread.
+    /// Makes a present or the next wait() return. Any thread may call it.
     virtual void wake() = 0;
 
-    /// Runs the task once from the event loop, soon but not inside this call. Safe from any thread.
+    /// Runs the task once from the event loop, soon but not inside this call. Any thread may call it.
     virtual void post(std::function<void()> task) = 0;
 
-    /// A clock that never goes back.
+    /// Returns the time of a clock that never goes back.
     [[nodiscard]] virtual TimePoint now() const = 0;
 
-    /// A stopped timer that calls `tick` after every interval while it is active.
+    /// Creates a stopped timer that calls `tick` after every interval while it is active.
     [[nodiscard]] virtual std::unique_ptr<Timer> createTimer(std::function<void()> tick) = 0;
 
     /// Makes wait() return after every `period` at the latest, for as long as the result lives.

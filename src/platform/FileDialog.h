@@ -15,16 +15,16 @@ struct FileRequest {
     QList<FileFilter> filters;
     int filterIndex = 1; ///< the preselected entry, counted from 1
     QString folder;      ///< where the dialog starts
-    /// A new file will do, and one that is there is written over once the person has agreed to that.
+    /// Whether a new file is allowed; an existing one is overwritten once the user has agreed to that.
     bool isToBeWritten = false;
 };
 
-/// Lets a person choose a file. Modal; the event loop runs while it is open.
+/// A dialog that chooses a file. Modal; it yields while it is open.
 class FileDialog {
   public:
     virtual ~FileDialog() = default;
 
-    /// The full path with the system's separators; "" when the dialog was cancelled.
+    /// Returns the full path with the system's separators; "" if the dialog was cancelled. Yields.
     [[nodiscard]] virtual QString openFile(const FileRequest& request) = 0;
 };
 

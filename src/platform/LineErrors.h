@@ -7,8 +7,8 @@
 
 namespace zrk {
 
-/// What a serial device has counted of bytes that did not arrive as they were sent. Only differences mean
-/// something, and they are right across the counters' wrap.
+/// The counts of a serial device of damaged and lost bytes. Only differences are meaningful, and they are
+/// right across the counters' wrap.
 struct LineErrors {
     std::uint32_t framing = 0; ///< a byte without its stop bit: noise, another speed
     std::uint32_t parity = 0;
@@ -20,7 +20,7 @@ struct LineErrors {
         return {a.framing - b.framing, a.parity - b.parity, a.overrun - b.overrun};
     }
 
-    /// "The adapter counted 3 framing errors on receive: check ground and cable."; "" when there are none.
+    /// "The adapter counted 3 framing errors on receive: check ground and cable."; "" if there are none.
     [[nodiscard]] QString text() const {
         QStringList counts;
         const auto add = [&counts](std::uint32_t count, QLatin1String what) {

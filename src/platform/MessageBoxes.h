@@ -15,12 +15,12 @@ struct MessageBox {
     QString title; ///< empty: the application's own title
 };
 
-/// Shows modal message boxes. The event loop keeps running while one is open.
+/// Modal message boxes. The event loop keeps running while one is open.
 class MessageBoxes {
   public:
     virtual ~MessageBoxes() = default;
 
-    /// Shows the box and returns the user's answer; a closed Yes/No box counts as No.
+    /// Shows the box and returns the user's answer; a closed Yes/No box counts as No. Yields.
     virtual Answer show(const MessageBox& box) = 0;
 };
 

@@ -7,8 +7,8 @@
 
 namespace zrk {
 
-/// A serial port as far as it is known without opening it, which would raise DTR and reset many a board.
-/// What cannot be told that way is std::nullopt.
+/// A serial port as far as it is known without opening it, which would raise DTR and reset many a board. What
+/// cannot be found out that way is std::nullopt.
 struct PortEntry {
     QString device;     ///< as it is opened: "/dev/ttyUSB0", "\\.\COM3", or the name that the user gave it
     QString stableName; ///< the name that stays when the adapter is plugged in elsewhere, "" for none
@@ -16,14 +16,14 @@ struct PortEntry {
     QString manufacturer;
     QString serialNumber;
     QString usbId;            ///< "vendor:product", four hexadecimal digits each; "" for no USB adapter
-    std::vector<int> numbers; ///< the COMn that it is for this program
+    std::vector<int> numbers; ///< its COMn in this program
     std::optional<bool> isThere;
     std::optional<bool> isPermitted;
     QString group; ///< those who may use it, "" when not known
     std::optional<bool> isFree;
-    QString user; ///< "minicom (4711)": who has it open, as far as this user may see it
+    QString user; ///< "minicom (4711)": the process that has it open, if this user may see it
 
-    /// The name for scripts.
+    /// Returns the name for scripts.
     [[nodiscard]] const QString& name() const { return stableName.isEmpty() ? device : stableName; }
 };
 
@@ -32,7 +32,7 @@ class PortCatalog {
   public:
     virtual ~PortCatalog() = default;
 
-    /// What there is now. Looks at files and opens no port; takes some milliseconds.
+    /// Returns the present ports. Reads files and opens no port; takes some milliseconds.
     [[nodiscard]] virtual std::vector<PortEntry> ports() const = 0;
 };
 

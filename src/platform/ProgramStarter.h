@@ -4,13 +4,13 @@
 
 namespace zrk {
 
-/// Starts other programs.
+/// A starter of other programs.
 class ProgramStarter {
   public:
     virtual ~ProgramStarter() = default;
 
     /// Starts the program at this path, which may hold blanks, without a shell, and does not wait for it.
-    /// False when it cannot be started.
+    /// Returns false if it cannot be started.
     [[nodiscard]] virtual bool start(const QString& path) = 0;
 };
 

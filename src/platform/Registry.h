@@ -12,7 +12,7 @@ namespace zrk {
 /// The handle of the root key HKEY_LOCAL_MACHINE.
 inline constexpr std::uint32_t kLocalMachine = 0x80000002;
 
-/// One value as the registry holds it.
+/// A value as the registry stores it.
 struct RegistryValue {
     static constexpr std::uint32_t kText = 1;   ///< REG_SZ
     static constexpr std::uint32_t kNumber = 4; ///< REG_DWORD
@@ -21,18 +21,18 @@ struct RegistryValue {
     QByteArray data; ///< at most 1024 bytes; a text may end in NUL
 };
 
-/// The system's registry, where there is one.
+/// The system's registry, if it has one.
 class Registry {
   public:
     virtual ~Registry() = default;
 
-    /// The value; nothing when the key or the value is missing, cannot be opened or is longer than
-    /// 1024 bytes, and always nothing on a system without a registry.
+    /// Returns the value; empty if the key or the value is missing, cannot be opened or is longer than 1024
+    /// bytes, and always empty on a system without a registry.
     [[nodiscard]] virtual std::optional<RegistryValue> query(std::uint32_t rootKey, const QString& key,
                                                              const QString& value) const = 0;
 };
 
-/// The registry of this system.
+/// Creates the registry of this system.
 [[nodiscard]] std::unique_ptr<Registry> createRegistry();
 
 } // namespace zrk

@@ -7,23 +7,23 @@
 
 namespace zrk {
 
-/// What went wrong, for those who must tell causes apart (the command line's exit status).
+/// The kind of a failure, from which the outcome and the command line's exit status follow.
 enum class FailureKind {
     PortNotOpened, ///< the device could not be opened
     Cancelled,     ///< the user has stopped it while it waited
     PortNotOpen,   ///< a port operation on a closed port
     PortLost,      ///< the device went away or takes no more data
     File,          ///< a file could not be opened or read
-    TypeMismatch,  ///< a text that should be a number is none
+    TypeMismatch,  ///< a text that should be a number is not
     Overflow,      ///< a number does not fit
     InvalidArgument,
-    WrongAnswer, ///< an answer of the board that cannot be what it should be
+    WrongAnswer, ///< an answer of the board that is out of its range
     Index,       ///< an index outside a table
-    Internal,    ///< what the system or the program itself ran into, such as no memory
+    Internal,    ///< a failure of the system or the program itself, such as no memory
 };
 
-/// The one exception of this program: a failure with a description that a user can read.
-/// Operations catch it at one place each; it never passes through the event loop.
+/// The one exception of this program: a failure with a description that a user can read. Operations catch it
+/// in one place each; it never passes through the event loop.
 class RuntimeFailure : public std::exception {
   public:
     RuntimeFailure(FailureKind kind, QString description)

@@ -6,12 +6,12 @@
 
 namespace zrk {
 
-/// A time limit in seconds as messages show it, without a unit: "0.5" or "30".
+/// Returns a time limit in seconds for messages, without a unit: "0.5" or "30".
 [[nodiscard]] inline QString secondsText(std::chrono::milliseconds time) {
     return QString::number(std::chrono::duration<double>(time).count());
 }
 
-/// A duration as "9 s", "2 min 5 s" or "1 h 3 min".
+/// Returns a duration as "9 s", "2 min 5 s" or "1 h 3 min".
 [[nodiscard]] inline QString durationText(std::chrono::seconds duration) {
     const auto seconds = duration.count();
     if (seconds < 60)

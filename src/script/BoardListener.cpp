@@ -67,7 +67,7 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
     const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for ") + quotedEnd(text));
     const auto begin = m_link.loop.now();
     const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
-    // As much as may still be the beginning of the text, and what messages show; a script has shown its part.
+    // Keep what may still be the beginning of the text, and what messages show; a script has shown its part.
     QByteArray received = std::exchange(m_link.state.HeardBehind, {}).toLatin1();
     const qsizetype first = received.indexOf(text);
     requireNone(unwanted, text, received, first);
@@ -77,7 +77,7 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
     }
     while (!m_link.state.CancelRequested) {
         const QByteArray piece = m_link.port.receive();
-        // A text that lies across the border begins at most its length before it.
+        // A text across the border begins at most its length before it.
         const qsizetype from = qMax<qsizetype>(received.size() - text.size() + 1, 0);
         const qsizetype before = received.size();
         received += piece;
@@ -124,16 +124,16 @@ Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {
         const QByteArray piece = m_link.port.receive();
         m_link.port.putBack(piece);
         received = piece;
-        // A program's own text may begin with a "5" as well; the boot ROM says nothing else.
+        // A program's own text may begin with a "5" as well; the boot ROM sends nothing else.
         if (received.count(kBootId) < received.size())
             return Operation::End::Done;
         if (m_link.port.isLost())
-            (void)m_link.port.transmitRoom(); // says why
+            (void)m_link.port.transmitRoom(); // throws the reason
         if (received.size() > 1 || m_link.loop.now() - begin >= limit) {
             if (received.isEmpty())
                 m_link.operation.fail(
                     Outcome::LimitReached,
-                    QStringLiteral("The board has said nothing within %1 s of the start. Was the secondary "
+                    QStringLiteral("The board has sent nothing within %1 s of the start. Was the secondary "
                                    "executable loaded, and is its address right?")
                         .arg(secondsText(limit)));
             m_link.operation.fail(

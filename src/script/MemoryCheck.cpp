@@ -14,11 +14,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds kQuiet = 1s;     ///< behind a prompt: the answer is over
-constexpr std::chrono::milliseconds kLongQuiet = 5s; ///< behind a line that ended: a command may be at work
+constexpr std::chrono::milliseconds kQuiet = 1s;     ///< after a prompt: the answer is over
+constexpr std::chrono::milliseconds kLongQuiet = 5s; ///< after a line that ended: a command may be at work
 
-/// What the board says, kept as far as it can still matter, however much it is. Only what stands behind the
-/// echo of the command counts: an earlier answer that comes late confirms nothing.
+/// The board's answer, as much of it as can still matter. Only what comes after the echo of the command
+/// counts: an earlier answer that comes late confirms nothing.
 class BoardAnswer {
   public:
     BoardAnswer(const QByteArray& command, const QString& sum)
@@ -36,13 +36,13 @@ class BoardAnswer {
         if (cut <= 0)
             return;
         m_heard.remove(0, cut);
-        // One character stays in front, which tells where a word begins.
+        // One character stays in front, which shows where a word begins.
         if (m_begin >= 0)
             m_begin = std::max<qsizetype>(m_begin - cut, 1);
     }
 
     [[nodiscard]] bool holdsSum() const { return m_holdsSum; }
-    /// True when there is more than the prompt, which ends no line, and nothing has followed for long enough.
+    /// Returns whether more than the prompt, which ends no line, has come, and then nothing for long enough.
     [[nodiscard]] bool isOver(std::chrono::nanoseconds quiet) const {
         return m_holdsALine && quiet >= (m_heard.endsWith('\n') ? kLongQuiet : kQuiet);
     }
@@ -51,7 +51,7 @@ class BoardAnswer {
 
   private:
     void look() {
-        // Behind the word something has to stand, or it may be the beginning of a longer one.
+        // A character must follow the word, or it may be the beginning of a longer one.
         m_holdsSum = m_holdsSum || m_sum.match(QString::fromLatin1(m_heard.chopped(1)), m_begin).hasMatch();
         const QByteArray lines = m_heard.mid(m_begin, m_heard.lastIndexOf('\n') - m_begin);
         m_holdsALine = m_holdsALine || (m_heard.lastIndexOf('\n') > m_begin && !lines.trimmed().isEmpty());
@@ -112,8 +112,8 @@ Operation::End MemoryCheck::compare(std::size_t slot, const QString& command, st
         if (answer.isOver(now - last))
             m_link.operation.fail(
                 Outcome::WrongAnswer,
-                QStringLiteral("%1: the board does not confirm CRC-32 %2 of what was sent. It says: %3. "
-                               "Either the memory holds something else, or the command is no checksum: %4")
+                QStringLiteral("%1: the board does not confirm CRC-32 %2 of what was sent. It answered: %3. "
+                               "Either the memory holds something else, or the command does not print a CRC-32: %4")
                     .arg(title, sum, quotedEnd(answer.text()), asked));
         if (now - begin >= limit)
             m_link.operation.fail(Outcome::LimitReached,

@@ -18,8 +18,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// A byte is the character of its code, as on the line. An editor's byte order mark is none of the script;
-/// that of UTF-16 says how its characters are read.
+/// Makes a character of each byte, as on the line. An editor's byte order mark is not part of the script;
+/// that of UTF-16 determines how its characters are read.
 QString textOf(const QByteArray& bytes) {
     constexpr qsizetype kUtf8MarkLength = 3;
     const auto marked = QStringConverter::encodingForData(bytes);
@@ -31,7 +31,7 @@ QString textOf(const QByteArray& bytes) {
     return decoder(bytes);
 }
 
-/// The lines of the file, ended by CR, LF or CR LF.
+/// Reads the lines of the file, ended by CR, LF or CR LF.
 QStringList readLines(const QString& path) {
     const TextFile file = readTextFile(path);
     if (file.fault != TextFile::Fault::None) {
@@ -82,7 +82,7 @@ void ScriptRunner::runScript(const QString& path, std::optional<std::chrono::mil
         finish(counter);
         return m_link.state.CancelRequested ? Operation::End::Stopped : Operation::End::Done;
     };
-    // Every failure is an end of the run, without a box; the count tells how far it came.
+    // Every failure ends the run without a box; the count shows how far it came.
     m_link.operation.run({body, [&] { finish(counter); }, Operation::Report::Nothing,
                           [&](const QString&) {
                               return QStringLiteral("The script has ended: %1 line%2 executed.")
@@ -124,14 +124,14 @@ void ScriptRunner::execute(const QString& line, int number) {
         waitFor(argument, number);
 }
 
-/// In pieces that the transmit queue takes at once: a board that has stopped the line with XOFF must not
-/// stop the program, nor outlast the limit. The board's answer meanwhile is for the wait that follows.
+/// Sends pieces that the transmit queue takes at once: a board that has stopped the line with XOFF must not
+/// block the program, nor outlast the limit. The board's answer meanwhile is kept for the wait that follows.
 void ScriptRunner::send(const QString& text) {
     const auto begin = m_link.loop.now();
-    std::unique_ptr<Timer> look; // only where the line does not take the text at once
+    std::unique_ptr<Timer> look; // only if the line does not take the text at once
     qsizetype sent = fitsOneByteCodes(text) ? 0 : text.size();
     if (sent > 0)
-        m_link.port.Output(text); // which says what is wrong with it
+        m_link.port.Output(text); // throws what is wrong with it
     while (sent < text.size() && !m_link.state.CancelRequested) {
         const QString piece = text.mid(sent, m_link.port.transmitRoom());
         if (piece.isEmpty()) {
@@ -154,8 +154,8 @@ void ScriptRunner::send(const QString& text) {
 void ScriptRunner::waitFor(const QString& text, int number) {
     if (!fitsOneByteCodes(text))
         throw RuntimeFailure(FailureKind::InvalidArgument,
-                             QStringLiteral("\"%1\" holds a character that never comes over the line, which "
-                                            "carries the codes 0 to 255.")
+                             QStringLiteral("\"%1\" contains a character that never comes over the line, "
+                                            "which carries the codes 0 to 255.")
                                  .arg(text));
     m_link.state.AwaitedText = text;
     const QString shown = QString(text).replace(QLatin1Char('\r'), QLatin1String("/n"));
@@ -164,7 +164,7 @@ void ScriptRunner::waitFor(const QString& text, int number) {
     const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     m_link.loop.yield();
     while (!m_link.state.AwaitedText.isEmpty() && !m_link.state.CancelRequested) {
-        // A lost device never sends the awaited text; what it sent before is taken by the receive poll.
+        // A lost device never sends the awaited text; the receive poll takes what it sent before.
         if (m_link.port.isLost() || !m_link.port.isOpen())
             (void)m_link.port.InBufferCount();
         requireTime(shown);

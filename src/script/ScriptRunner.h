@@ -9,19 +9,19 @@
 
 namespace zrk {
 
-/// Runs send-and-wait scripts in terminal mode. A line ">text" sends, "<text" waits until the text has
+/// A runner of send-and-wait scripts in terminal mode. A line ">text" sends, "<text" waits until the text has
 /// been received; "/n" in either is a carriage return; other lines are counted only.
 class ScriptRunner {
   public:
     explicit ScriptRunner(Link& link);
 
-    /// Lets the user choose a script and runs it to its end inside the call, yielding in its waits.
-    /// Every failure ends the run; the second status panel tells how many lines were read, the
-    /// first, afterwards, why it ended.
+    /// Lets the user choose a script and runs it to its end inside the call, yielding in its waits. Every
+    /// failure ends the run; the second status panel shows how many lines were read, the first, afterwards,
+    /// why it ended.
     void mnuExecScript_Click();
 
-    /// Runs the script at `path`, as above. With a limit a line that waits so long, or is sent for so long,
-    /// ends the run with LimitReached; the failure then says what the board sent last or how much went out.
+    /// Runs the script at `path`, as above. With a limit, a line that waits or is sent for so long ends the
+    /// run with LimitReached; the failure then shows what the board sent last or how much went out.
     void runScript(const QString& path, std::optional<std::chrono::milliseconds> waitLimit = {});
 
   private:

@@ -35,8 +35,8 @@ void ComPort::OpenComPort() {
     });
     const Handshaking asked = m_handshaking;
     auto device = m_ports.open(m_commPort, LineSettings{}, asked);
-    if (m_opening != opening) // whatever has come of the port since then stays
-        throw RuntimeFailure(FailureKind::Cancelled, QStringLiteral("Opening the port was given up."));
+    if (m_opening != opening) // what happened to the port since then stays
+        throw RuntimeFailure(FailureKind::Cancelled, QStringLiteral("Opening the port was cancelled."));
     m_opening = 0;
     m_open = std::move(device);
     if (m_handshaking != asked) // by a click in the meantime
@@ -87,7 +87,7 @@ void ComPort::CloseComPort() noexcept {
 }
 
 qsizetype ComPort::InBufferCount() {
-    // A lost device is not told before all that it sent has been read.
+    // The loss of a device is reported only after all that it sent has been read.
     return m_putBack.isEmpty() ? opened().bytesWaiting() : m_putBack.size();
 }
 
@@ -109,7 +109,7 @@ QByteArray ComPort::take(qsizetype most) {
         if (most > taken.size() && opened().bytesWaiting() > 0)
             taken += takeFromDevice(most - taken.size());
     } catch (const RuntimeFailure&) {
-        // Told by the next look, which finds nothing left to read.
+        // The next call throws, since nothing is left to read.
     }
     return taken;
 }
@@ -132,7 +132,7 @@ void ComPort::skip(char byte) {
 void ComPort::Output(const QString& text) {
     if (!fitsOneByteCodes(text))
         throw RuntimeFailure(FailureKind::InvalidArgument,
-                             QStringLiteral("\"%1\" holds a character that is not one byte on the line; "
+                             QStringLiteral("\"%1\" contains a character that is not one byte on the line; "
                                             "only characters with the codes 0 to 255 can be sent.")
                                  .arg(text));
     if (!text.isEmpty())

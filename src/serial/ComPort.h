@@ -8,49 +8,55 @@
 namespace zrk {
 
 /// `MSComm1` and its place in the window: the one owner of the serial connection, opened with the number that
-/// is selected in cmbComPort. Failures are RuntimeFailure as SerialPort has them; what needs an open port
-/// fails on a closed one with PortNotOpen. Only OpenComPort yields.
+/// is selected in cmbComPort. Failures are those of SerialPort; on a closed port a function that needs an
+/// open one throws RuntimeFailure (PortNotOpen). Only OpenComPort yields.
+///
+///     port.OpenComPort();                      // yields, throws PortNotOpened
+///     port.Output(QStringLiteral("help\r"));   // blocks only while the transmit queue is full
+///     while (port.InBufferCount() > 0)         // throws PortLost once a lost device has no more bytes
+///         show(port.receive());
+///     port.CloseComPort();
 class ComPort {
   public:
     enum class InputMode { Text = 0, Binary = 1 };
 
     ComPort(SerialPorts& ports, Controls& controls) : m_ports(ports), m_controls(controls) {}
 
-    /// Opens the selected port at 115200,N,8,1; does nothing when the port is open. Yields while a port on
-    /// the network is connected to. An opening that is still under way further up the stack is given up: the
-    /// later one wins. What the user should know of it beforehand comes into the console, once.
+    /// Opens the selected port at 115200,N,8,1; does nothing if it is open. Yields while it connects to a
+    /// port on the network. Ends an opening that is still under way further up the stack: the later one wins.
+    /// Prints, once, what the user should know about the port beforehand.
     void OpenComPort();
 
-    /// Closes the port, or gives up opening it; does nothing when it is closed.
+    /// Closes the port, or stops opening it; does nothing if it is closed.
     void CloseComPort() noexcept;
 
     /// Ends an OpenComPort() further up the stack: it fails with Cancelled and changes nothing, however long
-    /// it takes to return. Without one it does nothing.
+    /// it takes to return. Does nothing without one.
     void giveUpOpening();
 
     [[nodiscard]] bool isOpen() const noexcept { return m_open != nullptr; }
     [[nodiscard]] bool isLost() const noexcept { return m_open && m_open->isLost(); }
 
-    /// The number last selected for opening, 1 to 8.
+    /// Returns the number last selected for opening, 1 to 8.
     [[nodiscard]] int CommPort() const { return m_commPort; }
 
-    /// Received bytes that have not been read.
+    /// Returns how many received bytes have not been read.
     [[nodiscard]] qsizetype InBufferCount();
 
-    /// Binary: exactly one byte, or none. Text: everything waiting. A byte is the character of its code.
+    /// Reads at most one byte in binary mode, all in text mode. A byte is the character of its code.
     [[nodiscard]] QString Input();
 
-    /// Everything waiting, in either mode.
+    /// Reads everything waiting, in either mode.
     [[nodiscard]] QByteArray receive();
 
-    /// The last bytes that the device sent since the port was opened, some 500 to 1000, for whoever has to
-    /// explain a failure; kept after the port is closed.
+    /// Returns the last bytes that the device sent since the port was opened, some 500 to 1000, to explain a
+    /// failure; kept after the port is closed.
     [[nodiscard]] const QByteArray& lastReceived() const { return m_lastReceived; }
 
-    /// The first bytes that it sent since then, 3 at most.
+    /// Returns the first bytes that it sent since then, 3 at most.
     [[nodiscard]] const QByteArray& firstReceived() const { return m_firstReceived; }
 
-    /// Gives back what was read last, to be read again first; gone when the port is closed.
+    /// Gives back what was read last, to be read again first; dropped when the port is closed.
     void putBack(const QByteArray& bytes) { m_putBack.prepend(bytes); }
 
     /// Drops the received bytes that wait in front as long as each is `byte`.
@@ -61,33 +67,33 @@ class ComPort {
     void Output(const QString& text);
     void Output(char byte) { opened().write(QByteArrayView(&byte, 1)); }
 
-    /// Bytes that Output takes without waiting for the line.
+    /// Returns how many bytes Output takes without waiting for the line.
     [[nodiscard]] qsizetype transmitRoom() { return opened().transmitRoom(); }
 
-    /// Bytes that were sent and have not left yet; 0 on a closed port.
+    /// Returns how many sent bytes have not left yet; 0 on a closed port.
     [[nodiscard]] qsizetype unsentBytes() const noexcept { return m_open ? m_open->unsentBytes() : 0; }
 
-    /// From now on the device's damaged and lost bytes are counted anew, until the port is closed.
+    /// Starts to count the device's damaged and lost bytes from 0, until the port is closed.
     void countLineErrors();
 
-    /// Those that came since then; none where the device does not count.
+    /// Returns those that came since then; none if the device does not count.
     [[nodiscard]] LineErrors lineErrors() const noexcept;
 
-    /// Holds from now on, over closing and opening.
+    /// Sets the handshaking, also for later openings.
     void setHandshaking(Handshaking handshaking);
     void setInputMode(InputMode mode) { m_inputMode = mode; }
 
-    /// False when the port is closed or has no DTR line.
+    /// Returns false if the port is closed or has no DTR line.
     bool setDtrEnable(bool on) { return m_open && m_open->setDtr(on); }
 
-    /// The device behind the number, for display.
+    /// Returns the device of the number, for display.
     [[nodiscard]] QString deviceName(int number) const { return m_ports.deviceName(number); }
 
-    /// The device that was opened last.
+    /// Returns the device that was opened last.
     [[nodiscard]] QString openedDevice() const { return m_openedDevice; }
 
-    /// Whether the selected number stands for that device again or still, and it is there; nothing where that
-    /// shows only when it is opened.
+    /// Returns whether the selected number still means that device, or means it again, and it is there; empty
+    /// if only opening it shows that.
     [[nodiscard]] std::optional<bool> openedDeviceIsThere() const;
 
   private:
@@ -114,7 +120,7 @@ class ComPort {
     InputMode m_inputMode = InputMode::Binary;
 };
 
-/// True when every character of the text has a single-byte code.
+/// Returns whether every character of the text has a single-byte code.
 [[nodiscard]] bool fitsOneByteCodes(const QString& text);
 
 } // namespace zrk

@@ -89,7 +89,7 @@ bool ConsoleKeys::switchDtrOffAndOn() {
 
 void ConsoleKeys::cmdOutput_Click() {
     try {
-        // In terminal mode the board may stop the line for as long as it likes, so nothing may wait for it.
+        // In terminal mode the board may stop the line as long as it likes, so never block.
         const bool mustWait =
             !m_typedAhead.isEmpty() || m_port.transmitRoom() < m_desk.controls.txtOut.Text.value().size();
         if (m_desk.state.TerminalMode && mustWait && fitsOneByteCodes(m_desk.controls.txtOut.Text))

@@ -15,10 +15,10 @@ class ConsoleKeys {
   public:
     ConsoleKeys(Desk& desk, ComPort& port);
 
-    /// Alt alone with B (key code 66) pulses DTR; yields during the pulse.
+    /// Pulses DTR on Alt alone with B (key code 66); yields during the pulse.
     void txtStatus_KeyDown(int keyCode, bool alt, bool shift, bool control);
 
-    /// In terminal mode with the port open, sends the character (code 0 to 255) as one byte. Returns the
+    /// Sends the character (code 0 to 255) as one byte, in terminal mode with the port open. Returns the
     /// character that goes into the text, which is always 0: none.
     int txtStatus_KeyPress(int character);
 
@@ -34,7 +34,7 @@ class ConsoleKeys {
     /// (WrongAnswer) when a serial server refuses.
     [[nodiscard]] bool switchDtrOffAndOn();
 
-    /// Writes the text of txtOut as it stands; a failure is shown as a message box.
+    /// Writes the text of txtOut as it stands; a failure is shown as a message box. Yields.
     void cmdOutput_Click();
 
   private:

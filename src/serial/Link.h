@@ -11,8 +11,7 @@
 
 namespace zrk {
 
-/// The desk with its line to the board: the port, what is said about it, and who may use it. Protocols are
-/// built on this.
+/// A desk with its line to the board: the port, the console, and the gate for operations. Protocols use this.
 struct Link : Desk {
     Link(EventLoop& eventLoop, SerialPorts& ports, MessageBoxes& messageBoxes, FileDialog& dialog)
         : Desk(eventLoop, messageBoxes, dialog), port(ports, controls),

@@ -25,7 +25,7 @@ void Operation::run(const Plan& plan) {
     m_desk.state.StopReason = Outcome::Done;
     m_failure.clear();
     m_desk.state.LineErrorsText.clear();
-    m_desk.state.OtherLength.clear(); // also of what never begins, as the start of a program
+    m_desk.state.OtherLength.clear(); // also if it never begins, as the start of a program
     m_watchesLine = false;
     const auto told = qScopeGuard([&] {
         tellLineErrors();
@@ -42,7 +42,7 @@ Operation::End Operation::carryOut(const Plan& plan, Report how) {
         return end;
     } catch (const RuntimeFailure& failure) {
         report(failure, how);
-    } catch (const std::exception& error) { // out of memory, for one
+    } catch (const std::exception& error) { // out of memory, for example
         report({FailureKind::Internal, QString::fromLocal8Bit(error.what())}, how);
     }
     return End::Abort;
@@ -89,7 +89,7 @@ void Operation::begin() {
     m_desk.state.BytesSent = 0;
     m_desk.state.BytesTotal = 0;
     m_desk.state.Images = {};
-    // A port that failed under a transfer left its progress display running.
+    // A port that failed during a transfer left its progress display running.
     m_transport.enableSentStatus(false);
 }
 
@@ -119,8 +119,8 @@ Outcome Operation::endedBy(End end) const {
     return m_desk.state.StopReason == Outcome::Done ? Outcome::WrongAnswer : m_desk.state.StopReason;
 }
 
-/// What was asked for first counts: the closing window takes the port away under the operation, and an answer
-/// that is cut off by a cancel is no wrong one.
+/// Returns the outcome. The first reason counts: a closing window closes the port during the operation, and
+/// an answer that a cancel cuts off is not a wrong one.
 Outcome Operation::failedBy(FailureKind kind) const {
     const bool effectOfTheStop = kind != FailureKind::PortNotOpened && kind != FailureKind::PortLost;
     return effectOfTheStop && m_desk.state.StopReason != Outcome::Done ? m_desk.state.StopReason
@@ -135,7 +135,7 @@ void Operation::fail(Outcome why, const QString& description) {
 void Operation::report(const RuntimeFailure& failure, Report how) {
     m_outcome = failedBy(failure.kind());
     m_failure = failure.description();
-    // A wait that ended in a failure must not run out while its message is being read.
+    // A wait that ended in a failure must not time out while its message is being read.
     m_transport.ArmReplyTimer(false);
     switch (how) {
     case Report::DownloadProblem:

@@ -45,7 +45,7 @@ QString sentenceOf(Outcome outcome, const SharedState& state, const QString& fai
 QString outcomeSentence(Outcome outcome, const SharedState& state, const QString& failure) {
     if (state.OtherLength.isEmpty())
         return sentenceOf(outcome, state, failure);
-    // The operation reached its end, and the length alone is wrong.
+    // The operation reached its end, and only the length is wrong.
     if (outcome == Outcome::File && failure.isEmpty())
         return state.OtherLength;
     return sentenceOf(outcome, state, failure) + QLatin1Char(' ') + state.OtherLength;

@@ -14,17 +14,17 @@ class PortControl {
   public:
     PortControl(Desk& desk, ComPort& port, StatusConsole& console, TerminalMode& terminal);
 
-    /// While an operation runs it only requests a stop; otherwise it closes the port, resets the start
-    /// buttons and leaves terminal mode. Yields when idle.
+    /// Requests a stop while an operation runs; otherwise closes the port, resets the start buttons and
+    /// leaves terminal mode. Yields if idle.
     void cmdCancel_Click();
 
-    /// The main window is about to close: requests a stop and closes the port. Returns 1 when the
+    /// Requests a stop and closes the port, because the main window is about to close. Returns 1 if the
     /// window has to stay open because an operation runs, else 0.
     [[nodiscard]] int Form_Unload();
 
-    /// Twice a second: an idle open port whose device is gone is closed, with one line in the console, and in
-    /// terminal mode opened again, with another one, when the same device is back. Operations find out by
-    /// themselves.
+    /// Closes an idle open port whose device is gone, with one line in the console, and in terminal mode
+    /// opens it again, with another line, when the same device is back. Runs twice a second. Operations find
+    /// out by themselves.
     void watchIdlePort();
 
   private:

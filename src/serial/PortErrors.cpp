@@ -7,7 +7,7 @@ namespace zrk {
 
 void showPortError(Desk& desk, int portNumber, PortErrorHint hint, const RuntimeFailure& failure) {
     if (failure.kind() == FailureKind::Cancelled)
-        return; // who did it knows
+        return; // the user did it
     const QString problem = hint == PortErrorHint::OtherIo ? QStringLiteral("or other I/O problem")
                                                            : QStringLiteral("or other download problem");
     desk.tell(QStringLiteral("Error communicating with COM") + QString::number(portNumber) +

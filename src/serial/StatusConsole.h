@@ -5,7 +5,7 @@
 
 namespace zrk {
 
-/// The one place where the tool reports what it does.
+/// The one place where the loader reports what it does.
 class StatusConsole {
   public:
     StatusConsole(ConsoleText& txtStatus, EventLoop& loop) : m_txtStatus(txtStatus), m_loop(loop) {}
@@ -14,7 +14,7 @@ class StatusConsole {
     /// timer ticks can run inside the call.
     void PrintStatus(const QString& text);
 
-    /// Appends a text that is not ours, such as one with a path in it, as it stands. Yields once.
+    /// Appends a foreign text, such as one with a path in it, as it stands. Yields once.
     void PrintPlain(const QString& text);
 
     /// Appends what the board answered, as it stands. Yields once.

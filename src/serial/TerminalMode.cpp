@@ -45,7 +45,7 @@ void TerminalMode::SetTerminalMode(bool& Enable) {
     try {
         apply(false);
     } catch (const RuntimeFailure&) {
-        // The port is closed and the mode is noted; forcing it once more would fail the same way.
+        // The port is closed and the mode is noted; forcing it again would fail the same way.
     }
 }
 
@@ -77,7 +77,7 @@ void TerminalMode::applyProgrammed() {
     m_console.PrintStatus(QStringLiteral("/n--- Switching to programmed mode ---/n"));
     if (m_AppliedTerminalMode)
         return; // a click inside the print has switched back already
-    // Also behind a port that fails: the mode counts as switched, and what follows reads byte by byte.
+    // Also if the port fails: the mode counts as switched, and what follows reads byte by byte.
     const auto switched = qScopeGuard([this] {
         m_timCommReceive->stop();
         m_port.setInputMode(ComPort::InputMode::Binary);
@@ -98,7 +98,7 @@ void TerminalMode::cmdTerminal_Click() {
         if (m_desk.state.TerminalMode)
             m_port.OpenComPort();
     } catch (const RuntimeFailure& failure) {
-        // Something that began while the port was being opened has taken it over, and the mode with it.
+        // An operation that began while the port was being opened has taken over the port and the mode.
         if (failure.kind() == FailureKind::Cancelled && m_switches != switches)
             return;
         m_desk.state.noteStop(outcomeOf(failure.kind()));
@@ -115,7 +115,7 @@ void TerminalMode::leave() {
     try {
         switchTo(false);
     } catch (const RuntimeFailure&) {
-        // Of a port that fails under DebugMode; the mode is switched all the same.
+        // A port failed under DebugMode; the mode is switched all the same.
     }
 }
 
@@ -135,7 +135,7 @@ void TerminalMode::timCommReceive_Timer() {
     ShowReceived(s);
 }
 
-/// Ends a script's wait, and keeps what it left for whoever listens next.
+/// Ends a script's wait, and keeps the rest for the next reader.
 void TerminalMode::noteHeard(const QString& s) {
     SharedState& state = m_desk.state;
     const qsizetype found = state.AwaitedText.isEmpty() ? -1 : s.indexOf(state.AwaitedText);
@@ -148,8 +148,8 @@ void TerminalMode::noteHeard(const QString& s) {
 }
 
 void TerminalMode::ShowReceived(const QString& s) {
-    // Each backspace takes back the character before it; with none left in this text, one character of
-    // the console, however many backspaces lead the text.
+    // Each backspace removes the character before it; if none is left in this text, one character of the
+    // console, however many backspaces lead the text.
     QString kept;
     kept.reserve(s.size());
     qsizetype removed = 0;

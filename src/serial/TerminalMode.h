@@ -13,24 +13,24 @@ class TerminalMode {
   public:
     TerminalMode(Desk& desk, ComPort& port, StatusConsole& console);
 
-    /// Switches the port and the controls to terminal (true) or programmed mode; in the present mode it
-    /// only moves the focus. A failure is shown, closes the port and forces programmed mode, with
-    /// `Enable` set to false; in DebugMode it passes through as RuntimeFailure instead. Yields.
+    /// Switches the port and the controls to terminal (true) or programmed mode; in the present mode it only
+    /// moves the focus. A failure is shown, closes the port and forces programmed mode, with `Enable` set to
+    /// false; in DebugMode it passes through as RuntimeFailure instead. Yields.
     void SetTerminalMode(bool& Enable);
-    /// The same; returns the mode that came of it.
+    /// Does the same; returns the resulting mode. Yields.
     bool switchTo(bool enable) {
         SetTerminalMode(enable);
         return enable;
     }
 
-    /// Switches to programmed mode, whatever the port makes of it. Yields.
+    /// Switches to programmed mode, even if the port fails. Yields.
     void leave();
 
-    /// Toggles terminal mode and opens the port when it goes on. Does nothing while an operation runs.
-    /// A port that cannot be opened is reported, in DebugMode in the console, and leaves terminal mode off.
+    /// Toggles terminal mode and opens the port for it, yielding. Does nothing while an operation runs.
+    /// Reports a port that cannot be opened, in DebugMode in the console, and leaves terminal mode off.
     void cmdTerminal_Click();
 
-    /// Every 200 ms in terminal mode: takes what has arrived, releases a script's wait, shows the text.
+    /// Takes what has arrived, ends a script's wait, shows the text: every 200 ms in terminal mode.
     void timCommReceive_Timer();
 
     /// Appends a text of the board to the console, with backspaces and line ends translated.

@@ -15,7 +15,7 @@ constexpr std::chrono::milliseconds kReplyIntervalDebug = 10000ms;
 constexpr qsizetype kRoomForClosingBytes = 16;
 constexpr std::chrono::milliseconds kLetOutLook = 5ms;
 
-/// "'R' (0x52)", or "0x00" for what cannot be seen.
+/// Returns "'R' (0x52)", or "0x00" for an unprintable byte.
 QString byteText(std::uint8_t byte) {
     QString code = QStringLiteral("0x") + QStringLiteral("%1").arg(byte, 2, 16, QLatin1Char('0')).toUpper();
     constexpr std::uint8_t kFirstVisible = 0x21;
@@ -45,7 +45,7 @@ void Transport::SendByte(std::uint8_t byte) {
 }
 
 QString Transport::ReadChar() {
-    // The first pass takes what is already there; the later ones sleep until something happens.
+    // The first pass takes what is already there; the later ones sleep until an event comes.
     m_desk.loop.yield();
     while (!m_desk.state.CancelRequested && m_port.InBufferCount() < 1)
         m_desk.loop.wait();
@@ -103,13 +103,13 @@ bool Transport::letOut(std::chrono::milliseconds limit, std::chrono::millisecond
 
 void Transport::timTimeOut_Timer() {
     m_desk.state.requestStop(Outcome::TimedOut);
-    // The timer goes on ticking under its own open box; one box says it all.
+    // The timer goes on ticking during its own box; one box is enough.
     if (m_timeOutBoxOpen)
         return;
     m_timeOutBoxOpen = true;
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(m_replyInterval).count();
     const QString unheard = m_desk.state.LastSent.isEmpty()
-                                ? QStringLiteral("Nothing awaited came from the board")
+                                ? QStringLiteral("No response from the board")
                                 : QStringLiteral("No answer to %1").arg(m_desk.state.LastSent);
     m_desk.state.Unanswered = QStringLiteral("%1 within %2 s.").arg(unheard).arg(seconds);
     m_desk.tell(QStringLiteral("No valid serial response received within  %1 second\r\n"
@@ -127,8 +127,8 @@ void Transport::enableSentStatus(bool enable) {
 }
 
 void Transport::tickSentStatus() {
-    // A port that failed under a transfer leaves the display running; it must not write over what
-    // comes after the operation.
+    // A port that failed during a transfer leaves the display running; it must not overwrite what comes after
+    // the operation.
     if (m_desk.state.OperationActive)
         timSentStatus_Timer();
     else

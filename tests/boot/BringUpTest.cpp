@@ -67,7 +67,7 @@ TEST(BringUp, EachAnswerGoneWrong) {
             EXPECT_EQ(r.port.written, sent) << "sent on after the trouble";
             r.bench.expectAtRest();
 
-            r.port.steps = bringUpSteps(); // and the next run is a good one
+            r.port.steps = bringUpSteps(); // and the next run succeeds
             r.start();
             EXPECT_EQ(r.outcome(), Outcome::Done);
         }
@@ -231,7 +231,7 @@ TEST(BringUp, RunTimeFailures) {
         EXPECT_EQ(r.outcome(), Outcome::PortNotOpened);
         EXPECT_EQ(r.bench.buttons(), "1001");
         r.bench.expectAtRest();
-        // In DebugMode no handler is installed: the failure is told in the console, and nothing hangs.
+        // In DebugMode no handler is installed: the console shows the failure, and nothing hangs.
         r.loader.state.DebugMode = true;
         r.start();
         EXPECT_EQ(r.bench.boxes.shown.size(), 1);
@@ -298,7 +298,7 @@ TEST(BringUp, HandlersReachedFromItsWaitsLeaveItAlone) {
     }
 }
 
-TEST(BringUp, AnnouncementsThatALateLoaderFindsAreOne) {
+TEST(BringUp, ALateLoaderTakesSeveralAnnouncementsForOne) {
     for (const auto& [answer, outcome] : {std::pair{"555", Outcome::Done}, {"5?5", Outcome::WrongAnswer}}) {
         BringUpRig r;
         r.port.steps[0].answer = answer;
@@ -309,7 +309,7 @@ TEST(BringUp, AnnouncementsThatALateLoaderFindsAreOne) {
     }
 }
 
-TEST(BringUp, AFailedTransfersDisplayIsNotTheNextOperations) {
+TEST(BringUp, TheDisplayOfAFailedTransferDoesNotReachTheNextOperation) {
     BringUpRig r;
     r.port.hangUpAfterBytes = 3 + 8 + 2;
     r.start();
@@ -323,7 +323,7 @@ TEST(BringUp, AFailedTransfersDisplayIsNotTheNextOperations) {
     EXPECT_EQ(r.bench.waitDialog.timesShown, 2);
 }
 
-TEST(BringUp, AnOldTimeOutDoesNotColourTheNextEnd) {
+TEST(BringUp, AnOldTimeOutDoesNotReachTheNextOutcome) {
     BringUpRig r;
     r.port.steps[1].answer.clear();
     r.start();

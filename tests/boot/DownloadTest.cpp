@@ -17,7 +17,7 @@ QString downloaded(const char* letter, const char* name) {
         .arg(letter, name);
 }
 
-/// All three images selected, and the primary boot listening on the open port.
+/// A rig with all three images selected, and the primary boot listening on the open port.
 struct DownloadRig : ScriptedRig {
     DownloadRig() {
         bench.fill(2, "uuu", "0x81000000");

@@ -20,7 +20,7 @@ struct TransferRig : ScriptedRig {
     void start() { loader.bringUp.cmdStartPrimary_Click(); }
     [[nodiscard]] Outcome outcome() const { return loader.operation.outcome(); }
 
-    /// Does something once the primary boot's first two code bytes are out.
+    /// Runs the action once the primary boot's first two code bytes are out.
     void duringCode(const VirtualEventLoop::Action& action) {
         const QByteArray begin = kPrimaryHeader + kPrimaryCode.left(2);
         port.steps[3].when = kPrimaryCode.mid(2);
@@ -66,8 +66,8 @@ TEST(Transfer, CancelDuringTheCode) {
     }
 }
 
-/// What a power-on does to the line is no fault; what comes later is told, however the operation ends.
-TEST(Transfer, DamageOnTheLineIsToldOnceTheImagesGoOverIt) {
+/// The noise of a power-on is not reported; later damage is, however the operation ends.
+TEST(Transfer, DamageOnTheLineIsReportedOnceImagesAreSent) {
     const struct {
         bool cancelled = false;
         zrk::LineErrors atPowerOn, meanwhile;
@@ -140,12 +140,12 @@ TEST(Transfer, ClosingTheWindowDuringTheCode) {
     }
 }
 
-TEST(Transfer, ClosingTheWindowBehindAFailedTransferAsksNothing) {
+TEST(Transfer, ClosingTheWindowAfterAFailedTransferAsksNothing) {
     TransferRig r;
     r.port.hangUpAfterBytes = 3 + 8 + 2;
     r.start();
     EXPECT_EQ(r.outcome(), Outcome::PortLost);
-    EXPECT_TRUE(r.loader.transport.isTransferring()) << "until its display looks again";
+    EXPECT_TRUE(r.loader.transport.isTransferring()) << "until its display checks again";
     EXPECT_TRUE(r.loader.transfer.mayBeEnded());
     EXPECT_EQ(r.bench.boxes.shown.size(), 1);
 }
@@ -193,7 +193,7 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
     }
 }
 
-TEST(Transfer, AnEmptyImageIsOneAllTheSame) {
+TEST(Transfer, AnEmptyImageCountsAsAnImage) {
     for (const bool ticked : {true, false}) {
         TransferRig r;
         r.bench.fill(0, "", "0x1234");
@@ -205,7 +205,7 @@ TEST(Transfer, AnEmptyImageIsOneAllTheSame) {
     }
 }
 
-/// An image that takes the line longer than the reply time-out: about 8.7 s.
+/// Returns an image that takes the line longer than the reply time-out: about 8.7 s.
 QByteArray longImage() {
     QByteArray image;
     for (int i = 0; i < 100'000; ++i)

@@ -13,7 +13,7 @@ class Waiting : public ScriptedTest {
         port.steps[0].answer.clear(); // the board is off
     }
 
-    /// Starts a bring-up and does something to the dialog a minute later.
+    /// Starts a bring-up and calls `what` with the dialog a minute later.
     void startAnd(const std::function<void(zrk::WaitDialog&)>& what) {
         loop.after(60s, [this, what] {
             ASSERT_NE(bench.waitDialog.open, nullptr);

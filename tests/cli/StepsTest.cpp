@@ -106,7 +106,7 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
          "The board announces its BootID (\"5\"): it"},
         {"--fault bootid=none --power-on-delay # --noise U-Boot\\x20banner", "load --wait @", 4,
          "service jumper, then"},
-        {"--fault bootid=none", "load --wait @", 4, "Nothing at all has come over COM1 (/"},
+        {"--fault bootid=none", "load --wait @", 4, "Nothing was received from COM1 (/"},
     };
     for (const auto& ending : endings) {
         SCOPED_TRACE(ending.steps.toStdString());
@@ -157,7 +157,7 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
          ": it is in use by zrk-loader-cli ("},
         {here + "--log /dev/null/x load", 2, "", "--log /dev/null/x: the folder cannot be made."},
         {here + "--trace /dev/null load", 2, "",
-         "--trace: The trace /dev/null cannot be written: it is no regular"},
+         "--trace: The trace /dev/null cannot be written: it is not a regular"},
         {here + "--trace /nonexistent/t load", 2, "", "nothing can be written to its folder."},
         {"-n --port " + images.file(".") + " --ini " + images.ini() + " load", 3,
          "it is not a serial port\n"},

@@ -21,7 +21,7 @@ class Addresses : public ScriptedTest {
         }
     }
 
-    /// Index, start and size of each, the markers by name.
+    /// Returns index, start and size of each, the markers by name.
     [[nodiscard]] QString rows() const {
         QStringList all;
         for (const auto& row : loader.controls.lvwAdrs.rows())
@@ -115,10 +115,10 @@ TEST_F(Addresses, ValidationsRowsAndMessages) {
                 bench.boxes.shown.last().contains(low));
 }
 
-TEST_F(Addresses, UnreadableTextOnDemandIsToldAndDuringAnOperationAborts) {
+TEST_F(Addresses, UnreadableTextOnDemandIsReportedAndDuringAnOperationAborts) {
     select({{1, "xyz", "0x10"}});
     loader.validation.cmdValidateAdrs_Click();
-    ASSERT_EQ(bench.boxes.shown.size(), 2); // out of bounds, and then no number at all
+    ASSERT_EQ(bench.boxes.shown.size(), 2); // out of bounds, and then not a number
     EXPECT_TRUE(bench.boxes.shown[1].contains("\"xyz\""));
 
     select({{1, "", "0x10"}}); // no last character to drop

@@ -14,7 +14,7 @@ class Ini : public ScriptedTest {
         loader.iniLoader.mnuLoadIni_Click();
     }
 
-    /// "ticked|name|path|tool tip|address|size", with the image folder as "~".
+    /// Returns "ticked|name|path|tool tip|address|size", with the image folder as "~".
     [[nodiscard]] QString slot(std::size_t i) const {
         const zrk::Controls& c = loader.controls;
         const auto& name = c.txtFilNam[i];
@@ -47,7 +47,7 @@ TEST_F(Ini, FoundMissingAndUnnamedFiles) {
     EXPECT_EQ(slot(6), "0|CAN'T FIND: none||File Not Found, check .INI file|0x80000004|");
     EXPECT_EQ(bench.buttons(), "1001");
 
-    // Loaded again: what is named is overwritten and what is no longer named stays.
+    // Loaded again: named slots are overwritten, and slots that are no longer named stay.
     load("[binfiles]\nprimary = gone.bin\nSecondary=' two .bin'\n[IMGFILES]\nUBOOT=p.bin, no number\n");
     EXPECT_EQ(slot(0), "0|CAN'T FIND: gone.bin||File Not Found, check .INI file|0x0000|");
     EXPECT_EQ(slot(1), native("1| two .bin|~/ two .bin|Path: ~/|0x00000000|0x2"));
@@ -69,7 +69,7 @@ TEST_F(Ini, FoundMissingAndUnnamedFiles) {
                                             loader.state.IniPath + " yourselfes");
 }
 
-TEST_F(Ini, ToldInTheStatusBarUntilAnOperationBegins) {
+TEST_F(Ini, RemarksStayInTheStatusBarUntilAnOperationBegins) {
     (void)bench.file("p.bin", "p");
     const auto told = [this] {
         loop.runFor(250ms);
@@ -79,12 +79,12 @@ TEST_F(Ini, ToldInTheStatusBarUntilAnOperationBegins) {
     for (const auto& [text, remark] : std::initializer_list<std::pair<QByteArray, const char*>>{
              {"; fine\n[binfiles]\nprimary=p.bin,0xFFFF\nFlash=none.bin,never read\n[IMGFILES]\n", ""},
              {"kernel=k\n[IMGFILES]\nPRIMARY=p.bin",
-              "Line 1: the key kernel stands in front of every section. "
+              "Line 1: the key kernel comes before the first section. "
               "Line 3: unknown key PRIMARY in [IMGFILES]; known are UBOOT, ROOTFS, KERNEL."},
              {"[BINFILE]\nPRIMARY=p.bin\n",
               "Line 1: unknown section [BINFILE]; known are [BINFILES] and [IMGFILES]."},
              {"[BINFILES\n", "Line 1: unknown section [[BINFILES]; known are [BINFILES] and [IMGFILES]."},
-             {QByteArray("[\0B\0", 4), "This is no text that can be read; save it as UTF-8."},
+             {QByteArray("[\0B\0", 4), "The file is not readable text; save it as UTF-8."},
              {"[BINFILES]\nPG_SIBL=p.bin,0x10000",
               "PG_SIBL: 0x10000 does not fit into the IRAM, whose addresses go from 0x0000 to 0xFFFF."},
              {"[BINFILES]\nPG_SIBL=p.bin,-1",
@@ -115,7 +115,7 @@ TEST_F(Ini, ToldInTheStatusBarUntilAnOperationBegins) {
     EXPECT_EQ(told(), idle);
 }
 
-TEST_F(Ini, NamesWithoutEndAreToldInAFewWords) {
+TEST_F(Ini, EndlessNamesAreReportedInFewWords) {
     load("[" + QByteArray(100'000, 'n') + "]\n[IMGFILES]\n" + QByteArray("X=\n").repeated(100'000) +
          "UBOOT=none");
     QString remark = "loader.INI: Line 1: unknown section [" + QString(60, 'n') +

@@ -32,7 +32,7 @@ TEST(Paths, BothSeparators) {
     EXPECT_EQ(Paths("/x", u'/').FileNameOf("p.bin"), "p.bin");
 }
 
-TEST(Paths, OfNamesNothingIsHidden) {
+TEST(Paths, PrintedNamesHideNothing) {
     for (const auto& [name, shown] : std::initializer_list<std::pair<QString, const char*>>{
              {"boot 1.bin", "boot 1.bin"},
              {QStringLiteral("caf\u00E9 \u65E5\u3000\U0001F600"),
@@ -57,7 +57,7 @@ TEST(Paths, FileExists) {
                                 b.bench.folder.filePath("missing"), QString(), QString(QChar::Null)})
         EXPECT_FALSE(zrk::FileExists(path, false)) << path.toStdString();
     EXPECT_FALSE(zrk::FileExists("/proc/self/status", true))
-        << "no image, but something that is made to be read";
+        << "not an image, but made to be read";
 }
 
 } // namespace

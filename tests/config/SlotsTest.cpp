@@ -38,7 +38,7 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
         EXPECT_TRUE(c.chkExeURK[i].isTicked());
         EXPECT_EQ(c.cmdStartPrimary.Enabled, slot == 0);
     }
-    // Cancelled, or while an operation runs: nothing changes.
+    // Nothing changes if the dialog is cancelled, or while an operation runs.
     c.chkExeURK[3].Value = 0;
     bench.fileDialog.choice.clear();
     loader.fileChoice.cmdBrowse_Click(3);
@@ -49,7 +49,7 @@ TEST_F(Slots, BrowseFillsTheSlotAndItsRequestIsTheDesignedOne) {
     loader.state.OperationActive = false;
     loader.fileChoice.cmdBrowse_Click(3);
     EXPECT_EQ(c.lblCodeSize[3].Caption.value(), "0x0");
-    // A length that cannot be read keeps the previous label; everything else is the new file's.
+    // An unreadable length keeps the previous label; everything else is the new file's.
     bench.fileDialog.choice = native(bench.folder.filePath("gone.bin"));
     loader.fileChoice.cmdBrowse_Click(2);
     EXPECT_EQ(c.lblCodeSize[2].Caption.value(), "0xABC");

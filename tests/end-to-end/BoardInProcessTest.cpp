@@ -6,7 +6,7 @@ namespace {
 using namespace zrktest;
 using zrk::Outcome;
 
-/// Bytes of every value, with a text in them that tells the board what they stand for.
+/// Makes bytes of every value, with a text in them that names the board's program.
 QByteArray image(qsizetype size, const QByteArray& marker = {}) {
     QByteArray bytes(size, 0);
     for (qsizetype i = 0; i < size; ++i)
@@ -17,7 +17,7 @@ QByteArray image(qsizetype size, const QByteArray& marker = {}) {
 const QByteArray kPrimary = image(9'000, "ZRK SIMULATED PRIMARY BOOT");
 const QByteArray kPgSibl = image(5'000, "ZRK SIMULATED PG_SIBL");
 
-/// A loader on a line to a board that the user switches on a while after being asked to.
+/// A loader on a line to a board that the user switches on a while after the request.
 struct BoardRig {
     explicit BoardRig(const zrkboard::BoardOptions& options = {}) : port(loop, options) {
         bench.waitDialog.whenShown = [this](zrk::WaitDialog&) { loop.after(3s, [this] { port.powerOn(); }); };

@@ -38,7 +38,7 @@ TEST(FlashFrames, LengthsOfVersionInformation) {
     struct Row {
         std::uint32_t length;
         bool good;
-        qsizetype read; // behind the length
+        qsizetype read; // after the length
     };
     for (const Row& row : std::initializer_list<Row>{{0, false, 0},
                                                      {5, false, 0},
@@ -79,13 +79,13 @@ TEST(FlashFrames, CancelWithinVersionInformation) {
         b.start();
         EXPECT_EQ(b.outcome(), Outcome::Cancelled);
         if (position == 1) {
-            // Zero bytes make the length 0, which is none.
+            // Zero bytes make the length 0, which is not allowed.
             EXPECT_EQ(b.bench.boxes.shown.size(), 1);
             EXPECT_EQ(b.bench.console(), FlashRig::textsUpTo(4) + "<2>" + kAborted);
             b.expectAborted(false);
             continue;
         }
-        // Behind the length they make up the text, and the header's ACK then fails.
+        // After the length they make up the text, and the header's ACK then fails.
         QByteArray text = "sim 1.0";
         for (qsizetype i = std::max<qsizetype>(position - 6, 0); i < text.size(); ++i)
             text[i] = 0;

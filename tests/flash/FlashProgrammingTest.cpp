@@ -65,7 +65,7 @@ TEST(FlashProgramming, EachAnswerGoneWrong) {
     }
 }
 
-TEST(FlashProgramming, AFileThatGrewIsNoSuccess) {
+TEST(FlashProgramming, AFileThatGrewIsAFailure) {
     FlashRig b;
     QFile file(b.loader.controls.txtFilNam[5].Tag);
     ASSERT_TRUE(file.open(QIODevice::Append) && file.write("more") == 4);
@@ -191,7 +191,7 @@ TEST(FlashProgramming, AfterAConfirmedCancelTheClosingBytesLeaveThePort) {
 TEST(FlashProgramming, WithoutPgSibl) {
     const QString box = "[Error] ! No pg_sibl binary specified in INI file";
     {
-        FlashRig b; // unticked: told, and gone on with what the slot holds
+        FlashRig b; // unticked: reported, and the slot's file is used
         b.loader.controls.chkExeURK[6].Value = 0;
         b.bench.boxes.user = [&](int) {
             EXPECT_EQ(b.bench.console(), "");
@@ -213,7 +213,7 @@ TEST(FlashProgramming, WithoutPgSibl) {
         EXPECT_EQ(b.bench.console().mid(before), FlashRig::textsUpTo(9));
     }
     {
-        FlashRig b; // the window is closed behind the box: a cancel, and no second box
+        FlashRig b; // the window is closed during the box: a cancel, and no second box
         b.loader.controls.chkExeURK[6].Value = 0;
         b.bench.boxes.user = [&](int) {
             EXPECT_EQ(b.loader.portControl.Form_Unload(), 1);

@@ -15,7 +15,7 @@ inline const QByteArray kData = hex("02 0E 00 00 00 AF") + kImage + hex("00 00 0
 inline const QByteArray kEndOfData = hex("02 0C 00 00 00 A3 A3 00 00 00 00 03");
 inline const QByteArray kComplete = hex("02 0A 00 00 00 B1 B1 00 00 03");
 
-/// Both flash slots filled, full erase ticked, and a board that does everything well.
+/// A rig with both flash slots filled, full erase ticked, and a board without faults.
 struct FlashRig : ScriptedRig {
     FlashRig() {
         bench.fill(6, kPgSibl.mid(8), QStringLiteral("0x0000"));
@@ -36,7 +36,7 @@ struct FlashRig : ScriptedRig {
     void start() { loader.flash.cmdPrgFlash_Click(); }
     [[nodiscard]] zrk::Outcome outcome() const { return loader.operation.outcome(); }
 
-    /// What the loader writes up to the answer of a step.
+    /// Returns what the loader writes up to the answer of a step.
     [[nodiscard]] QByteArray sentUpTo(std::size_t step) const {
         QByteArray sent;
         for (std::size_t i = 0; i <= step; ++i)
@@ -44,7 +44,7 @@ struct FlashRig : ScriptedRig {
         return sent;
     }
 
-    /// What the console shows when the answer of a step is awaited; 9 is the end.
+    /// Returns what the console shows while the answer of a step is awaited; 9 is the end.
     [[nodiscard]] static QString textsUpTo(qsizetype step) {
         const QStringList texts =
             bringUpTexts().mid(0, 3) +
@@ -61,7 +61,7 @@ struct FlashRig : ScriptedRig {
         return texts.mid(0, step + 1).join(QString());
     }
 
-    /// The end of every failed run.
+    /// Checks the end of a failed run.
     void expectAborted(bool flashUnknown) {
         EXPECT_TRUE(bench.console().endsWith(kAborted));
         EXPECT_EQ(bench.buttons(), "1111");

@@ -57,7 +57,7 @@ void checkEntry(LoaderUnderFuzz& under, int slot, const QString& text) {
             "the entry rule is idempotent", text);
 }
 
-/// Ranges that pass lie in the SDRAM and do not meet.
+/// Checks that ranges that pass lie in the SDRAM and do not meet.
 void checkRanges(LoaderUnderFuzz& under, const std::array<std::uint32_t, 4>& sizes) {
     auto& controls = under.loader.controls;
     std::vector<std::pair<std::uint64_t, std::uint64_t>> ranges;

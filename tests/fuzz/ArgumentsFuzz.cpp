@@ -28,7 +28,7 @@ void check(const zrk::CliOptions& options) {
     checkLimit(limits.start);
 }
 
-/// The plan finds what is wrong before anything is sent.
+/// Makes the plan, which finds what is wrong before anything is sent.
 void plan(const zrk::CliOptions& options) {
     LoaderUnderFuzz under;
     for (std::size_t slot = 0; slot < options.slotValues.size(); ++slot)
@@ -45,7 +45,7 @@ void plan(const zrk::CliOptions& options) {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    // What --help prints is no finding.
+    // The output of --help is not a finding.
     return std::freopen("/dev/null", "w", stdout) == nullptr ? 1 : 0;
 }
 

@@ -1,7 +1,7 @@
 #include "fuzz/LoaderUnderFuzz.h"
 
-// Input: what is done, how far the board behaves well before it goes on with the input's bytes, how it ends,
-// when the user cancels; then a counted piece for each thing the loader sends, or after a while.
+// Input: what is done, how far the board behaves well before it sends the input's bytes, how it ends, when
+// the user cancels; then a counted piece for each thing the loader sends, or after a while.
 
 namespace {
 
@@ -47,7 +47,7 @@ std::vector<Step> flash() {
             {hex("020A000000B1B1000003"), ack}};
 }
 
-/// A cancel so late disturbs no good board. Waiting costs, since the window's timers tick all the while.
+/// A cancel so late disturbs no good board. Waiting costs time, since the window's timers tick.
 constexpr auto kNoHaste = 45s;
 
 enum class What { BringUp, Download, Flash, Terminal, Expect, Start, Check };
@@ -107,7 +107,7 @@ class Run {
     }
 
   private:
-    /// From this step on the board says what the input holds.
+    /// Makes the board send the input's bytes from this step on.
     void spoil(Input& input, std::size_t from) {
         std::vector<Step>& steps = under.port.steps;
         for (std::size_t i = from; i < steps.size() && !input.isEmpty(); ++i) {
@@ -118,14 +118,14 @@ class Run {
             steps[from].action = [this] { under.port.hangUp(); };
     }
 
-    /// A success needs the board's positive answers to all that had to be sent; anything else is told.
+    /// Checks that a success has the board's positive answers to all that was sent, and a failure its report.
     void checkEnd(std::size_t steps, bool closes) {
         const bool done = loader.operation.outcome() == zrk::Outcome::Done;
         require(!m_isGood || done || m_cancelAt < kNoHaste, "a good board leads to a success");
         if (!done) {
             loader.activity.refresh();
             require(!under.port.isOpen(), "a failure closes the port");
-            require(!loader.controls.staStatus.FirstPanel.value().isEmpty(), "a failure is told");
+            require(!loader.controls.staStatus.FirstPanel.value().isEmpty(), "a failure is reported");
             return;
         }
         QByteArray meant;
@@ -135,7 +135,7 @@ class Run {
         require(under.port.isOpen() == !closes, "a success keeps the port or closes it");
     }
 
-    /// With the primary boot running, whatever it says.
+    /// Goes on with the primary boot running, whatever it sends.
     void goOn() {
         const QByteArray pieces[]{m_late.left(m_late.size() / 2), m_late.mid(m_late.size() / 2)};
         under.port.follow({{"", pieces[0], nullptr, 100ms}, {"\r", pieces[1], nullptr, 100ms}});

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-// Input: a byte of choice, then text, whose pieces with a backspace in front take a character back.
+// Input: a byte of choice, then text, in which a backslash in front of a piece removes a character.
 
 namespace {
 
@@ -58,7 +58,7 @@ QApplication& application() {
     static char name[] = "fuzz";
     static char* arguments[]{name, nullptr};
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Never destroyed: after main() it would look for parts of Qt that are gone.
+    // Never destroyed: after main() it would use parts of Qt that are gone.
     static auto* const made = new QApplication(count, arguments);
     return *made;
 }
@@ -75,7 +75,7 @@ void checkView(const Document& document) {
 
 } // namespace
 
-// Fonts that are read once are kept until the end.
+// Fonts are read once and kept until the end.
 extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
     return "leak:libfontconfig\n";
 }
@@ -87,8 +87,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const QByteArray& piece : piecesOf(input.rest(), choice))
         document.edit(QString::fromLatin1(piece));
     document.check();
-    // Not by the input: those that reach more code are kept, and a view costs as much as a hundred documents.
-    // A single input, which is looked at again, is the first one.
+    // Not chosen by the input: those that reach more code are kept, and a view costs as much as a hundred
+    // documents. A single input, as in a second run after a failure, is the first one.
     static unsigned inputs = 0;
     if (inputs++ % kInputsPerView == 0)
         checkView(document);

@@ -3,8 +3,7 @@
 #include "fuzz/LoaderUnderFuzz.h"
 #include "platform/RuntimeFailure.h"
 
-// Input: a byte of choice, an address, then what the board sends. What it does not send any more reads as
-// zeros.
+// Input: a byte of choice, an address, then what the board sends. After its end it reads as zeros.
 
 namespace {
 
@@ -40,9 +39,9 @@ void checkVersion(LoaderUnderFuzz& under, zrk::FlashFrames& frames, const QByteA
         require(failure.kind() == zrk::FailureKind::WrongAnswer, "a bad length is a wrong answer");
         got.fails = true;
     }
-    require(got.good == expected.good && got.fails == expected.fails, "a version frame is judged right");
+    require(got.good == expected.good && got.fails == expected.fails, "a version frame is read correctly");
     if (got.good) {
-        // As it is printed, "/n" is a line's end.
+        // The console prints "/n" as a line's end.
         const QString shown = QString::fromLatin1(expected.text).replace("/n", "\r\n");
         require(under.loader.controls.txtStatus.text().endsWith('>' + shown + "< done!\r\n"),
                 "the version is shown");
@@ -70,7 +69,7 @@ void checkHeader(LoaderUnderFuzz& under, zrk::FlashFrames& frames, const QString
     } catch (const zrk::RuntimeFailure& failure) {
         require(failure.kind() == zrk::FailureKind::TypeMismatch ||
                     failure.kind() == zrk::FailureKind::Overflow,
-                "a bad address is told", failure.description());
+                "a bad address is reported", failure.description());
     }
 }
 

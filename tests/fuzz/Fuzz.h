@@ -9,11 +9,11 @@
 
 namespace zrkfuzz {
 
-/// What must hold for every input. Otherwise says what does not and ends the program, which libFuzzer takes
-/// for a finding and keeps the input of.
+/// Requires what must hold for every input. Otherwise prints what does not hold and ends the program, which
+/// libFuzzer reports as a finding whose input it keeps.
 void require(bool holds, const char* what, const QString& detail = {});
 
-/// An input, taken from its front. Behind its end there are zeros and empty texts.
+/// An input, taken from its front. After its end it reads as zeros and empty texts.
 class Input {
   public:
     Input(const std::uint8_t* data, std::size_t size)
@@ -23,9 +23,9 @@ class Input {
     [[nodiscard]] std::uint8_t byte();
     [[nodiscard]] std::uint32_t word(); ///< least significant byte first
     [[nodiscard]] QByteArray bytes(qsizetype most);
-    /// As many as the byte in front of them says.
+    /// Takes as many bytes as the byte in front of them says.
     [[nodiscard]] QByteArray counted() { return bytes(byte()); }
-    /// Up to the next line feed, which is taken and not returned.
+    /// Takes the text up to and including the next line feed, and returns it without that.
     [[nodiscard]] QByteArray line();
     [[nodiscard]] QByteArray rest() { return bytes(m_bytes.size()); }
 
@@ -34,7 +34,7 @@ class Input {
     qsizetype m_at = 0;
 };
 
-/// The bytes in pieces, whose lengths follow from a seed.
+/// Splits the bytes into pieces, whose lengths follow from a seed.
 [[nodiscard]] std::vector<QByteArray> piecesOf(const QByteArray& bytes, unsigned seed);
 
 } // namespace zrkfuzz

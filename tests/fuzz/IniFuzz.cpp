@@ -38,7 +38,7 @@ void checkNames(const zrk::IniFile& file) {
     }
 }
 
-/// The same text with other line ends, one of the three, says the same.
+/// Checks that the same text with any other line ends has the same values.
 void checkLineEnds(const QByteArray& bytes, const QStringList& values, qsizetype names) {
     if (QStringConverter::encodingForData(bytes))
         return;

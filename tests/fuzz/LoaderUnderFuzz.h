@@ -11,7 +11,7 @@
 
 namespace zrkfuzz {
 
-/// A folder of this process, which is removed when it ends.
+/// Returns a folder of this process, which is removed at its end.
 [[nodiscard]] const QTemporaryDir& folder();
 
 /// Writes a file into it; returns its path.
@@ -24,7 +24,7 @@ struct LoaderUnderFuzz {
     /// Gives a slot a file with this content, and this address.
     void fill(int slot, const QByteArray& content, const QString& address);
 
-    /// Carries something out that must end by itself or after a cancel at `cancelAt`, throw nothing and leave
+    /// Runs an action that must end by itself or after a cancel at `cancelAt`, throw nothing and leave
     /// nothing running.
     void carryOut(const std::function<void()>& what, zrksim::Duration cancelAt);
 

@@ -22,7 +22,7 @@ struct Side {
         [this](std::span<const char> bytes) { received.append(bytes.data(), qsizetype(bytes.size())); }};
 };
 
-/// What a server takes for the line's bytes: all but commands.
+/// Returns what a server takes for the line's bytes: all but commands.
 QByteArray lineBytes(const QByteArray& sent) {
     constexpr char kIac = '\xFF';
     constexpr char kSubnegotiation = '\xFA';
@@ -54,8 +54,8 @@ QByteArray lineBytes(const QByteArray& sent) {
     return line;
 }
 
-/// The Telnet library makes what it can of a subnegotiation that another command breaks off, which depends on
-/// the pieces. Of that only counts that it does no harm.
+/// Returns false if a command breaks off a subnegotiation: then the Telnet library's result depends on the
+/// pieces, and must only do no harm.
 bool isWellFormed(const QByteArray& bytes) {
     bool inside = false;
     for (qsizetype i = 0; i + 1 < bytes.size(); ++i) {

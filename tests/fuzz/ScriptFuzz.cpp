@@ -2,8 +2,8 @@
 
 #include <QStringDecoder>
 
-// Input: a counted piece of what the board says at the start, one of what it answers to a carriage return, a
-// byte that says when the user cancels, then the script.
+// Input: a counted piece of what the board sends at the start, one of its answer to a carriage return, a byte
+// for the time of the user's cancel, then the script.
 
 namespace {
 
@@ -21,7 +21,7 @@ QList<QByteArray> linesOf(QByteArray script) {
     return script.split('\n');
 }
 
-/// What the script's lines send, of a script that holds one-byte characters.
+/// Returns what the lines of a script of one-byte characters send.
 QByteArray sentBy(const QList<QByteArray>& lines) {
     QByteArray sent;
     for (const QByteArray& line : lines) {

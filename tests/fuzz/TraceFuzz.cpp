@@ -34,7 +34,7 @@ std::vector<Session> sessionsOf(const std::vector<TraceLine>& lines) {
     return sessions;
 }
 
-/// A loader that does as in the trace gets the answers of the trace.
+/// Checks that a loader that repeats the trace gets its answers.
 void replay(const std::vector<TraceLine>& lines, std::uint32_t lineRate) {
     constexpr int kMostEvents = 10'000;
     bool lost = false;
@@ -75,7 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         lines = zrkboard::readTrace(stream);
     } catch (const std::invalid_argument& error) {
-        require(std::string_view(error.what()).starts_with("line "), "a damaged trace is told with its line");
+        require(std::string_view(error.what()).starts_with("line "), "a damaged trace is named by line");
         return 0;
     }
     require(!lines.empty(), "a trace has lines");

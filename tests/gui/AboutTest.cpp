@@ -45,7 +45,7 @@ class About : public ::testing::Test {
 };
 
 TEST_F(About, SystemInformationIsStartedFromWhereTheRegistrySays) {
-    // A folder counts only when the program is in it; on this system the file is one with that odd name.
+    // A folder counts only if the program is in it; on this system it is a file with that odd name.
     QTemporaryDir folder;
     QFile program(folder.path() + "\\MSINFO32.EXE");
     info.StartSysInfo();
@@ -82,7 +82,7 @@ TEST_F(About, RegistryValuesAreReadAsText) {
     }
 }
 
-TEST_F(About, TheBoxTellsTheVersionAndOffersSystemInformation) {
+TEST_F(About, TheBoxShowsTheVersionAndOffersSystemInformation) {
     zrk::AboutBox box(info, nullptr);
     EXPECT_EQ(box.windowTitle(), "About ZRK6924 Loader");
     EXPECT_EQ(box.findChild<QLabel*>("lblTitle")->text(), "ZRK6924 Loader");

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// Notes what the window and a message box look like at their first sight, and answers the box; closes the
-/// About box; of a file dialog it takes `file`.
+/// Records the window and a message box when they are first shown, and answers the box; closes the About box;
+/// takes `file` in a file dialog.
 class FirstSight final : public QObject {
   public:
     FirstSight() { qApp->installEventFilter(this); }
@@ -46,7 +46,7 @@ class FirstSight final : public QObject {
     }
 };
 
-TEST(App, ItsWindowIsCompleteAtItsFirstSightAndAMessageBoxComesUpOnIt) {
+TEST(App, ItsWindowIsCompleteWhenFirstShownAndAMessageBoxComesUpOnIt) {
     QTemporaryDir folder;
     QFile image(folder.filePath("p.bin"));
     ASSERT_TRUE(image.open(QIODevice::WriteOnly) && image.write("12345") == 5);
@@ -73,7 +73,7 @@ TEST(App, ItsWindowIsCompleteAtItsFirstSightAndAMessageBoxComesUpOnIt) {
 }
 
 #ifndef _WIN32
-TEST(App, EndsWhenItIsToldToAndWhatItLoggedIsComplete) {
+TEST(App, EndsOnRequestWithACompleteLog) {
     QTemporaryDir folder;
     zrk::AppOptions options;
     options.iniPath = folder.filePath("a.INI");

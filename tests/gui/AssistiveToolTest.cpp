@@ -20,14 +20,14 @@ class AssistiveTool : public WindowTest {
     }
 };
 
-TEST_F(AssistiveTool, WhatItSetsIsWhatTheLoaderHas) {
+TEST_F(AssistiveTool, SetsTheLoadersControls) {
     zrk::Controls& c = loader.controls;
     fill(2);
     for (const int ticked : {0, 1}) {
         toggle(reached("chkExeURK_2"));
         EXPECT_EQ(c.chkExeURK[2].Value, ticked);
     }
-    // Without a file the rule takes the tick back.
+    // Without a file the rule unticks the box again.
     toggle(reached("chkExeURK_4"));
     EXPECT_EQ(shown("chkExeURK_4", "checked"), "false");
     EXPECT_EQ(c.chkExeURK[4].Value, 0);
@@ -52,7 +52,7 @@ TEST_F(AssistiveTool, AndTheKeyboardChooseAPort) {
     select(6);
     EXPECT_EQ(chosen(), 7);
     ports->showPopup();
-    QTest::keyClick(ports->view(), Qt::Key_Down); // going through the open list is no choice yet
+    QTest::keyClick(ports->view(), Qt::Key_Down); // moving within the open list chooses nothing yet
     QApplication::processEvents();
     EXPECT_EQ(chosen(), 7);
     select(2);
@@ -69,7 +69,7 @@ TEST_F(AssistiveTool, AnAddressIsEnteredWithTheNextActionWithoutEverHavingHadThe
     auto& address = loader.controls.txtStartAddress;
     setText("txtStartAddress_2", "0x8280000");
     EXPECT_EQ(address[2].Text.value(), "0x8280000");
-    // Letter by letter, as some write; nothing is entered in between.
+    // Letter by letter, as some tools write; nothing is entered in between.
     QAccessibleEditableTextInterface& text = *reached("txtStartAddress_3").editableTextInterface();
     text.deleteText(0, 10);
     for (int i = 0; i < 4; ++i)
@@ -81,7 +81,7 @@ TEST_F(AssistiveTool, AnAddressIsEnteredWithTheNextActionWithoutEverHavingHadThe
     EXPECT_EQ(address[2].Text.value(), "0x08280000");
     EXPECT_EQ(address[3].Text.value(), "0x000000AB");
     EXPECT_EQ(shown("txtStartAddress_2") + shown("txtStartAddress_3"), "0x082800000x000000AB");
-    EXPECT_EQ(address[0].Text.value(), "0x0") << "nobody touched it";
+    EXPECT_EQ(address[0].Text.value(), "0x0") << "it was not touched";
 }
 
 } // namespace

@@ -28,7 +28,7 @@ TEST_F(ChosenFiles, OpensAnotherIniFileAndListsTheLastOnes) {
     EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "of the file beside the INI file";
     loader.imageSlots.fill(0, folder.filePath("p.bin"));
     trigger("mnuLoadIni");
-    EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "what is there is read again";
+    EXPECT_EQ(shown("lblCodeSize_0"), "0x6") << "the file is read again";
 
     ASSERT_EQ(recent().size(), 2);
     EXPECT_EQ(recent()[0]->text(), "&1 " + fileDialog.choice);
@@ -53,7 +53,7 @@ TEST_F(ChosenFiles, OpensAnotherIniFileAndListsTheLastOnes) {
     EXPECT_EQ(recent().size(), 5);
 }
 
-TEST_F(ChosenFiles, ShowWhatTheirNamesHide) {
+TEST_F(ChosenFiles, ShowHiddenCharactersOfTheirNames) {
     const QString path = image(QStringLiteral("k\u202Egmi.bin"));
     loader.imageSlots.fill(4, path);
     EXPECT_EQ(shown("txtFilNam_4"), "k<U+202E>gmi.bin");

@@ -45,7 +45,7 @@ TEST(ConsoleView, ShowsTheTextWithSignsForWhatHasNoGlyph) {
 struct ConsoleWindow : zrktest::WindowTest {
     ConsoleWindow() { loader.terminal.cmdTerminal_Click(); }
 
-    /// In one read.
+    /// Sends it in one read.
     void say(const QByteArray& chunk) {
         port.receive(chunk);
         loop.runFor(200ms);
@@ -77,7 +77,7 @@ TEST_F(ConsoleWindow, ShowsSavesAndLogsEveryCharacterOfTheBoard) {
         {{"one\ntwo"}, "onetwo", "onetwo"},
         {{"one\rtwo"}, "one\r\ntwo", "one\ntwo"},
         {{" 10 %\r", " 20 %\r"}, " 10 %\r\n 20 %\r\n", " 10 %\n 20 %\n"},
-        // Half of a line end is taken back, then the other half and the character before it.
+        // Half of a line end is removed, then the other half and the character before it.
         {{"one\r", "\btwo"}, "one\rtwo", "one\u240Dtwo"},
         {{"one\r", "\b", "\b", "\b"}, "on", "on"},
         {{"\x1B[0;31mred\x1B[m\x1B[2J\x1B(B"},
@@ -102,7 +102,7 @@ TEST_F(ConsoleWindow, ShowsSavesAndLogsEveryCharacterOfTheBoard) {
     }
 }
 
-TEST_F(ConsoleWindow, WhatABoardLeavesUnfinishedIsNoneOfTheNextOnes) {
+TEST_F(ConsoleWindow, UnfinishedOutputOfABoardDoesNotReachTheNext) {
     const QString before = shown("txtStatus", "plainText");
     say("\x1B]0;\xC3");
     loader.portControl.cmdCancel_Click();

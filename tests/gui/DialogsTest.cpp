@@ -87,7 +87,7 @@ TEST(FileDialog, OffersTheEntriesInOrderAndOnlyFilesThatExist) {
     EXPECT_EQ(dialog.openFile(request), "");
     accept = true;
     EXPECT_EQ(dialog.openFile(request), file.fileName());
-    // A choice, and no cancelled one, is where the next dialog begins.
+    // Only a choice, not a cancelled dialog, sets where the next dialog begins.
     expectedFolder = folder.path();
     EXPECT_EQ(dialog.openFile(request), file.fileName());
 }

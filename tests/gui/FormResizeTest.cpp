@@ -11,7 +11,7 @@ QString sizeText(FormSize size) {
     return QStringLiteral("%1 x %2").arg(size.height).arg(size.width);
 }
 
-/// What a resize does to the console, or where it snaps back to.
+/// Words what a resize does to the console, or the size to which it snaps back.
 QString outcome(const FormResize::Step& step) {
     QStringList parts;
     if (step.place)
@@ -96,12 +96,12 @@ TEST_F(ResizedWindow, OnlyTheConsoleFollowsTheWindow) {
     window.resize(window0.width(), 100);
     EXPECT_EQ(window.size(), window0);
     EXPECT_EQ(text->geometry(), text0);
-    // Who holds on to the size, as a drag does, has it for that long and not for good.
+    // A user who drags the size keeps it while dragging and not for good.
     window.resize(window0.width(), 100);
     EXPECT_EQ(window.height(), 100);
     EXPECT_TRUE(QTest::qWaitFor([&] { return window.size() == window0; }));
     EXPECT_EQ(text->geometry(), text0);
-    // On a screen that is too small for the controls the console is as good as gone, and no more.
+    // On a screen that is too small for the controls the console shrinks to almost nothing.
     window.fitInto({10, 20, 300, 200});
     EXPECT_EQ(window.frameGeometry().width(), 300);
     EXPECT_EQ(text->height(), 0);

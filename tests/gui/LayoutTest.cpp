@@ -16,7 +16,7 @@ TEST_F(Layout, NoCaptionIsCut) {
         const bool hasCaption = widget->inherits("QAbstractButton") || widget->inherits("QLabel");
         if (!hasCaption || !widget->isVisible() || widget->objectName() == "staStatus_0")
             continue;
-        // A row's button is narrower than a style wants those that stand alone.
+        // A row's button is narrower than the style wants for a button that stands alone.
         const int width = widget->objectName().startsWith("cmdBrowse")
                               ? widget->fontMetrics().horizontalAdvance("Browse") + 12
                               : widget->minimumSizeHint().width();

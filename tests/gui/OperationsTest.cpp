@@ -146,7 +146,7 @@ TEST_F(Operations, ClosingTheWindowDuringATransferAsksOnceAndNoGoesOn) {
     }
 }
 
-TEST_F(Operations, WhatAHandlerLetsOutIsShown) {
+TEST_F(Operations, AFailureThatAHandlerLetsOutIsShown) {
     boxes.user = [](int n) {
         return n == 1 ? throw zrk::RuntimeFailure(zrk::FailureKind::File, "No such thing.") : Answer::Ok;
     };

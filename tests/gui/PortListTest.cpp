@@ -22,7 +22,7 @@ TEST_F(WindowTest, TheOpenPortListFollowsAdaptersThatComeAndGo) {
               "/by-id/usb-X|COM2, COM3, /dev/ttyUSB1|FT232R, FTDI|serial number A5, USB 0403:6001|"
               "in use by minicom (4711)|no permission: add yourself to the group dialout and log in again");
     EXPECT_EQ(ports->itemText(1), "COM2:");
-    // In the open list the device stands beside it, and what is not there is grey.
+    // The open list shows the device beside it, and a missing one grey.
     const auto drawn = [ports](int row) {
         const QRect place = ports->view()->visualRect(ports->model()->index(row, 0));
         const QImage image = ports->view()->viewport()->grab(place).toImage();
@@ -38,7 +38,7 @@ TEST_F(WindowTest, TheOpenPortListFollowsAdaptersThatComeAndGo) {
     EXPECT_EQ(ports->itemData(1, Qt::AccessibleDescriptionRole), "/dev/ttyUSB1");
     catalog.entries[0].isThere = false;
     EXPECT_NE(told(1).find("|not there: plug the adapter in"), std::string::npos) << told(0);
-    // Closed it rests; open again it is as the machine is then.
+    // A closed list rests; an open one shows the machine's present ports.
     ports->view()->window()->hide();
     catalog.entries = {adapter};
     EXPECT_NE(told(3).find("|not there"), std::string::npos) << told(0);

@@ -147,7 +147,7 @@ TEST_F(Reading, AnotherWidthOrAClearGoesThroughNothingThatIsOutOfSight) {
     EXPECT_EQ(copied(), "x\ty");
 }
 
-TEST_F(Reading, ASearchEndsWithTheTextThatItGoesThrough) {
+TEST_F(Reading, ASearchEndsWhenItsTextIsGone) {
     QGroupBox frame;
     QVBoxLayout inFrame(&frame);
     auto* shown = new zrk::ConsoleView(&frame);
@@ -178,7 +178,7 @@ TEST_F(Reading, KeysThatLeadBackAreNotForTheBoardAndOthersAre) {
         QTest::keyClick(&view, Qt::Key_PageUp, Qt::ShiftModifier);
         EXPECT_TRUE(view.isHeld());
         QTest::keyClick(&view, key);
-        EXPECT_FALSE(view.isHeld()) << "who types wants to see it";
+        EXPECT_FALSE(view.isHeld()) << "a user who types wants to see it";
     }
     EXPECT_EQ(typed, "x\ry\r\r");
     view.setKeysGoToBoard([] { return false; });

@@ -14,7 +14,7 @@ using namespace zrktest;
 
 class Records : public WindowTest {};
 
-/// Over the scripted port of the fixture, which the window's own loader does not open.
+/// Records over the scripted port of the fixture, which the window's own loader does not open.
 TEST_F(Records, RecordsATraceBetweenTwoClicks) {
     zrk::TracedPorts traced(loop, port);
     zrk::Loader recorded({loop, traced, boxes, fileDialog, waitDialog}, folder.path());
@@ -45,7 +45,7 @@ TEST_F(Records, RecordsATraceBetweenTwoClicks) {
     EXPECT_TRUE(boxes.shown.value(0).contains("/nonexistent/bench.trace cannot be written"));
 }
 
-TEST_F(Records, LogsWhatComesIntoTheConsoleBetweenTwoClicks) {
+TEST_F(Records, LogsTheConsoleBetweenTwoClicks) {
     zrk::ConsoleLog log(loop, loader.controls.txtStatus);
     auto* entry = find<QAction>("mnuLogToFile");
     auto* stamps = find<QAction>("mnuLogTimes");
@@ -73,7 +73,7 @@ TEST_F(Records, LogsWhatComesIntoTheConsoleBetweenTwoClicks) {
     EXPECT_TRUE(
         QSettings(folder.filePath("window.conf"), QSettings::IniFormat).value("logTimeStamps").toBool());
 
-    // A protocol's answers are bytes of the board as well.
+    // A protocol's answers are bytes of the board, too.
     fileDialog.choice = folder.filePath("answers.log");
     stamps->trigger();
     trigger("mnuLogToFile");
@@ -115,7 +115,7 @@ TEST_F(Records, LogsWhatComesIntoTheConsoleBetweenTwoClicks) {
     EXPECT_FALSE(entry->isEnabled());
 }
 
-TEST_F(Records, ARecordThatFailsDuringAnOperationHoldsNothingUp) {
+TEST_F(Records, ARecordThatFailsDuringAnOperationDoesNotDelayIt) {
     QAction entry;
     zrk::FileWriter::Told fail;
     zrk::Recording recording;

@@ -20,7 +20,7 @@ class WindowOver : public ::testing::Test {
         QApplication::processEvents();
     }
 
-    /// The window's widget or menu entry of that name.
+    /// Returns the window's widget or menu entry of that name.
     template <typename W = QWidget>
     [[nodiscard]] W* find(const QString& name) {
         auto* widget = window.findChild<W*>(name);
@@ -29,7 +29,7 @@ class WindowOver : public ::testing::Test {
         return widget;
     }
 
-    /// Its property, a text unless another one is asked for.
+    /// Returns its property, a text by default.
     [[nodiscard]] QString shown(const QString& name, const char* property = "text") {
         return find<QObject>(name)->property(property).toString();
     }

@@ -80,7 +80,7 @@ TEST_F(Window, ShowsWhatTheControlsHold) {
     c.lblCodeSize[5].Caption = "0x1F000";
     loader.state.Sent[3] = zrk::SentImage{0xC0FFEE, 5};
     const auto* mark = find<QLabel>("lblFileChanged_3");
-    EXPECT_FALSE(mark->isVisible()) << "nothing to tell yet";
+    EXPECT_FALSE(mark->isVisible()) << "nothing to report yet";
     c.lblFileChanged[3].Caption = "It has changed.";
     EXPECT_FALSE(mark->pixmap().isNull());
     EXPECT_TRUE(mark->isVisible());
@@ -95,7 +95,7 @@ TEST_F(Window, ShowsWhatTheControlsHold) {
         {"staStatus_1", "text", "bytes sent 1200 / 4096"},
         {"pgbDownload", "value", "29"},
         {"lblFlashTime", "text", QLocale().toString(126976) + " bytes, about 12 s on the line"},
-        // A label's name is all that a screen reader reads of it.
+        // A screen reader reads only a label's name.
         {"lblState", "accessibleName", "Port state: Open..."},
         {"lblCodeSize_5", "accessibleName", "Flash image: size 0x1F000"},
         {"txtStartAddress_2", "accessibleName", "UBoot image: address"},
@@ -103,7 +103,7 @@ TEST_F(Window, ShowsWhatTheControlsHold) {
     for (const auto& [name, property, value] : properties)
         EXPECT_EQ(shown(name, property), value) << name;
 
-    // What a board or a file's name says is no markup.
+    // A board's text and a file's name are not markup.
     c.txtFilNam[4].ToolTipText = "Path: /<b>x</b>/";
     EXPECT_TRUE(shown("txtFilNam_4", "toolTip").contains("&lt;b&gt;x"))
         << shown("txtFilNam_4", "toolTip").toStdString();
@@ -171,7 +171,7 @@ TEST_F(Window, EveryControlHasANameForAScreenReader) {
     }
 }
 
-TEST_F(Window, WhatTheStatusBarSaysOfTheLastActionLastsUntilTheNextOrAnInput) {
+TEST_F(Window, ARemarkInTheStatusBarLastsUntilTheNextActionOrInput) {
     const std::function<void()> inputs[] = {
         [this] { QTest::keyClick(find("txtStartAddress_2"), Qt::Key_1); },
         [this] { click("chkExeURK_2"); },

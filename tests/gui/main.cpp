@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The fonts that a window gets, whatever the machine's are: others of the same size are higher by a fifth.
+/// The fonts that a window gets, independent of the machine's: others of the same size are higher by a fifth.
 constexpr const char* kFonts = R"(<?xml version="1.0"?>
 <fontconfig>
   <dir>/usr/share/fonts</dir>

@@ -47,7 +47,7 @@ TEST(Activity, HintsFromWhatTheBoardSent) {
         const char* hint; // a part of it; "" for none
     };
     for (const Row& row : std::initializer_list<Row>{
-             {Outcome::TimedOut, "", "Nothing at all has come over COM1 (/dev/ttyUSB0)"},
+             {Outcome::TimedOut, "", "Nothing was received from COM1 (/dev/ttyUSB0)"},
              {Outcome::LimitReached, "U-Boot 2010.06 (Jun 30 2010)\r\n", "service jumper"},
              {Outcome::WrongAnswer, "\r\n\r\nU-Boot 1.1.5 ", "service jumper"},
              {Outcome::WrongAnswer, "55RXotototX!", ""},
@@ -63,7 +63,7 @@ TEST(Activity, HintsFromWhatTheBoardSent) {
     }
 }
 
-TEST(Activity, TheFirstPanelSaysWhatGoesOn) {
+TEST(Activity, TheFirstPanelShowsTheActivity) {
     ScriptedRig b;
     const auto panel = [&b] {
         b.loop.runFor(250ms);
@@ -93,8 +93,8 @@ TEST(Activity, TheFirstPanelSaysWhatGoesOn) {
     EXPECT_TRUE(seen[1].startsWith("Sending: 1") && seen[1].endsWith(" s left")) << seen[1].toStdString();
 }
 
-/// The outcome stands in the first panel until the next operation.
-TEST(Activity, TheFirstPanelSaysHowItEnded) {
+/// The outcome stays in the first panel until the next operation.
+TEST(Activity, TheFirstPanelShowsTheOutcome) {
     struct Row {
         const char* what;
         std::function<void(ScriptedRig&)> change;

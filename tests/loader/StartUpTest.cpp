@@ -7,7 +7,7 @@ using namespace zrktest;
 
 class StartUpTest : public ScriptedTest {
   protected:
-    /// A program that starts afresh in the bench's folder.
+    /// Starts the program in the bench's folder.
     void load() {
         started.emplace(zrk::LoaderSurroundings{loop, port, bench.boxes, bench.fileDialog, bench.waitDialog},
                         native(bench.folder.path()));
@@ -47,7 +47,7 @@ TEST_F(StartUpTest, WithoutAnIniFileOrWithAnEmptyOne) {
         EXPECT_FALSE(c.mnuExecScript.Enabled);
         EXPECT_EQ(c.lblState.Caption.value(), "Closed...");
         started.reset();
-        (void)bench.file("loader.INI", ""); // an empty one is none
+        (void)bench.file("loader.INI", ""); // an empty one counts as missing
     }
 }
 
@@ -82,8 +82,8 @@ TEST(ChooseIniTest, LooksBesideTheProgramThenInTheUsersFolder) {
         QString option, expected;
     } cases[] = {
         {"[BINFILES]", "[BINFILES]", true, "", beside},
-        {"", "[BINFILES]", true, "", ofUser}, // an empty one is none
-        {"", "", true, "", beside},           // what the message then names
+        {"", "[BINFILES]", true, "", ofUser}, // an empty one counts as missing
+        {"", "", true, "", beside},           // the message then names this one
         {"", "[BINFILES]", false, "", beside},
         {"[BINFILES]", "[BINFILES]", true, option, native(folder.filePath("rack"))},
     };

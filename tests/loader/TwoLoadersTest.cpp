@@ -8,8 +8,8 @@ namespace {
 using namespace zrktest;
 using zrk::Outcome;
 
-/// A loader's whole life on the thread that calls it, at a board that announces itself until it is answered.
-/// Returns how three bring-ups in a row end.
+/// Runs a loader's whole life on the thread that calls it, at a board that announces itself until it is
+/// answered. Returns the outcomes of three bring-ups in a row.
 std::vector<Outcome> liveWith(const zrkboard::BoardOptions& options, Duration untilPowerOn) {
     VirtualEventLoop loop;
     zrksim::BoardPort port(loop, options);
@@ -32,7 +32,7 @@ zrkboard::BoardOptions boardWith(const char* fault) {
     return options;
 }
 
-TEST(TwoLoaders, OnTheirOwnThreadsKnowNothingOfEachOther) {
+TEST(TwoLoaders, OnTheirOwnThreadsDoNotAffectEachOther) {
     std::vector<Outcome> good;
     std::vector<Outcome> silent;
     {

@@ -111,7 +111,7 @@ TEST(FileWriter, WritesOnlyToARegularFileOfItsOwn) {
     EXPECT_TRUE(failure(path("link")).contains("cannot be written: it is a link."));
     EXPECT_FALSE(QFile::exists(path("target")));
     for (const QString& name : {path("pipe"), folder.path(), QString("/dev/null")})
-        EXPECT_TRUE(failure(name).contains("it is no regular file.")) << name.toStdString();
+        EXPECT_TRUE(failure(name).contains("it is not a regular file.")) << name.toStdString();
     EXPECT_TRUE(failure("/dev/full/a").contains("Not a directory."));
 
     zrk::FileWriter running(path("a"), "trace", loop, nullptr);

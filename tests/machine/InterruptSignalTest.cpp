@@ -18,13 +18,13 @@ namespace {
 using namespace std::chrono_literals;
 using zrk::InterruptSignal;
 
-/// A program that has stopped for ever in the middle of something.
+/// Blocks for ever, as a program that hangs in the middle of something.
 [[noreturn]] void block() {
     while (true)
         ::pause();
 }
 
-/// What the requests came to.
+/// The requests and their reactions.
 struct Requests {
     std::mutex mutex;
     std::condition_variable came;
@@ -54,7 +54,7 @@ void signalThis(int signal) {
     ::kill(::getpid(), signal);
 }
 
-TEST_F(InterruptSignalDeathTest, EndsWhatDoesNotReact) {
+TEST_F(InterruptSignalDeathTest, EndsAProgramThatDoesNotReact) {
     const auto reaction = "did not react";
     EXPECT_EXIT(
         {
@@ -93,7 +93,7 @@ TEST_F(InterruptSignalDeathTest, EndsWhatDoesNotReact) {
         << "at the limit of a run";
 }
 
-TEST_F(InterruptSignalDeathTest, LeavesAloneWhatReacts) {
+TEST_F(InterruptSignalDeathTest, LeavesAProgramThatReactsAlone) {
     EXPECT_EXIT(
         {
             const InterruptSignal watch(requests.keep(), patient);
@@ -118,7 +118,7 @@ TEST_F(InterruptSignalDeathTest, LeavesAloneWhatReacts) {
         << "one end that comes twice";
 }
 
-/// A shell's terminal, on which a program has every key at once when it is ended.
+/// A shell's terminal, on which the program gets each key at once, is restored at the end.
 TEST_F(InterruptSignalDeathTest, SetsTheTerminalBack) {
     const auto withTerminal = [this] {
         const zrk::test::Pty terminal;

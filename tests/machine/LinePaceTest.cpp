@@ -13,7 +13,7 @@ using TimePoint = LinePace::TimePoint;
 constexpr std::uint32_t kRate = 11'520;
 constexpr std::size_t kLead = 3'916; // 0.34 s of the line
 
-/// Hands on all that is allowed.
+/// Sends all that is allowed; returns how much.
 std::size_t handOn(LinePace& pace, TimePoint now) {
     const std::size_t count = pace.allowance(now);
     pace.sent(count, now, now);

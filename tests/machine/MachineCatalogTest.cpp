@@ -13,7 +13,7 @@
 namespace zrk {
 namespace {
 
-/// A system that tells about its ports in a folder.
+/// A system whose files about its ports are in a folder.
 struct FakeSystem {
     void write(const QString& name, const QByteArray& text = {}) const {
         QFile file(path(name));
@@ -40,18 +40,18 @@ struct FakeSystem {
         places.isPermitted = [this](const QString& device) { return device != path("dev/ttyUSB0"); };
         return places;
     }
-    /// Another user of the second adapter.
+    /// Returns another user of the second adapter.
     [[nodiscard]] std::string other() const {
         return otherUserOf(path("by-id/usb-B6"), places()).toStdString();
     }
 
-    /// What a user is told about all ports: a line each, "~" for the folder.
+    /// Returns what a user learns about all ports: a line each, "~" for the folder.
     [[nodiscard]] std::string told(const PortNames::Overrides& named) const {
         const PortNames names(named, {[](const QString&) { return QString(); },
                                       [](const QString& device) { return device.startsWith("/dev/ttyS"); }});
         QString all;
         for (PortEntry port : MachineCatalog(names, {}, places()).ports()) {
-            port.group = QStringLiteral("dialout"); // the files belong to whoever runs the test
+            port.group = QStringLiteral("dialout"); // the files belong to the user who runs the test
             all += describe(port).join(QStringLiteral(" | ")) + '\n';
         }
         return all.replace(folder.path(), QStringLiteral("~")).toStdString();
@@ -60,7 +60,7 @@ struct FakeSystem {
     QTemporaryDir folder;
 };
 
-TEST(MachineCatalog, ListsPortsWithHardwareAndPortsWithANameAndTellsWhoUsesThem) {
+TEST(MachineCatalog, ListsPortsWithHardwareAndPortsWithANameAndTheirUsers) {
     const FakeSystem system;
     system.adapter("ttyUSB0", "A5");
     system.adapter("ttyUSB1", "B6");
@@ -89,7 +89,7 @@ TEST(MachineCatalog, ListsPortsWithHardwareAndPortsWithANameAndTellsWhoUsesThem)
     system.link(own, "dev/ttyUSB1");
     EXPECT_EQ(system.told(named).find(b6 + "in use by minicom (4711)\n"), 0U);
     EXPECT_EQ(system.other(), "minicom (4711)");
-    // The lock of a dead process stays behind; then one with that number lives.
+    // The lock of a dead process is ignored, until a process with that number lives.
     EXPECT_TRUE(QFile::remove(system.path("proc/4711/fd/3")));
     system.write("lock/LCK..ttyUSB1", "      4713\n");
     EXPECT_EQ(system.told(named).find(b6 + "in use by this program\n"), 0U);

@@ -7,13 +7,13 @@
 
 namespace {
 
-/// What is done to DTR, "+" for on, "-" for off, and to RTS, "rts+": a pseudo-terminal has no modem lines.
+/// The changes of DTR, "+" for on, "-" for off, and of RTS, "rts+": a pseudo-terminal has no modem lines.
 std::string dtrChanges;
 bool watched = false;
 
 } // namespace
 
-// Stands in front of the system's; the program under test is linked to this one.
+// Replaces the system's function: the program under test is linked to this one.
 extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
     std::va_list arguments;
     va_start(arguments, request);
@@ -31,11 +31,11 @@ extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
 namespace zrk::test {
 namespace {
 
-TEST_F(PortFixture, DtrIsSetAnewWithTheFlowControlAndLeftAloneOtherwise) {
+TEST_F(PortFixture, DtrIsSetAgainWithTheFlowControlAndLeftAloneOtherwise) {
     watched = true;
     openPort();
     port->setHandshaking(Handshaking::XonXoff);
-    EXPECT_EQ(dtrChanges, "") << "nobody has asked for it yet";
+    EXPECT_EQ(dtrChanges, "") << "not requested yet";
     EXPECT_TRUE(port->setDtr(false));
     port->setHandshaking(Handshaking::None);
     EXPECT_TRUE(port->setDtr(true));

@@ -19,7 +19,7 @@ class NetworkPort : public PortFixture {
         port = MachinePorts(loop, PortNames({{1, device}})).open(1, kLine, Handshaking::None);
     }
 
-    /// The failure of opening it, without its beginning.
+    /// Returns the failure of opening it, without its beginning.
     std::string opening(const QString& device) {
         const std::string text = failureOf([&] { open(device); });
         port.reset();
@@ -32,7 +32,7 @@ class NetworkPort : public PortFixture {
         return failureOf([this] { (void)port->transmitRoom(); });
     }
 
-    /// This process's sockets that are connected.
+    /// Returns this process's sockets that are connected.
     static std::vector<int> connections() {
         std::vector<int> found;
         for (int fd = 0; fd < 256; ++fd) {
@@ -102,8 +102,8 @@ TEST_F(NetworkPort, FailureToOpenSaysWhereAndWhatToDo) {
     EXPECT_EQ(opening(QStringLiteral("tcp:host")),
               "not opened: Cannot open COM1: tcp:host: the port number is missing, as in tcp:rack7:3000, "
               "tcp:[::1]:3000 or rfc2217:rack7:3001.");
-    // Of a raw port nobody gets an offer of serial settings, whatever the board says.
-    // It must not decide how much memory its bytes take.
+    // A raw port gets no offer of serial settings, whatever the board sends, and must not decide how much
+    // memory its bytes take.
     constexpr std::size_t kMuch = std::size_t{64} << 20;
     const MuteListener rawPort;
     std::size_t taken = 0;
@@ -121,7 +121,7 @@ TEST_F(NetworkPort, ARefusalIsReadThoughTheAnswersToItDoNotArrive) {
         std::string said;
         const char* told;
     } refusals[] = {
-        // More than is read at once, so that answers to its beginning meet the end of the connection.
+        // More than one read takes, so that answers to its beginning meet the end of the connection.
         {"\xFF\xFB\x2C\xFF\xFD\x2C" + std::string(5000, '.') + "in use", "the port is in use"},
         {"\xFF\xFE\x2C", " speaks Telnet, but not RFC 2217. Switch RFC 2217 on at the server, or make"},
     };
@@ -136,7 +136,7 @@ TEST_F(NetworkPort, ARefusalIsReadThoughTheAnswersToItDoNotArrive) {
     }
 }
 
-TEST_F(NetworkPort, ConnectingHasALimitAndCanBeGivenUp) {
+TEST_F(NetworkPort, ConnectingHasALimitAndCanBeCancelled) {
     const MuteListener full;
     const QString device = QStringLiteral("tcp:127.0.0.1:%1").arg(full.port());
     open(device); // fills the queue of those that wait to be accepted
@@ -156,8 +156,8 @@ TEST_F(NetworkPort, ConnectingHasALimitAndCanBeGivenUp) {
     }
 }
 
-/// The one that was given up is up the stack and cannot return yet, but must not keep the server's port.
-TEST_F(NetworkPort, AnOpeningThatWasGivenUpDropsItsConnectionForTheNextOne) {
+/// The cancelled opening is up the stack and cannot return yet, but must not keep the server's port.
+TEST_F(NetworkPort, ACancelledOpeningDropsItsConnectionForTheNextOne) {
     const MuteListener mute;
     MachinePorts ports(
         loop, PortNames({{1, QStringLiteral("rfc2217:127.0.0.1:%1").arg(mute.port())}, {2, server.raw()}}));
@@ -193,7 +193,7 @@ TEST_F(NetworkPort, ClosedByTheOtherSideIsALostPort) {
     }
 }
 
-// A peer that has vanished from the network cannot be had without an administrator's rights.
+// Only an administrator could remove a peer from the network.
 TEST_F(NetworkPort, SystemWatchesForADeadPeer) {
     open(server.raw());
     const auto value = [](int socket, int level, int option) {

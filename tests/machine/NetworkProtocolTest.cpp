@@ -11,7 +11,7 @@ namespace {
 TEST(NetworkAddress, NamesAreReadAndMalformedOnesRefused) {
     const struct {
         const char* name = "";
-        const char* place = ""; ///< behind the protocol; "-" for a device, "" for a malformed name
+        const char* place = ""; ///< after the protocol; "-" for a device, "" for a malformed name
         const char* right = ""; ///< what to write
     } names[] = {
         {"tcp:rack7:3000", "raw rack7:3000"},
@@ -94,19 +94,19 @@ TEST_F(Rfc2217Client, AsksForTheLineOnceTheServerAgrees) {
                         "B");
 }
 
-TEST_F(Rfc2217Client, KnowsAServerWithoutTheProtocol) {
+TEST_F(Rfc2217Client, DetectsAServerWithoutTheProtocol) {
     serverSends("fffe2c");
     EXPECT_EQ(client.state(), Rfc2217::State::NotSpoken);
 }
 
-TEST_F(Rfc2217Client, KnowsWhatTheServerRefuses) {
+TEST_F(Rfc2217Client, ReportsWhatTheServerRefuses) {
     serverSends("fffd2c");
     serverSends("fffa2c6500002580fff0");
     EXPECT_EQ(client.state(), Rfc2217::State::Refused);
     EXPECT_EQ(client.refused(), "the baud rate");
 }
 
-TEST_F(Rfc2217Client, TellsOfACompressionThatNobodyAskedForInsteadOfLosingBytes) {
+TEST_F(Rfc2217Client, ReportsAnUnrequestedCompressionInsteadOfLosingBytes) {
     agree();
     serverSends("41 fffa56fff0 424344");
     EXPECT_EQ(received, "A");
@@ -114,7 +114,7 @@ TEST_F(Rfc2217Client, TellsOfACompressionThatNobodyAskedForInsteadOfLosingBytes)
     EXPECT_EQ(client.refused(), "to leave the line's bytes uncompressed");
 }
 
-TEST_F(Rfc2217Client, LastOfSeveralWishesCounts) {
+TEST_F(Rfc2217Client, TheLastOfSeveralRequestsCounts) {
     agree();
     client.setXonXoff(true);
     client.setXonXoff(false);

@@ -36,8 +36,7 @@ struct SilentDevice : zrk::PortDevice {
     const std::atomic<bool>& pulled;
 };
 
-/// One that notices when it is asked on two threads at a time; each look lasts until the owner is asking,
-/// too.
+/// A device that detects calls on two threads at a time; each check lasts until the owner calls, too.
 struct MeetingDevice final : SilentDevice {
     explicit MeetingDevice(const std::atomic<bool>& isPulled) : SilentDevice(isPulled) {}
 
@@ -81,7 +80,7 @@ struct MeetingDevice final : SilentDevice {
     mutable std::atomic<bool> met = false;
 };
 
-TEST(PortDriver, LooksAtTheDeviceWhenNobodyCountsItsErrors) {
+TEST(PortDriver, ChecksTheDeviceWhileItsErrorsAreNotCounted) {
     zrk::QtEventLoop loop;
     const std::atomic<bool> pulled = false;
     zrk::PortDriver port(loop, "COM1", {10s, 100, 0});
@@ -97,11 +96,11 @@ TEST(PortDriver, LooksAtTheDeviceWhenNobodyCountsItsErrors) {
             device.setAsking(false);
         }
     }
-    device.setAsking(true); // lets go a look that has begun meanwhile
+    device.setAsking(true); // ends a check that has begun meanwhile
     EXPECT_FALSE(device.met);
 }
 
-TEST(PortDriver, ADeviceThatSaysNothingWhenItIsPulledIsFoundMissing) {
+TEST(PortDriver, ADeviceThatIsPulledSilentlyIsFoundMissing) {
     zrk::QtEventLoop loop;
     std::atomic<bool> pulled = false;
     zrk::PortDriver port(loop, "COM1", {10s, 100, 0});

@@ -31,11 +31,11 @@ TEST_F(PortFailure, HangUpIsFoundAtOnceAndReportedAfterTheBytesBeforeIt) {
     const std::string failure = gone("the line was hung up");
     EXPECT_EQ(callsOf(*port, failure), "");
     EXPECT_FALSE(port->setDtr(true));
-    EXPECT_EQ(port->unsentBytes(), 0) << "nor is anything on its way";
+    EXPECT_EQ(port->unsentBytes(), 0) << "and nothing is on its way";
     EXPECT_THROW(port->setHandshaking(Handshaking::XonXoff), RuntimeFailure) << "so that its caller can tell";
     EXPECT_EQ(callsOf(*port, failure), "") << "the first failure stays";
 
-    // A device that is gone must not be asked over and over.
+    // A device that is gone must not be polled over and over.
     const auto before = std::clock();
     idle(200ms);
     EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 10);
@@ -51,12 +51,12 @@ TEST_F(PortFailure, HangUpEndsAWriteThatWaits) {
         const std::jthread puller([&] { line.hangUp(); });
         failure = failureOf([&] { port->write(pattern(1000)); });
     }
-    // Which of the two the kernel ends first is its affair.
+    // The kernel ends the two in any order.
     EXPECT_TRUE(failure == gone("the line was hung up") || failure == gone("input/output error")) << failure;
     EXPECT_LT(loop.now() - begin, 9min) << "it was the stall limit that ended it";
 }
 
-TEST_F(PortFailure, AStandstillIsNoticedItsLimitAfterTheSendingBegan) {
+TEST_F(PortFailure, AStandstillIsDetectedItsLimitAfterTheSendingBegan) {
     constexpr auto kStall = 500ms;
     openPort(kStall);
     port->write("goes out");
@@ -65,7 +65,7 @@ TEST_F(PortFailure, AStandstillIsNoticedItsLimitAfterTheSendingBegan) {
     line.stopLine();
     const auto begin = loop.now();
     port->write("x");
-    ASSERT_TRUE(waitUntil([&] { return port->isLost(); })) << "nobody writes";
+    ASSERT_TRUE(waitUntil([&] { return port->isLost(); })) << "no call writes";
     EXPECT_GE(loop.now() - begin, kStall);
     const std::string stalled = "lost: " + name() +
                                 " takes no more data: nothing has gone out for 0.5 s. "

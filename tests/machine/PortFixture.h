@@ -15,8 +15,8 @@ namespace zrk::test {
 
 constexpr LineSettings kLine{115200, 'N', 8, 1};
 
-/// The failure that an action ends with, as "<kind>: <description>" of the kinds a port has;
-/// "none" when it ends well.
+/// Returns the failure that an action ends with, as "<kind>: <description>" of the kinds a port has; "none"
+/// if it ends well.
 template <class Action>
 std::string failureOf(Action&& action) {
     try {
@@ -31,7 +31,7 @@ std::string failureOf(Action&& action) {
     return "none";
 }
 
-/// The calls on the port that do not end with this failure.
+/// Returns the calls on the port that do not end with this failure.
 inline std::string callsOf(SerialPort& port, const std::string& expected) {
     std::string wrong;
     const auto look = [&](const char* call, auto&& action) {
@@ -45,7 +45,7 @@ inline std::string callsOf(SerialPort& port, const std::string& expected) {
     return wrong;
 }
 
-/// All 256 values, again and again.
+/// Returns all 256 values, again and again.
 inline QByteArray pattern(qsizetype size) {
     QByteArray bytes;
     for (qsizetype i = 0; i < size; ++i)
@@ -53,7 +53,7 @@ inline QByteArray pattern(qsizetype size) {
     return bytes;
 }
 
-/// The real event loop, with a count of how often it was woken.
+/// The real event loop, which counts how often it was woken.
 class CountingLoop final : public EventLoop {
   public:
     void yield() override { m_loop.yield(); }
@@ -91,7 +91,7 @@ class PortFixture : public ::testing::Test {
         return true;
     }
 
-    /// Does nothing but run the event loop.
+    /// Runs only the event loop.
     void idle(std::chrono::milliseconds time) {
         bool over = false;
         const auto timer = loop.createTimer([&over] { over = true; });
@@ -100,14 +100,14 @@ class PortFixture : public ::testing::Test {
             loop.wait();
     }
 
-    /// Reads until that many bytes are there.
+    /// Reads until that many bytes have come.
     QByteArray readAll(SerialPort& from, qsizetype count) {
         QByteArray bytes;
         waitUntil([&] { return (bytes += from.read(count - bytes.size())).size() >= count; });
         return bytes;
     }
 
-    /// True once all that was written has left, within the limit.
+    /// Returns true once all that was written has left, within the limit.
     bool drains(std::chrono::milliseconds limit) {
         const auto end = loop.now() + limit;
         const auto look = loop.wakeEvery(std::chrono::milliseconds(1));
@@ -116,7 +116,7 @@ class PortFixture : public ::testing::Test {
         return port->unsentBytes() == 0 && !port->isLost();
     }
 
-    /// COM1 is `line`, whatever its speed; a stall of the given length breaks it.
+    /// Opens COM1, which is `line`, whatever its speed; a stall of the given length breaks it.
     [[nodiscard]] std::unique_ptr<SerialPort> opened(const MachinePorts::Options& options,
                                                      Handshaking handshaking = Handshaking::None) {
         return MachinePorts(loop, PortNames({{1, line.device()}}), options).open(1, kLine, handshaking);

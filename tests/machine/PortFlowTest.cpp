@@ -68,7 +68,7 @@ TEST_F(PortFlow, ChangingTheHandshakingLosesNothing) {
     EXPECT_EQ(line.settings().c_iflag & (IXON | IXOFF), static_cast<tcflag_t>(IXON | IXOFF));
 }
 
-TEST_F(PortFlow, QueueTakesExactlyItsBoundAndWakesOnceWhoMissedRoom) {
+TEST_F(PortFlow, QueueTakesExactlyItsBoundAndWakesItsWaiterOnce) {
     openPort();
     const QByteArray bytes = pattern(512);
     const auto sendAll = [&] {
@@ -78,7 +78,7 @@ TEST_F(PortFlow, QueueTakesExactlyItsBoundAndWakesOnceWhoMissedRoom) {
         EXPECT_TRUE(drains(10min));
     };
     sendAll();
-    EXPECT_EQ(loop.wakes(), 0) << "nobody asked for room";
+    EXPECT_EQ(loop.wakes(), 0) << "no call asked for room";
 
     line.stopLine();
     for (int i = 0; i < 512; ++i) {
@@ -97,7 +97,7 @@ TEST_F(PortFlow, QueueTakesExactlyItsBoundAndWakesOnceWhoMissedRoom) {
 }
 
 // This pseudo-terminal takes all bytes at once: only the pace holds them back, for longer than the stall
-// limit, which is on a standstill and not on the whole.
+// limit, which is for a standstill and not for the whole.
 TEST_F(PortFlow, IsNoFasterThanTheLineBeyondItsLeadWhichIsNoStall) {
     constexpr std::uint32_t kRate = 2'000;
     constexpr qsizetype kBytes = 7'000;
@@ -122,14 +122,14 @@ TEST_F(PortFlow, UnreadBytesHoldTheBoardBackAndNoneIsLost) {
             const qsizetype waiting = port->bytesWaiting();
             EXPECT_LE(waiting, 8192 + 4096);
             got += port->read(700);
-            loop.wake(); // what is still there arrives no second time
+            loop.wake(); // the rest does not arrive twice
             return got.size() >= bytes.size();
         }));
     }
     EXPECT_EQ(got, bytes);
 }
 
-TEST_F(PortFlow, WhatIsSkippedMakesRoomAsWell) {
+TEST_F(PortFlow, SkippedBytesMakeRoom) {
     openPort(10min, 8);
     line.send("5555555555");
     ASSERT_TRUE(waitUntil([&] { return port->bytesWaiting() >= 8; }));

@@ -7,8 +7,8 @@
 
 namespace zrk::test {
 
-/// A pseudo-terminal: its device is opened by the code under test, its other end is the board.
-/// Everything that waits gives up after a minute with a std::runtime_error.
+/// A pseudo-terminal: the code under test opens its device, its other end is the board. Every wait ends after
+/// ten minutes with a std::runtime_error.
 class Pty {
   public:
     Pty();
@@ -22,21 +22,21 @@ class Pty {
     [[nodiscard]] QByteArray receive(qsizetype count);
     [[nodiscard]] bool hasReceived() const; ///< without waiting
 
-    /// Returns once `count` bytes that were sent lie in the driver, unread.
+    /// Blocks until `count` bytes that were sent lie in the driver, unread.
     void waitForUnread(int count) const;
 
-    /// Stops and restarts the line from the device to the board: while it is stopped, the driver
-    /// takes nothing at all.
+    /// Stops and restarts the line from the device to the board: while it is stopped, the driver takes
+    /// nothing.
     void stopLine() const { setFlow(TCOOFF); }
     void restartLine() const { setFlow(TCOON); }
 
-    /// The adapter is pulled.
+    /// Pulls the adapter.
     void hangUp();
 
     [[nodiscard]] termios settings() const;
     void setSettings(const termios& settings) const;
 
-    /// A descriptor of the device side, held so that the device outlives the port that opened it.
+    /// Returns a descriptor of the device side, held so that the device outlives the port that opened it.
     [[nodiscard]] int deviceDescriptor() const { return m_slave; }
 
   private:

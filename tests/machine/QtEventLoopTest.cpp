@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The system's clock and its timers count in other steps than ours there.
+// There the system's clock and its timers count in other steps than ours.
 #ifdef _WIN32
 constexpr auto kClockStep = 16ms;
 #else

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(UsbInstance, IdsAndSerialNumberOfTheAdapterBehindAPort) {
+TEST(UsbInstance, IdsAndSerialNumberOfAPortsAdapter) {
     struct Row {
         QStringList ids;
         const char* usbId = "";

@@ -32,7 +32,7 @@ constexpr KeyStroke kKeys[]{{Qt::Key_Return},
                             {Qt::Key_F, Qt::ControlModifier},
                             {Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier}};
 
-/// What begins something, the last steps of an evening first.
+/// The buttons that begin something, those of the last steps most often.
 constexpr const char* kStarters[]{"cmdURK", "cmdStartSecondary", "cmdTerminal", "cmdPrgFlash",
                                   "cmdStartPrimary"};
 
@@ -41,7 +41,7 @@ QString nameOf(const QWidget& widget) {
                                          : widget.objectName();
 }
 
-/// Those of a kind that a user can reach in the window.
+/// Returns those of a kind that a user can reach in the window.
 template <typename W>
 QList<W*> reachable(const QWidget& window) {
     QList<W*> found = window.findChildren<W*>();
@@ -98,7 +98,7 @@ Acts::Act Acts::press(QWidget& window) {
     if (buttons.isEmpty())
         return {"nothing to press", [] {}};
     QAbstractButton* button = oneOf(buttons);
-    if (pick(2) == 0) // most of what can go wrong begins with a starter
+    if (pick(2) == 0) // most failures begin with a starter
         button = starterAmong(buttons, button);
     return {"press " + nameOf(*button), [button] { QTest::mouseClick(button, Qt::LeftButton); }};
 }

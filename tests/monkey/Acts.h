@@ -8,25 +8,25 @@ class QAbstractButton;
 
 namespace zrkmonkey {
 
-/// What a user, an adapter and a board may do at any moment, chosen by chance.
+/// The random acts of a user, an adapter and a board.
 class Acts {
   public:
     Acts(Room& room, std::uint64_t seed) : m_room(room), m_random(seed) {}
 
-    /// From 0 to `end` - 1.
+    /// Returns a number from 0 to `end` - 1.
     [[nodiscard]] unsigned pick(std::size_t end) { return static_cast<unsigned>(m_random() % end); }
     template <typename List>
     [[nodiscard]] auto& oneOf(const List& list) {
         return list[pick(std::size(list))];
     }
 
-    /// What the user does with what is on the screen. Says what it will be, then returns it.
+    /// Describes the user's act with what is on the screen, then returns it.
     [[nodiscard]] std::pair<QString, std::function<void()>> ofUser();
-    /// What the user does with a dialog.
+    /// Returns the user's act with a dialog.
     [[nodiscard]] std::pair<QString, std::function<void()>> ofDialog(QWidget& dialog);
-    /// What happens without the user: to board, adapter and files.
+    /// Returns an event without the user: of board, adapter and files.
     [[nodiscard]] std::pair<QString, std::function<void()>> ofWorld();
-    /// A file to choose in a dialog; "" cancels it. One to be written is no image: logs and traces are
+    /// Chooses a file for a dialog; "" cancels it. One to be written is not an image: logs and traces are
     /// written in real time, beside which virtual time stands still.
     [[nodiscard]] QString file(bool isToBeWritten);
 

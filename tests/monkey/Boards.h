@@ -6,7 +6,7 @@
 
 namespace zrkmonkey {
 
-/// The machine's port with a board behind it, in whose place another one can be plugged in.
+/// The machine's port with a board, which another one can replace.
 class Boards final : public zrk::SerialPorts {
   public:
     explicit Boards(zrksim::VirtualEventLoop& loop) : m_loop(loop) { plugIn({}, {}); }
@@ -18,9 +18,9 @@ class Boards final : public zrk::SerialPorts {
     [[nodiscard]] zrksim::BoardPort& now() { return *m_all.back(); }
     [[nodiscard]] const zrksim::BoardPort& now() const { return *m_all.back(); }
 
-    /// Pulls the adapter with the board behind it and plugs in another one.
+    /// Pulls the adapter with its board and plugs in another one.
     void plugIn(const zrkboard::BoardOptions& options, const zrkboard::WireFaults& faults);
-    /// One that misbehaves in a way of its own.
+    /// Plugs in a board with faults of this seed.
     void plugInBadOne(std::uint64_t seed);
 
     [[nodiscard]] int timesOpened() const { return m_timesOpened; }

@@ -16,13 +16,13 @@ namespace {
 constexpr int kDeepest = 3;    // acts within acts within acts
 constexpr int kMostAtOnce = 2; // a question, and what has happened meanwhile
 constexpr int kMostPatience = 60;
-constexpr auto kLongest = 180s;   // of one act, until the user only gives up
+constexpr auto kLongest = 180s;   // of one act, until the user only cancels
 constexpr auto kEnding = 60s;     // from then to its end
 constexpr auto kCancelling = 15s; // from a cancel to the end
 constexpr auto kCrossing = 2s;    // within which an end may cross a cancel
 constexpr qsizetype kMostTold = 40;
 
-/// Counts as long as it lives.
+/// A count that includes this object as long as it lives.
 class Counted {
   public:
     explicit Counted(int& count) : m_count(count) { ++m_count; }
@@ -58,12 +58,12 @@ int Monkey::answer(QMessageBox& box) {
     require(m_boxes <= kMostAtOnce, "boxes do not pile up");
     require(box.parentWidget() != nullptr && box.parentWidget()->isVisible(), "a box has a window below it");
     Room::openModal(box);
-    // Now and then nobody is there to read it.
+    // Sometimes the user is away.
     m_room.loop.runFor(m_isOver ? 1ms : 1ms * m_acts.pick(m_acts.pick(4) == 0 ? 30'000 : 4000));
     require(box.isVisible(), "a box stays until it is answered");
     static constexpr Qt::Key kAnswers[]{Qt::Key_Escape, Qt::Key_Return};
     const QList<QAbstractButton*> buttons = box.buttons();
-    if (m_isOver) // which is Yes, where it is asked for
+    if (m_isOver) // Yes, if the box asks
         QTest::mouseClick(buttons.first(), Qt::LeftButton);
     else if (m_acts.pick(3) == 0)
         QTest::keyClick(&box, m_acts.oneOf(kAnswers));
@@ -85,7 +85,7 @@ void Monkey::readAbout(QDialog& about) {
     about.close();
 }
 
-/// From time to time something happens, also within what is under way.
+/// Lets something happen from time to time, also during an act.
 void Monkey::arm() {
     m_room.loop.after(1ms * (1 + m_acts.pick(1500)), [this] {
         arm();
@@ -103,7 +103,7 @@ void Monkey::within() {
     if (!m_isCalm || m_acts.pick(8) == 0)
         playOne(m_depth);
     else if (m_room.waitDialog.openWindow() != nullptr)
-        m_room.boards.now().powerOn(); // as it asks for
+        m_room.boards.now().powerOn(); // as it requests
 }
 
 void Monkey::play(int acts) {
@@ -116,7 +116,7 @@ void Monkey::play(int acts) {
         const auto began = m_room.loop.now();
         const auto giveUp = m_room.loop.schedule(began + kLongest, [this] { m_isOver = true; });
         const auto hang = m_room.loop.schedule(began + kLongest + kEnding, [this] {
-            // Nothing thrown from here would get past the operation that hangs.
+            // An exception from here would not get past the operation that hangs.
             std::fprintf(stderr, "an act does not end\n%s\n", story().toUtf8().constData());
             std::abort();
         });
@@ -133,7 +133,7 @@ void Monkey::play(int acts) {
     }
 }
 
-/// One act, in which others may happen.
+/// Plays one act, in which others may happen.
 void Monkey::playOne(int depth) {
     const bool byUser = m_modal == 0 && m_acts.pick(4) != 0;
     const auto [name, act] = byUser ? m_acts.ofUser() : m_acts.ofWorld();
@@ -147,7 +147,7 @@ void Monkey::playOne(int depth) {
     require(!running || sent == m_room.loader.state.BytesSentInAll, "no second operation sends an image");
 }
 
-/// The user gives up whatever is under way.
+/// Cancels whatever is under way.
 void Monkey::rescue() {
     if (QWidget* popup = QApplication::activePopupWidget())
         popup->close();
@@ -161,7 +161,7 @@ void Monkey::rescue() {
     }
 }
 
-/// A popup that was opened goes, and a window that was closed comes back, as in another run of the program.
+/// Closes an open popup and shows a closed window again, as in another run of the program.
 void Monkey::settle() {
     if (m_depth == 0 && !m_room.window->isVisible())
         m_room.window->show();
@@ -195,7 +195,7 @@ std::map<QString, int> Monkey::objects() {
 }
 
 void Monkey::bringUp() {
-    if (!m_faults.isEmpty() || m_room.loader.state.DebugMode) // which sends nothing any more, as it should
+    if (!m_faults.isEmpty() || m_room.loader.state.DebugMode) // then it sends nothing, as it should
         return;
     m_isOver = true;
     while (QWidget* popup = QApplication::activePopupWidget())
@@ -206,7 +206,7 @@ void Monkey::bringUp() {
         m_room.loader.controls.chkExeURK[static_cast<std::size_t>(slot)].Value = slot < 5 ? 1 : 0;
     }
     note("a good bring-up");
-    m_room.loop.runFor(1s); // which notices the pulled adapter
+    m_room.loop.runFor(1s); // detects the pulled adapter
     m_room.loop.after(1s, [this] { m_room.boards.now().powerOn(); });
     auto* button = m_room.window->findChild<QWidget*>("cmdStartPrimary");
     require(button->isEnabled(), "a bring-up can be started");

@@ -4,23 +4,23 @@
 
 namespace zrkmonkey {
 
-/// Plays with the room: one act after the other, and while one lasts, as a bring-up does, others within it.
-/// Checks after each what must hold whatever was done.
+/// A random player with the room: one act after the other, and others within an act, such as a bring-up.
+/// Checks after each what must always hold.
 class Monkey {
   public:
-    /// `tells` whether each act is printed before it happens, which a crash or a hang cannot take back.
+    /// Takes `tells`: whether each act is printed before it happens, which a crash or a hang cannot undo.
     Monkey(std::uint64_t seed, bool tells);
 
     void play(int acts);
 
-    /// After all that, a good board is brought up as ever, and waits for what to do next.
+    /// Brings up a good board after all acts, and waits for its next wait.
     void bringUp();
 
     [[nodiscard]] const QStringList& faults() const { return m_faults; }
-    /// The seed and what was done last.
+    /// Returns the seed and the last acts.
     [[nodiscard]] QString story() const;
 
-    /// The window's objects by their classes, with everything closed that had been opened in it.
+    /// Counts the window's objects by class, after closing everything that had been opened in it.
     [[nodiscard]] std::map<QString, int> objects();
 
   private:
@@ -45,10 +45,10 @@ class Monkey {
     int m_boxes = 0; ///< of them, boxes
     qsizetype m_boxesShown = 0;
     int m_actsWithin = 0;
-    int m_patience = 0;                             ///< so many acts within one, until the user only gives up
+    int m_patience = 0;                             ///< so many acts within one, until the user only cancels
     std::optional<zrksim::TimePoint> m_cancelledAt; ///< by a click that nothing takes back
     bool m_isCalm = false; ///< little happens within an act, so that others than its first steps are seen
-    bool m_isOver = false; ///< the user only gives up what is still under way
+    bool m_isOver = false; ///< the user only cancels what is still under way
     Room m_room;
     Acts m_acts{m_room, m_seed};
 };

@@ -18,21 +18,21 @@ int setting(const char* name, int usual) {
     return isNumber ? value : usual;
 }
 
-/// The classes of which there are more objects than before.
+/// Returns the classes of which there are more objects than before.
 QString growth(const std::map<QString, int>& before, const std::map<QString, int>& after) {
     QString text;
     for (const auto& [name, count] : after) {
         const auto known = before.find(name);
         const int grown = count - (known == before.end() ? 0 : known->second);
-        // Recent files are entries, a text makes its frame when it is first asked for it, and styles move
-        // some things for a moment.
+        // Recent files are entries, a text makes its frame at its first request, and styles move some things
+        // for a moment.
         if (grown > (name == "QAction" ? 5 : 1) && !name.endsWith("Animation"))
             text += QStringLiteral("%1 +%2 ").arg(name).arg(grown);
     }
     return text;
 }
 
-/// Without what a platform without a screen says at each window.
+/// Filters what a platform without a screen prints at each window.
 void tellMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& text) {
     if (!text.startsWith("This plugin does not support"))
         std::fprintf(stderr, "%s\n", text.toUtf8().constData());
@@ -43,14 +43,14 @@ class Play : public ::testing::TestWithParam<int> {};
 /// A part of the rounds, so that several run at a time.
 constexpr int kParts = 12;
 
-TEST_P(Play, NothingThatIsDoneBreaksTheWindow) {
+TEST_P(Play, NoActBreaksTheWindow) {
     qInstallMessageHandler(tellMessage);
     const int first = setting("ZRK_MONKEY_SEED", 1);
     const int rounds = setting("ZRK_MONKEY_ROUNDS", 480);
     const int acts = setting("ZRK_MONKEY_ACTS", 60);
     for (int round = GetParam(); round < rounds; round += kParts) {
         const std::uint64_t seed = static_cast<unsigned>(first + round);
-        std::fprintf(stderr, "seed %d\n", first + round); // all that a crash or a hang leaves to begin with
+        std::fprintf(stderr, "seed %d\n", first + round); // the only trace of a crash or a hang
         {
             zrkmonkey::Monkey monkey(seed, rounds == 1);
             monkey.play(acts / 2);

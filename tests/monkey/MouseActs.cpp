@@ -47,7 +47,7 @@ Acts::Act Acts::drop() {
             [frame, at, path = file(false)] { dropFile(*frame, at, path); }};
 }
 
-/// The button may stay down, until another act or a box takes it away.
+/// Acts in the console. The button may stay down, until another act or a box releases it.
 Acts::Act Acts::inConsole(QWidget& viewport) {
     const QPoint at(static_cast<int>(pick(200)), static_cast<int>(pick(60)));
     QWidget* target = &viewport;

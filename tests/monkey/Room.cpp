@@ -37,7 +37,7 @@ QString Room::write(const QString& name, const QByteArray& content) const {
 void Room::fillWell(int slot) {
     static constexpr const char* kAddresses[]{"0x0000",     "0x80008000", "0x80100000", "0x82800000",
                                               "0x80800000", "0x00020000", "0x0000"};
-    // By these words the simulated board knows what it runs.
+    // The simulated board recognises its programs by these words.
     const QByteArray program = slot == 0   ? "ZRK SIMULATED PRIMARY BOOT"
                                : slot == 6 ? "ZRK SIMULATED PG_SIBL"
                                            : "";
@@ -52,7 +52,7 @@ void Room::openModal(QDialog& dialog) {
     dialog.show();
 }
 
-/// As the program has it.
+/// Returns the window that the program would return.
 QWidget* Room::topWindow() const {
     if (QWidget* waiting = waitDialog.openWindow())
         return waiting;

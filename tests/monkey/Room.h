@@ -17,7 +17,7 @@
 
 namespace zrkmonkey {
 
-/// Shows the wait dialog's window and notes whether it was asked for while it was there.
+/// A view of the wait dialog that records a second request while it is shown.
 class WatchedWaitDialog final : public zrk::WaitDialogView {
   public:
     explicit WatchedWaitDialog(std::function<QWidget*()> parent) : m_real(std::move(parent)) {}
@@ -35,7 +35,7 @@ class WatchedWaitDialog final : public zrk::WaitDialogView {
     zrk::WindowWaitDialog m_real;
 };
 
-/// Chooses what it is told to, while the world goes on.
+/// A file dialog that chooses a given file, while other events go on.
 class MonkeyFileDialog final : public zrk::FileDialog {
   public:
     std::function<QString(const zrk::FileRequest& request)> choose;
@@ -52,17 +52,17 @@ class BareDesktop final : public zrk::Registry, public zrk::ProgramStarter {
     [[nodiscard]] bool start(const QString& /*path*/) override { return false; }
 };
 
-/// All that the monkey plays with: the real window and its real boxes on virtual time, boards, files.
+/// The room of the monkey: the real window and its real boxes on virtual time, boards, files.
 struct Room {
     Room();
 
     /// Writes a file into the folder; returns its path.
     QString write(const QString& name, const QByteArray& content) const;
 
-    /// Gives a slot an image and an address with which it can be sent.
+    /// Gives a slot an image and an address that can be sent.
     void fillWell(int slot);
 
-    /// The QObjects that belong to the window and what is open beside it, by their classes.
+    /// Counts the QObjects of the window and of what is open beside it, by class.
     [[nodiscard]] std::map<QString, int> objects() const;
 
     /// Opens a dialog as exec() does, and returns at once.

@@ -21,14 +21,14 @@ class Listening : public ScriptedTest {
     QByteArray heard;
 };
 
-TEST_F(Listening, TakesWhatComesUpToTheTextAndLeavesTheRest) {
+TEST_F(Listening, TakesOutputUpToTheTextAndLeavesTheRest) {
     for (const qsizetype piece : {1, 3, 100}) {
         const QByteArray said = QByteArray("boot\r\nlogi\x00 login: ba", 21) + "sh# ";
         for (qsizetype i = 0; i < said.size(); i += piece)
             loop.after(1ms * (i + 1), [this, bytes = said.mid(i, piece)] { port.receive(bytes); });
         EXPECT_EQ(expect("login:"), Outcome::Done);
         EXPECT_EQ(heard, QByteArray("boot\r\nlogi\x00 login:", 18));
-        EXPECT_EQ(expect("# "), Outcome::Done) << "within what had come behind the first text";
+        EXPECT_EQ(expect("# "), Outcome::Done) << "within what had come after the first text";
         EXPECT_EQ(heard, " bash# ");
     }
     EXPECT_EQ(port.callNames(), QStringList("open 1 115200,N,8,1 handshaking 0"));
@@ -78,7 +78,7 @@ TEST_F(Listening, EveryOtherEnd) {
     EXPECT_EQ(heard, "last words");
 }
 
-TEST_F(Listening, AnAdapterThatIsPulledTakesNothingBackThatWasThere) {
+TEST_F(Listening, OutputBeforeAPulledAdapterStaysReadable) {
     for (const char* said : {"hello", "5"}) {
         loader.port.CloseComPort();
         loader.listener.openPort({});
@@ -118,7 +118,7 @@ TEST_F(Listening, WhetherAProgramHasStarted) {
     }
 }
 
-TEST_F(Listening, APortMayComeLater) {
+TEST_F(Listening, WaitsForAPortThatComesLater) {
     loader.port.CloseComPort();
     port.failsToOpen = true;
     loader.listener.openPort({});

@@ -7,7 +7,7 @@ using zrk::Outcome;
 
 class Memory : public ScriptedTest {};
 
-TEST_F(Memory, IsComparedWithWhatTheBoardsCommandSays) {
+TEST_F(Memory, IsComparedWithTheBoardsChecksum) {
     const QByteArray asked = "crc32 0x80000004 0xA000";
     const struct {
         QList<QByteArray> answers; // a quarter of a second apart; "@" is the echo of the command
@@ -19,10 +19,10 @@ TEST_F(Memory, IsComparedWithWhatTheBoardsCommandSays) {
         {{"00C0FFEE\r\n"}, Outcome::LimitReached, "Received last: \"00C0FFEE"},
         {{"old words 00C0FFEE \r\n", "@\r\nsum 00C0FFE0\r\n> "},
          Outcome::WrongAnswer,
-         "UBoot image: the board does not confirm CRC-32 00C0FFEE of what was sent. It says: \"sum "
-         "00C0FFE0\\r\\n>\". Either the memory holds something else, or the command is no checksum: crc32 "
+         "UBoot image: the board does not confirm CRC-32 00C0FFEE of what was sent. It answered: \"sum "
+         "00C0FFE0\\r\\n>\". Either the memory holds something else, or the command does not print a CRC-32: crc32 "
          "0x80000004 0xA000"},
-        {{"@\r\n", "00C0FFEE", "0 1200C0FFEE\r\n> "}, Outcome::WrongAnswer, "It says: \"00C0FFEE0 12"},
+        {{"@\r\n", "00C0FFEE", "0 1200C0FFEE\r\n> "}, Outcome::WrongAnswer, "It answered: \"00C0FFEE0 12"},
         {{"@\r\nreading\r\n", "", "", "", "", "", "", "", "", "00C0FFEE\r\n> "}, Outcome::Done, ""},
         {{"@\r\n", QByteArray(5000, '.'), "00C0", "FFEE\r\n"}, Outcome::Done, ""},
         {{"@\r\nx00C0FFEE" + QByteArray(4088, '.'), "\r\n> "}, // of which the end is kept, from the sum on

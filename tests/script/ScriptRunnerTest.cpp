@@ -8,7 +8,7 @@ namespace {
 
 using namespace zrktest;
 
-/// A loader in terminal mode; the script's first line, and so the far end's first step, is open to each test.
+/// A loader in terminal mode; each test chooses the script's first line, and so the far end's first step.
 class Script : public ScriptedTest {
   protected:
     void SetUp() override {
@@ -21,7 +21,7 @@ class Script : public ScriptedTest {
         loader.script.mnuExecScript_Click();
     }
 
-    /// The end of every run.
+    /// Checks the end of a run.
     void expectEnded(int lines, zrk::Outcome outcome = zrk::Outcome::Done) {
         EXPECT_EQ(loader.operation.outcome(), outcome);
         EXPECT_EQ(loader.controls.staStatus.SecondPanel.value(),
@@ -167,7 +167,7 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
         run(QByteArray("\xFE\xFF\0#\0\n\0", 7) + kind + QByteArray("\x20\xAC"));
         expectEnded(2, zrk::Outcome::Internal);
         EXPECT_TRUE(
-            told().startsWith(QString::fromUtf8("The script ended at line 2: \"\xE2\x82\xAC\" holds")))
+            told().startsWith(QString::fromUtf8("The script ended at line 2: \"\xE2\x82\xAC\" contains")))
             << told().toStdString();
     }
 
@@ -184,10 +184,10 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     run("#");
     EXPECT_EQ(told(), "The script has ended: 1 line executed.");
 #ifndef _WIN32
-    bench.fileDialog.choice = bench.folder.filePath("pipe"); // to open it would be to wait for its writer
+    bench.fileDialog.choice = bench.folder.filePath("pipe"); // opening it would block until it has a writer
     ASSERT_EQ(mkfifo(qPrintable(bench.fileDialog.choice), 0600), 0);
     loader.script.mnuExecScript_Click();
-    EXPECT_TRUE(told().endsWith("pipe: It is no regular file.")) << told().toStdString();
+    EXPECT_TRUE(told().endsWith("pipe: It is not a regular file.")) << told().toStdString();
 #endif
 
     bench.fileDialog.choice.clear(); // cancelled: nothing changes
@@ -221,7 +221,7 @@ TEST_F(Script, AWaitMayHaveALimit) {
               "\"firstalmo\\r\\n\"");
 }
 
-TEST_F(Script, ALineThatTheBoardStoppedMayNotOutlastTheLimit) {
+TEST_F(Script, ALineThatTheBoardStoppedDoesNotOutlastTheLimit) {
     port.paced = true;
     port.stalled = true;
     const auto start = loop.elapsed();

@@ -48,7 +48,7 @@ TEST_F(Console, APasteGoesOutInPiecesThatTheQueueTakes) {
     loader.keys.paste(QString::fromLatin1(lines).replace('\r', "\r\n") + QChar(0x20AC) + "\n!");
     EXPECT_EQ(loop.elapsed(), begin) << "the paste blocked";
     EXPECT_EQ(port.written.size(), 512);
-    loader.keys.txtStatus_KeyPress('t'); // typed behind it
+    loader.keys.txtStatus_KeyPress('t'); // typed after it
     loop.runFor(2s);
     EXPECT_EQ(port.written, lines + "\r!t");
     EXPECT_EQ(port.writtenAt.size(), port.deliveredAt.size());
@@ -93,13 +93,13 @@ TEST_F(Console, AltBPulsesDtrForATenthOfASecond) {
     EXPECT_TRUE(alive);
     ASSERT_EQ(port.callNames(), QStringList({"dtr 0", "dtr 1"}));
     EXPECT_GE(port.calls[1].when - port.calls[0].when, 100ms);
-    // A port that is closed under the pulse ends it quietly.
+    // A port that is closed during the pulse ends it quietly.
     loop.after(50ms, [&] { loader.port.CloseComPort(); });
     keys.txtStatus_KeyDown(66, true, false, false);
     EXPECT_EQ(port.callNames(), QStringList({"dtr 0", "dtr 1", "dtr 0", "close"}));
 }
 
-TEST_F(Console, DebugSendWritesItsTextAndTellsAFailure) {
+TEST_F(Console, DebugSendWritesItsTextAndReportsAFailure) {
     loader.port.OpenComPort();
     loader.state.DebugMode = true;
     loader.keys.cmdOutput_Click();

@@ -44,7 +44,7 @@ TEST_F(PortControlTest, CancelRunsItsStepsWhateverWasNestedInIt) {
     EXPECT_TRUE(port.isOpen());
 }
 
-TEST_F(PortControlTest, AnIdlePortThatIsLostIsClosedWithinASecondAndToldOnce) {
+TEST_F(PortControlTest, AnIdlePortThatIsLostIsClosedWithinASecondAndReportedOnce) {
     bench.fill(0, "p", "0x0000");
     bench.setButtons("0111");
     loader.terminal.cmdTerminal_Click();
@@ -118,7 +118,7 @@ TEST_F(PortControlTest, ATerminalGoesOnWhenItsAdapterIsBackAndAnythingElseEndsTh
     bench.expectAtRest();
 }
 
-/// Whose first opening lets the event loop run, as that of a port on the network does.
+/// A port whose first opening yields, as that of a port on the network does.
 struct SlowPort final : LinePort {
     using LinePort::LinePort;
     std::function<void()> meanwhile;
@@ -154,7 +154,7 @@ TEST(PortControl, TheListShowsThePortThatIsOpen) {
     EXPECT_EQ(list.ListIndex, 3);
 }
 
-TEST(PortControl, WhatBeginsWhileTheTerminalsPortIsBeingOpenedTakesItOver) {
+TEST(PortControl, AnActionDuringTheOpeningOfTheTerminalsPortTakesItOver) {
     using Act = std::function<void(Rig&)>;
     const Act start = [](Rig& b) { b.loader.bringUp.cmdStartPrimary_Click(); };
     const struct {
@@ -197,7 +197,7 @@ TEST(PortControl, WhatBeginsWhileTheTerminalsPortIsBeingOpenedTakesItOver) {
             before = snapshot();
         };
         bench.loader.terminal.cmdTerminal_Click();
-        EXPECT_EQ(snapshot(), before) << "changed by the opening that was given up";
+        EXPECT_EQ(snapshot(), before) << "changed by the cancelled opening";
         EXPECT_EQ(port.isOpen(), row.open);
         EXPECT_EQ(bench.loader.controls.lblState.Caption.value(), row.open ? "Open..." : "Closed...");
         EXPECT_EQ(bench.loader.state.TerminalMode, row.terminal);
@@ -205,7 +205,7 @@ TEST(PortControl, WhatBeginsWhileTheTerminalsPortIsBeingOpenedTakesItOver) {
     }
 }
 
-TEST_F(PortControlTest, WhatIsToBeKnownOfAPortIsToldBeforeItIsOpenedAndOnce) {
+TEST_F(PortControlTest, ANoticeAboutAPortIsPrintedOnceBeforeItIsOpened) {
     port.noticed = "COM1 is the built-in port.";
     for (int i = 0; i < 2; ++i) {
         loader.port.OpenComPort();

@@ -48,7 +48,7 @@ TEST_F(TransportTest, ReadCharYieldsFirstAndACancelWinsOverWaitingData) {
     loader.port.putBack("old"); // the close discards it, like all that is unread
     loop.post([&] { EXPECT_EQ(loader.portControl.Form_Unload(), 1); });
     loader.state.OperationActive = true;
-    EXPECT_EQ(transport.ReadChar(), QString(QChar(0))) << "the port is closed by now, and not looked at";
+    EXPECT_EQ(transport.ReadChar(), QString(QChar(0))) << "the port is closed by now, and not read";
     loader.state.OperationActive = false;
 
     loader.port.OpenComPort();

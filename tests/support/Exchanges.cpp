@@ -34,13 +34,13 @@ void disturb(ScriptedRig& b, Step& step, Trouble trouble, qsizetype position) {
         return;
     }
     step.answer.truncate(position);
-    // Whoever reads the message takes longer than a reply may take.
+    // The user reads the message for longer than a reply may take.
     if (trouble == Trouble::HangUp)
         b.bench.boxes.user = [&b](int) {
             b.loop.runFor(12s);
             return zrk::Answer::Ok;
         };
-    // A moment later, when the loader has read what there is.
+    // A moment later, when the loader has read all bytes.
     step.action = [&b, trouble] {
         b.loop.after(1ms, [&b, trouble] {
             if (trouble == Trouble::Cancel)

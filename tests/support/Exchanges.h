@@ -14,16 +14,16 @@ inline const QByteArray kSecondaryCode = hex("35 6F 45 74 00 80 7F");
 
 void fillBringUp(Rig& bench);
 
-/// Step 0 follows the open; 1 to 5 are the second "5", "R", "X", "o" and "t".
+/// Returns the steps: step 0 follows the open; 1 to 5 are the second "5", "R", "X", "o" and "t".
 [[nodiscard]] std::vector<Step> bringUpSteps();
 
-/// Text n ends where the answer of step n is awaited; the last one is the end of a good run.
+/// Text n ends where the answer of step n is awaited; the last is the end of a good run.
 [[nodiscard]] QStringList bringUpTexts();
 
 inline const QString kAborted = QStringLiteral("\n--- Cancel download, closing port ---\n");
 inline const QString kMismatch = QStringLiteral("invalid character received! Cancelling.\n");
 
-/// What can go wrong with an answer.
+/// The ways in which an answer can go wrong.
 enum class Trouble { Wrong, Silent, Cancel, CloseWindow, HangUp };
 inline constexpr std::array kTroubles{Trouble::Wrong, Trouble::Silent, Trouble::Cancel, Trouble::CloseWindow,
                                       Trouble::HangUp};
@@ -31,7 +31,7 @@ inline constexpr std::array kTroubles{Trouble::Wrong, Trouble::Silent, Trouble::
 /// Makes the step go wrong. A wrong answer has "?" at `position`.
 void disturb(ScriptedRig& b, Step& step, Trouble trouble, qsizetype position = 0);
 
-/// What the console then shows in place of the answer, what the boxes say and how the operation ends.
+/// Returns what the console then shows in place of the answer, what the boxes say and the outcome.
 [[nodiscard]] QString echoOf(Trouble trouble);
 [[nodiscard]] QStringList boxesOf(Trouble trouble);
 [[nodiscard]] zrk::Outcome outcomeOf(Trouble trouble);

@@ -15,10 +15,10 @@ namespace zrktest {
 /// Message boxes that are answered by the test.
 class RecordingBoxes final : public zrk::MessageBoxes {
   public:
-    /// What the user does with the n-th box (from 1), which may be anything that the event loop allows.
+    /// Acts for the user in the n-th box (from 1), as far as the event loop allows.
     std::function<zrk::Answer(int n)> user;
 
-    /// Each as "[title] ! prompt", with "!", "i" or "?" for the icon, "yes/no" after it for such a box.
+    /// The boxes as "[title] ! prompt", with "!", "i" or "?" for the icon, "yes/no" after it for such a box.
     QStringList shown;
 
     zrk::Answer show(const zrk::MessageBox& box) override {

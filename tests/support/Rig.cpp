@@ -61,7 +61,7 @@ void Rig::fill(int slot, const QByteArray& content, const QString& address) {
 
 namespace {
 
-/// The start buttons of a loader, const or not.
+/// Returns the start buttons of a loader, const or not.
 auto startButtons(auto& controls) {
     return std::array{&controls.cmdStartPrimary, &controls.cmdURK, &controls.cmdStartSecondary,
                       &controls.cmdPrgFlash};

@@ -27,12 +27,12 @@ namespace zrktest {
 
 using namespace std::chrono_literals;
 
-/// The bytes of a text like "02 0A 00".
+/// Returns the bytes of a text like "02 0A 00".
 inline QByteArray hex(const char* digits) {
     return QByteArray::fromHex(digits);
 }
 
-/// CR LF as a line end and every other control character as its code in angle brackets.
+/// Returns the text with CR LF as a line end and every other control character as its code in angle brackets.
 [[nodiscard]] QString readable(const QString& text);
 
 /// A loader with everything around it, prepared as at start-up, over a port.
@@ -47,15 +47,15 @@ struct Rig {
 
     [[nodiscard]] QString console() const { return readable(loader.controls.txtStatus.text()); }
 
-    /// cmdStartPrimary, cmdURK, cmdStartSecondary, cmdPrgFlash: "1" enabled, "0" not.
+    /// Returns cmdStartPrimary, cmdURK, cmdStartSecondary, cmdPrgFlash: "1" enabled, "0" not.
     [[nodiscard]] QString buttons() const;
     void setButtons(const QString& enabled);
 
-    /// Each byte that was written so far had a write of its own.
+    /// Checks that each byte that was written so far had a write of its own.
     void expectBytesWrittenOneByOne() const;
 
-    /// The port is closed and shown so, no operation is active, terminal mode is off, the wait dialog is
-    /// gone, and nothing comes up later.
+    /// Checks that the port is closed and shown so, no operation is active, terminal mode is off, the wait
+    /// dialog is gone, and nothing comes up later.
     void expectAtRest();
 
     VirtualEventLoop& loop;
@@ -71,12 +71,12 @@ struct Rig {
     void lookAround(const QString& text) const;
 };
 
-/// A path as the programs' own inputs give it: with the system's separators.
+/// Returns a path as the programs' own inputs give it: with the system's separators.
 [[nodiscard]] inline QString native(const QString& path) {
     return QDir::toNativeSeparators(path);
 }
 
-/// One bench over a scripted port, for tests that need many fresh ones.
+/// A bench over a scripted port, for tests that need many of them.
 struct ScriptedRig {
     VirtualEventLoop loop;
     ScriptedPort port{loop};

@@ -11,8 +11,8 @@ using zrksim::StuckLoop;
 using zrksim::TimePoint;
 using zrksim::VirtualEventLoop;
 
-/// One thing that the far end does: once it has got `when` behind what the step before it ended with, it
-/// sends `answer` after `delay`. An empty `when` waits for nothing: as the first step, for the port to open.
+/// An act of the far end: once it has got `when` after the bytes that ended the step before it, it sends
+/// `answer` after `delay`. An empty `when` waits for nothing: as the first step, for the port to open.
 struct Step {
     QByteArray when;
     QByteArray answer;
@@ -20,7 +20,7 @@ struct Step {
     Duration delay = std::chrono::milliseconds(20);
 };
 
-/// A port whose far end follows a script, which begins anew at each open.
+/// A port whose far end follows a script, which restarts at each open.
 class ScriptedPort final : public LinePort {
   public:
     using LinePort::LinePort;
