@@ -8,7 +8,7 @@ namespace zrk {
 
 class SystemInfo;
 
-/// `frmAbout`: the tool's title, version and icon, and a way to the desktop's System Information.
+/// `frmAbout`: the loader's title, version and icon, and a button for the desktop's System Information.
 class AboutBox final : public QDialog {
     Q_OBJECT
 

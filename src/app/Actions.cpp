@@ -15,7 +15,7 @@
 namespace zrk {
 namespace {
 
-/// Connects a user's action with its handler.
+/// A connector of a user's action with its handler.
 class Wiring {
   public:
     Wiring(AddressBoxes& addresses, Desk& desk) : m_addresses(addresses), m_desk(desk) {}
@@ -50,7 +50,7 @@ class Wiring {
     Desk& m_desk;
 };
 
-/// An input is an action, too: that the addresses are valid, for one, need not hold any more.
+/// An input is an action, too: after it the addresses, for example, may no longer be valid.
 void wireInputs(const LoaderWidgets& widgets, SharedState& state) {
     const auto forget = [&state] { state.Remark.clear(); };
     for (const SlotWidgets& row : widgets.slots) {

@@ -19,9 +19,9 @@ class AddressBoxes : public QObject {
   public:
     AddressBoxes(const LoaderWidgets& widgets, AddressEntry& entry, QObject* parent);
 
-    /// Runs the rule for the box that has the focus and for those whose text is still as it was put in.
-    /// Access keys and menu entries act without taking the focus away, and an assistive tool sets a text
-    /// without giving it, yet every action must see the entered address.
+    /// Runs the rule for the box that has the focus and for those whose text was set and not entered yet.
+    /// Access keys and menu entries act without moving the focus, and an assistive tool sets a text without
+    /// giving it, yet every action must use the entered address.
     void commit();
 
   protected:
@@ -33,7 +33,7 @@ class AddressBoxes : public QObject {
 
     const LoaderWidgets& m_widgets;
     AddressEntry& m_entry;
-    std::array<bool, kSlotCount> m_isPending{}; ///< by slot: put in and not entered yet
+    std::array<bool, kSlotCount> m_isPending{}; ///< by slot: set and not entered yet
 };
 
 } // namespace zrk

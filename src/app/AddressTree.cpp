@@ -26,7 +26,7 @@ AddressTree::AddressTree(QWidget* parent) : QTreeWidget(parent) {
     setTabKeyNavigation(false);
     header()->setSectionsMovable(false);
     header()->setStretchLastSection(true);
-    // As high as the slots' frames leave it.
+    // As high as the slots' frames allow.
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     fitColumns();
 }
@@ -65,9 +65,9 @@ QSize AddressTree::usualSize() const {
             8 * fontMetrics().lineSpacing()};
 }
 
-/// Makes each column as wide as it needs to be, and the last ones wider where there is room.
+/// Makes each column as wide as it needs to be, and the last ones wider if there is room.
 bool AddressTree::columnsFit() {
-    // As if the scroll bar were always there: it comes and goes with the font that is chosen here.
+    // Counts the scroll bar in any case: it comes and goes with the font that is chosen here.
     int left = maximumViewportSize().width() - verticalScrollBar()->sizeHint().width();
     for (int column = 0; column < kColumns; ++column) {
         const int needed = std::max(sizeHintForColumn(column), header()->sectionSizeHint(column));

@@ -4,13 +4,13 @@
 
 namespace zrk {
 
-/// `lvwAdrs`: its columns are as wide as what they hold in the font in force. Where the room is too narrow
-/// for that, such as on a small screen, it has a smaller font: no number is ever cut.
+/// `lvwAdrs`: its columns are as wide as their contents in the present font. Without enough room, as on a
+/// small screen, it uses a smaller font: no number is ever cut.
 class AddressTree final : public QTreeWidget {
   public:
     explicit AddressTree(QWidget* parent);
 
-    /// To be called when the rows have changed.
+    /// Fits the columns again after the rows have changed.
     void fitColumns();
 
   protected:

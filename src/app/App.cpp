@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kCancelled = 130; // what the command line ends with, too
 
-/// What the window remembers of one run for the next.
+/// Returns the file that keeps the window's settings from one run to the next.
 QString windowStore() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
            QStringLiteral("/zrk-loader/window.conf");
@@ -39,9 +39,9 @@ App::App(const AppOptions& options)
     logToFile(m_window.logEntry(), m_window.logTimesEntry(), m_log, m_loader, windowStore());
     m_window.onClosing([this] {
         endRecords();
-        m_loop.yield(); // a failure of their last bytes is told
+        m_loop.yield(); // reports a failure of their last bytes
     });
-    // Where the user's session ends, this may be the last that the program gets to do.
+    // At the end of the user's session this may be the last call that the program gets.
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, &m_window, [this] { endRecords(); });
 }
 
@@ -55,7 +55,7 @@ void App::endRecords() {
     m_log.stop();
 }
 
-/// Nobody is there any more who could be asked. What runs ends as by Cancel; then the program does.
+/// Ends what runs, as by Cancel, and then the program: the user is not there to be asked.
 void App::leave() {
     (void)m_loader.portControl.Form_Unload();
     QCoreApplication::exit(kCancelled);

@@ -24,7 +24,7 @@
 
 namespace zrk {
 
-/// The window program: everything it consists of, wired together.
+/// The window program: all of its parts, wired together.
 class App {
   public:
     explicit App(const AppOptions& options);
@@ -32,19 +32,18 @@ class App {
     App(const App&) = delete;
     App& operator=(const App&) = delete;
 
-    /// Starts up, then shows the window, which is complete from its first frame on. A message box of
-    /// start-up lets the window come up first, to be centred on it. Yields, so the event loop must be
-    /// running.
+    /// Starts up, then shows the window, which is complete from its first frame on. A message box of start-up
+    /// shows the window first, to be centred on it. Yields, so the event loop must be running.
     void start();
 
-    /// Trace and log are complete then. Also the destructor does so.
+    /// Completes trace and log. The destructor does so, too.
     void endRecords();
 
   private:
-    /// The window that a message box belongs to: the wait dialog or the About box while it is open.
+    /// Returns the window that a message box belongs to: the wait dialog or the About box while it is open.
     [[nodiscard]] QWidget* topWindow();
     void showAbout();
-    /// Shows the window, the first time, and returns when it has its place on the screen.
+    /// Shows the window, the first time, and returns when it has its place on the screen. Yields.
     void showWindow();
     void bringUp();
     void leave();

@@ -49,7 +49,7 @@ void Binder::checkBox(CheckBox& value, QCheckBox* box) {
         box->setChecked(value.isTicked());
     };
     follow(value.Value, show);
-    // A rule may take the new value back at once, so the box shows afterwards what has come of it.
+    // A rule may undo the new value at once, so the box shows the result afterwards.
     QObject::connect(box, &QCheckBox::toggled, box, [&value, show](bool checked) {
         value.Value = checked ? 1 : 0;
         show();
@@ -58,10 +58,10 @@ void Binder::checkBox(CheckBox& value, QCheckBox* box) {
 
 void Binder::textBox(TextBox& value, QLineEdit* edit) {
     const auto show = [&value, edit] {
-        // A field that cannot be typed into holds a name, which may come from anywhere.
+        // A read-only field holds a name, which may come from anywhere.
         const QString text = edit->isReadOnly() ? printableText(value.Text) : value.Text.value();
         if (edit->text() == text)
-            return; // it comes from the box itself, whose caret stays where it is
+            return; // it comes from the box itself, whose caret must stay
         const QSignalBlocker notAnInput(edit);
         edit->setText(text);
         edit->setCursorPosition(0);

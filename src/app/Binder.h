@@ -23,14 +23,14 @@ struct CheckBox;
 struct ComboBox;
 struct TextBox;
 
-/// Ties widgets to control values for as long as it lives: the widget shows the value from the start and
-/// after every change, and what is entered goes into the value, by keyboard and mouse or by an assistive
-/// tool; a widget that takes no input goes back to its value. A widget's signal of a change therefore stands
-/// for an input: it is silent while the value is being shown. The values and the widgets must outlive the
-/// binder; a widget's own signals stop with the widget.
+/// A set of bindings of widgets to control values: a widget shows its value from the start and after every
+/// change, and an input by keyboard, mouse or assistive tool goes into the value; a widget that takes no
+/// input returns to its value. A widget's signal of a change always means an input: it is silent while the
+/// value is being shown. The values and the widgets must outlive the binder; a widget's own signals stop with
+/// the widget.
 class Binder {
   public:
-    /// `busy` is True while controls bound with greyWhileBusy take no input, whatever their own value.
+    /// `busy` is true while controls bound with greyWhileBusy take no input, whatever their own value.
     explicit Binder(QProperty<bool>& busy) : m_busy(busy) {}
 
     void caption(QProperty<QString>& value, QAbstractButton* button);

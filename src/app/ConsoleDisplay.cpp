@@ -12,7 +12,7 @@ constexpr ushort kControlPictures = 0x2400;
 constexpr ushort kDelete = 0x7F;
 constexpr ushort kPictureOfDelete = 0x2421;
 
-/// The inverse of visibleSign, where a sign has one. A NUL keeps its sign: many a clipboard ends there.
+/// Inverts visibleSign, if a sign has an inverse. A NUL keeps its sign: many a clipboard ends there.
 QChar signified(QChar sign) {
     if (sign.unicode() == kControlPictures)
         return sign;
@@ -35,7 +35,7 @@ QChar visibleSign(QChar character) {
         return QChar(kPictureOfDelete);
     if (code == 0xAD) // a soft hyphen is drawn only where a line is broken
         return QChar(u'-');
-    // The rest of the codes without a glyph, and those that a document takes for marks of its own.
+    // The other codes without a glyph, and those that a document uses as its own marks.
     const bool unprintable = (code > kDelete && code < 0xA0) || code == QChar::LineSeparator ||
                              code == QChar::ParagraphSeparator || code == QChar::ObjectReplacementCharacter ||
                              (code >= 0xFDD0 && code <= 0xFDEF);
@@ -52,7 +52,7 @@ ConsoleDisplay::Edit ConsoleDisplay::follow(QStringView text, qsizetype removed,
     bool afterReturn = before.endsWith(kCarriageReturn) && lastLineSize() > 0;
     for (const QChar character : text.last(added)) {
         if (character == kLineFeed && afterReturn) {
-            takeBack(); // the sign that the CR had for as long as it stood alone
+            takeBack(); // the sign of the CR while it stood alone
             beginLine(false);
         } else {
             // A CR is mostly half a line end, which needs no break before it.
@@ -78,7 +78,7 @@ void ConsoleDisplay::takeBack() {
     --m_size;
 }
 
-/// Takes back what the last character of the text added to the document.
+/// Removes what the last character of the text added to the document.
 void ConsoleDisplay::removeLast() {
     const Line last = m_lines.back();
     takeBack();

@@ -4,21 +4,21 @@
 
 namespace zrk {
 
-/// Lays out a block of the console when it is looked at, and again when the width has changed since. The
-/// toolkit's own goes through all blocks at every new width, which takes longer than a glance when a board
-/// has printed for hours.
+/// A layout that lays out a block of the console when it is shown, and again after the width has changed. The
+/// toolkit's own lays out all blocks at every new width, which takes too long when a board has printed for
+/// hours.
 class ConsoleLayout final : public QPlainTextDocumentLayout {
     Q_OBJECT
 
   public:
     explicit ConsoleLayout(QTextDocument* document) : QPlainTextDocumentLayout(document) {}
 
-    /// Of the view, in pixels.
+    /// Sets the view's width in pixels.
     void setWidth(int width);
 
     [[nodiscard]] QRectF blockBoundingRect(const QTextBlock& block) const override;
     [[nodiscard]] QSizeF documentSize() const override;
-    /// As wide as the view, within which a selection is painted.
+    /// Returns the view's width, since a selection is painted within it.
     [[nodiscard]] QRectF frameBoundingRect(QTextFrame* frame) const override;
 
   protected:
@@ -28,8 +28,8 @@ class ConsoleLayout final : public QPlainTextDocumentLayout {
     void layOut(QTextBlock block);
 
     int m_width = 0;
-    /// Of the blocks' layouts; a block's user state tells of which one its own is. The first is after
-    /// Qt's -1, for none.
+    /// The generation of the blocks' layouts; a block's user state is its own. The first is after Qt's -1,
+    /// which means none.
     int m_generation = 0;
     bool m_isTelling = false;
 };

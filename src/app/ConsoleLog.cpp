@@ -23,7 +23,7 @@ void ConsoleLog::start(const QString& path, FileWriter::Told failed) {
 }
 
 void ConsoleLog::stop() {
-    // First, since whoever is told of a failure may start the next one.
+    // First, since `failed` may start the next log.
     const auto ended = std::exchange(m_file, nullptr);
 }
 

@@ -8,26 +8,26 @@ namespace zrk {
 
 class ConsoleText;
 
-/// Logs what comes into the console from start() to stop(), as the console holds it: a character that a
-/// backspace takes from the console goes from the log, too.
+/// A log of the console from start() to stop(): a character that a backspace removes from the console is
+/// removed from the log, too.
 class ConsoleLog {
   public:
-    /// Loop and console must outlive it, and it whatever comes into the console.
+    /// Loop and console must outlive it, and it must outlive every writer to the console.
     ConsoleLog(EventLoop& loop, ConsoleText& console);
 
-    /// See LogFile for path, failures and `failed`.
+    /// Starts a log; see LogFile for path, failures and `failed`.
     void start(const QString& path, FileWriter::Told failed);
 
-    /// The file is complete then. Does nothing without a log.
+    /// Completes the file. Does nothing without a log.
     void stop();
 
-    /// Of this and all later logs, from the next line on.
+    /// Switches time stamps of this and all later logs, from the next line on.
     void setTimeStamps(bool on);
 
   private:
     EventLoop& m_loop;
     bool m_hasTimeStamps = false;
-    std::unique_ptr<LogFile> m_file; ///< null: none
+    std::unique_ptr<LogFile> m_file; ///< null without a log
 };
 
 } // namespace zrk

@@ -13,7 +13,7 @@ namespace {
 
 constexpr ushort kHighestByte = 0xFF;
 
-/// A received byte is a character of its own; a name that the loader printed may have others.
+/// Makes a byte of each received character; a name that the loader printed may have others.
 QByteArray bytesOf(const QString& text) {
     const bool bytesOnly =
         std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() <= kHighestByte; });

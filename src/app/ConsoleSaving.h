@@ -4,8 +4,8 @@ namespace zrk {
 
 struct Desk;
 
-/// Asks for a file and writes the console's whole text into it: what the board sent byte by byte, as far as
-/// the console keeps it. A failure is told and leaves a file that was there as it was.
+/// Asks for a file and writes the console's whole text into it: the board's output byte by byte, as far as
+/// the console keeps it. Reports a failure and leaves an existing file unchanged. Yields.
 void saveConsole(Desk& desk);
 
 } // namespace zrk

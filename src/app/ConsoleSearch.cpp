@@ -24,7 +24,7 @@ void ConsoleSearch::start(const QString& text, Direction direction) {
     const int from = direction == Direction::Forward ? caret.selectionEnd() : caret.selectionStart();
     m_block = m_view->document()->findBlock(from);
     m_column = from - m_block.position();
-    m_blocksLeft = m_view->blockCount() + 1; // the first one twice: behind the caret, and before it
+    m_blocksLeft = m_view->blockCount() + 1; // the first one twice: after the caret, and before it
     if (text.isEmpty())
         return m_next.stop();
     m_next.start(0);

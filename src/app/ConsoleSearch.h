@@ -7,8 +7,8 @@
 
 namespace zrk {
 
-/// Looks for a text in a view, some milliseconds at a time, so that a long text does not stop the window.
-/// Letter case does not count. The search goes on at the other end when one is reached.
+/// A search for a text in a view, some milliseconds at a time, so that a long text does not stop the window.
+/// Ignores letter case. Continues at the other end when one is reached.
 class ConsoleSearch final : public QObject {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ class ConsoleSearch final : public QObject {
     explicit ConsoleSearch(QPlainTextEdit* view);
 
     enum class Direction { Forward, Backward };
-    /// Begins a search from the caret or the selection on, in place of one that is under way.
+    /// Begins a search at the caret or the selection, instead of the one that is under way.
     void start(const QString& text, Direction direction);
     void stop() { m_next.stop(); }
 
@@ -34,7 +34,7 @@ class ConsoleSearch final : public QObject {
     QString m_text;
     Direction m_direction = Direction::Forward;
     QTextBlock m_block;
-    int m_column = -1; ///< where the search begins in the block; -1: at its end that comes first
+    int m_column = -1; ///< where the search begins in the block; -1: at its first end
     int m_blocksLeft = 0;
 };
 

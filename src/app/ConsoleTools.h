@@ -13,16 +13,16 @@ namespace zrk {
 class ConsoleSearch;
 class ConsoleView;
 
-/// The row of tools in the console frame's title line: Hold, Find, Clear, Save. Find unfolds a box beside
-/// them. In the console's corner a mark tells that there is more below what is held.
+/// The row of tools in the title line of the console's frame: Hold, Find, Clear, Save. Find unfolds a box
+/// beside them. A mark in the console's corner shows that a held view has more text below.
 class ConsoleTools final : public TitleRow {
     Q_OBJECT
 
   public:
-    /// `frame` gets the row; `save` writes the console into a file of the user's choice.
+    /// Puts the row into `frame`; `save` writes the console into a file of the user's choice.
     ConsoleTools(ConsoleView* view, QGroupBox* frame, std::function<void()> save);
 
-    /// The widgets in the order of the Tab key.
+    /// Returns the widgets in the order of the Tab key.
     [[nodiscard]] QList<QWidget*> tabOrder() const;
 
     [[nodiscard]] QToolButton* saveButton() const { return m_save; }

@@ -38,7 +38,7 @@ EditKey editKey(const QKeyEvent& event) {
     return EditKey::None;
 }
 
-/// By its looks: not every fixed-pitch font says that it is one.
+/// Checks the glyphs: not every fixed-pitch font declares itself as one.
 bool isFixedPitch(const QFont& font) {
     const QFontMetrics metrics(font);
     return metrics.horizontalAdvance(QLatin1Char('i')) == metrics.horizontalAdvance(QLatin1Char('W'));
@@ -62,10 +62,9 @@ QFont consoleFont() {
         font.setPointSizeF(8.25);
     }
     font.setStyleHint(QFont::Monospace);
-    if (!isFixedPitch(font)) // a desktop without settings may have none of its own
+    if (!isFixedPitch(font)) // a desktop without settings may not have one
         font.setFamily(QStringLiteral("monospace"));
-    // Few fonts have the signs themselves. The first family must be a real one: an alias gives way to the
-    // second.
+    // Few fonts have the signs. The first family must be a real one: the second overrides an alias.
     font.setFamilies({QFontInfo(font).family(), signs});
     return font;
 }
@@ -73,7 +72,7 @@ QFont consoleFont() {
 ConsoleView::ConsoleView(QWidget* parent) : QPlainTextEdit(parent) {
     setReadOnly(true);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    setAttribute(Qt::WA_InputMethodEnabled); // dead keys and composing, which a read-only text goes without
+    setAttribute(Qt::WA_InputMethodEnabled); // dead keys and composing, which a read-only text does not have
     setWordWrapMode(QTextOption::WrapAnywhere);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setFont(consoleFont());
@@ -81,7 +80,7 @@ ConsoleView::ConsoleView(QWidget* parent) : QPlainTextEdit(parent) {
     setAcceptDrops(false);
     setCenterOnScroll(false);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ConsoleView::noteScrolling);
-    // The text moves its bar in silence when pages are turned.
+    // The text moves its scroll bar without a signal when pages are turned.
     connect(this, &ConsoleView::updateRequest, this, [this](const QRect&, int scrolledBy) {
         if (scrolledBy != 0)
             noteScrolling();
@@ -127,12 +126,12 @@ void ConsoleView::follow(const QString& text, qsizetype removed, qsizetype added
         tellHold();
 }
 
-/// Returns the position up to which the document is as before.
+/// Returns the position up to which the document is unchanged.
 int ConsoleView::write(const ConsoleDisplay::Edit& edit) {
     QTextCursor end(document());
     end.beginEditBlock();
     end.movePosition(QTextCursor::End);
-    // Not by movePosition(), which takes a surrogate pair or a letter with its accents for one step.
+    // Not by movePosition(), which takes a surrogate pair or a letter with its accents as one step.
     end.setPosition(end.position() - static_cast<int>(edit.removed), QTextCursor::KeepAnchor);
     const int unchanged = end.position();
     end.insertText(edit.inserted);
@@ -140,7 +139,7 @@ int ConsoleView::write(const ConsoleDisplay::Edit& edit) {
     return unchanged;
 }
 
-/// Leaves the view where it is; setTextCursor() brings the selection's end into sight.
+/// Keeps the view where it is; setTextCursor() would scroll to the selection's end.
 void ConsoleView::select(int anchor, int position) {
     const int shownFrom = verticalScrollBar()->value();
     QTextCursor selection(document());
@@ -150,7 +149,7 @@ void ConsoleView::select(int anchor, int position) {
     verticalScrollBar()->setValue(shownFrom);
 }
 
-/// A selection stays what it is; without one the caret is at the end.
+/// Keeps a selection; without one the caret goes to the end.
 void ConsoleView::goToEnd() {
     const QScopedValueRollback following(m_isFollowing, true);
     if (!textCursor().hasSelection())
@@ -212,7 +211,7 @@ void ConsoleView::showFound(const QTextCursor& found) {
     noteScrolling();
 }
 
-/// What is the view's own affair even while keys go to the board.
+/// Handles the keys that belong to the view even while keys go to the board.
 bool ConsoleView::handleViewKey(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
     const bool boards = keysGoToBoard();
@@ -239,7 +238,7 @@ bool ConsoleView::handleViewKey(const QKeyEvent& event) {
 
 bool ConsoleView::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
-        // What the board or Alt+B takes must not become an access key or a shortcut of the window first.
+        // A key for the board or Alt+B must not become an access key or a shortcut of the window first.
         const auto& press = *static_cast<QKeyEvent*>(event);
         if (isAltB(press) || editKey(press) != EditKey::None ||
             (keysGoToBoard() && !typedText(press).isEmpty())) {
@@ -269,7 +268,7 @@ void ConsoleView::keyPressEvent(QKeyEvent* event) {
     const QString characters = keysGoToBoard() ? typedText(*event) : QString();
     if (characters.isEmpty())
         return QPlainTextEdit::keyPressEvent(event);
-    // Whoever types wants to see what comes of it, unless the view was stopped with intent.
+    // A user who types wants to see the result, unless the view is held by the switch.
     if (m_isScrolledUp && !m_isHeld)
         setHeld(false);
     type(characters);
@@ -310,7 +309,7 @@ void ConsoleView::mouseReleaseEvent(QMouseEvent* event) {
         QPlainTextEdit::mouseReleaseEvent(event);
 }
 
-/// Also where a box has taken the release.
+/// Ends a selection, too, whose mouse release a box has taken.
 void ConsoleView::focusOutEvent(QFocusEvent* event) {
     QPlainTextEdit::focusOutEvent(event);
     release();
@@ -325,7 +324,7 @@ void ConsoleView::resizeEvent(QResizeEvent* event) {
     {
         const QScopedValueRollback following(m_isFollowing, true);
         m_layout->setWidth(viewport()->width());
-        // At another width the base class would go through all of the text.
+        // At another width the base class would lay out the whole text.
         QResizeEvent sameWidth(event->size(), {event->size().width(), event->oldSize().height()});
         QPlainTextEdit::resizeEvent(&sameWidth);
     }
@@ -349,7 +348,7 @@ void ConsoleView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 bool ConsoleView::focusNextPrevChild(bool next) {
-    // Tab belongs to the board then; Shift+Tab is the way out.
+    // Tab belongs to the board then; Shift+Tab leaves the console.
     if (next && keysGoToBoard())
         return false;
     return QPlainTextEdit::focusNextPrevChild(next);

@@ -11,51 +11,51 @@ namespace zrk {
 
 class ConsoleLayout;
 
-/// `txtStatus`: shows the console's text and takes the keyboard. What is typed never changes the text.
+/// `txtStatus`: shows the console's text and takes the keyboard. Typing never changes the text.
 ///
-/// While keys go to the board all of them do, Tab and Ctrl+C included; Shift+Tab leaves the console.
-/// Copying is then Ctrl+Shift+C or Ctrl+Insert, pasting Ctrl+Shift+V, Shift+Insert or the middle button.
+/// In terminal mode all keys go to the board, Tab and Ctrl+C included; Shift+Tab leaves the console. Copying
+/// is then Ctrl+Shift+C or Ctrl+Insert, pasting Ctrl+Shift+V, Shift+Insert or the middle button.
 class ConsoleView : public QPlainTextEdit {
     Q_OBJECT
 
   public:
     explicit ConsoleView(QWidget* parent = nullptr);
 
-    /// Tells whether keys go to the board at this moment.
+    /// Sets the predicate that decides whether keys go to the board at this moment.
     void setKeysGoToBoard(std::function<bool()> predicate) { m_keysGoToBoard = std::move(predicate); }
 
-    /// Shows the console's text after an edit: `removed` characters at its end went away, then the last
-    /// `added` ones of `text` came. The end stays in sight unless the view is held; a selection keeps its
-    /// text, as far as that was not removed, and does not grow.
+    /// Shows the console's text after an edit: `removed` characters at its end were removed, then the last
+    /// `added` ones of `text` were added. The end stays in sight unless the view is held; a selection keeps
+    /// its text, as far as that was not removed, and does not grow.
     void follow(const QString& text, qsizetype removed, qsizetype added);
 
-    /// Shows this text in place of what was there.
+    /// Shows this text instead of the present one.
     void showAnew(const QString& text);
 
-    /// Takes what is shown away; what comes later is shown.
+    /// Empties the view; later text is shown.
     void clearView();
 
-    /// Freezes the view, or lets it go to the end and follow it again. The user freezes it, too, by scrolling
+    /// Freezes the view, or lets it go to the end and follow it again. The user also freezes it by scrolling
     /// up. End then leads back and is not sent to the board; so does Enter while no keys go to the board.
     void setHeld(bool held);
     [[nodiscard]] bool isHeld() const { return m_isHeld || m_isScrolledUp; }
 
-    /// Selects a text of the document and brings it into sight, which holds the view.
+    /// Selects a text of the document and scrolls to it, which holds the view.
     void showFound(const QTextCursor& found);
 
   Q_SIGNALS:
-    /// A key went down, before anything else is done with it; an access key of the window comes here too.
+    /// Reports a pressed key before anything else handles it, including access keys of the window.
     void keyDown(int key, bool alt, bool shift, bool control);
-    /// A character for the board, code 0 to 255.
+    /// Reports a character for the board, code 0 to 255.
     void typed(int character);
     void pasted(const QString& text);
-    /// Something else wrote into the text shown, which is to be shown anew.
+    /// Reports that another program wrote into the text shown, which must be shown again.
     void overwritten();
-    /// The view is held, or follows the end again; `more`: there is new text below what is held.
+    /// Reports that the view is held or follows the end again; `more`: there is new text below.
     void holdChanged(bool held, bool more);
-    /// What was shown is gone.
+    /// Reports that the view was emptied.
     void cleared();
-    /// Ctrl+F, or Ctrl+Shift+F where Ctrl+F goes to the board.
+    /// Reports Ctrl+F, or Ctrl+Shift+F if Ctrl+F goes to the board.
     void findRequested();
 
   protected:
@@ -88,7 +88,7 @@ class ConsoleView : public QPlainTextEdit {
 
     ConsoleDisplay m_display;
     ConsoleLayout* m_layout = nullptr; ///< of the present document
-    bool m_isFollowing = false;        ///< what changes is our own doing
+    bool m_isFollowing = false;        ///< the change is our own
     bool m_isHeld = false;             ///< by the switch
     bool m_isScrolledUp = false;       ///< by the user
     bool m_isPressed = false;          ///< the mouse button that selects is down in the text
@@ -96,8 +96,8 @@ class ConsoleView : public QPlainTextEdit {
     std::function<bool()> m_keysGoToBoard;
 };
 
-/// Courier New at 8.25 points where it is installed, else the system's fixed-pitch font; with it comes a
-/// font of our own for the signs that stand for control characters.
+/// Returns Courier New at 8.25 points if it is installed, else the system's fixed-pitch font, with our own
+/// font for the signs of control characters.
 [[nodiscard]] QFont consoleFont();
 
 } // namespace zrk

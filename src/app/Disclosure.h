@@ -7,15 +7,15 @@ class QToolButton;
 
 namespace zrk {
 
-/// A small button that unfolds a row of rarely needed controls beside it. The row keeps its place while
-/// it is folded away, so nothing around it moves.
+/// A small button that unfolds a row of rarely needed controls beside it. The folded row keeps its place, so
+/// nothing around it moves.
 class Disclosure : public QWidget {
     Q_OBJECT
 
   public:
     explicit Disclosure(const QString& title, QWidget* parent);
 
-    /// The row is to the left of the button instead of to its right.
+    /// Puts the row to the left of the button instead of to its right.
     void unfoldToTheLeft();
 
     [[nodiscard]] QToolButton* toggle() const { return m_toggle; }

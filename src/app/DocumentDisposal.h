@@ -7,13 +7,13 @@
 
 namespace zrk {
 
-/// Takes a long document apart some milliseconds at a time, so that its end does not stop the window; then
-/// deletes itself.
+/// A deletion of a long document, some milliseconds at a time, so that it does not stop the window; deletes
+/// itself at its end.
 class DocumentDisposal final : public QObject {
     Q_OBJECT
 
   public:
-    /// The document must have no view any more.
+    /// The document must no longer have a view.
     DocumentDisposal(QTextDocument* document, QObject* parent);
 
   private:

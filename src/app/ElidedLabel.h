@@ -4,8 +4,8 @@
 
 namespace zrk {
 
-/// A label that takes whatever width there is and shortens a text that is longer, which its tool tip
-/// then shows whole. A plain label would force its window to the width of its text.
+/// A label of any width that shortens a longer text, which its tool tip then shows whole. A plain label would
+/// force its window to the width of its text.
 class ElidedLabel : public QLabel {
     Q_OBJECT
 

@@ -20,7 +20,7 @@ constexpr int kTextMargin = 2; // of a line edit's text on either side
 
 FileNameEdit::FileNameEdit(QWidget* parent) : QLineEdit(parent) {
     setReadOnly(true);
-    setAcceptDrops(false); // a dropped file is the row's affair
+    setAcceptDrops(false); // the row handles a dropped file
 }
 
 bool FileNameEdit::tellsOfMissing(const QString& text) {
@@ -61,7 +61,7 @@ void FileNameEdit::paintEvent(QPaintEvent* event) {
     QStyleOptionFrame frame;
     const QRect room = textRoom(frame);
     const QString shown = fitted(room.width());
-    // In a field that has the focus the whole text can be walked through.
+    // A field that has the focus shows the whole text, so that the caret can move through it.
     if (shown == text() || hasFocus())
         return QLineEdit::paintEvent(event);
     QPainter painter(this);

@@ -7,9 +7,9 @@ class QStyleOptionFrame;
 
 namespace zrk {
 
-/// Shows the name of a slot's file. One that is too long for its room is shown without its middle, since
-/// versions stand at the end, and is whole below the tool tip, which tells the folder; that a file cannot be
-/// found is shown in any case, in the warning colour.
+/// The field for the name of a slot's file. A name that is too long is shown without its middle, since
+/// versions are at the end, and whole in the tool tip, below the folder; a missing file is always shown, in
+/// the warning colour.
 class FileNameEdit final : public QLineEdit {
     Q_OBJECT
 
@@ -19,13 +19,13 @@ class FileNameEdit final : public QLineEdit {
     /// Keeps the mark at the right end inside the field, beside the text, while it is not hidden.
     void setMark(QLabel* mark);
 
-    /// True for a text that tells of a file that cannot be found.
+    /// Returns whether a text says that a file cannot be found.
     [[nodiscard]] static bool tellsOfMissing(const QString& text);
 
     /// Colours such a text.
     void setMissing(bool missing);
 
-    /// The text as it fits into so many pixels.
+    /// Returns the text as it fits into so many pixels.
     [[nodiscard]] QString fitted(int width) const;
 
   protected:

@@ -35,7 +35,7 @@ void FileRecording::entry_Click() {
         return start();
     m_recording.stop();
     if (m_file.isEmpty())
-        return showState(); // its last bytes failed, which is told
+        return showState(); // its last bytes failed, which is reported
     m_file.clear();
     showState();
     m_loader.state.Remark = m_recording.ended;
@@ -70,8 +70,8 @@ void FileRecording::showState() {
                                      : m_recording.entry.arg(printableText(QFileInfo(m_file).fileName())));
 }
 
-/// Later, for a box must not run within the file's own end. Within an operation it would stop that, with the
-/// board's answer on the way.
+/// Runs later, since a box must not run within the file's own end. During an operation a box would stop that,
+/// with the board's answer on the way.
 void FileRecording::failed(const QString& why) {
     if (m_loader.state.Remark == m_recording.begun.arg(printableText(m_file)))
         m_loader.state.Remark.clear();

@@ -25,7 +25,7 @@ class FirstExposure final : public QObject {
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
-        // What else has arrived, the place on the screen for one, is taken note of first.
+        // Other events, such as the place on the screen, are handled first.
         if (event->type() == QEvent::Expose && static_cast<QWindow*>(watched)->isExposed())
             m_limit.start(0ms);
         return false;

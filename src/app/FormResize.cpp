@@ -18,7 +18,7 @@ bool fits(FormSize size) {
 FormResize::Step FormResize::frmLoader_Form_Resize(bool minimized, FormSize form, const Console& current) {
     if (minimized)
         return {};
-    // A frame that reaches the window's bottom edge has no margin, so all are taken again each time.
+    // A frame that reaches the window's bottom edge has no margin, so all are measured again each time.
     if (m_frameBottomMargin == 0)
         takeMargins(form, current);
     const Console console{{form.height - m_frameBottomMargin, form.width - m_frameRightMargin},

@@ -11,9 +11,9 @@ struct FormSize {
     double width = 0;
 };
 
-/// What a resize of the main window does to the console: its frame `fraControl` and the text box
-/// `txtStatus` keep their distance from the window's right and bottom edges, and nothing else moves.
-/// Pure arithmetic; the window asks and applies.
+/// The rule for the console when the main window is resized: its frame `fraControl` and the text box
+/// `txtStatus` keep their distance from the window's right and bottom edges, and nothing else moves. Pure
+/// arithmetic; the window calls it and applies the result.
 class FormResize {
   public:
     struct Console {
@@ -26,14 +26,14 @@ class FormResize {
         std::optional<FormSize> snapBack; ///< the size that the window goes back to
     };
 
-    /// One resize event: the window now has `form`, the console still has `current`.
-    /// Neither of both in the result means that there is nothing to do.
+    /// Handles one resize event: the window now has `form`, the console still has `current`. If the result
+    /// has neither of both, there is nothing to do.
     [[nodiscard]] Step frmLoader_Form_Resize(bool minimized, FormSize form, const Console& current);
 
   private:
     void takeMargins(FormSize form, const Console& current);
 
-    // Wider than the 16 bits that would do up to 32767 twips, which is less than a large screen.
+    // Wider than 16 bits, whose 32767 twips are less than a large screen.
     std::int32_t m_lastGoodHeight = 0;
     std::int32_t m_lastGoodWidth = 0;
     std::int32_t m_frameBottomMargin = 0;

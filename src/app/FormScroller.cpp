@@ -10,7 +10,7 @@ namespace zrk {
 FormScroller::FormScroller(QWidget* panel, QWidget* parent) : QScrollArea(parent) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
-    // Only sideways: the height is the console's affair.
+    // Only sideways: the console takes the height.
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     setWidget(panel);
@@ -21,7 +21,7 @@ FormScroller::FormScroller(QWidget* panel, QWidget* parent) : QScrollArea(parent
     });
 }
 
-/// Its controls lose the focus when the base class takes them down, and this is a FormScroller no longer.
+/// Its controls lose the focus when the base class destroys them, when this is no longer a FormScroller.
 FormScroller::~FormScroller() {
     disconnect(qApp, nullptr, this, nullptr);
 }
@@ -32,7 +32,7 @@ bool FormScroller::focusNextPrevChild(bool next) {
     return moved;
 }
 
-/// The base class would look for the input cursor only.
+/// Scrolls to the whole control; the base class would do so only for the input cursor.
 void FormScroller::showWhole(const QWidget* control) {
     if (control == nullptr || !widget()->isAncestorOf(control))
         return;

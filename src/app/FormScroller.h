@@ -4,8 +4,8 @@
 
 namespace zrk {
 
-/// Shows the inside of the main window whole, or on a screen or in a window that is too narrow for it a
-/// part, which follows the keyboard from control to control.
+/// The scroll area of the main window. On a screen or in a window that is too narrow, it shows a part, which
+/// follows the keyboard from control to control.
 class FormScroller final : public QScrollArea {
     Q_OBJECT
 

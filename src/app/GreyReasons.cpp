@@ -22,7 +22,7 @@ const QString kNeedsPrimary =
     QStringLiteral("The primary boot must run first: tick Primary Boot and Secondary Executable, then press "
                    "\"Load bin's / Start primary\".");
 
-/// Why the control is grey, "" when it is not; `own` says why it would be so without an operation.
+/// Returns why the control is grey, "" if it is not; `own` is the reason without an operation.
 template <typename W>
 void explain(Binder& binder, QProperty<bool>& enabled, QProperty<bool>& busy, W* control,
              const QString& own) {

@@ -8,10 +8,10 @@ class Binder;
 struct Loader;
 struct LoaderWidgets;
 
-/// Lets every grey control's tool tip say why it is grey and what to do.
+/// Makes every grey control's tool tip say why it is grey and what to do.
 void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loader);
 
-/// The tool tip of what has to wait for an operation's end.
+/// Returns the tool tip of a control that has to wait for an operation's end.
 [[nodiscard]] QString reasonWhileBusy();
 
 } // namespace zrk

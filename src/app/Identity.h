@@ -5,10 +5,10 @@
 
 namespace zrk {
 
-/// The application's title: of the window, of the About box, and of message boxes without one.
+/// Returns the application's title: of the window, of the About box, and of message boxes without one.
 [[nodiscard]] QString applicationTitle();
 
-/// The program's icon in all its sizes; the one of 32 pixels has 16 colours.
+/// Returns the program's icon in all its sizes; the one of 32 pixels has 16 colours.
 [[nodiscard]] QIcon applicationIcon();
 
 } // namespace zrk

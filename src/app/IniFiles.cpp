@@ -44,14 +44,14 @@ void IniFiles::mnuOpenIni_Click() {
 }
 
 void IniFiles::open(const QString& path) {
-    // An operation may have begun under the open dialog.
+    // An operation may have begun during the dialog.
     if (m_loader.state.OperationActive)
         return;
     QStringList paths = recent();
     paths.removeAll(path);
     if (!FileExists(path, true)) {
         keepRecent(paths);
-        m_loader.tell(QStringLiteral("Cannot read %1: it is gone, empty or not yours to read.\r\n"
+        m_loader.tell(QStringLiteral("Cannot read %1: it is missing, empty or you may not read it.\r\n"
                                      "The slots stay as they are.")
                           .arg(printableText(path)),
                       MessageIcon::Exclamation, QStringLiteral("Open INI file"));

@@ -17,8 +17,8 @@ class IniFiles : public QObject {
   public:
     static constexpr int kMostRecent = 5;
 
-    /// Adds its entries to the menu, which owns it. What was opened is remembered in the file `store`, beyond
-    /// the program's end; a store that cannot be written is done without.
+    /// Adds its entries to the menu, which owns it. Opened files are remembered in the file `store`, beyond
+    /// the program's end; a store that cannot be written is ignored.
     IniFiles(QMenu& file, Loader& loader, QString store);
 
     [[nodiscard]] QAction* openEntry() const { return m_open; }

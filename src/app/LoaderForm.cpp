@@ -20,7 +20,7 @@ namespace {
 constexpr double kHeaderPoints = 12;
 constexpr int kConsoleLines = 26;
 constexpr int kFewestFileCharacters = 16;
-constexpr int kTidyFileCharacters = 28; // with fewer, what short captions leave is worth more than one line
+constexpr int kTidyFileCharacters = 28; // with fewer, the room beside short captions is used, too
 constexpr int kMostFileCharacters = 44;
 constexpr int kWindowBorders = 16;
 constexpr int kSideMargin = 5;
@@ -66,7 +66,7 @@ LoaderForm::LoaderForm(LoaderWidgets& widgets, QWidget* parent)
     widgets.txtStatus = named(new ConsoleView(widgets.fraControl), QStringLiteral("txtStatus"));
 }
 
-/// Forgets the sizes that were asked for before.
+/// Forgets the earlier size hints.
 void LoaderForm::settle() {
     for (QGroupBox* frame : m_controls->findChildren<QGroupBox*>())
         frame->updateGeometry();
@@ -92,7 +92,7 @@ void LoaderForm::placeControls(const LoaderWidgets& widgets, QSize screen) {
 
     const int bottom = style()->pixelMetric(QStyle::PM_LayoutBottomMargin, nullptr, this);
     const int gap = bottom / 2;
-    // A narrow window's scroll bar finds its room below the console.
+    // The scroll bar of a narrow window gets its room below the console.
     const int room = std::max(bottom, style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this));
     const int lines = kConsoleLines * QFontMetrics(widgets.txtStatus->font()).lineSpacing();
 

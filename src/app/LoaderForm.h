@@ -15,11 +15,11 @@ class LoaderForm : public QWidget {
     /// Builds the widgets, still without their captions.
     LoaderForm(LoaderWidgets& widgets, QWidget* parent);
 
-    /// Gives everything its designed place, by the sizes that fonts, scale and captions ask for. On a screen
-    /// that is wider than they are the names of the files get more room.
+    /// Gives everything its designed place, by the sizes that fonts, scale and captions need. On a screen
+    /// that is wider than they are, the names of the files get more room.
     void placeControls(const LoaderWidgets& widgets, QSize screen);
 
-    /// The designed size.
+    /// Returns the designed size.
     [[nodiscard]] QSize sizeHint() const override { return m_designSize; }
 
   private:

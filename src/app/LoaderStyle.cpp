@@ -50,7 +50,7 @@ void LoaderStyle::drawControl(ControlElement element, const QStyleOption* option
 void LoaderStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                 const QWidget* widget) const {
     QProxyStyle::drawPrimitive(element, option, painter, widget);
-    // Fusion derives the outline from the ground by darkening it; other styles know dark grounds.
+    // Fusion derives the outline from the ground by darkening it; other styles handle dark grounds.
     if (element == PE_IndicatorCheckBox && isDark(option->palette) &&
         baseStyle()->name() == QLatin1String("fusion"))
         drawOutline(

@@ -4,10 +4,10 @@
 
 namespace zrk {
 
-/// For texts that tell of something wrong; can be read on the palette's ground.
+/// Returns the colour of warnings, which is readable on the palette's ground.
 [[nodiscard]] QColor warningColor(const QPalette& palette);
 
-/// The desktop's style, with what it leaves invisible: a ring around a list or the console that has the
+/// The desktop's style, plus what it leaves invisible: a ring around a list or the console that has the
 /// keyboard, and the outlines of check boxes on a dark ground.
 class LoaderStyle final : public QProxyStyle {
     Q_OBJECT

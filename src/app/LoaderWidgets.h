@@ -23,7 +23,7 @@ class ElidedLabel;
 class FileNameEdit;
 class PortList;
 
-/// One slot's controls, in a row.
+/// The controls of one slot, in a row.
 struct SlotWidgets {
     QCheckBox* chkExeURK = nullptr;
     QLabel* lblFileChanged = nullptr;
@@ -45,7 +45,7 @@ struct LoaderWidgets {
 
     QPushButton* cmdPrgFlash = nullptr;
     QCheckBox* chkErase = nullptr;
-    QLabel* lblFlashTime = nullptr; ///< what programming the chosen image means in bytes and seconds
+    QLabel* lblFlashTime = nullptr; ///< bytes and seconds of programming the chosen image
     QPushButton* cmdStartPrimary = nullptr;
     QPushButton* cmdStartSecondary = nullptr;
     QPushButton* cmdURK = nullptr;
@@ -84,14 +84,14 @@ struct LoaderWidgets {
     QAction* mnuFile = nullptr;
 };
 
-/// Makes a widget with its control's name, which tests and accessibility tools find it by.
+/// Makes a widget with its control's name, by which tests and accessibility tools find it.
 template <typename W>
 W* named(W* widget, const QString& objectName) {
     widget->setObjectName(objectName);
     return widget;
 }
 
-/// The name of a control of an array, for example "chkExeURK_0".
+/// Returns the name of a control of an array, for example "chkExeURK_0".
 inline QString arrayName(const char* name, std::size_t index) {
     return QStringLiteral("%1_%2").arg(QLatin1String(name)).arg(index);
 }

@@ -33,7 +33,7 @@ namespace {
 
 constexpr double kTwipsPerInch = 1440.0;
 
-/// Sizes in pixels to twips and back.
+/// A converter of sizes in pixels to twips and back.
 class Twips {
   public:
     explicit Twips(const QWidget& widget)
@@ -82,7 +82,7 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
         this);
 
     m_panel->placeControls(m_widgets, screen()->availableSize());
-    // How small the window gets is up to the resize handler, not to what is in it.
+    // The resize handler, not the contents, decides how small the window gets.
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     resize(sizeHint());
     placeStatusPanels(m_widgets, width());
@@ -101,7 +101,7 @@ void MainWindow::fitInto(const QRect& available) {
 
 void MainWindow::shrinkInto(const QRect& available) {
     const QSize frame = frameGeometry().size() - size();
-    // Less high than this would be refused.
+    // A lower height would be refused.
     const int lowest = height() - m_widgets.txtStatus->height();
     const QSize room = available.size() - frame;
     resize(std::min(width(), room.width()), std::min(height(), std::max(lowest, room.height())));
@@ -132,7 +132,7 @@ void MainWindow::buildMenus(const QString& store) {
     connect(help, &QAction::triggered, this, [this] { showKeysHelp(this); });
 }
 
-/// Whoever does something else meanwhile is told by the desktop.
+/// Alerts a user who works in another window.
 void MainWindow::callWhenOver() {
     m_binder.follow(m_loader.state.OperationActive, [this] {
         if (!m_loader.state.OperationActive && isVisible())

@@ -19,8 +19,8 @@ class MainWindow final : public QMainWindow {
     Q_OBJECT
 
   public:
-    /// Loader and catalog must outlive the window; `store` is the file that keeps what is remembered from one
-    /// run to the next; `showAbout` opens the About box.
+    /// Loader and catalog must outlive the window; `store` is the file that keeps settings from one run to
+    /// the next; `showAbout` opens the About box.
     MainWindow(Loader& loader, const PortCatalog& catalog, const QString& store,
                std::function<void()> showAbout);
     ~MainWindow() override;

@@ -13,10 +13,10 @@ namespace zrk {
 namespace {
 
 constexpr std::chrono::milliseconds kRefreshInterval{1000};
-constexpr int kDeviceRole = Qt::AccessibleDescriptionRole; // which a screen reader tells behind the text
-constexpr int kIsThereRole = Qt::UserRole + 1;             // behind the role of an entry's own data
+constexpr int kDeviceRole = Qt::AccessibleDescriptionRole; // a screen reader reads it after the text
+constexpr int kIsThereRole = Qt::UserRole + 1;             // after the role of an entry's own data
 
-/// An entry of the open list with its device; its text is the port's name alone.
+/// Paints an entry of the open list with its device; its text is the port's name alone.
 class EntryDelegate final : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -66,7 +66,7 @@ bool PortList::event(QEvent* event) {
 void PortList::takeSelection() {
     const QModelIndexList selected = view()->selectionModel()->selectedRows();
     if (selected.size() != 1 || selected.first() == view()->currentIndex())
-        return; // the user goes through the open list and has not chosen yet
+        return; // the user moves within the open list and has not chosen yet
     hidePopup();
     setCurrentIndex(selected.first().row());
 }
@@ -90,7 +90,7 @@ void PortList::refreshWhileOpen() {
     if (!view()->isVisible())
         return m_whileOpen->stop();
     refresh();
-    // A tool tip that is being read follows, too.
+    // A tool tip that is being shown follows, too.
     const QPoint mouse = QCursor::pos();
     const QModelIndex entry = view()->indexAt(view()->viewport()->mapFromGlobal(mouse));
     if (QToolTip::isVisible() && entry.isValid())

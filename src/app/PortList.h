@@ -11,10 +11,9 @@ namespace zrk {
 class EventLoop;
 class Timer;
 
-/// `cmbComPort`: shows beside each entry of the open list the device behind it, greyed where there is none,
-/// and tells more in the tool tip. That is looked up whenever it may be seen and every second while the list
-/// is open, because adapters come and go. An entry that a screen reader or another tool selects in the list
-/// is chosen, as a click on it would be.
+/// `cmbComPort`: the open list shows the device beside each entry, greyed if there is none, and the tool tip
+/// shows more. It looks them up before it is shown and every second while the list is open, because adapters
+/// come and go. An entry that a screen reader or another tool selects in the list is chosen, as by a click.
 class PortList : public QComboBox {
     Q_OBJECT
 
@@ -22,13 +21,13 @@ class PortList : public QComboBox {
     explicit PortList(QWidget* parent = nullptr);
     ~PortList() override;
 
-    /// What there is to tell about a port.
+    /// The texts about a port.
     struct Description {
         QString device;
         QString toolTip;
         bool isThere = true;
     };
-    /// By port number; none for one that stands for no device.
+    /// The descriptions by port number; none for a number without a device.
     using Descriptions = QHash<int, Description>;
     void setDescriptions(EventLoop& loop, std::function<Descriptions()> lookUp);
 

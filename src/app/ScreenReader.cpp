@@ -15,7 +15,7 @@
 namespace zrk {
 namespace {
 
-/// A label's name is all that is read of it, so the text goes into the name.
+/// Puts the text into the name, since a screen reader reads only the name of a label.
 void nameWithText(Binder& binder, Label& value, QLabel* label, const QString& name) {
     binder.follow(value.Caption, [&value, label, name] {
         label->setAccessibleName(QStringLiteral("%1 %2").arg(name, value.Caption.value()).trimmed());

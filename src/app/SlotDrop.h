@@ -12,12 +12,12 @@ namespace zrk {
 
 struct LoaderWidgets;
 
-/// Takes an image file that is dropped on a slot's row.
+/// The target of an image file that is dropped on a slot's row.
 class SlotDrop : public QObject {
     Q_OBJECT
 
   public:
-    /// `accepts` tells whether drops are welcome now; `fill` gets the slot and the file's full path with
+    /// `accepts` returns whether drops are allowed now; `fill` gets the slot and the file's full path with
     /// the system's separators.
     SlotDrop(const LoaderWidgets& widgets, std::function<bool()> accepts,
              std::function<void(int slot, const QString& path)> fill, QObject* parent);
@@ -33,7 +33,7 @@ class SlotDrop : public QObject {
     std::function<void(int, const QString&)> m_fill;
 };
 
-/// The one local file in what is dragged; "" when it is something else or more than that.
+/// Returns the one local file of a drag; "" for anything else or more.
 [[nodiscard]] QString draggedFile(const QMimeData* data);
 
 } // namespace zrk

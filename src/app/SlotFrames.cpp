@@ -29,7 +29,7 @@ constexpr int kSlotSpacing = 4;
 constexpr int kLineSpacing = 2;
 constexpr int kAddressRoom = 4; // around an address, so that it does not look cut
 
-/// Room for so many wide digits inside a line edit's frame.
+/// Returns the width of so many digits inside a line edit's frame.
 int editWidth(const QLineEdit& edit, int characters) {
     const int text = edit.fontMetrics().horizontalAdvance(QString(characters, QLatin1Char('8')));
     return edit.sizeHint().width() - edit.fontMetrics().horizontalAdvance(QLatin1Char('x')) * 17 + text;
@@ -80,7 +80,7 @@ QGridLayout* makeFrame(LoaderWidgets& widgets, QGroupBox* frame, SlotFrame which
     return grid;
 }
 
-/// What is done with a frame's slots stands in the line of its title.
+/// Makes the row of a frame's buttons, in the line of its title.
 TitleRow* makeActions(QGroupBox* frame) {
     return new TitleRow(frame, kActionsInsideRight);
 }

@@ -38,7 +38,7 @@ void SnapBack::refuse(QSize lastGood) {
     if (m_window.size() != m_refused || m_sinceAttempt.elapsed() >= quiet.count())
         m_attempts = 0;
     m_refused = m_window.size();
-    // The same size at once as the answer means that it is held, and asking at once again is no use.
+    // The same size at once as the answer means that it is held, so another request at once is useless.
     if (m_attempts == 0 || m_sinceAttempt.elapsed() >= kInsistence.count())
         goBack();
     else
@@ -59,7 +59,7 @@ void SnapBack::goBack() {
         native->installEventFilter(this);
     {
         const QScopedValueRollback goingBack(m_goingBack, true);
-        // A request that went unheard leaves the window believing that it has the size: ask for another one.
+        // After an ignored request the window believes that it has the size: request another one.
         if (m_window.size() == m_lastGood)
             m_window.resize(m_lastGood + QSize(0, 1));
         m_window.resize(m_window.width(), m_lastGood.height());
@@ -70,8 +70,8 @@ void SnapBack::goBack() {
         m_retry.start(pauseAfter(m_attempts));
 }
 
-// What the system gives the window. The answer to an older request may come when the window has been given
-// another size since.
+// Follows the sizes that the system gives the window. The answer to an older request may come after the
+// window was given another size.
 bool SnapBack::eventFilter(QObject* /*watched*/, QEvent* event) {
     if (event->type() == QEvent::Resize && static_cast<QResizeEvent*>(event)->size() == m_lastGood &&
         m_window.size() == m_lastGood) {

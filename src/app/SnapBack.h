@@ -9,17 +9,17 @@ class QWidget;
 
 namespace zrk {
 
-/// Takes a window back to its last good size. A window manager may hold on to another size for a while, as
-/// long as the user drags for instance, and need not even answer; so it is asked again some times.
+/// A way back to a window's last good size. A window manager may keep another size for a while, for example
+/// while the user drags, and need not even answer; so the request is repeated some times.
 class SnapBack final : public QObject {
   public:
     /// The window must outlive this.
     explicit SnapBack(QWidget& window);
 
-    /// The window has a size that is too small.
+    /// Requests the last good size, because the window has one that is too small.
     void refuse(QSize lastGood);
 
-    /// The window has a size that it can keep.
+    /// Accepts the window's present size.
     void accept();
 
   protected:

@@ -31,7 +31,7 @@ void sink(QFrame* panel) {
 
 void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
     widgets.staStatus = named(new QStatusBar(&window), QStringLiteral("staStatus"));
-    // The status bar's own layout would move the panels with each width of the window and of their texts.
+    // The status bar's own layout would move the panels with the width of the window and of their texts.
     auto* panels = new QWidget(widgets.staStatus);
     widgets.firstPanel = named(new ElidedLabel(panels), QStringLiteral("staStatus_0"));
     widgets.secondPanel = named(new ElidedLabel(panels), QStringLiteral("staStatus_1"));

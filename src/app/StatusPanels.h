@@ -8,11 +8,11 @@ class Binder;
 struct Controls;
 struct LoaderWidgets;
 
-/// Builds the status bar: a panel for what is going on, one for counters, and one with the progress bar.
+/// Builds the status bar: a panel for the state, one for counters, and one with the progress bar.
 void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window);
 
 /// Gives the panels their places for a window that is so many pixels wide. They keep them at any other width
-/// and with any text: a narrower window cuts them off, and a wider one leaves the room on their right empty.
+/// and with any text: a narrower window cuts them off, a wider one leaves room on their right.
 void placeStatusPanels(const LoaderWidgets& widgets, int windowWidth);
 
 /// Shows the texts and the progress.

@@ -7,12 +7,12 @@ class QHBoxLayout;
 
 namespace zrk {
 
-/// Controls in the title's line of a group box, at its right end, where they take no height.
+/// A row of controls in the title's line of a group box, at its right end, where they take no height.
 class TitleRow : public QWidget {
     Q_OBJECT
 
   public:
-    /// `insideRight`: the distance to the box's right edge in pixels.
+    /// `insideRight` is the distance to the box's right edge in pixels.
     TitleRow(QGroupBox* box, int insideRight);
 
     void addWidget(QWidget* widget);
@@ -29,7 +29,7 @@ class TitleRow : public QWidget {
     int m_insideRight;
 };
 
-/// What a layout in the box keeps free at its top for the row.
+/// Returns what a layout in the box must keep free at its top for the row.
 [[nodiscard]] int roomFor(const TitleRow& row, const QGroupBox& box);
 
 } // namespace zrk

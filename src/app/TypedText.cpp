@@ -15,7 +15,7 @@ QString code(int character) {
     return QString(QChar(static_cast<ushort>(character)));
 }
 
-/// What a terminal of the usual kind sends for a key that has no character; nothing for other keys.
+/// Returns what a usual terminal sends for a key that has no character; nothing for other keys.
 QString keySequence(int key) {
     struct Sequence {
         int key;
@@ -39,7 +39,7 @@ QString keySequence(int key) {
     return found == kSequences.end() ? QString() : QString::fromLatin1(found->text);
 }
 
-/// Ctrl without Alt types control characters only.
+/// Returns the text of Ctrl without Alt, which types control characters only.
 QString controlText(int key, bool shift, const QString& text) {
     if (key >= Qt::Key_A && key <= Qt::Key_Z)
         return shift ? QString() : code(key - Qt::Key_A + 1);
@@ -57,7 +57,7 @@ QString singleByteText(const QString& text) {
 QString typedText(int key, Qt::KeyboardModifiers modifiers, const QString& text) {
     const bool control = modifiers.testFlag(Qt::ControlModifier);
     const bool alt = modifiers.testFlag(Qt::AltModifier);
-    // Both together are what AltGr is on some systems; there it types the key's third character.
+    // On some systems both together are AltGr, which types the key's third character.
     if ((alt && !control) || modifiers.testFlag(Qt::MetaModifier))
         return {};
     const bool plain = (modifiers & ~Qt::KeypadModifier) == Qt::NoModifier;

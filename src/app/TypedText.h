@@ -7,18 +7,18 @@ class QKeyEvent;
 
 namespace zrk {
 
-/// The characters that a key press types on the board's terminal, each with a code from 0 to 255:
+/// Returns the characters that a key press types on the board's terminal, each with a code from 0 to 255:
 ///
 ///   Enter 13, Backspace 8, Tab 9, Escape 27, Ctrl+A to Ctrl+Z 1 to 26, Ctrl+[ \ ] ^ _ 27 to 31
 ///   arrows, Home, End, Insert, Delete, Page Up and Down, F1 to F12   the usual terminal's ESC sequences
 ///   any other text as it stands, without the characters that have no single-byte code
 ///
-/// Empty for keys that type nothing: Alt and Ctrl+Shift combinations, and arrows and the like with a
+/// Returns "" for keys that type nothing: Alt and Ctrl+Shift combinations, and arrows and the like with a
 /// modifier.
 [[nodiscard]] QString typedText(int key, Qt::KeyboardModifiers modifiers, const QString& text);
 [[nodiscard]] QString typedText(const QKeyEvent& press);
 
-/// The text without the characters that do not fit into one byte.
+/// Returns the text without the characters that do not fit into one byte.
 [[nodiscard]] QString singleByteText(const QString& text);
 
 } // namespace zrk

@@ -49,7 +49,7 @@ WaitForCommForm::WaitForCommForm(QWidget* parent)
         if (m_dialog != nullptr)
             m_dialog->txtOut.Text = text;
     });
-    // Only those that get keys first hand: what they leave over climbs through the others.
+    // Only those that get keys first: they pass unhandled ones to the others.
     for (QWidget* control : findChildren<QWidget*>()) {
         if (control->focusPolicy() != Qt::NoFocus)
             control->installEventFilter(this);
@@ -86,10 +86,10 @@ bool WaitForCommForm::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void WaitForCommForm::keyPressEvent(QKeyEvent* event) {
-    // Keys that a control has seen were told already, on their way to it.
+    // Keys of a control were reported already, on their way to it.
     if (focusWidget() == nullptr)
         keyDown(*event);
-    // What the debug box makes of Enter must not go on to the default button, which cancels.
+    // An Enter that the debug box has handled must not reach the default button, which cancels.
     const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isEnter || focusWidget() != m_txtOut)
         QDialog::keyPressEvent(event);

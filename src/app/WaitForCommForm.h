@@ -13,22 +13,22 @@ class QPushButton;
 
 namespace zrk {
 
-/// `frmWaitForComm`, the wait dialog's window. One window serves every wait; between waits it is hidden
-/// and knows no dialog.
+/// `frmWaitForComm`, the wait dialog's window. One window serves every wait; between waits it is hidden and
+/// has no dialog.
 class WaitForCommForm final : public QDialog {
     Q_OBJECT
 
   public:
     explicit WaitForCommForm(QWidget* parent);
 
-    /// Comes up for `dialog`, modal to its parent, and returns at once.
+    /// Shows the window for `dialog`, modal to its parent, and returns at once.
     void openFor(WaitDialog& dialog);
 
-    /// Goes away and forgets the dialog.
+    /// Hides the window and forgets the dialog.
     void leave();
 
-    /// Escape, the close box and anything else that closes the window: it counts as a cancel. The
-    /// waiting loop then ends and hides the window.
+    /// Counts as a cancel: Escape, the close box and anything else that closes the window. The waiting loop
+    /// then ends and hides the window.
     void reject() override;
 
   protected:
@@ -53,7 +53,7 @@ class WindowWaitDialog final : public WaitDialogView {
     void show(WaitDialog& dialog) override;
     void hide() override;
 
-    /// The dialog's window while it is open, else null.
+    /// Returns the dialog's window while it is open, else null.
     [[nodiscard]] QWidget* openWindow() const;
 
   private:

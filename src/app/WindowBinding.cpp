@@ -50,7 +50,7 @@ void bindFileMark(Binder& binder, Label& value, QLabel* mark) {
     });
 }
 
-/// The folder of a slot's file, and the file that is really sent where links lead to another one.
+/// Shows the folder of a slot's file, and the file that is really sent if links lead to another one.
 void showToolTip(const TextBox& value, FileNameEdit* field) {
     const QString folder = printableText(value.ToolTipText);
     const QString real = value.Tag.value().isEmpty() ? QString() : realFileBehindLinks(value.Tag);
@@ -58,7 +58,7 @@ void showToolTip(const TextBox& value, FileNameEdit* field) {
         plainToolTip(real.isEmpty() ? folder : folder + QStringLiteral("\nReal file: ") + real));
 }
 
-/// "126,976 bytes, about 12 s on the line" for a slot's size.
+/// Returns "126,976 bytes, about 12 s on the line" for a slot's size.
 QString lineTimeOf(const Controls& controls, std::size_t slot) {
     const auto bytes = controls.sizeInBytes(slot);
     return bytes ? QStringLiteral("%1 bytes, %2 on the line")
@@ -66,7 +66,7 @@ QString lineTimeOf(const Controls& controls, std::size_t slot) {
                  : QString();
 }
 
-/// The same, and once it has been sent its checksum, to be compared with one that the board prints.
+/// Returns the same and, once it has been sent, its checksum, to compare with one that the board prints.
 QString sizeToolTip(const Loader& loader, std::size_t slot) {
     const std::optional<SentImage>& sent = loader.state.Sent[slot].value();
     return sent
@@ -95,7 +95,7 @@ void bindSlots(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
         binder.textBox(controls.txtStartAddress[i], row.txtStartAddress);
         binder.caption(controls.lblSize[i].Caption, row.lblSize);
         binder.caption(controls.lblCodeSize[i].Caption, row.lblCodeSize);
-        // In plain words, since the display itself is hexadecimal.
+        // In decimal, since the display itself is hexadecimal.
         const auto explain = [&loader, i, label = row.lblCodeSize] {
             label->setToolTip(sizeToolTip(loader, i));
         };
@@ -116,7 +116,7 @@ void bindButtons(Binder& binder, const LoaderWidgets& widgets, Controls& control
     bindButton(binder, controls.cmdTerminal, widgets.cmdTerminal, WhileBusy::Grey);
     bindButton(binder, controls.cmdCancel, widgets.cmdCancel, WhileBusy::AsItIs);
     bindButton(binder, controls.cmdValidateAdrs, widgets.cmdValidateAdrs, WhileBusy::Grey);
-    // With the protocols muted, an operation is fed by hand, so this stays live while one runs.
+    // With the protocols muted, the user feeds an operation by hand, so this stays live while one runs.
     bindButton(binder, controls.cmdOutput, widgets.cmdOutput, WhileBusy::AsItIs);
     binder.textBox(controls.txtOut, widgets.txtOut);
 }
@@ -160,7 +160,7 @@ void bindAddressList(AddressTree* list, Loader& loader) {
     loader.controls.lvwAdrs.onChange(show);
 }
 
-/// A device that is none of the machine's ports still says its name.
+/// Describes the ports; a device that is not one of the machine's ports still has its name.
 PortList::Descriptions describePorts(const Loader& loader, const PortCatalog& catalog) {
     PortList::Descriptions all;
     for (const ListEntry& entry : loader.controls.cmbComPort.List.value()) {

@@ -7,15 +7,15 @@ class PortCatalog;
 struct Loader;
 struct LoaderWidgets;
 
-/// Ties the main window's widgets to the loader's controls, both ways. While an operation runs, what
-/// would start another one or stall it is grey, whatever its control says. The catalog must outlive the
+/// Binds the main window's widgets to the loader's controls, both ways. While an operation runs, controls
+/// that would start another one or stall it are grey, whatever their value. The catalog must outlive the
 /// widgets.
 void bindWindow(Binder& binder, const LoaderWidgets& widgets, Loader& loader, const PortCatalog& catalog);
 
-/// Ends what the binder cannot end by itself: the console's and the address list's listeners.
+/// Removes the console's and the address list's listeners, which the binder cannot remove.
 void unbindWindow(Loader& loader);
 
-/// The order in which Tab goes through the window: by frames, as they stand.
+/// Sets the order of the Tab key: frame by frame, from top to bottom.
 void setTabOrders(const LoaderWidgets& widgets);
 
 } // namespace zrk

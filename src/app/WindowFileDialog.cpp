@@ -7,10 +7,10 @@
 namespace zrk {
 namespace {
 
-/// The dialog hides the pattern in the last parentheses, so an entry reads as it was asked for; a GTK
-/// desktop's own dialog cuts at the first ones and leaves the words before them.
+/// Returns the filter as the dialog needs it: it hides the pattern in the last parentheses, so an entry reads
+/// as requested; a GTK desktop's own dialog cuts at the first ones and leaves the words before them.
 QString dialogFilter(const FileFilter& filter) {
-    // "*.*" is every file only where a name without a dot matches it too.
+    // "*.*" means every file only if it matches a name without a dot, too.
     const QString pattern = filter.pattern == QLatin1String("*.*") ? QStringLiteral("*") : filter.pattern;
     return QStringLiteral("%1 (%2)").arg(filter.name, pattern);
 }

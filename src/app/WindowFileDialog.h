@@ -9,11 +9,11 @@ class QWidget;
 
 namespace zrk {
 
-/// The platform's own file dialog, on top of the main window. It opens where it was asked to, and once a file
-/// was chosen where that one is.
+/// The platform's own file dialog, on top of the main window. It opens in the requested folder, and after a
+/// choice in the folder of the chosen file.
 class WindowFileDialog final : public FileDialog {
   public:
-    /// Runs the dialog; True when a file was accepted.
+    /// Runs the dialog; returns true if a file was accepted.
     using Runner = std::function<bool(QFileDialog&)>;
 
     explicit WindowFileDialog(std::function<QWidget*()> parent, Runner run = {});

@@ -43,7 +43,7 @@ Answer WindowMessageBoxes::show(const MessageBox& box) {
         return Answer::Ok;
     }
     shown.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
-    shown.setDefaultButton(QMessageBox::No); // what Enter does in haste must lose nothing
+    shown.setDefaultButton(QMessageBox::No); // a hasty Enter must lose nothing
     shown.setEscapeButton(QMessageBox::No);
     return m_run(shown) == QMessageBox::Yes ? Answer::Yes : Answer::No;
 }

@@ -15,8 +15,8 @@ class WindowMessageBoxes final : public MessageBoxes {
     /// Runs a box and returns the button that ended it, a QMessageBox::StandardButton.
     using Runner = std::function<int(QMessageBox&)>;
 
-    /// `parent` names the window to belong to each time. `run` shows the box to a person unless a test
-    /// answers in their place.
+    /// `parent` returns the window that a box belongs to. `run` shows the box to a user unless a test answers
+    /// it.
     explicit WindowMessageBoxes(std::function<QWidget*()> parent, Runner run = {});
 
     Answer show(const MessageBox& box) override;

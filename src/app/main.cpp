@@ -30,7 +30,7 @@ int print(const zrk::AppCommandLine& commandLine) {
     return commandLine.exitStatus;
 }
 
-/// Something that has to be done before the process ends.
+/// An action that must be done before the process ends.
 class LastAct {
   public:
     LastAct() = default;
@@ -48,7 +48,7 @@ class LastAct {
     std::function<void()> m_act;
 };
 
-/// Help and version are to be had without a display.
+/// Returns whether help or version is requested, which need no display.
 bool asksForText(int argc, char** argv) {
     const std::set<std::string_view> questions{"-h", "--help", "-v", "--version"};
     return std::any_of(argv, argv + argc, [&](const char* argument) { return questions.contains(argument); });
@@ -75,7 +75,7 @@ int main(int argc, char** argv) {
     zrk::App app(*commandLine.options);
     QMetaObject::invokeMethod(
         &application, [&app] { app.start(); }, Qt::QueuedConnection);
-    // Of an exit() in the middle of all, which is what Qt does when the display is gone, only this is left.
+    // After an exit() in the middle, which Qt calls when the display is gone, only this runs.
     static LastAct lastAct;
     lastAct.become([&app] { app.endRecords(); });
     const int status = QApplication::exec();
