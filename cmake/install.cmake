@@ -1,12 +1,12 @@
-# What belongs to the programs on a system with manual pages and desktop entries. `cmake --install` takes all of it;
-# a package is one component of it: a rack needs no display library, and few need the simulated board.
+# The files that belong to the programs on a system with manual pages and desktop entries. `cmake --install` installs
+# all; a package is one component: a rack needs no display library, and few need the simulated board.
 include(GNUInstallDirs)
 set(zrk_doc ${CMAKE_INSTALL_DATADIR}/doc)
 
 foreach(program zrk-loader-cli zrk-loader zrk-board)
     install(TARGETS ${program} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${program})
     install(FILES docs/man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${program})
-    # The shell looks for a file of the command's name.
+    # The shell looks for a file with the command's name.
     install(FILES packaging/completions/zrk-loader-cli RENAME ${program}
             DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT ${program})
     install(FILES THIRD-PARTY.md DESTINATION ${zrk_doc}/${program} COMPONENT ${program})
@@ -14,10 +14,11 @@ foreach(program zrk-loader-cli zrk-loader zrk-board)
 endforeach()
 
 install(FILES README.md SECURITY.md CHANGELOG.md DESTINATION ${zrk_doc}/zrk-loader-cli COMPONENT zrk-loader-cli)
-# Where README's links lead.
+# The documents that README links.
 install(FILES docs/architecture.md docs/command-line.md docs/ini-file.md docs/integrity.md docs/json.md
               docs/packages.md docs/racks.md docs/scripts.md docs/trace.md docs/troubleshooting.md docs/window.md
         DESTINATION ${zrk_doc}/zrk-loader-cli/docs COMPONENT zrk-loader-cli)
+install(DIRECTORY docs/images DESTINATION ${zrk_doc}/zrk-loader-cli/docs COMPONENT zrk-loader-cli)
 install(FILES packaging/udev/70-zrk-loader.rules DESTINATION ${zrk_doc}/zrk-loader-cli/examples
         COMPONENT zrk-loader-cli)
 
