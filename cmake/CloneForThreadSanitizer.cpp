@@ -1,9 +1,9 @@
 #include <dlfcn.h>
 #include <sys/types.h>
 
-// QProcess starts a child within this process's memory, until it is another program. The thread sanitizer's
-// own clone goes on there as that child, which watches no locks any more, and from then on reports every lock
-// of the parent as missing; so the system's is taken.
+// QProcess starts a child within this process's memory, until it becomes another program. The thread
+// sanitizer's own clone continues there as that child, which no longer watches locks, and from then on
+// reports every lock of the parent as missing; so this calls the system's.
 extern "C" int clone(int (*run)(void*), void* stack, int flags, void* argument, pid_t* parentId, void* tls,
                      pid_t* childId) {
     using Clone = int(int (*)(void*), void*, int, void*, ...);

@@ -1,4 +1,4 @@
-# Run by CPack between installing into its own folders and packing them: what Debian's rules ask of the files.
+# Applies Debian's rules to the files; CPack runs it between installing into its own folders and packing them.
 foreach(package ${CPACK_COMPONENTS_ALL})
     set(root ${CPACK_TEMPORARY_DIRECTORY}/${package}${CPACK_PACKAGING_INSTALL_PREFIX}/share)
     file(COPY ${CMAKE_CURRENT_LIST_DIR}/../packaging/debian/changelog DESTINATION ${root}/doc/${package}

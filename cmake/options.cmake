@@ -1,5 +1,4 @@
-# A faster linker and a cache of what was compiled, where this machine has them. What is shipped is linked by the
-# system's own linker.
+# A faster linker and a compiler cache, if this machine has them. Releases are linked by the system's own linker.
 option(ZRK_FAST_TOOLS "Use mold and ccache where they are installed (Debug only)" ON)
 if(ZRK_FAST_TOOLS AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT CMAKE_CROSSCOMPILING)
     include(CheckLinkerFlag)
@@ -14,10 +13,10 @@ if(ZRK_FAST_TOOLS AND CMAKE_BUILD_TYPE STREQUAL "Debug" AND NOT CMAKE_CROSSCOMPI
     endif()
 endif()
 
-# What every target of this project is compiled with.
+# The options for every target of this project.
 add_library(zrk_options INTERFACE)
 target_compile_options(zrk_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
-if(CMAKE_UNITY_BUILD) # where every source but the first counts as a header
+if(CMAKE_UNITY_BUILD) # every source but the first counts as a header there
     target_compile_options(zrk_options INTERFACE -Wno-subobject-linkage)
 endif()
 if(ZRK_WERROR)
@@ -43,7 +42,7 @@ elseif(ZRK_SANITIZE STREQUAL "fuzz")
 elseif(ZRK_SANITIZE)
     message(FATAL_ERROR "ZRK_SANITIZE is \"${ZRK_SANITIZE}\": it may be address, thread, fuzz or empty.")
 endif()
-# The same commit gives the same bytes, wherever it is built. A debugger wants to find the sources where they are.
+# The same commit gives the same bytes, wherever it is built. A debugger must find the sources at their place.
 target_compile_options(zrk_options INTERFACE
     $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>
     $<$<NOT:$<CONFIG:Debug>>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>)

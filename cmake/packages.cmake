@@ -1,5 +1,5 @@
-# Debian's packages, made of what is installed: by CPack, since install.cmake says already what belongs where, and a
-# second list for debhelper would have to be kept the same. packaging/debian/build runs it.
+# Debian's packages, made by CPack of what is installed: install.cmake lists the files already, and debhelper would need
+# a second list. packaging/debian/build runs it.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zrk-loader)
 set(CPACK_PACKAGE_CONTACT "the ZRK loader developers <maintainers@users.noreply.c-seed-43d7f716.example>")
@@ -20,7 +20,7 @@ programs the NAND flash, is a terminal on the same line, and runs small
 send-and-wait scripts.
 ")
 
-# zrk_package(NAME SUMMARY DESCRIPTION): what apt tells of a package; lines of at most 80 characters.
+# zrk_package(NAME SUMMARY DESCRIPTION): what apt shows of a package; lines of at most 80 characters.
 function(zrk_package name summary description)
     string(TOUPPER ${name} component)
     set(CPACK_DEBIAN_${component}_PACKAGE_NAME ${name} PARENT_SCOPE)

@@ -1,4 +1,4 @@
-# zrk_telnet: libtelnet, which brings no description of itself for CMake.
+# zrk_telnet: libtelnet, which has no CMake files of its own.
 find_path(TELNET_INCLUDE_DIR libtelnet.h)
 find_library(TELNET_LIBRARY telnet)
 if(NOT TELNET_INCLUDE_DIR OR NOT TELNET_LIBRARY)

@@ -24,7 +24,7 @@ LIMIT = 600  # seconds; only a fault lasts that long
 
 
 class Bench:
-    """A board that gets its power cycled by the target only, and an environment like the example's."""
+    """A board whose power only the target cycles, and an environment like the example's."""
 
     def __init__(self, folder, *board_options):
         self.folder = folder
@@ -40,7 +40,7 @@ class Bench:
         self.config["targets"]["main"]["resources"]["RawSerialPort"]["port"] = str(self.link)
         self.drivers["ExternalPowerDriver"]["cmd_cycle"] = str(folder / "cycle")
         self.drivers["ZrkLoaderDriver"].update(timeout=LIMIT, options=["--wait", LIMIT, "--expect-timeout", LIMIT])
-        self.config["imports"] = ["zrkloader"]  # as a file it would be registered anew by each test
+        self.config["imports"] = ["zrkloader"]  # as a file, each test would register it again
         self.config["tools"]["zrk-loader-cli"] = str(PROGRAMS / "zrk-loader-cli")
         self.target = None
 
@@ -64,7 +64,7 @@ class Bench:
         end = time.monotonic() + LIMIT
         while b"%04X" % port not in b"".join(
             line for line in pathlib.Path("/proc/net/tcp").read_bytes().splitlines() if b" 0A " in line
-        ):  # a connection just for looking would take the port from the loader
+        ):  # a test connection would take the port from the loader
             assert time.monotonic() < end and self.processes[-1].poll() is None, "ser2net does not listen"
             time.sleep(0.05)
         self.config["targets"]["main"]["resources"] = {
@@ -112,7 +112,7 @@ def bench(tmp_path):
 
 @pytest.mark.parametrize("protocol", [None, *FAR])
 def test_brings_a_board_up_and_gives_the_port_back(bench, protocol):
-    """In two runs, so that what the first leaves on the line would be seen; each load cycles the power once."""
+    """In two runs, to see what the first leaves on the line; each load cycles the power once."""
     here = bench("--baud", "1152000", "--power-on-delay", "1.5")
     here.drivers["ZrkLoaderDriver"]["options"] += ["--line-rate", 115200]
     if protocol:
@@ -141,7 +141,7 @@ def test_brings_a_board_up_and_gives_the_port_back(bench, protocol):
         ([], {"images": {}}, "usage .*status 2.*--primary FILE"),
     ],
 )
-def test_failures_tell_the_reason_and_give_the_port_back(bench, board, change, reason):
+def test_failures_have_a_reason_and_release_the_port(bench, board, change, reason):
     here = bench(*board)
     here.drivers["ZrkLoaderDriver"].update(change)
     console = here.driver("SerialDriver")
@@ -150,7 +150,7 @@ def test_failures_tell_the_reason_and_give_the_port_back(bench, board, change, r
     assert console.state.name == "active"
 
 
-def test_a_power_switch_that_fails_leaves_no_loader_behind(bench):
+def test_a_power_switch_that_fails_ends_the_loader(bench):
     here = bench()
     here.drivers["ExternalPowerDriver"]["cmd_cycle"] = "false"
     with pytest.raises(subprocess.CalledProcessError):

@@ -19,21 +19,21 @@ from labgrid.util.proxy import proxymanager
 
 SPEED = 115200
 POWER_ON = "Waiting for the board's power-on"
-SENDS = {  # which images a step uses; the loader rejects those that no step does
+SENDS = {  # the images of each step; the loader rejects those that no step uses
     "load": {"primary", "secondary"},
     "download": {"uboot", "rootfs", "kernel"},
     "check": {"secondary", "uboot", "rootfs", "kernel"},
     "flash": {"pg-sibl", "flash"},
 }
-PATIENCE = 10.0  # seconds that a loader gets to leave the board alone after an interrupt
+PATIENCE = 10.0  # seconds that a loader gets to end after an interrupt
 
 
 @attr.s(frozen=True)
 class LoaderRun:
-    """What a run that went well has to tell."""
+    """The results of a successful run."""
 
     console = attr.ib()  # the loader's console
-    board = attr.ib()  # what programs on the board said, of the steps that listen
+    board = attr.ib()  # output of programs on the board, from steps that listen
     seconds = attr.ib()
     bytes = attr.ib()  # of images
 
@@ -43,7 +43,7 @@ def _texts(events, kind):
 
 
 def _last_words(events):
-    """What was told after the last sign of life: what went wrong, without what was still in order."""
+    """Returns the messages after the last sign of life: they describe the failure."""
     alive = [i for i, e in enumerate(events) if e["event"] in ("wait", "progress") or e.get("state") == "begin"]
     return [" ".join(text.split()) for text in _texts(events[max(alive, default=0) :], "message")]
 
@@ -107,7 +107,7 @@ class ZrkLoaderDriver(Driver):
             return self._outcome(events, process.returncode, remarks.read().splitlines())
 
     def command(self, steps, options=None):
-        """The command that runs the steps."""
+        """Returns the command that runs the steps."""
         config = self.target.env.config if self.target.env else None
         command = [(config and config.get_tool("zrk-loader-cli")) or "zrk-loader-cli", "--json"]
         command += ["--port", self._device(), "--timeout", f"{self.timeout:g}"]
@@ -150,7 +150,7 @@ class ZrkLoaderDriver(Driver):
 
     @contextlib.contextmanager
     def _ended(self, process):
-        """Whatever happens to the test, no loader stays behind on the port."""
+        """Ends the loader, whatever happens to the test."""
         try:
             yield
         except BaseException:
@@ -165,7 +165,7 @@ class ZrkLoaderDriver(Driver):
 
     def _follow(self, lines):
         events = []
-        asked = False  # for the power, which is told every second
+        asked = False  # for the power, which is reported every second
         unfinished = ""
         for line in lines:
             event = json.loads(line)
@@ -189,7 +189,7 @@ class ZrkLoaderDriver(Driver):
 
     def _cycle(self):
         if self.power is None:
-            self.logger.warning("cycle the power of the board: this target has no driver for that")
+            self.logger.warning("this target has no power driver: cycle the board's power by hand")
             return
         self.power.cycle()
 

@@ -1,5 +1,5 @@
-// Preloaded into Wine: gives pseudo-terminals, which have no modem lines, a DTR and an RTS, and writes into
-// the file that ZRK_MODEM_LINES names what these are after each change, with the time in milliseconds.
+// A library for Wine: gives pseudo-terminals, which have no modem lines, a DTR and an RTS, and writes their
+// states after each change into the file that ZRK_MODEM_LINES names, with the time in milliseconds.
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// What a line carries when a program does nothing else: opens a port, writes blocks of 512 bytes one after
-// the other, and prints the bytes a second. The loader's own speed is measured beside it.
+// Measures what a line carries when a program does nothing else: opens a port, writes blocks of 512 bytes one
+// after the other, and prints the bytes a second, to compare with the loader's speed.
 //
 //   plain-writer PORT BYTES
 #include <algorithm>

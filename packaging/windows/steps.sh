@@ -1,4 +1,4 @@
-# What the recipes of this folder share. Read by them, after `name` is set.
+# The common part of this folder's recipes. They read it after setting `name`.
 # shellcheck shell=bash
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$(cd "$here/../.." && pwd)
@@ -18,7 +18,7 @@ version_of() { # PACKAGE: the version of the source of an installed package
         stop "The package $1 is missing. Run packaging/install-dependencies windows."
 }
 
-run() { # COMMAND...: keeps its output in $log, of which the end is shown if it fails
+run() { # COMMAND...: keeps its output in $log, and shows the end of that if it fails
     "$@" >>"$log" 2>&1 || {
         tail -n 25 "$log" >&2
         stop "This failed: $*
@@ -26,9 +26,9 @@ $name: All of it is in $log. What is built stays where it is: run the same again
     }
 }
 
-# begin VERSION: sets `prefix`, prints it and ends the recipe if it is complete; else takes the lock and makes
-# `work` for building. The name tells the version, the recipe and what it was built with, so that a change of
-# any of them builds anew.
+# begin VERSION: sets `prefix`, prints it and ends the recipe if it is complete; else takes the lock and makes `work`
+# for building. The name contains the version, the recipe and the compiler, so that a change of any of them builds
+# again.
 begin() {
     local compiler key
     compiler=$(dpkg-query -W -f='${Version}' g++-mingw-w64-x86-64-posix 2>/dev/null) ||
@@ -54,9 +54,9 @@ begin() {
     : >"$log"
 }
 
-# fetch SOURCE VERSION SUITE...: unpacks a source package of Debian, with its patches, to $work/SOURCE. The list
-# of sources is one of its own, so that nothing of this machine's configuration changes and nobody needs root;
-# the archive's signature is checked as ever.
+# fetch SOURCE VERSION SUITE...: unpacks a source package of Debian, with its patches, to $work/SOURCE. It uses its own
+# list of sources, so that this machine's configuration does not change and root is not needed; the archive's signature
+# is checked.
 fetch() {
     [ ! -e "$work/$1" ] || return 0
     say "Fetching the source of $1 $2 from $mirror ..."
@@ -80,6 +80,6 @@ complete() {
     rm -rf "$prefix"
     mv "$1" "$prefix"
     rm -rf "$work"
-    say "Kept in $prefix ($(du -sh "$prefix" | cut -f1))."
+    say "Stored in $prefix ($(du -sh "$prefix" | cut -f1))."
     echo "$prefix"
 }
