@@ -74,8 +74,8 @@ Fault parseFault(std::string_view text) {
         if (position) {
             const auto offset = parseNumber(*position);
             if (!offset || *offset > lastOffset(*step))
-                reject(text, "@ takes an offset within the answer, 0 to " +
-                                 std::to_string(lastOffset(*step)));
+                reject(text,
+                       "@ takes an offset within the answer, 0 to " + std::to_string(lastOffset(*step)));
             fault.position = static_cast<std::size_t>(*offset);
         }
         if (argument)

@@ -96,9 +96,8 @@ void setOdds(WireFaults& faults, std::string_view item) {
 void check(const WireOdds& odds) {
     constexpr double kRounding = 1e-9;
     if (std::accumulate(odds.begin(), odds.end(), 0.0) > 1.0 + kRounding)
-        throw std::invalid_argument(
-            "a byte meets one fault at most, so the probabilities of a direction "
-            "are no more than 1 together");
+        throw std::invalid_argument("a byte meets one fault at most, so the probabilities of a direction "
+                                    "are no more than 1 together");
 }
 
 } // namespace

@@ -45,8 +45,7 @@ Duration time(Text text) {
 std::string escapedText(Text text) {
     const auto plain = unescape(text);
     if (!plain)
-        throw std::invalid_argument(
-            "expected r, n, t, a backslash, or x and two digits after a backslash");
+        throw std::invalid_argument("expected r, n, t, a backslash, or x and two digits after a backslash");
     return *plain;
 }
 

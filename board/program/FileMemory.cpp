@@ -28,8 +28,8 @@ FileMemory::FileMemory(std::string path, std::uint64_t size, std::uint8_t fillin
         fail(m_path, "it is not a regular file");
     const auto length = static_cast<std::uint64_t>(status.st_size);
     if (length != 0 && length != size)
-        fail(m_path, "it has " + std::to_string(length) + " bytes instead of " +
-                         std::to_string(size) + "; name one that is missing or empty to get a new memory");
+        fail(m_path, "it has " + std::to_string(length) + " bytes instead of " + std::to_string(size) +
+                         "; name one that is missing or empty to get a new memory");
     if (length == 0)
         makeFilled(filling);
 }

@@ -41,8 +41,8 @@ struct SharedState {
     QString DialogFolder; ///< where the file dialogs begin: the program's own folder
     QString HeardBehind;  ///< what terminal mode has received after the text that a script waited for last
     QString Remark;       ///< for the first status panel while nothing runs, until the user's next action
-    QString Unanswered; ///< the request that the reply time-out ran out for, in words
-    QString LastSent;   ///< what the board's next answer is about, in words
+    QString Unanswered;   ///< the request that the reply time-out ran out for, in words
+    QString LastSent;     ///< what the board's next answer is about, in words
     std::array<QString, 8> SlotNames;
     std::int32_t BytesSent = 0;      ///< code bytes handed over by the current image transfer
     std::int32_t BytesTotal = 0;     ///< code bytes of the current image transfer

@@ -63,9 +63,8 @@ QString boardHint(Outcome outcome, const QByteArray& received, const QString& po
                    "the board's power.")
             .arg(port);
     if (looksGarbled(received))
-        return QStringLiteral(
-                   "The data from %1 is garbled: check the speed (115200 8N1), the ground and the "
-                   "cable%2.")
+        return QStringLiteral("The data from %1 is garbled: check the speed (115200 8N1), the ground and the "
+                              "cable%2.")
             .arg(port, stuckBits(received));
     if (looksLikeText(received))
         return QStringLiteral("The board runs a program that prints text instead of waiting in its boot ROM: "

@@ -112,8 +112,9 @@ Operation::End MemoryCheck::compare(std::size_t slot, const QString& command, st
         if (answer.isOver(now - last))
             m_link.operation.fail(
                 Outcome::WrongAnswer,
-                QStringLiteral("%1: the board does not confirm CRC-32 %2 of what was sent. It answered: %3. "
-                               "Either the memory holds something else, or the command does not print a CRC-32: %4")
+                QStringLiteral(
+                    "%1: the board does not confirm CRC-32 %2 of what was sent. It answered: %3. "
+                    "Either the memory holds something else, or the command does not print a CRC-32: %4")
                     .arg(title, sum, quotedEnd(answer.text()), asked));
         if (now - begin >= limit)
             m_link.operation.fail(Outcome::LimitReached,

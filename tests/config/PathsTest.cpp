@@ -56,8 +56,7 @@ TEST(Paths, FileExists) {
     for (const QString& path : {b.bench.folder.path(), QString("/sys/kernel/notes"),
                                 b.bench.folder.filePath("missing"), QString(), QString(QChar::Null)})
         EXPECT_FALSE(zrk::FileExists(path, false)) << path.toStdString();
-    EXPECT_FALSE(zrk::FileExists("/proc/self/status", true))
-        << "not an image, but made to be read";
+    EXPECT_FALSE(zrk::FileExists("/proc/self/status", true)) << "not an image, but made to be read";
 }
 
 } // namespace

@@ -20,7 +20,8 @@ TEST_F(Memory, IsComparedWithTheBoardsChecksum) {
         {{"old words 00C0FFEE \r\n", "@\r\nsum 00C0FFE0\r\n> "},
          Outcome::WrongAnswer,
          "UBoot image: the board does not confirm CRC-32 00C0FFEE of what was sent. It answered: \"sum "
-         "00C0FFE0\\r\\n>\". Either the memory holds something else, or the command does not print a CRC-32: crc32 "
+         "00C0FFE0\\r\\n>\". Either the memory holds something else, or the command does not print a CRC-32: "
+         "crc32 "
          "0x80000004 0xA000"},
         {{"@\r\n", "00C0FFEE", "0 1200C0FFEE\r\n> "}, Outcome::WrongAnswer, "It answered: \"00C0FFEE0 12"},
         {{"@\r\nreading\r\n", "", "", "", "", "", "", "", "", "00C0FFEE\r\n> "}, Outcome::Done, ""},
