@@ -185,6 +185,7 @@ void IniLoader::applyFile(int slot, const QString& path, const QString& address)
         return;
     }
     m_addressFaults[static_cast<std::size_t>(slot)] = addressFault(slot, address);
+    m_missingFiles[static_cast<std::size_t>(slot)].clear();
     m_desk.controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
     m_addresses.txtStartAddress_Validate(slot);
     m_slots.fill(slot, path);
@@ -200,6 +201,7 @@ void IniLoader::clearSlot(int slot, const QString& path) {
     m_desk.controls.lblFileChanged[i].Caption = QString();
     m_desk.state.Sent[i] = std::nullopt;
     m_addressFaults[i].clear();
+    m_missingFiles[i] = path;
     m_desk.controls.chkExeURK[i].Value = 0;
     if (slot == kPrimaryBoot)
         m_desk.controls.cmdStartPrimary.Enabled = false;

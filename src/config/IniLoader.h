@@ -38,6 +38,11 @@ class IniLoader {
         return m_addressFaults.at(static_cast<std::size_t>(slot));
     }
 
+    /// Returns the missing, empty or unreadable file that the slot was last to be filled with, or "".
+    [[nodiscard]] const QString& missingFileOf(int slot) const {
+        return m_missingFiles.at(static_cast<std::size_t>(slot));
+    }
+
     /// Fills one slot from a value "file[,address]"; "" leaves it untouched.
     void applyValue(int slot, const QString& value);
 
@@ -59,6 +64,7 @@ class IniLoader {
     int m_moreNameRemarks = 0;                ///< left out of m_nameRemarks
     std::array<bool, kSlotCount> m_isNamed{}; ///< which slots the file that was read last has a value for
     std::array<QString, kSlotCount> m_addressFaults;
+    std::array<QString, kSlotCount> m_missingFiles;
 };
 
 } // namespace zrk
