@@ -13,7 +13,7 @@ constexpr std::size_t kMostTold = 10;
 
 // A loader empties its port after it has opened it; what comes before that would be lost.
 constexpr auto kOpening = std::chrono::milliseconds(100);
-// Nobody waits for the time that the user took to switch the power on.
+// A replay does not wait as long as the user took to switch the power on.
 constexpr auto kLongestOpening = std::chrono::seconds(2);
 
 // The times at which the traced loader's line was through with each byte.

@@ -61,7 +61,7 @@ class ZrkLoaderDriver(Driver):
         timeout (float): seconds for a whole run
 
     With a driver of the PowerProtocol in the target, the power is cycled when the loader waits for that;
-    without one, somebody has to.
+    without one, a person has to.
     """
 
     bindings = {"port": {"SerialPort", "NetworkSerialPort"}, "power": {PowerProtocol, None}}

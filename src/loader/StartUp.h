@@ -16,8 +16,8 @@ class StartUp {
     /// names, header, buttons.
     void prepare(const ProgramFacts& facts);
 
-    /// Calls prepare(), then presets the slots from the INI file at `iniPath`. Shows a message box if there
-    /// is none. Run once. Yields.
+    /// Calls prepare(), then presets the slots from the INI file at `iniPath`. Shows a message box if it
+    /// is missing. Run once. Yields.
     void Form_Load(const ProgramFacts& facts, const QString& iniPath);
 
   private:

@@ -36,7 +36,7 @@ class Counted {
 
 } // namespace
 
-Monkey::Monkey(std::uint64_t seed, bool tells) : m_seed(seed), m_tells(tells) {
+Monkey::Monkey(std::uint64_t seed, bool prints) : m_seed(seed), m_prints(prints) {
     m_acts.mayMute = seed % 4 == 3;
     m_room.answer = [this](QMessageBox& box) { return answer(box); };
     m_room.readAbout = [this](QDialog& about) { readAbout(about); };
@@ -221,7 +221,7 @@ void Monkey::bringUp() {
 void Monkey::note(const QString& what) {
     const auto time = std::chrono::duration<double>(m_room.loop.elapsed());
     m_told += QStringLiteral("%1 %2").arg(time.count(), 9, 'f', 3).arg(what);
-    if (m_tells)
+    if (m_prints)
         std::fprintf(stderr, "%s\n", m_told.last().toUtf8().constData());
     if (m_told.size() > kMostTold)
         m_told.removeFirst();

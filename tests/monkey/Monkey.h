@@ -8,8 +8,8 @@ namespace zrkmonkey {
 /// Checks after each what must always hold.
 class Monkey {
   public:
-    /// Takes `tells`: whether each act is printed before it happens, which a crash or a hang cannot undo.
-    Monkey(std::uint64_t seed, bool tells);
+    /// Takes `prints`: whether each act is printed before it happens, which a crash or a hang cannot undo.
+    Monkey(std::uint64_t seed, bool prints);
 
     void play(int acts);
 
@@ -37,7 +37,7 @@ class Monkey {
     void checkIdle();
 
     std::uint64_t m_seed;
-    bool m_tells;
+    bool m_prints;
     QStringList m_told;
     QStringList m_faults;
     int m_depth = 0;
