@@ -42,7 +42,7 @@ class Person final : public zrk::MessageBoxes, public zrk::FileDialog, public zr
         m_loop.after(m_powerOnAfter, m_powerOn);
         m_loop.after(kPowerOnLimit, [this] {
             if (m_dialog != nullptr)
-                m_dialog->giveUp();
+                m_dialog->giveUp(zrk::Outcome::LimitReached);
         });
     }
     void hide() override { m_dialog = nullptr; }

@@ -26,6 +26,7 @@ void check(const zrk::CliOptions& options) {
          {limits.run, limits.wait, limits.waitPort, limits.flash, limits.expect, limits.script})
         checkLimit(limit);
     checkLimit(limits.start);
+    checkLimit(limits.onWait);
 }
 
 /// Makes the plan, which finds what is wrong before anything is sent.
@@ -35,7 +36,7 @@ void plan(const zrk::CliOptions& options) {
         under.loader.iniLoader.applyValue(static_cast<int>(slot), options.slotValues[slot]);
     under.loader.controls.cmbComPort.ListIndex = options.program.portNumber - 1;
     const zrk::IniChoice ini{QStringLiteral("/none.INI"), QStringLiteral("/")};
-    zrk::Plan plan(under.loader, options.steps, ini);
+    zrk::Plan plan(under.loader, options.steps, ini, options.dtr.has_value());
     require(!plan.stepsText().isEmpty(), "steps have names");
     plan.check();
     (void)plan.warnings();
