@@ -78,13 +78,12 @@ std::size_t MuteListener::floodOne(std::size_t most) const {
 }
 
 SerialServer::SerialServer(const QString& device) : m_rawPort(freePort()), m_telnetPort(freePort()) {
-    QString program = QStandardPaths::findExecutable(QStringLiteral("ser2net"));
-    if (program.isEmpty()) // not in an ordinary user's path
-        program = QStandardPaths::findExecutable(QStringLiteral("ser2net"), {QStringLiteral("/usr/sbin")});
-    if (program.isEmpty())
-        throw std::runtime_error("ser2net is missing; install it: apt-get install ser2net");
-    const QString path = m_folder.filePath(QStringLiteral("ser2net.yaml"));
-    QFile file(path);
+    writeSettings(device);
+    start();
+}
+
+void SerialServer::writeSettings(const QString& device) const {
+    QFile file(settings());
     if (!file.open(QIODevice::WriteOnly))
         throw std::runtime_error("cannot write a file for ser2net's settings");
     const auto connection = [&](const char* name, const QString& accepter) {
@@ -94,9 +93,20 @@ SerialServer::SerialServer(const QString& device) : m_rawPort(freePort()), m_tel
     };
     connection("raw", QStringLiteral("tcp,127.0.0.1,%1").arg(m_rawPort));
     connection("telnet", QStringLiteral("telnet(rfc2217),tcp,127.0.0.1,%1").arg(m_telnetPort));
-    file.close();
+}
+
+QString SerialServer::settings() const {
+    return m_folder.filePath(QStringLiteral("ser2net.yaml"));
+}
+
+void SerialServer::start() {
+    QString program = QStandardPaths::findExecutable(QStringLiteral("ser2net"));
+    if (program.isEmpty()) // not in an ordinary user's path
+        program = QStandardPaths::findExecutable(QStringLiteral("ser2net"), {QStringLiteral("/usr/sbin")});
+    if (program.isEmpty())
+        throw std::runtime_error("ser2net is missing; install it: apt-get install ser2net");
     m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.start(program, {"-n", "-d", "-c", path});
+    m_process.start(program, {"-n", "-d", "-c", settings()});
     // "-d" alone does not report when it listens, and a connection would occupy the device for a moment.
     QElapsedTimer clock;
     clock.start();

@@ -23,7 +23,13 @@ class SerialServer {
 
     void kill();
 
+    // After a kill(): the same ports once more.
+    void start();
+
   private:
+    [[nodiscard]] QString settings() const;
+    void writeSettings(const QString& device) const;
+
     QTemporaryDir m_folder;
     int m_rawPort;
     int m_telnetPort;

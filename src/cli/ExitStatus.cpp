@@ -49,6 +49,8 @@ QString reasonOf(ExitStatus status, Outcome outcome) {
         return outcomeName(Outcome::PortNotOpened);
     case ExitStatus::PortLost:
         return outcomeName(Outcome::PortLost);
+    case ExitStatus::PowerNotSwitched:
+        return outcomeName(Outcome::PowerNotSwitched);
     case ExitStatus::Cancelled:
         return outcomeName(Outcome::Cancelled);
     default:

@@ -16,12 +16,26 @@ void PowerOnNotice::show(WaitDialog& dialog) {
     m_dialog = &dialog;
     m_output.notice(dialog.lblMsg.Caption);
     if (m_switch.isSet())
-        m_switch.start(m_output.place().port, [this](const QString& fault) { onSwitched(fault); });
+        startSwitch();
     else if (m_limit)
         m_timer->start(*m_limit);
 }
 
+void PowerOnNotice::startSwitch() {
+    m_switch.start(m_output.place().port, [this](const QString& fault) { onSwitched(fault); });
+}
+
+bool PowerOnNotice::switchPower(const std::function<bool()>& isStopped) {
+    m_output.notice(QStringLiteral("The port is not there: the command of --on-wait switches the power."));
+    startSwitch();
+    const auto look = m_loop.wakeEvery(EventLoop::kLook);
+    while (m_switch.isRunning() && !isStopped())
+        m_loop.wait();
+    return !m_switch.isRunning() && !m_hasFailed;
+}
+
 void PowerOnNotice::onSwitched(const QString& fault) {
+    m_hasFailed = !fault.isEmpty();
     if (!fault.isEmpty())
         m_output.tell(fault);
     else if (!m_switch.said().isEmpty())

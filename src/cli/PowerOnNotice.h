@@ -6,6 +6,7 @@
 #include "platform/EventLoop.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace zrk {
@@ -31,6 +32,9 @@ class PowerOnNotice final : public WaitDialogView {
     [[nodiscard]] bool countsBootId() const override { return !m_switch.isRunning(); }
     [[nodiscard]] std::optional<std::chrono::milliseconds> reopeningLimit(const QString& why) override;
 
+    /// Has the power switched before there is a port; yields. False when that failed, or when `isStopped`.
+    [[nodiscard]] bool switchPower(const std::function<bool()>& isStopped);
+
     /// Waits, yielding, for a switch that is still under way after the wait for the board has been given up:
     /// to its own limit, or until `end`.
     void awaitSwitch(std::optional<TimePoint> end);
@@ -40,6 +44,7 @@ class PowerOnNotice final : public WaitDialogView {
 
   private:
     void giveUp();
+    void startSwitch();
     void onSwitched(const QString& fault);
 
     EventLoop& m_loop;
@@ -47,6 +52,7 @@ class PowerOnNotice final : public WaitDialogView {
     const Limits::Limit m_limit;
     const Limits::Limit m_portLimit;
     PowerSwitch m_switch;
+    bool m_hasFailed = false; ///< the switch, the last time
     std::unique_ptr<Timer> m_timer;
     WaitDialog* m_dialog = nullptr; ///< the one being shown
 };

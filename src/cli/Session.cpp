@@ -195,9 +195,22 @@ ExitStatus Session::dryRun() {
     return status;
 }
 
+/// A board that feeds its own adapter has no port without power.
+ExitStatus Session::bringPort() {
+    if (m_options.onWait.isEmpty() || m_ports.isThere(m_options.program.portNumber).value_or(true))
+        return ExitStatus::Done;
+    const auto isStopped = [this] { return m_loader.state.StopReason != Outcome::Done; };
+    if (m_powerOnNotice.switchPower(isStopped))
+        return ExitStatus::Done;
+    tellRunLimit();
+    return isStopped() ? exitStatusOf(m_loader.state.StopReason) : ExitStatus::PowerNotSwitched;
+}
+
 ExitStatus Session::awaitPort() {
     if (!m_options.limits.waitPort)
         return ExitStatus::Done;
+    if (const ExitStatus status = bringPort(); status != ExitStatus::Done)
+        return status;
     m_loader.listener.openPort(m_options.limits.waitPort);
     const Outcome outcome = m_loader.operation.outcome();
     if (outcome != Outcome::PortNotOpened) {

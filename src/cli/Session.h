@@ -48,6 +48,7 @@ class Session {
     void startTrace();
     void endTrace();
     [[nodiscard]] ExitStatus dryRun();
+    [[nodiscard]] ExitStatus bringPort();
     [[nodiscard]] ExitStatus awaitPort();
     [[nodiscard]] ExitStatus runSteps();
     [[nodiscard]] ExitStatus runStep(std::size_t index);

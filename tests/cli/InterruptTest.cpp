@@ -110,6 +110,15 @@ TEST(CliInterrupt, AsksOnTheTerminalWhatCannotBeAskedElsewhere) {
     }
 }
 
+TEST(CliInterrupt, IsNotAskedAboutWhenALimitEndsATransfer) {
+    const SampleImages images;
+    const BoardProcess board("--baud 9600");
+    CliRun run(loadStep(board, images) + " --timeout 3s");
+    EXPECT_EQ(run.status(), 4);
+    EXPECT_TRUE(run.error().contains("The run took longer than --timeout 3.")) << run.error().toStdString();
+    EXPECT_FALSE(run.error().contains("Are you sure?")) << run.error().toStdString();
+}
+
 TEST(CliInterrupt, OutsideAnOperationSendsNothingMore) {
     Pty line;
     CliRun run("--port " + line.device() + " check start", {.signal = SIGINT});

@@ -68,6 +68,21 @@ TEST_F(CliNetworkPort, EndingTellsTheCause) {
     EXPECT_TRUE(cut.error().contains("closed the connection")) << cut.error().toStdString();
 }
 
+TEST_F(CliNetworkPort, AServerThatDropsItsClientIsConnectedToAgain) {
+    BoardProcess board(
+        "--verbose --baud 921600 --patience 0 --fault bootid=none --faulty-runs 1 --bootid-interval 5");
+    SerialServer server(board.device());
+    CliRun run(images.on(server.raw(), "--line-rate 92160 --wait-port 10m load"));
+    ASSERT_TRUE(run.waitFor(QProcess::StandardOutput, "Waiting for BootID"));
+    server.kill();
+    ASSERT_TRUE(run.waitFor(QProcess::StandardError, "Waiting for the port to come back"));
+    EXPECT_TRUE(board.waitForLog("closed by the loader"));
+    server.start();
+    EXPECT_TRUE(board.waitForLog("opened by a loader"));
+    board.signal(SIGUSR1);
+    EXPECT_EQ(run.status(), 0) << run.error().toStdString();
+}
+
 TEST_F(CliNetworkPort, TelnetTakenForARawPortIsTold) {
     const BoardProcess board("--baud 921600 --bootid-interval 5");
     const SerialServer server(board.device());

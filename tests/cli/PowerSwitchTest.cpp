@@ -62,6 +62,18 @@ TEST_F(OnWait, MayTakeThePortAwayAndBringItBack) {
         << run.error().toStdString();
 }
 
+/// A board without power has no port either.
+TEST_F(OnWait, BringsThePort) {
+    const QString link = images.file("link");
+    const QString run = images.on(link, "--line-rate 0 --wait-port 10m load --on-wait ");
+    CliRun good(run + "\"ln -sf " + board.device() + " '" + link + "'\"");
+    EXPECT_EQ(good.status(), 0) << good.error().toStdString();
+    ASSERT_TRUE(QFile::remove(link));
+    CliRun bad(run + "false --json");
+    EXPECT_EQ(bad.status(), 8) << bad.error().toStdString();
+    EXPECT_TRUE(bad.output().contains("\"reason\":\"power not switched\"")) << bad.output().toStdString();
+}
+
 TEST_F(OnWait, ACommandThatFailsEndsTheBoard) {
     const struct {
         const char* command;
