@@ -1,5 +1,6 @@
 #include "cli/Plan.h"
 
+#include "cli/GivenFile.h"
 #include "cli/Options.h"
 #include "cli/UsageError.h"
 #include "files/PrintableText.h"
@@ -73,9 +74,9 @@ void Plan::requireFile(int slot) const {
     const QString iniPath = printableText(m_loader.state.IniPath);
     if (isNamed(slot))
         throw UsageError(
-            QStringLiteral("%1, which %2 names, is missing, empty or not readable. Give the file with %3 or "
-                           "correct the INI file.")
-                .arg(printableText(m_loader.iniLoader.missingFileOf(slot)), iniPath, slotOption(slot)));
+            QStringLiteral("%1, which %2 names: %3. Give the file with %4 or correct the INI file.")
+                .arg(printableText(m_loader.iniLoader.missingFileOf(slot)), iniPath,
+                     fileProblem(m_loader.iniLoader.missingFileOf(slot)), slotOption(slot)));
     QString presets = iniPath + QStringLiteral(" names none");
     if (!FileExists(m_loader.state.IniPath, true)) {
         presets = QStringLiteral("there is no INI file ") + iniPath;
@@ -122,10 +123,10 @@ QStringList Plan::warnings() const {
     for (int slot = 0; slot < kSlotCount; ++slot) {
         if (isNamed(slot) && !isSelected(slot) && !uses(slot) &&
             m_loader.iniLoader.addressFaultOf(slot).isEmpty())
-            lines +=
-                QStringLiteral("%1, which %2 names, is missing, empty or not readable; no step needs it.")
-                    .arg(printableText(m_loader.iniLoader.missingFileOf(slot)),
-                         printableText(m_loader.state.IniPath));
+            lines += QStringLiteral("%1, which %2 names: %3; no step needs it.")
+                         .arg(printableText(m_loader.iniLoader.missingFileOf(slot)),
+                              printableText(m_loader.state.IniPath),
+                              fileProblem(m_loader.iniLoader.missingFileOf(slot)));
     }
     return lines;
 }
