@@ -20,8 +20,9 @@ QByteArray readImage(const QString& path) {
                                  .arg(printableText(path), why));
     QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        throw RuntimeFailure(FailureKind::File, QStringLiteral("Cannot read the image file %1: %2.")
-                                                    .arg(printableText(path), file.errorString()));
+        throw RuntimeFailure(FailureKind::File,
+                             QStringLiteral("Cannot read the image file %1: %2. Choose the file again.")
+                                 .arg(printableText(path), file.errorString()));
     return content;
 }
 

@@ -62,9 +62,10 @@ void Plan::checkSizes() const {
     for (std::size_t i = 0; i < kSlots.size(); ++i) {
         const std::int64_t size = m_loader.controls.sizeInBytes(i).value_or(0);
         if (size > std::numeric_limits<std::int32_t>::max())
-            throw UsageError(QStringLiteral("%1 (%2): %3 bytes are more than an image can have.")
-                                 .arg(printableText(m_loader.controls.txtFilNam[i].Tag),
-                                      slotOption(static_cast<int>(i)), QString::number(size)));
+            throw UsageError(
+                QStringLiteral("%1 (%2): %3 bytes are more than an image can have. Choose another file.")
+                    .arg(printableText(m_loader.controls.txtFilNam[i].Tag), slotOption(static_cast<int>(i)),
+                         QString::number(size)));
     }
 }
 

@@ -136,7 +136,7 @@ void IniLoader::checkNames(const IniFile& file) {
     m_nameRemarks.clear();
     m_moreNameRemarks = 0;
     if (file.isTooLong()) {
-        m_nameRemarks += QStringLiteral("The file has more than 1 MiB and was not read.");
+        m_nameRemarks += QStringLiteral("The file has more than 1 MiB and was not read; shorten it.");
         return;
     }
     if (!file.isText()) {

@@ -37,7 +37,7 @@ QStringList readLines(const QString& path) {
     if (file.fault != TextFile::Fault::None) {
         const bool opened = file.fault != TextFile::Fault::NotOpened;
         throw RuntimeFailure(FailureKind::File,
-                             QStringLiteral("Cannot %1 the script %2: %3.")
+                             QStringLiteral("Cannot %1 the script %2: %3. Choose another file.")
                                  .arg(opened ? QStringLiteral("read") : QStringLiteral("open"),
                                       printableText(path), file.why));
     }

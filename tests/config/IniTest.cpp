@@ -99,7 +99,7 @@ TEST_F(Ini, RemarksStayInTheStatusBarUntilAnOperationBegins) {
               "Line 7: unknown section [other]; known are [BINFILES] and [IMGFILES]. "
               "Line 8: a second section [BINFILES]; only the first counts."},
              {QByteArray("[BINFILES]\nPRIMARY=p.bin\n").leftJustified(1024 * 1024 + 1, ';'),
-              "The file has more than 1 MiB and was not read."},
+              "The file has more than 1 MiB and was not read; shorten it."},
              {"[BINFILES]\nFLASH=" + QByteArray(254, '/') + "p.bin",
               "FLASH: the value is too long and is cut after 254 characters."}}) {
         load(text);

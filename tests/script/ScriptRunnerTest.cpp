@@ -154,7 +154,7 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     run(QByteArray(">never\n").leftJustified(1024 * 1024 + 1, '#'));
     EXPECT_EQ(port.written, "");
     expectEnded(0, zrk::Outcome::File);
-    EXPECT_TRUE(loader.state.Remark.endsWith("test.scr: it has more than 1 MiB."));
+    EXPECT_TRUE(loader.state.Remark.endsWith("test.scr: it has more than 1 MiB. Choose another file."));
     run(lines.chopped(2) + ">now");
     EXPECT_EQ(port.written, "now");
     expectEnded(32'767);
@@ -187,7 +187,8 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     bench.fileDialog.choice = bench.folder.filePath("pipe"); // opening it would block until it has a writer
     ASSERT_EQ(mkfifo(qPrintable(bench.fileDialog.choice), 0600), 0);
     loader.script.mnuExecScript_Click();
-    EXPECT_TRUE(told().endsWith("pipe: It is not a regular file.")) << told().toStdString();
+    EXPECT_TRUE(told().endsWith("pipe: It is not a regular file. Choose another file."))
+        << told().toStdString();
 #endif
 
     bench.fileDialog.choice.clear(); // cancelled: nothing changes
