@@ -8,9 +8,9 @@ namespace zrk {
 
 class Interrupts;
 
-/// Puts every board that was asked for through the steps: one on the calling thread, several each on a thread
-/// of its own, so that none disturbs another. Returns the worst exit status. Throws UsageError as Session
-/// does; with several boards before any of them is sent anything.
+/// Runs the steps on every board: one on the calling thread, several each on a thread of its own, so that
+/// none disturbs another. Returns the worst exit status. Throws UsageError as Session does; with several
+/// boards before any of them is sent anything.
 [[nodiscard]] int runBoards(const CliOptions& options, const ProgramFacts& facts, Printer& printer,
                             Interrupts& interrupts);
 

@@ -11,7 +11,7 @@
 namespace zrk {
 namespace {
 
-/// What no message box and no step has told of this end.
+/// Returns what no message box and no step has reported of this end.
 QString toldByNothingElse(Outcome outcome, const SharedState& state) {
     switch (outcome) {
     case Outcome::TimedOut:
@@ -44,7 +44,7 @@ QString portNameOf(const Loader& loader) {
     return port_messages::portName(number, loader.port.deviceName(number));
 }
 
-/// What most likely is the matter; "" when that is unknown.
+/// Returns the most likely cause; "" if it is unknown.
 QString hintOn(const Loader& loader, const StepFacts& step) {
     const Outcome outcome = loader.operation.outcome();
     if (!isUnheard(outcome) && outcome != Outcome::Refused)
@@ -59,12 +59,12 @@ QString hintOn(const Loader& loader, const StepFacts& step) {
     const QByteArray& received = loader.port.lastReceived();
     if (step.commandsPrimaryBoot || step.awaitsProgram) {
         const QString hint = bootRomHint(received);
-        // The step start has told it by itself.
+        // The step start has printed it by itself.
         if (!hint.isEmpty())
             return step.awaitsProgram || !loader.state.WrongAnswer.isEmpty() ? hint : QString();
     }
     if (step.awaitsProgram || step.ownsStreams)
-        return {}; // what a program says is its own
+        return {}; // a program's output is its own
     return boardHint(outcome, received, portNameOf(loader));
 }
 

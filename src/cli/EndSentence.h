@@ -7,8 +7,8 @@ namespace zrk {
 struct Loader;
 struct StepFacts;
 
-/// What was expected, what came and what to do, for those who cannot look at the wire, when the step has just
-/// failed with the loader's last operation. "" when a message box or the step has told it all.
+/// Returns what was expected, what came and what to do, after the step has failed with the loader's last
+/// operation. "" if a message box or the step has reported all of it.
 [[nodiscard]] QString endSentence(const Loader& loader, const StepFacts& step);
 
 /// That another program has the port open as well; "" when none is seen.

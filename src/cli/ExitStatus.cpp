@@ -41,7 +41,7 @@ QString reasonOf(ExitStatus status, Outcome outcome) {
     }
     if (exitStatusOf(outcome) == status)
         return outcomeName(outcome);
-    // What no operation found out: a check before the first, or the last bytes behind the last one.
+    // Failures outside of operations: a check before the first, or the last bytes after the last one.
     switch (status) {
     case ExitStatus::Done:
         return outcomeName(Outcome::Done);

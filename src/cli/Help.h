@@ -6,19 +6,19 @@
 
 namespace zrk {
 
-/// One option of the command line.
+/// An option of the command line.
 struct OptionFacts {
     const char* name = "";
     char letter = 0;        ///< the short form; 0 for none
     const char* value = ""; ///< "" for a switch
     const char* help = "";
-    const char* usedBy = ""; ///< the steps that it is for; "" for all, kPortSteps for those that use the port
+    const char* usedBy = ""; ///< the steps that use it; "" for all, kPortSteps for those that use the port
     bool isBasic = false;    ///< is on the first page of the help
 };
 
 inline constexpr const char* kPortSteps = "*";
 
-/// All options, in the order of the help.
+/// Returns all options, in the order of the help.
 [[nodiscard]] std::span<const OptionFacts> allOptions();
 
 enum class HelpPage { First, All };

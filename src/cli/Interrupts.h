@@ -12,7 +12,7 @@ namespace zrk {
 
 class EventLoop;
 
-/// The signals of the process, handed to what the program is doing. One that comes in between waits.
+/// The signals of the process, passed to the present part of the program. One that comes in between waits.
 class Interrupts {
   public:
     using Request = InterruptSignal::Request;
@@ -27,7 +27,7 @@ class Interrupts {
         m_signal.endAfter(moment, status);
     }
 
-    /// As long as it lives, requests go to the handler, on the signals' own thread. One at a time.
+    /// Passes requests to the handler as long as it exists, on the signals' own thread. One at a time.
     class Direct {
       public:
         Direct(Interrupts& interrupts, Handler handler);
@@ -39,8 +39,8 @@ class Interrupts {
         Interrupts& m_interrupts;
     };
 
-    /// As long as it lives, requests go to the handler, in the loop. What it has not heard at its end goes to
-    /// the handler after it. One at a time.
+    /// A registration: as long as it exists, the handler gets the requests, in the loop. Requests that it has
+    /// not taken by its end go to the next handler. One at a time.
     class InLoop {
       public:
         InLoop(Interrupts& interrupts, EventLoop& loop, Handler handler);

@@ -57,7 +57,7 @@ QString namesOf(const std::vector<PortEntry>& ports) {
 
 ExitStatus listPorts(const StepRun& run) {
     if (run.output.place().row > 0)
-        return ExitStatus::Done; // the first of several boards tells for all
+        return ExitStatus::Done; // the first of several boards prints for all
     const auto ports = MachineCatalog(PortNames(run.options.program.ports), run.options.ports).ports();
     const PrintStyle& style = run.output.printer().style();
     if (style.json) {

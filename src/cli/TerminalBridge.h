@@ -11,14 +11,14 @@ class Output;
 class StandardInput;
 struct Loader;
 
-/// Joins the board with standard input and output, byte for byte, in either direction.
+/// A connection of the board with standard input and output, byte for byte, in either direction.
 class TerminalBridge {
   public:
     TerminalBridge(Loader& loader, Output& output) : m_loader(loader), m_output(output) {}
 
-    /// Opens the port if it is closed and runs until Ctrl-] or the end of the input, yielding. Behind the end
-    /// of an input that is no terminal it stays until the board has been silent for half a second. The
-    /// outcome is at the gate.
+    /// Opens the port if it is closed and runs until Ctrl-] or the end of the input, yielding. After the end
+    /// of an input other than a terminal it waits until the board has been silent for half a second.
+    /// Operation keeps the outcome.
     void run();
 
   private:

@@ -13,7 +13,7 @@ void fillMissingStreams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(stream, F_GETFD) >= 0 || errno != EBADF)
             continue;
-        // The wrong way round, so that lost output is noticed. The lowest free number is the stream's.
+        // In the wrong direction, so that lost output is detected. The lowest free number is the stream's.
         (void)::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }
 }
@@ -23,7 +23,7 @@ std::ptrdiff_t writeSome(int descriptor, const char* bytes, std::size_t count) {
         const ssize_t written = ::write(descriptor, bytes, count);
         if (written >= 0)
             return written;
-        if (errno == EAGAIN || errno == EWOULDBLOCK) { // another process has set the shared pipe so
+        if (errno == EAGAIN || errno == EWOULDBLOCK) { // another process has set this on the shared pipe
             pollfd entry{descriptor, POLLOUT, 0};
             (void)::poll(&entry, 1, -1);
         } else if (errno != EINTR) {

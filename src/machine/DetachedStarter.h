@@ -4,7 +4,7 @@
 
 namespace zrk {
 
-/// Starts programs of this machine, which go on when this one ends.
+/// A starter of programs of this machine, which continue after this one ends.
 class DetachedStarter final : public ProgramStarter {
   public:
     [[nodiscard]] bool start(const QString& path) override;

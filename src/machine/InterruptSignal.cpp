@@ -10,7 +10,7 @@ InterruptSignal::InterruptSignal(EventLoop& loop, std::function<void(bool)> inte
     : InterruptSignal([&loop, interrupted = std::move(interrupted)](Request request) {
           loop.post([request = std::move(request), interrupted]() mutable {
               const bool isEnd = request->isEnd;
-              request.reset(); // heard, however long a question to the user takes
+              request.reset(); // taken, however long a question to the user takes
               interrupted(isEnd);
           });
       }) {}

@@ -28,7 +28,7 @@ sigset_t awaitedSignals() {
     sigemptyset(&signals);
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         struct sigaction present {};
-        // Who started us in the background may have them ignored, and a descriptor would get them still.
+        // A parent that started us in the background may ignore them, and a descriptor would get them still.
         if (sigaction(signal, nullptr, &present) == 0 && present.sa_handler != SIG_IGN)
             sigaddset(&signals, signal);
     }
@@ -49,7 +49,7 @@ class TerminalBefore {
         if (::tcgetattr(STDIN_FILENO, &settings) == 0)
             m_settings = settings;
     }
-    /// Not for a program in the background: the terminal is somebody else's then.
+    /// Not for a program in the background: then the terminal belongs to another one.
     void restore() const {
         if (m_settings && ::tcgetpgrp(STDIN_FILENO) == ::getpgrp())
             (void)::tcsetattr(STDIN_FILENO, TCSANOW, &*m_settings);
@@ -59,7 +59,7 @@ class TerminalBefore {
     std::optional<termios> m_settings;
 };
 
-/// If standard error takes it at once.
+/// Prints the text if standard error takes it at once.
 void say(std::string_view text) {
     pollfd entry{STDERR_FILENO, POLLOUT, 0};
     if (::poll(&entry, 1, 0) == 1 && (entry.revents & POLLOUT) != 0)
@@ -79,7 +79,7 @@ struct InterruptSignal::Private {
     Private(Handler handed, const Limits& given)
         : limits(given), handler(std::move(handed)), signals(made(makeSignals(), "signalfd")),
           wake(made(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC), "eventfd")) {
-        takeAll(); // what came while the program was being started comes first
+        takeAll(); // signals during the program's start come first
         thread = std::thread([this] { watch(); });
     }
     ~Private() {
@@ -128,7 +128,7 @@ struct InterruptSignal::Private {
         else if (now - unheardSince >= limits.untilSecond)
             leave();
         auto request = std::make_shared<const Signal>(Signal{isEnd});
-        unheard = request; // is heard after the ones before
+        unheard = request; // is taken after the ones before
         if (isEnd)
             endBy(now + limits.untilEnded, kStatus);
         handler(std::move(request));
@@ -147,7 +147,7 @@ struct InterruptSignal::Private {
         return ending;
     }
 
-    /// Until the process has to be ended; -1: for ever.
+    /// Returns the time until the process has to be ended; -1: for ever.
     [[nodiscard]] int millisecondsLeft() {
         const std::scoped_lock lock(mutex);
         std::optional<TimePoint> next = end;
@@ -161,7 +161,7 @@ struct InterruptSignal::Private {
         return static_cast<int>(std::clamp(left, std::chrono::milliseconds(0), kMost).count());
     }
 
-    /// Nothing is destroyed: that could wait for what is blocked.
+    /// Destroys nothing: that could wait for what is blocked.
     [[noreturn]] void leave() {
         before.restore();
         say("The program did not react and was ended.\n");

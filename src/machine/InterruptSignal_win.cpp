@@ -7,7 +7,7 @@
 namespace zrk {
 namespace {
 
-// The system calls a plain function on a thread of its own, so there is no other way to the object.
+// The system calls a plain function on a thread of its own, which can reach the object only in this way.
 std::mutex handlerGuard;
 InterruptSignal::Handler* presentHandler = nullptr; // guarded by the mutex
 
@@ -23,15 +23,15 @@ BOOL WINAPI onConsoleEvent(DWORD event) {
     const bool isEnd = event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT;
     if (!handOver(isEnd))
         return FALSE;
-    // The process is ended as soon as this returns, or after some seconds. The program's own end is sooner,
-    // and takes this thread with it.
+    // The process is ended as soon as this returns, or after some seconds. The program's own end comes sooner
+    // and ends this thread.
     if (isEnd)
         Sleep(INFINITE);
     return TRUE;
 }
 
-// Never taken out again: the system holds a lock while it runs the handler, which for a closed window is
-// until the end, and taking it out would wait for that lock.
+// Never removed: the system holds a lock while it runs the handler, which for a closed window lasts until the
+// end, and removing it would wait for that lock.
 bool installOnce() {
     static const bool isInstalled = SetConsoleCtrlHandler(onConsoleEvent, TRUE) != 0;
     return isInstalled;

@@ -17,7 +17,7 @@ constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
 std::size_t LinePace::allowance(TimePoint now) const {
     if (m_rate == 0)
         return std::numeric_limits<std::size_t>::max();
-    // A slow line's lead is less than a byte, and then it is one byte at a time.
+    // A slow line's lead is less than a byte; then it is one byte at a time.
     const std::size_t lead = std::max<std::size_t>(1, bytesIn(kLead));
     const std::size_t underWay = onLine(now);
     return lead > underWay ? lead - underWay : 0;

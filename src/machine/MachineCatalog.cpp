@@ -36,7 +36,7 @@ std::vector<PortEntry> MachineCatalog::ports() const {
         const QString device = m_names.device(number);
         if (device.isEmpty())
             continue;
-        // A number that falls to a place without a port behind it says nothing.
+        // A number of a place without a port shows nothing.
         PortEntry* entry = m_names.isNamed(number) ? &entryNamed(ports, device) : entryOf(ports, device);
         if (entry != nullptr)
             entry->numbers.push_back(number);

@@ -5,7 +5,7 @@
 
 namespace zrk {
 
-/// The machine's ports, first those that have a number in this program.
+/// The catalog of the machine's ports, first those that have a number in this program.
 class MachineCatalog final : public PortCatalog {
   public:
     /// `more` are further devices that the user has named, which have no number.

@@ -17,12 +17,12 @@ class NetworkOpening;
 class MachinePorts final : public SerialPorts {
   public:
     struct Options {
-        /// After this long without a byte going out, a line that is not under XON/XOFF is broken.
+        /// The time without a byte going out after which a line that is not under XON/XOFF counts as broken.
         std::chrono::milliseconds stallLimit{std::chrono::seconds(10)};
-        /// With this many received bytes unread, no more are taken from the driver.
+        /// The number of unread bytes above which no more are taken from the driver.
         qsizetype receiveLimit = qsizetype{1} << 20;
-        /// Bytes a second that the line carries, 0 for a port that is no line; without it what the line
-        /// settings make of it.
+        /// Bytes a second that the line carries, 0 for a port without a line; by default those of the line
+        /// settings.
         std::optional<std::uint32_t> lineRate{};
         /// To hold while a port is open, see LineSettings.
         std::optional<bool> dtr{};

@@ -12,7 +12,7 @@ using asio::ip::tcp;
 
 struct NameLookup::State {
     mutable std::mutex mutex;
-    std::function<void()> finished; ///< null once it was called, or nobody waits any more
+    std::function<void()> finished; ///< null once it was called, or no caller waits
     bool isFinished = false;
     Endpoints endpoints;
     boost::system::error_code error;

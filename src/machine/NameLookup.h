@@ -10,13 +10,13 @@
 
 namespace zrk {
 
-/// Looks up a host's addresses on a thread of its own, since the system's resolver may take half a minute and
-/// cannot be stopped; whoever has waited long enough destroys this and leaves the thread behind.
+/// A look-up of a host's addresses on a thread of its own, since the system's resolver may take half a minute
+/// and cannot be stopped. To stop waiting, destroy this, and the thread ends by itself.
 class NameLookup {
   public:
     using Endpoints = std::vector<boost::asio::ip::tcp::endpoint>;
 
-    /// `finished` is called on that thread, and not any more once this is destroyed.
+    /// Calls `finished` on that thread, but not after this was destroyed.
     NameLookup(const NetworkAddress& address, std::function<void()> finished);
     ~NameLookup();
     NameLookup(const NameLookup&) = delete;
@@ -24,7 +24,7 @@ class NameLookup {
 
     [[nodiscard]] bool isFinished() const;
 
-    // When it has finished.
+    // Returns them after it has finished.
     [[nodiscard]] const Endpoints& endpoints() const;
     [[nodiscard]] const boost::system::error_code& error() const;
 

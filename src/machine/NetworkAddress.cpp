@@ -31,7 +31,7 @@ void checkHost(const QString& name, const QString& host, bool inBrackets) {
                QStringLiteral("a host, \":\" and a port number are expected, an IPv6 address in brackets"));
 }
 
-/// What to write in place of a name that other programs understand; "" for any other name.
+/// Returns what to write instead of a name that other programs understand; "" for any other name.
 QString rightNameFor(const QString& name) {
     static const QRegularExpression kSlashes(QStringLiteral("^(tcp|rfc2217)://+([^/]*)/*$"),
                                              QRegularExpression::CaseInsensitiveOption);

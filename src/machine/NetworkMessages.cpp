@@ -31,7 +31,7 @@ QString whyAndWhatToDo(const NetworkAddress& address, const NetworkFailure& fail
         return QStringLiteral("nothing listens at %1. Start the serial server, or correct the port number.")
             .arg(place);
     case NetworkFault::Unreachable:
-        return QStringLiteral("there is no way to %1%2. Check this machine's network.").arg(place, said);
+        return QStringLiteral("there is no route to %1%2. Check this machine's network.").arg(place, said);
     case NetworkFault::NoAnswer:
         return QStringLiteral(
                    "%1 has not answered within 5 s. Check that the serial server is on and that no "
@@ -98,9 +98,8 @@ QString gone(const QString& port, const NetworkAddress& address, const boost::sy
                    "its adapter, and start over.")
             .arg(port, place);
     if (code == error::timed_out || code == error::host_unreachable || code == error::network_unreachable)
-        return QStringLiteral(
-                   "%1 is gone: %2 does not answer any more. Check the network and the serial server, "
-                   "and start over.")
+        return QStringLiteral("%1 is gone: %2 no longer answers. Check the network and the serial server, "
+                              "and start over.")
             .arg(port, place);
     return QStringLiteral("%1 is gone: the connection to %2 failed%3. Check the network, and start over.")
         .arg(port, place, quoted(code.message()));

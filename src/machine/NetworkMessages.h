@@ -19,19 +19,19 @@ enum class NetworkFault {
     NoAnswer, ///< within the limit
     ClosedAtOnce,
     InUse,
-    NotRfc2217, ///< it is silent, or no Telnet
+    NotRfc2217, ///< it is silent, or not Telnet
     TelnetOnly, ///< it speaks Telnet without RFC 2217
     SettingsRefused,
     Other,
 };
 
-/// Why a port on the network could not be opened.
+/// The cause of a failure to open a port on the network.
 struct NetworkFailure {
     NetworkFault fault = NetworkFault::None;
-    std::string detail{}; ///< what the server said, which setting it refused, or the system's own words
+    std::string detail{}; ///< the server's text, the setting it refused, or the system's own words
 };
 
-/// What a user is told about a port on the network: each text says what failed, where, and what to do.
+/// Messages about a port on the network: each says what failed, where, and what to do.
 namespace network_messages {
 
 [[nodiscard]] NetworkFailure failureOf(const boost::system::error_code& error);
@@ -42,8 +42,8 @@ namespace network_messages {
                            const boost::system::error_code& error);
 [[nodiscard]] QString refusedWhileOpen(const QString& port, const NetworkAddress& address,
                                        const std::string& what);
-/// Why the board did not understand, when a port that was opened as a raw one has begun to send with what
-/// only Telnet begins with; "" otherwise.
+/// Returns why the board did not understand, if a port that was opened as a raw one has begun to send with
+/// bytes that only Telnet begins with; "" otherwise.
 [[nodiscard]] QString telnetHint(const QString& device, const QByteArray& received);
 [[nodiscard]] QString dtrRefused(const NetworkAddress& address);
 

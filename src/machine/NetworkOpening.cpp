@@ -13,11 +13,10 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds kLimit = 5s;
-// A server lets go of its device some time after the connection before has ended, which may be this
-// program's.
+// A server releases its device some time after the connection before has ended, which may be this program's.
 constexpr std::chrono::milliseconds kWhileInUse = 2s;
 
-/// What the driver's thread tells about the opening.
+/// The driver's thread's result of the opening.
 struct Answer {
     std::mutex mutex;
     std::optional<NetworkFailure> failure;
@@ -50,9 +49,9 @@ std::unique_ptr<PortDriver> NetworkOpening::run(const LineSettings& settings, Ha
     }
 }
 
-/// One attempt.
+/// Makes one attempt.
 NetworkFailure NetworkOpening::connect(const NameLookup::Endpoints& endpoints, const LineSettings& settings) {
-    // The thread's as well: an answer that comes too late is still written down.
+    // Shared with the thread: an answer that comes too late is still written there.
     const auto answer = std::make_shared<Answer>();
     const auto opened = [answer, &loop = m_loop](const NetworkFailure& told) {
         {
@@ -81,7 +80,7 @@ NameLookup::Endpoints NetworkOpening::lookUp() {
     return lookup.endpoints();
 }
 
-/// False when the time is over.
+/// Returns false if the time is over.
 bool NetworkOpening::waitFor(const std::function<bool()>& condition) {
     const auto look = m_loop.wakeEvery(EventLoop::kLook);
     for (;;) {

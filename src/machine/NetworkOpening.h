@@ -8,7 +8,7 @@
 
 namespace zrk {
 
-/// The opening of a port on the network, in at most 5 s, while the event loop goes on.
+/// An opening of a port on the network, in at most 5 s, while the event loop goes on.
 class NetworkOpening {
   public:
     /// `port` is the name in messages.
@@ -17,8 +17,8 @@ class NetworkOpening {
     /// Throws RuntimeFailure: PortNotOpened, or Cancelled after giveUp(). Yields.
     [[nodiscard]] std::unique_ptr<PortDriver> run(const LineSettings& settings, Handshaking handshaking);
 
-    /// Ends run(), which is further up the stack, and drops its connection at once: run() itself may not
-    /// return before another port, which may be the same one, has been opened and used.
+    /// Ends run(), which is further up the stack, and drops its connection at once: run() may return only
+    /// after another port, maybe the same one, has been opened and used.
     void giveUp();
 
   private:

@@ -17,14 +17,14 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A server whose port is taken accepts, says so and closes; a raw port has no other way to tell.
+// A server whose port is taken accepts, sends that and closes; a raw port cannot report it otherwise.
 constexpr std::chrono::milliseconds kGrace = 250ms;
 constexpr std::chrono::milliseconds kFarewell = 500ms;
-// A server must not decide how much memory its bytes take. What is more waits in the connection, until it
-// holds up the server.
+// A server must not decide how much memory its bytes take. More of them wait in the connection, until it
+// stops the server.
 constexpr std::size_t kMostWaiting = std::size_t{64} << 10;
 
-/// Says that there is no more, and throws away what comes until the server ends the connection as well.
+/// Ends the sending, and drops what comes until the server ends the connection, too.
 void endInOrder(asio::ip::tcp::socket& socket) {
     boost::system::error_code error;
     socket.shutdown(asio::ip::tcp::socket::shutdown_send, error);
@@ -87,7 +87,7 @@ void NetworkPort::finishOpening(const NetworkFailure& failure) {
         std::exchange(m_opened, nullptr)(failure);
 }
 
-/// What the server's answers mean for the opening, and later for the open port.
+/// Evaluates the server's answers for the opening, and later for the open port.
 void NetworkPort::judgeOpening() {
     if (!m_rfc2217)
         return;
@@ -119,8 +119,7 @@ bool NetworkPort::hasRoom() const {
     return m_received.size() - m_firstUnread < kMostWaiting && m_toSend.size() < kMostWaiting;
 }
 
-/// Asks for more of what the server sends while there is room for it and an opening or a reader that needs
-/// it.
+/// Requests more of the server's data while there is room and an opening or a reader needs it.
 void NetworkPort::receive() {
     if (m_error || !hasRoom() || !(m_opened || m_reader) || std::exchange(m_isReceiving, true))
         return;
@@ -165,7 +164,7 @@ void NetworkPort::deliver() {
         m_received.clear();
         m_firstUnread = 0;
     }
-    // What came before the end is still read.
+    // Data from before the end is still read.
     std::exchange(m_reader, nullptr)(count > 0 ? ErrorCode() : m_error, count);
 }
 
@@ -180,7 +179,7 @@ void NetworkPort::writeSome(std::span<const char> bytes, Done done) {
     flush();
 }
 
-/// Commands and bytes of the line share the way, so that neither gets into the middle of the other.
+/// Sends the commands and the line's bytes one after the other, so that neither interrupts the other.
 void NetworkPort::flush() {
     if (!m_flying.empty() || m_toSend.empty())
         return;
@@ -194,7 +193,7 @@ void NetworkPort::onFlushed(const ErrorCode& error) {
     m_flying.clear();
     if (error && !m_sendError) {
         m_sendError = error;
-        ErrorCode ignored; // the reception ends as well, but behind the server's last words
+        ErrorCode ignored; // the reception ends, too, but after the server's last data
         m_socket.shutdown(Socket::shutdown_receive, ignored);
     }
     if (m_writer && (m_writerIsFlying || error))

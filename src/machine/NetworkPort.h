@@ -22,17 +22,17 @@ class NetworkPort final : public PortDevice {
 
     NetworkPort(boost::asio::io_context& io, NetworkAddress address);
 
-    /// Blocks until the server has ended the connection, too, half a second at most: a connection that is cut
-    /// off with bytes unread takes with it what the server has not handed to its line yet.
+    /// Blocks until the server has ended the connection, too, half a second at most: cutting off a connection
+    /// with unread bytes drops what the server has not sent to its line yet.
     ~NetworkPort() override;
     NetworkPort(const NetworkPort&) = delete;
     NetworkPort& operator=(const NetworkPort&) = delete;
 
-    /// Connects and, with RFC 2217, sets up the line. `opened` is called once on the driver's thread, where
-    /// this is called as well.
+    /// Connects and, with RFC 2217, sets up the line. `opened` is called once on the driver's thread, which
+    /// also calls this.
     void open(NameLookup::Endpoints endpoints, const LineSettings& settings, Opened opened);
 
-    /// From any thread.
+    /// Any thread may call it.
     [[nodiscard]] bool isConnected() const { return m_isConnected; }
 
     void readSome(std::span<char> into, Done done) override;
@@ -40,7 +40,7 @@ class NetworkPort final : public PortDevice {
     void cancel() noexcept override;
     [[nodiscard]] QString goneText(const QString& port,
                                    const boost::system::error_code& error) const override;
-    void discardReceived() noexcept override {} // nothing comes before the connection is there
+    void discardReceived() noexcept override {} // nothing comes before the connection exists
     [[nodiscard]] bool setXonXoff(bool on) noexcept override;
     [[nodiscard]] bool setDtr(bool on) override;
     [[nodiscard]] std::size_t unsentBytes() const noexcept override;
@@ -69,18 +69,18 @@ class NetworkPort final : public PortDevice {
     std::atomic<bool> m_isDtrRefused = false;
     Opened m_opened; ///< null once it was called
     NameLookup::Endpoints m_endpoints;
-    std::optional<Rfc2217> m_rfc2217; ///< none on a raw port
+    std::optional<Rfc2217> m_rfc2217; ///< empty on a raw port
 
     std::array<char, 4096> m_wire{};
     bool m_isReceiving = false;
     std::string m_received;        ///< the line's bytes
     std::size_t m_firstUnread = 0; ///< in m_received
-    ErrorCode m_error;             ///< which ended the reception
-    ErrorCode m_sendError;         ///< which ended the sending, and is the reason for the other end
+    ErrorCode m_error;             ///< ended the reception
+    ErrorCode m_sendError;         ///< ended the sending, and then the reception
     std::span<char> m_readInto;
     Done m_reader;
 
-    std::string m_toSend; ///< what goes out next, as it stands on the wire
+    std::string m_toSend; ///< the next bytes to send, as on the wire
     std::string m_flying;
     std::size_t m_written = 0; ///< the line's bytes that the writer waits for
     bool m_writerIsFlying = false;

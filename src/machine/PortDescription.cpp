@@ -25,7 +25,7 @@ QString permission(const PortEntry& port) {
 
 QString state(const PortEntry& port) {
     if (!port.isThere)
-        return QStringLiteral("on the network; whether it is there shows when it is opened");
+        return QStringLiteral("on the network; only opening it shows whether it is there");
     if (!*port.isThere)
         return QStringLiteral("not there: plug the adapter in");
     if (!port.isFree)

@@ -6,8 +6,8 @@ namespace zrk {
 
 struct PortEntry;
 
-/// What a user is told about a port, line by line: its name, its numbers and device, its adapter, whether it
-/// can be opened, and what to do if not.
+/// Returns a description of a port for users, line by line: its name, its numbers and device, its adapter,
+/// whether it can be opened, and what to do if not.
 [[nodiscard]] QStringList describe(const PortEntry& port);
 
 } // namespace zrk

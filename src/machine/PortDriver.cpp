@@ -14,7 +14,7 @@ namespace asio = boost::asio;
 
 namespace {
 
-// Waking somebody for a byte or two costs more than the bytes; half the queue lasts the line for long enough.
+// A wake-up for a byte or two costs more than the bytes; half the queue keeps the line busy long enough.
 constexpr std::size_t kWorthwhileRoom = SerialPort::kTransmitQueueSize / 2;
 
 } // namespace
@@ -78,7 +78,7 @@ void PortDriver::skip(char byte) {
     resumeReading(lock);
 }
 
-/// After bytes have been taken; gives up the lock.
+/// Resumes reading after bytes have been taken; releases the lock.
 void PortDriver::resumeReading(Lock& lock) {
     if (!m_readingPaused || m_failure || m_received.size() > m_limits.received / 2)
         return;
@@ -93,8 +93,8 @@ void PortDriver::write(QByteArrayView bytes) {
     throwIfFailed();
     while (!rest.empty()) {
         rest = rest.subspan(m_queue.append(rest));
-        // The thread finds by itself what is appended while it sends; waking it for every byte
-        // would cost more than the bytes.
+        // The thread finds by itself what is appended while it sends; waking it for every byte would cost
+        // more than the bytes.
         if (!m_sending) {
             m_sending = true;
             m_lastProgress = Clock::now();
@@ -119,7 +119,7 @@ qsizetype PortDriver::unsentBytes() const noexcept {
     const Lock lock(m_mutex);
     if (m_failure)
         return 0;
-    // A driver that has let go of its bytes says nothing of what lies between it and the line.
+    // A driver that has released its bytes does not report what lies between it and the line.
     const std::size_t handedOn = std::max(m_device->unsentBytes(), m_pace.onLine(Clock::now()));
     return static_cast<qsizetype>(m_queue.size()) + static_cast<qsizetype>(handedOn);
 }
@@ -141,7 +141,7 @@ void PortDriver::applyHandshaking(Handshaking handshaking) {
     }
     if (!m_device->setXonXoff(on))
         fail(port_messages::gone(m_portName, QStringLiteral("its flow control cannot be set")));
-    // Some systems set DTR anew together with the flow control.
+    // Some systems set DTR again together with the flow control.
     if (m_dtr)
         (void)m_device->setDtr(*m_dtr);
 }
@@ -167,7 +167,7 @@ void PortDriver::reportGone(const ErrorCode& error) {
     fail(m_device->goneText(m_portName, error));
 }
 
-// The first failure is the one that stays. Nothing is started on the device after it.
+// Keeps the first failure. Nothing is started on the device after it.
 void PortDriver::fail(QString description) {
     {
         const Lock lock(m_mutex);
@@ -189,8 +189,8 @@ void PortDriver::startReading() {
     m_device->readSome(m_chunk, [this](const ErrorCode& error, std::size_t count) { onRead(error, count); });
 }
 
-// A pulled adapter may end an operation as if it had been cancelled; but nothing here is cancelled
-// before a failure, and after the first failure fail() ignores the others.
+// A pulled adapter may end an operation as if it had been cancelled; but nothing here is cancelled before a
+// failure, and after the first failure fail() ignores the others.
 void PortDriver::onRead(const ErrorCode& error, std::size_t count) {
     bool again = !error;
     {
@@ -235,8 +235,8 @@ void PortDriver::waitForPace(LinePace::TimePoint due) {
         if (error)
             return;
         Lock lock(m_mutex);
-        // A program that was stopped while it waited for the clock finds the stall timer due as well, but
-        // the device has not been asked yet.
+        // A program that was stopped while it waited for the clock finds the stall timer due, too, but the
+        // device has not been asked yet.
         m_lastProgress = Clock::now();
         const auto bytes = m_queue.front();
         lock.unlock();
@@ -273,7 +273,7 @@ void PortDriver::lookAfter(std::chrono::milliseconds interval) {
     m_lookTimer.async_wait([this, interval](const ErrorCode& error) {
         if (error)
             return;
-        Lock lock(m_mutex); // the owner's calls for counts read the same of the device
+        Lock lock(m_mutex); // the owner's calls for counts read the same state
         const ErrorCode gone = m_device->look();
         lock.unlock();
         if (gone)
@@ -282,7 +282,7 @@ void PortDriver::lookAfter(std::chrono::milliseconds interval) {
     });
 }
 
-// One timer runs on over many bytes, since starting it anew for each would cost too much.
+// Runs one timer over many bytes, since restarting it for each would cost too much.
 void PortDriver::watchForStall(Clock::time_point due) {
     m_watchingForStall = true;
     m_stallTimer.expires_at(due);

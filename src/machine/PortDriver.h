@@ -32,14 +32,14 @@ class EventLoop;
 /// An open port of the machine: a thread that moves bytes between the device and two buffers, at the line's
 /// pace, and the calls of the thread that owns the port.
 ///
-/// The event loop is woken when bytes have arrived, when the device breaks, and when the transmit
-/// queue, after a look that found less than half of it free, is half free again.
+/// It wakes the event loop when bytes have arrived, when the device breaks, and when the transmit queue,
+/// after a call that found less than half of it free, is half free again.
 class PortDriver final : public SerialPort {
   public:
     struct Limits {
-        std::chrono::milliseconds stall{}; ///< the longest that the line may take nothing at all
+        std::chrono::milliseconds stall{}; ///< the longest time without a byte going out
         qsizetype received = 0;            ///< unread bytes above which the device is left waiting
-        std::uint32_t lineRate = 0;        ///< bytes a second; 0 for a port that is no line
+        std::uint32_t lineRate = 0;        ///< bytes a second; 0 for a port without a line
     };
 
     /// `port` is the name in messages.
@@ -48,10 +48,10 @@ class PortDriver final : public SerialPort {
     PortDriver(const PortDriver&) = delete;
     PortDriver& operator=(const PortDriver&) = delete;
 
-    /// Where the device does its work, on the driver's thread.
+    /// Returns the context in which the device works, on the driver's thread.
     [[nodiscard]] boost::asio::io_context& io() { return m_io; }
 
-    /// Starts the thread. Called once; but for the device's own work it idles until serve() is called.
+    /// Starts the thread. Called once; apart from the device's own work it idles until serve() is called.
     void start(std::unique_ptr<PortDevice> device);
 
     /// Begins to move bytes. Called once, when the device is open.

@@ -17,7 +17,7 @@ QString permissionDenied(const QString& group) {
         .arg(group);
 }
 
-// The system begins its texts with a capital; here they stand within a sentence.
+// Adapts the system's text, which begins with a capital letter, to the middle of a sentence.
 QString withinSentence(QString text) {
     if (!text.isEmpty())
         text[0] = text[0].toLower();
@@ -69,7 +69,7 @@ QString noSuchNumber(int number) {
 }
 
 QString noDevice(int number) {
-    return QStringLiteral("Cannot open COM%1: there is none of %2. "
+    return QStringLiteral("Cannot open COM%1: none of %2 exists. "
                           "Plug the adapter in, or set %3 to the device.")
         .arg(QString::number(number), PortNames::candidates(number).join(QStringLiteral(", ")),
              PortNames::variable(number));

@@ -9,15 +9,15 @@ namespace zrk {
 struct LineSettings;
 struct OpenResult;
 
-/// What a user is told about a port: each text says what failed, why, and what to do.
+/// Messages about a port: each says what failed, why, and what to do.
 namespace port_messages {
 
-/// "COM1 (/dev/ttyUSB0)", by which the other texts call the port.
+/// Returns "COM1 (/dev/ttyUSB0)", the port's name in the other texts.
 [[nodiscard]] QString portName(int number, const QString& device);
 
 [[nodiscard]] QString noSuchNumber(int number);
 [[nodiscard]] QString noDevice(int number);
-/// Before it is opened: the number stands for the machine's own port, since no adapter is there.
+/// Before it is opened: the number means the machine's own port, since there is no adapter.
 [[nodiscard]] QString fallback(int number, const QString& device);
 /// Another program has it open as well.
 [[nodiscard]] QString alsoUsed(const QString& port, const QString& user);

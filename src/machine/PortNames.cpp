@@ -15,7 +15,7 @@ bool isPortNumber(int number) {
     return number >= PortNames::kLowest && number <= PortNames::kHighest;
 }
 
-/// A device without the colon that Windows' own lists write behind a port, which opens none there.
+/// Returns a device without the colon of Windows' own lists, which opens no device there.
 QString withoutColon(QString device) {
 #ifdef Q_OS_WIN
     static const QRegularExpression kColon(QStringLiteral("^COM[0-9]+:$"),
@@ -34,7 +34,7 @@ PortNames::Machine PortNames::Machine::real() {
         return qEnvironmentVariable(variable.toLatin1().constData());
     };
 #ifdef Q_OS_WIN
-    // A COM name is no file; whether there is a port behind it shows when it is opened.
+    // A COM name is not a file; only opening it shows whether there is a port.
     machine.exists = [](const QString&) { return true; };
 #else
     machine.exists = [](const QString& device) { return QFileInfo::exists(device); };
@@ -63,7 +63,7 @@ bool PortNames::isNamed(int number) const {
 
 bool PortNames::isFallback(int number) const {
 #ifdef Q_OS_WIN
-    (void)number; // COMn is the same port whatever else there is
+    (void)number; // COMn is always the same port
     return false;
 #else
     return isPortNumber(number) && !isNamed(number) && device(number) == candidates(number).constLast();

@@ -9,8 +9,8 @@
 
 namespace zrk {
 
-/// Which device the port numbers 1 to 8 stand for: an explicit override, else what the environment
-/// variable ZRK_COM<n> names, else the system's own device of that number.
+/// The devices of the port numbers 1 to 8: an explicit override, else the value of the environment variable
+/// ZRK_COM<n>, else the system's own device of that number.
 class PortNames {
   public:
     static constexpr int kLowest = 1;
@@ -18,7 +18,7 @@ class PortNames {
 
     using Overrides = std::map<int, QString>;
 
-    /// What is asked of the machine; tests put their own in place.
+    /// Queries of the machine; tests replace them.
     struct Machine {
         std::function<QString(const QString& variable)> environment; ///< "" when not set
         std::function<bool(const QString& device)> exists;
@@ -28,28 +28,28 @@ class PortNames {
 
     explicit PortNames(Overrides overrides = {}, Machine machine = Machine::real());
 
-    /// The device of port `number`; "" when the number has none or is none.
+    /// Returns the device of port `number`; "" if the number has none or is not 1 to 8.
     [[nodiscard]] QString device(int number) const;
 
-    /// True when the user, not the system, says which device port `number` is.
+    /// Returns whether the user, not the system, has chosen the device of port `number`.
     [[nodiscard]] bool isNamed(int number) const;
 
-    /// True when the port is one that is built into the machine, because no adapter is there for `number` and
-    /// the user has named none.
+    /// Returns whether the port is built into the machine, because there is no adapter for `number` and the
+    /// user has named none.
     [[nodiscard]] bool isFallback(int number) const;
 
-    /// The device for what a user names: a port ("COM3", "com3:") or the device itself.
-    /// "" when it is a port that has no device.
+    /// Returns the device for a name that the user gives: a port ("COM3", "com3:") or the device itself. ""
+    /// for a port that has no device.
     [[nodiscard]] QString deviceNamed(const QString& name) const;
 
-    /// The device that the value of the option --port names, as deviceNamed.
-    /// Throws RuntimeFailure (InvalidArgument) where that has none.
+    /// Returns the device that the value of the option --port names, as deviceNamed(). Throws RuntimeFailure
+    /// (InvalidArgument) if it has none.
     [[nodiscard]] QString optionDevice(const QString& name) const;
 
-    /// The system's own devices for a port number, in the order in which they are looked for.
+    /// Returns the system's own devices for a port number, in the order of the search.
     [[nodiscard]] static QStringList candidates(int number);
 
-    /// The environment variable that names the device of a port number.
+    /// Returns the environment variable that names the device of a port number.
     [[nodiscard]] static QString variable(int number);
 
     /// Reads "n=DEVICE", the value of the option --com, into an entry of Overrides.

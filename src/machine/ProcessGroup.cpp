@@ -19,7 +19,7 @@ void startInOwnGroup(QProcess& process) {
 #else
     process.setChildProcessModifier([] { // between fork and exec: system calls alone
         (void)::setpgid(0, 0);
-        // What this program holds back or ignores, the other one would hold back or ignore as well.
+        // The other program would inherit the signals that this one blocks or ignores.
         sigset_t none;
         sigemptyset(&none);
         (void)::sigprocmask(SIG_SETMASK, &none, nullptr);

@@ -5,9 +5,8 @@ class QString;
 
 namespace zrk {
 
-/// Lets the process, once it is started, run in a process group of its own and with the signals as a shell
-/// hands them out: a Ctrl-C that is meant for this program does not reach it. It cannot read from the
-/// terminal either.
+/// Makes the process, once it is started, run in a process group of its own and with the signals as a shell
+/// sets them: a Ctrl-C for this program does not reach it. It cannot read from the terminal either.
 void startInOwnGroup(QProcess& process);
 
 /// Asks the running process and its group to end, or with `force` ends them at once. On Windows the force

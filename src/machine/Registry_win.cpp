@@ -8,7 +8,7 @@ namespace {
 constexpr DWORD kBufferSize = 1024;
 constexpr REGSAM kAllAccess = 0x2003F;
 
-/// An open key, closed again on every way out.
+/// An open key, closed on every way out.
 class Key {
   public:
     Key(std::uint32_t rootKey, const QString& path) {

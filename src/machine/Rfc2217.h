@@ -16,15 +16,15 @@ union telnet_event_t;
 
 namespace zrk {
 
-/// The client's side of RFC 2217: a Telnet connection whose server sets up its serial line as it is asked.
-/// It keeps the protocol's state and does no input or output of its own.
+/// The client's side of RFC 2217: a Telnet connection whose server sets up its serial line on request. It
+/// keeps the protocol's state and does no input or output of its own.
 class Rfc2217 {
   public:
     enum class State {
         Negotiating,
         Ready,     ///< the server has the line settings
-        NotSpoken, ///< the server will not hear of serial settings
-        Refused,   ///< it refused what refused() names
+        NotSpoken, ///< the server does not support serial settings
+        Refused,   ///< it refused the setting that refused() names
     };
 
     /// `toServer` gets what is to be sent, `received` the line's bytes; both only within the calls below.
@@ -34,7 +34,7 @@ class Rfc2217 {
     Rfc2217(const Rfc2217&) = delete;
     Rfc2217& operator=(const Rfc2217&) = delete;
 
-    /// Offers the protocol, and asks for the settings when the server agrees.
+    /// Offers the protocol, and asks for the settings once the server agrees.
     void begin(const LineSettings& settings);
 
     /// Takes what the server has sent.
@@ -49,11 +49,11 @@ class Rfc2217 {
     [[nodiscard]] State state() const { return m_state; }
     [[nodiscard]] bool isDtrRefused() const { return m_dtr.refused; }
 
-    /// "the baud rate", "the flow control".
+    /// Returns "the baud rate", "the flow control", for example.
     [[nodiscard]] const std::string& refused() const { return m_refused; }
 
   private:
-    /// A setting that was asked for; of several the server answers each, and the last is what counts.
+    /// A setting that was requested; the server answers each of several requests, and the last one counts.
     struct Asked {
         std::optional<std::uint32_t> value{};
         int unanswered = 0;
@@ -77,9 +77,9 @@ class Rfc2217 {
     State m_state = State::Negotiating;
     std::string m_refused;
     bool m_hasAsked = false;
-    bool m_isCompressed = false;       ///< by a server that nobody has asked for it
+    bool m_isCompressed = false;       ///< by a server, unrequested
     std::array<Asked, 4> m_line{};     ///< baud rate, data bits, parity, stop bits
-    std::bitset<512> m_refusedOptions; ///< the server's own, then what it asked of the loader
+    std::bitset<512> m_refusedOptions; ///< the server's own, then those it asked of the loader
     Asked m_flow;
     Asked m_dtr;
     Asked m_rts;

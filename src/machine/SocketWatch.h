@@ -7,14 +7,14 @@
 
 namespace zrk {
 
-/// Lets the connection fail when nothing comes from the peer, neither answers to probes nor confirmations,
-/// for 7 to 9 s. There is one implementation per system.
+/// Makes the connection fail if nothing comes from the peer, neither answers to probes nor confirmations, for
+/// 7 to 9 s. There is one implementation per system.
 void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept;
 
-/// Bytes that the peer has not confirmed yet, as far as the system tells.
+/// Returns how many bytes the peer has not confirmed yet, as far as the system reports them.
 [[nodiscard]] std::size_t unconfirmedBytes(boost::asio::ip::tcp::socket::native_handle_type handle) noexcept;
 
-/// False when nothing comes in that time. Blocks.
+/// Blocks until something comes; returns false if nothing does in that time.
 [[nodiscard]] bool waitReadable(boost::asio::ip::tcp::socket::native_handle_type handle,
                                 std::chrono::milliseconds limit) noexcept;
 

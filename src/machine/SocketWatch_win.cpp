@@ -4,7 +4,7 @@
 #include <winsock2.h>
 #include <ws2tcpip.h>
 
-// What the compiler's headers leave out.
+// Definitions that the compiler's headers lack.
 #ifndef TCP_MAXRT
 #define TCP_MAXRT 5
 #endif
@@ -23,7 +23,7 @@ void watchForDeadPeer(boost::asio::ip::tcp::socket& socket) noexcept {
 }
 
 std::size_t unconfirmedBytes(boost::asio::ip::tcp::socket::native_handle_type /*handle*/) noexcept {
-    return 0; // what it keeps leaves within the round trip, and the pace knows the line
+    return 0; // what it keeps leaves within the round trip, and the pace models the line
 }
 
 bool waitReadable(boost::asio::ip::tcp::socket::native_handle_type handle,

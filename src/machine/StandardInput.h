@@ -8,8 +8,8 @@ namespace zrk {
 
 class EventLoop;
 
-/// Standard input, read as it comes. A terminal passes every key at once while this lives, and is set back
-/// afterwards; one per process. What has not been taken holds the input back.
+/// Standard input, read as it comes. A terminal passes every key at once while this exists, and is restored
+/// afterwards; one per process. Untaken input stops the sender.
 class StandardInput {
   public:
     explicit StandardInput(EventLoop& loop);
@@ -19,10 +19,10 @@ class StandardInput {
 
     [[nodiscard]] bool isTerminal() const;
 
-    /// What has come since; the event loop wakes when there is more.
+    /// Takes the new input; the event loop wakes when there is more.
     [[nodiscard]] QByteArray take();
 
-    /// True when nothing more will come.
+    /// Returns true once nothing more will come.
     [[nodiscard]] bool hasEnded() const;
 
   private:

@@ -13,7 +13,7 @@
 namespace zrk {
 namespace {
 
-/// A terminal that hands over every key, as long as this lives. How it prints stays the same, so neither
+/// A terminal that passes on every key, as long as this exists. Its output settings stay the same, so neither
 /// change waits for text that a stopped terminal does not take.
 class RawTerminal {
   public:
@@ -55,7 +55,7 @@ struct StandardInput::Private {
             ended = true;
         else
             waiting.append(piece.data(), count);
-        notifier.setEnabled(false); // until it has been taken
+        notifier.setEnabled(false); // until the input has been taken
         loop.wake();
     }
 

@@ -15,17 +15,17 @@
 namespace zrk {
 namespace {
 
-/// What the reading thread and the reader of its bytes share. Nothing ends a blocked console read, so the
-/// thread may outlive the input and must then touch nothing else.
+/// The shared state of the reading thread and the reader of its bytes. Nothing ends a blocked console read,
+/// so the thread may outlive the input and must then touch nothing else.
 struct Shared {
     std::mutex mutex;
     std::condition_variable room;
     QByteArray waiting;
     bool ended = false;
-    EventLoop* loop = nullptr; ///< null once nobody listens
+    EventLoop* loop = nullptr; ///< null once the reader has gone
 };
 
-/// Blocks until there is some input, and appends it; false at its end.
+/// Blocks until there is some input, and appends it; returns false at its end.
 using Reader = std::function<bool(QByteArray& into)>;
 
 Reader plainReader(HANDLE input) {
@@ -38,16 +38,16 @@ Reader plainReader(HANDLE input) {
     };
 }
 
-/// Reading a console as a file would take Ctrl-Z for the end of the input, and lose all characters that are
-/// not ASCII on consoles that have no UTF-8 input.
+/// Reads a console. As a file, Ctrl-Z would end the input, and characters that are not ASCII would be lost on
+/// consoles without UTF-8 input.
 Reader consoleReader(HANDLE console) {
     return [console, piece = std::array<wchar_t, 512>{},
             toUtf8 = std::make_shared<QStringEncoder>(QStringConverter::Utf8)](QByteArray& into) mutable {
         DWORD count = 0;
         if (ReadConsoleW(console, piece.data(), static_cast<DWORD>(piece.size()), &count, nullptr) == 0)
             return false;
-        // Half of a character outside the basic plane waits for the other. Nothing was read where Ctrl-Break
-        // has interrupted, which is no end.
+        // Half of a character outside the basic plane waits for the other. Ctrl-Break may end a read without
+        // any character, which is not the end.
         into.append(toUtf8->encode(QStringView(piece.data(), static_cast<qsizetype>(count))));
         return true;
     };

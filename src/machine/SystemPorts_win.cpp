@@ -5,7 +5,7 @@
 #include <array>
 #include <windows.h>
 
-// Their macros need the above.
+// Their macros need the headers above.
 #include <cfgmgr32.h>
 #include <setupapi.h>
 
@@ -15,14 +15,14 @@ namespace {
 constexpr GUID kPortInterface = {
     0x86E0D1E0, 0x8089, 0x11D0, {0x9C, 0xE4, 0x08, 0x00, 0x3E, 0x30, 0x1F, 0x73}};
 constexpr GUID kPortClass = {0x4D36E978, 0xE325, 0x11CE, {0xBF, 0xC1, 0x08, 0x00, 0x2B, 0xE1, 0x03, 0x18}};
-/// What the adapter calls itself; a driver's description is the same for all that it drives.
+/// The adapter's own name; a driver's description is the same for all its devices.
 constexpr DEVPROPKEY kOwnDescription = {
     {0x540B947E, 0x8B40, 0x45BC, {0xA8, 0xA2, 0x6A, 0x0B, 0x89, 0x4C, 0xBD, 0xA2}}, 4};
 constexpr int kMostParents = 2; ///< a driver's bus and the adapter above it
 
 using Text = std::array<wchar_t, 1024>;
 
-/// "COM3" for "\\.\COM3" as well.
+/// Returns "COM3" for "\\.\COM3", too.
 QString comName(const QString& device) {
     const QString prefix = QStringLiteral("\\\\.\\");
     return (device.startsWith(prefix) ? device.mid(prefix.size()) : device).toUpper();
@@ -40,7 +40,7 @@ class DeviceSet {
     DeviceSet(const DeviceSet&) = delete;
     DeviceSet& operator=(const DeviceSet&) = delete;
 
-    /// Every port of the set that has a COM name.
+    /// Adds every port of the set that has a COM name.
     void addTo(std::vector<PortEntry>& ports) const {
         SP_DEVINFO_DATA device{};
         device.cbSize = sizeof device;
@@ -116,7 +116,7 @@ class DeviceSet {
     HDEVINFO m_set;
 };
 
-/// Ports whose drivers tell no more than their names, as those of virtual ports.
+/// Adds ports whose drivers report only their names, as those of virtual ports.
 void addNamedPorts(std::vector<PortEntry>& ports) {
     HKEY key = nullptr;
     if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"HARDWARE\\DEVICEMAP\\SERIALCOMM", 0, KEY_QUERY_VALUE, &key) !=
@@ -162,7 +162,7 @@ std::vector<PortEntry> installedPorts(const PortPlaces& /*places*/) {
     return ports;
 }
 
-/// The system keeps an adapter's COM name for it. Who has a port open shows only when it is opened.
+/// Checks little: the system keeps an adapter's COM name, and only opening a port shows whether it is in use.
 void inspectPorts(std::vector<PortEntry>& ports, const PortPlaces& places) {
     const std::vector<PortEntry> installed = installedPorts(places);
     for (PortEntry& port : ports) {

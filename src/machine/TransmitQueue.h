@@ -8,14 +8,14 @@ namespace zrk {
 
 /// A bounded byte queue with one side that appends and one that hands its front to a device.
 ///
-/// What has been handed over stays in place, and counts against the bound, until sent() takes it
-/// off; appending in the meantime does not move it, so that a device may read it without a lock.
-/// The calls themselves need one.
+/// Bytes that were handed over stay in place, and count against the bound, until sent() removes them;
+/// appending meanwhile does not move them, so that a device may read them without a lock. The calls
+/// themselves need one.
 class TransmitQueue {
   public:
     explicit TransmitQueue(std::size_t capacity);
 
-    /// Bytes that append() takes at once.
+    /// Returns how many bytes append() takes at once.
     [[nodiscard]] std::size_t room() const { return m_capacity - size(); }
     [[nodiscard]] std::size_t size() const { return m_pending.size() + m_front.size() - m_sent; }
     [[nodiscard]] bool isEmpty() const { return size() == 0; }
@@ -23,10 +23,10 @@ class TransmitQueue {
     /// Appends as much as there is room for; returns how much that was.
     std::size_t append(std::span<const char> bytes);
 
-    /// The bytes to send next, empty when there are none. Valid until sent() is called.
+    /// Returns the bytes to send next, empty if there are none. Valid until sent() is called.
     [[nodiscard]] std::span<const char> front();
 
-    /// Takes the first `count` bytes of what front() gave off the queue.
+    /// Removes the first `count` bytes of front() from the queue.
     void sent(std::size_t count) { m_sent += count; }
 
   private:

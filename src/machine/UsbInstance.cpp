@@ -13,7 +13,7 @@ UsbInstance usbInstance(const QStringList& instanceIds) {
     for (const QString& id : instanceIds) {
         const auto match = kIds.match(id);
         if (!match.hasMatch())
-            break; // the hub: what lies above is of no adapter
+            break; // the hub: nothing above it belongs to the adapter
         const QString usbId = (match.captured(1) + QLatin1Char(':') + match.captured(2)).toLower();
         if (!found.usbId.isEmpty() && usbId != found.usbId)
             break;

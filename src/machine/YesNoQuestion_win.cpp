@@ -19,9 +19,9 @@ bool YesNoQuestion::isPossible() const {
 
 bool YesNoQuestion::askYesNo() {
     m_withdrawn = false;
-    // A console handle cannot be watched by the event loop, so another thread reads the line. It is left
-    // to itself when the question is withdrawn, since nothing ends a blocked console read. It does not read
-    // through stdin, whose lock it would hold while the program's end wants it.
+    // The event loop cannot watch a console handle, so another thread reads the line. It is left to itself
+    // when the question is withdrawn, since nothing ends a blocked console read. It does not read through
+    // stdin, whose lock it would hold at the program's end.
     auto answered = std::make_shared<std::promise<std::string>>();
     auto line = answered->get_future();
     std::thread([answered, &loop = m_loop] {

@@ -17,7 +17,7 @@
 
 namespace {
 
-/// The threads of this process that begin from here on find no room for their stacks.
+/// A limit from which on new threads of this process get no stacks.
 class NoMoreThreads {
   public:
     NoMoreThreads() {
@@ -44,7 +44,7 @@ TEST(BoardRuns, WithoutAThreadFailByThemselves) {
     char name[] = "zrk-loader-cli";
     char* argv[] = {name, nullptr};
     const QCoreApplication app(argc, argv);
-    std::signal(SIGPIPE, SIG_IGN); // at the end the pipes go before what waits for them
+    std::signal(SIGPIPE, SIG_IGN); // at the end the pipes are destroyed before their writers
     sigset_t before{};
     pthread_sigmask(SIG_BLOCK, nullptr, &before);
     zrk::test::Pty first;

@@ -35,7 +35,7 @@ TEST_F(Cli, BringsUpABoardAndStartsIt) {
     EXPECT_EQ(contents(sdram).mid(4, secondary.size()), secondary);
 }
 
-TEST_F(Cli, ExitStatusTellsTheCause) {
+TEST_F(Cli, ExitStatusShowsTheCause) {
     const struct {
         const char* board;
         const char* steps;
@@ -62,8 +62,7 @@ TEST_F(Cli, ExitStatusTellsTheCause) {
     };
     for (const auto& ending : endings) {
         SCOPED_TRACE(std::string(ending.board) + " / " + ending.steps);
-        // A BootID that is repeated while a busy machine keeps the loader waiting would answer for the next
-        // one.
+        // On a busy machine, a repeated BootID would answer for the next one.
         const BoardProcess board(ending.board + QString(" --unpaced --bootid-interval 5"));
         CliRun run("--port " + board.device() + " --ini " + images.ini() + " --line-rate 0 " + ending.steps);
         EXPECT_EQ(run.status(), ending.status);
@@ -116,9 +115,9 @@ TEST_F(Cli, RefusesWhatCannotWorkBeforeAnythingIsSent) {
     }
 }
 
-/// An INI file of which only some lines are right; the port that the steps need is not there, so a run that
-/// begins to send ends with 3.
-TEST_F(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
+/// An INI file with faults; the port that the steps need does not exist, so a run that begins to send ends
+/// with 3.
+TEST_F(Cli, PrintsWhatItWillSendAndStopsAtAWrongAddress) {
     const QString ini = images.file("own.INI");
     const QByteArray cut =
         "[BINFILES]|PG_SIBL=pg_sibl.bin|FLASH=" + QByteArray("./").repeated(120) + "flash.bin,0x00100000";
@@ -126,7 +125,7 @@ TEST_F(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
         const char* values; // lines of the file
         const char* steps;
         int status;
-        const char* remark;    // on standard error, behind the file's name
+        const char* remark;    // on standard error, after the file's name
         const char* announced; // "~" is the folder of the images
     } runs[] = {
         {"[BINFILES]|PRIMARY=primary.bin,0x100|SECONDARY=secondary.bin,0x80000004|FLASH=flash.bin,0X100000|"
@@ -168,13 +167,13 @@ TEST_F(Cli, TellsWhatItWillSendAndStopsAtAWrongAddress) {
     }
 }
 
-TEST_F(Cli, TellsThatItsOutputWasLost) {
+TEST_F(Cli, ReportsThatItsOutputWasLost) {
     CliRun check("check --ini " + images.ini(), {.output = "/dev/full"});
     EXPECT_EQ(check.status(), 1);
     EXPECT_TRUE(check.error().contains("its text is incomplete"));
 }
 
-TEST_F(Cli, TellsItsUsageAndVersion) {
+TEST_F(Cli, PrintsItsUsageAndVersion) {
     for (const char* page : {"--help", "--help all"}) {
         CliRun help(page);
         EXPECT_EQ(help.status(), 0);

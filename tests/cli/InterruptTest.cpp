@@ -15,7 +15,7 @@ QString loadStep(const BoardProcess& board, const SampleImages& images) {
     return "--port " + board.device() + " --ini " + images.ini() + " load";
 }
 
-/// What a terminal has received, as its screen shows it.
+/// The text that a terminal has received, as its screen shows it.
 class Screen {
   public:
     explicit Screen(Pty& pty) : m_pty(pty) {}
@@ -61,8 +61,8 @@ TEST(CliInterrupt, EndsTheWaitForTheBoardAndLeavesNoProgressBehind) {
         << lines.join('\n').toStdString();
 }
 
-/// As Ctrl-C does, the signal goes to the whole process group. The pipes say when the command has begun, and
-/// let it end.
+/// Sends the signal to the whole process group, as Ctrl-C does. The pipes show when the command has begun,
+/// and let it end.
 TEST(CliInterrupt, DoesNotReachThePowerSwitch) {
     const SampleImages images;
     const BoardProcess board("--fault bootid=none");
@@ -83,7 +83,7 @@ TEST(CliInterrupt, DoesNotReachThePowerSwitch) {
     EXPECT_EQ(contents(images.file("done")), "on\n");
 }
 
-TEST(CliInterrupt, AsksOnTheTerminalWhatCannotBeAskedElsewhere) {
+TEST(CliInterrupt, AsksOnTheTerminalAndAssumesYesWithoutOne) {
     const SampleImages images;
     const struct {
         int signal;
@@ -96,7 +96,7 @@ TEST(CliInterrupt, AsksOnTheTerminalWhatCannotBeAskedElsewhere) {
                  {SIGTERM, 130, "n\n", "Yes (nobody to ask)"}};
     for (const auto& oneCase : cases) {
         SCOPED_TRACE(oneCase.shown);
-        // Slow, so that even a busy machine finds the transfer running; not where it has to come to its end.
+        // Slow, so that the transfer still runs even on a busy machine; fast if it has to reach its end.
         const BoardProcess board(oneCase.status == 0 ? "--baud 115200" : "--baud 9600");
         Pty person;
         CliRun run(loadStep(board, images), {.input = oneCase.answer == nullptr ? "" : person.device()});

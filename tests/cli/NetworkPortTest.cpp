@@ -22,7 +22,7 @@ TEST_F(CliNetworkPort, BringsUpAndProgramsABoardBehindAServer) {
         const QString device = raw ? server.raw() : server.rfc2217();
         SCOPED_TRACE(device.toStdString());
         // The first step opens the port, the second closes it and opens it again. A server may drop the last
-        // byte when its client goes at once, so the program is heard before.
+        // byte of a client that ends at once, so the test reads the program's output before.
         CliRun load(images.on(device,
                               "--line-rate 92160 --wait-port 600 --start-timeout 600 --expect-timeout 600 "
                               "load start expect zrk>"));
@@ -39,7 +39,7 @@ struct Ending {
     const char* error;
 };
 
-TEST_F(CliNetworkPort, EndingTellsTheCause) {
+TEST_F(CliNetworkPort, EndingShowsTheCause) {
     BoardProcess board("--power-on-delay 100");
     auto server = std::make_unique<SerialServer>(board.device());
     CliRun cut(images.on(server->raw(), "load"));
@@ -83,7 +83,7 @@ TEST_F(CliNetworkPort, AServerThatDropsItsClientIsConnectedToAgain) {
     EXPECT_EQ(run.status(), 0) << run.error().toStdString();
 }
 
-TEST_F(CliNetworkPort, TelnetTakenForARawPortIsTold) {
+TEST_F(CliNetworkPort, TelnetTakenForARawPortIsReported) {
     const BoardProcess board("--baud 921600 --bootid-interval 5");
     const SerialServer server(board.device());
     CliRun run(images.on(server.rfc2217().replace("rfc2217:", "tcp:"), "--line-rate 92160 --quiet load"));

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A pseudo-terminal that this test has open, a device that is not there, and a port on the network.
+/// Lists a pseudo-terminal that this test has open, a device that is missing, and a port on the network.
 TEST(Ports, AreListedForPeopleScriptsAndPrograms) {
     const BoardProcess board("--unpaced");
     QFile terminal(board.device());

@@ -7,7 +7,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A file's bytes; none, and a failed test, when it cannot be read.
+/// Returns a file's bytes; none, and a failed test, if it cannot be read.
 [[nodiscard]] QByteArray contents(const QString& path);
 
 /// A folder with the simulated board's sample images and INI file.
@@ -16,7 +16,7 @@ class SampleImages {
     SampleImages();
     [[nodiscard]] QString file(const QString& name) const { return m_folder.filePath(name); }
     [[nodiscard]] QString ini() const { return file("zrk-loader.INI"); }
-    /// The arguments of a run on that port with these images.
+    /// Returns the arguments of a run on that port with these images.
     [[nodiscard]] QString on(const QString& device, const QString& rest) const {
         return "--port " + device + " --ini " + ini() + " " + rest;
     }
@@ -31,8 +31,8 @@ struct BoardProcess : zrkboard::BoardProcess {
     [[nodiscard]] QString device() const { return QString::fromStdString(zrkboard::BoardProcess::device()); }
 };
 
-/// Terminals, or other files, that a run gets for its standard streams; without one the input is none, the
-/// rest is collected.
+/// Terminals, or other files, for a run's standard streams; without one it has no input, and its output is
+/// collected.
 struct Terminals {
     QString input = {};
     QString output = {};
@@ -45,7 +45,7 @@ class CliRun {
   public:
     explicit CliRun(const QString& arguments, const Terminals& terminals = {});
 
-    /// Reads until the text has come on standard output or error. False when the run ends before.
+    /// Reads until the text has come on standard output or error. Returns false if the run ends before.
     [[nodiscard]] bool waitFor(QProcess::ProcessChannel channel, const QByteArray& text);
 
     void send(int signal);
@@ -53,10 +53,10 @@ class CliRun {
     /// Sends it again and again until the run has ended.
     void sendUntilItEnds(int signal);
 
-    /// Waits for the end; the exit status, or -1 when it does not end in time.
+    /// Waits for the end; returns the exit status, or -1 if it does not end in time.
     [[nodiscard]] int status();
 
-    /// What it has written; known once it has ended.
+    /// Returns its output; known once it has ended.
     [[nodiscard]] const QByteArray& output() const { return m_output; }
     [[nodiscard]] const QByteArray& error() const { return m_error; }
 

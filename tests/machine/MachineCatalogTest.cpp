@@ -77,13 +77,12 @@ TEST(MachineCatalog, ListsPortsWithHardwareAndPortsWithANameAndTheirUsers) {
     named[3] = system.path("by-id/usb-gone");
     const std::string b6 = "~/by-id/usb-B6 | COM2, COM5, ~/dev/ttyUSB1 | serial number B6, USB 0403:6001 | ";
     EXPECT_EQ(system.told(named),
-              b6 +
-                  "in use by minicom (4711)\n"
-                  "~/by-id/usb-gone | COM3 | not there: plug the adapter in\n"
-                  "~/dev/ttyS0 | Built-in serial port | free\n"
-                  "~/by-id/usb-A5 | ~/dev/ttyUSB0 | serial number A5, USB 0403:6001 | free | "
-                  "no permission: add yourself to the group dialout and log in again\n"
-                  "rfc2217:rack:2217 | COM4 | on the network; whether it is there shows when it is opened\n");
+              b6 + "in use by minicom (4711)\n"
+                   "~/by-id/usb-gone | COM3 | not there: plug the adapter in\n"
+                   "~/dev/ttyS0 | Built-in serial port | free\n"
+                   "~/by-id/usb-A5 | ~/dev/ttyUSB0 | serial number A5, USB 0403:6001 | free | "
+                   "no permission: add yourself to the group dialout and log in again\n"
+                   "rfc2217:rack:2217 | COM4 | on the network; only opening it shows whether it is there\n");
     EXPECT_EQ(system.other(), "minicom (4711)");
     const QString own = QStringLiteral("proc/%1/fd/4").arg(::getpid());
     system.link(own, "dev/ttyUSB1");
