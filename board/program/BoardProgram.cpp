@@ -1,16 +1,21 @@
 #include "board/program/BoardProgram.h"
 
+#include "board/program/FileDescriptor.h"
 #include "board/program/FileMemory.h"
 #include "board/program/MemoryDump.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
+#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <poll.h>
+#include <sstream>
 #include <stdexcept>
+#include <sys/stat.h>
 #include <utility>
 
 namespace zrkboard {
@@ -52,13 +57,30 @@ Nand makeNand(const ProgramOptions& options) {
     return Nand(std::make_unique<FileMemory>(*options.nandFile, kNandSize, 0xFF));
 }
 
+// Opening never waits for another process, as a pipe would.
+std::string readTraceFile(const std::string& path) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
+        throw std::runtime_error(path + ": cannot read the trace: " + std::strerror(errno));
+    if (!S_ISREG(status.st_mode))
+        throw std::runtime_error(path + ": cannot read the trace: it is not a regular file");
+    std::string text;
+    std::array<char, 65536> part{};
+    for (ssize_t count = 1; count > 0;) {
+        count = ::read(file.get(), part.data(), part.size());
+        if (count < 0)
+            throw std::runtime_error(path + ": cannot read the trace: " + std::strerror(errno));
+        text.append(part.data(), static_cast<std::size_t>(count));
+    }
+    return text;
+}
+
 std::unique_ptr<Replay> makeReplay(const ProgramOptions& options, std::ostream& log) {
     if (!options.replayFile)
         return nullptr;
     constexpr std::uint32_t kTracedLine = 11520; // bytes a second, which the loader's hand-over ran ahead of
-    std::ifstream file(*options.replayFile);
-    if (!file)
-        throw std::runtime_error(*options.replayFile + ": cannot read the trace");
+    std::istringstream file(readTraceFile(*options.replayFile));
     try {
         return std::make_unique<Replay>(readTrace(file), kTracedLine, [&log](const std::string& what) {
             log << "differs from the trace: " << what << std::endl;

@@ -6,7 +6,9 @@
 #include <functional>
 #include <stdexcept>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
+#include <unistd.h>
 #include <utility>
 
 namespace zrkboard {
@@ -20,10 +22,23 @@ DeviceLink::DeviceLink(fs::path link, std::string devicePath)
     const auto status = fs::symlink_status(m_link, error);
     if (fs::exists(status) && !fs::is_symlink(status))
         fail("a file with that name exists, and it is not a link");
+    if (fs::exists(status) && !isOurs())
+        fail("a link with that name exists, and no board has made it; remove it or name another link");
     fs::remove(m_link, error);
     fs::create_symlink(m_devicePath, m_link, error);
     if (error)
         fail(error.message());
+}
+
+// A board's link leads to a pseudo-terminal, and belongs to the account that started the board.
+bool DeviceLink::isOurs() const {
+    std::error_code error;
+    const std::string target = fs::read_symlink(m_link, error).string();
+    const std::string folder = "/dev/pts/";
+    const bool isTerminal = target.starts_with(folder) && target.size() > folder.size() &&
+                            target.find_first_not_of("0123456789", folder.size()) == std::string::npos;
+    struct stat link {};
+    return !error && isTerminal && ::lstat(m_link.c_str(), &link) == 0 && link.st_uid == ::geteuid();
 }
 
 // The device that an old link leads to may be another program's terminal by now. So each board binds a socket

@@ -10,7 +10,7 @@ namespace zrkboard {
 // A symbolic link to the device under a name that stays the same; removed with this object.
 class DeviceLink {
   public:
-    // Replaces a link of an earlier run, but neither the link of a running board nor a file of another kind.
+    // Replaces a link of an earlier run, but neither the link of a running board nor any other link or file.
     // Throws std::runtime_error.
     DeviceLink(std::filesystem::path link, std::string devicePath);
     ~DeviceLink();
@@ -19,6 +19,7 @@ class DeviceLink {
 
   private:
     void claim();
+    [[nodiscard]] bool isOurs() const;
     [[noreturn]] void fail(const std::string& why) const;
 
     std::filesystem::path m_link;

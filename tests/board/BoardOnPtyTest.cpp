@@ -11,6 +11,7 @@
 #include <poll.h>
 #include <regex>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 // Tests the program as a loader sees it: a device to open, a paced line, a hang-up.
@@ -205,10 +206,16 @@ TEST(BoardOnPty, RejectsUnusableFilesAtTheStart) {
     const std::string link = folder.path / "port";
     const std::string other = folder.path / "other";
     std::ofstream(other) << "no NAND";
+    const std::string foreign = folder.path / "foreign"; // no board has made it
+    fs::create_symlink(other, foreign);
+    const std::string pipe = folder.path / "pipe"; // has no writer
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     Program first({"--link", link});
     const std::string device = first.device();
     for (const std::vector<std::string>& refused : std::vector<std::vector<std::string>>{
              {"--link", folder.path / "." / "port"},
+             {"--link", foreign},
+             {"--replay", pipe},
              {"--nand", other},
              {"--dump-sdram", folder.path},
              {"--dump-iram", folder.path / "no" / "dump"},
@@ -219,6 +226,7 @@ TEST(BoardOnPty, RejectsUnusableFilesAtTheStart) {
     }
     EXPECT_EQ(fs::read_symlink(link), device);
     EXPECT_EQ(fs::file_size(other), 7U);
+    EXPECT_EQ(fs::read_symlink(foreign), other);
 
     first.kill();
     EXPECT_EQ(first.join(), -1);
