@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <system_error>
+
 namespace zrk {
 
 OutputStreams::OutputStreams(bool json, const Target& target) : m_json(json), m_target(target) {
@@ -36,6 +38,11 @@ void OutputStreams::giveUp() {
     m_outputWriter->giveUp();
     if (m_errorWriter != m_outputWriter)
         m_errorWriter->giveUp();
+}
+
+QByteArray OutputStreams::outputFailure() const {
+    const int error = m_outputWriter->failureOf(m_target.output);
+    return error == 0 ? QByteArray() : QByteArray::fromStdString(std::generic_category().message(error));
 }
 
 /// Runs inside a call of the descriptor's writer. The text of a console is a record, in which the program's

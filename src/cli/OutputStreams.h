@@ -41,6 +41,8 @@ class OutputStreams {
 
     /// True when standard output takes no more.
     [[nodiscard]] bool hasOutputFailed() const { return m_outputWriter->hasFailed(m_target.output); }
+    /// The system's reason for that; "" when there is none.
+    [[nodiscard]] QByteArray outputFailure() const;
     /// True when that is so, or when text was left out.
     [[nodiscard]] bool isOutputIncomplete() const {
         return hasOutputFailed() || m_outputWriter->hasLostText(m_target.output);

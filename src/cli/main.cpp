@@ -48,7 +48,10 @@ ExitStatus drained(ExitStatus status, OutputStreams& streams, Interrupts& interr
     const bool isError = streams.drainError(left());
     const bool isIncomplete = !isOutput || streams.isOutputIncomplete();
     if (isIncomplete) {
-        streams.err("Standard output could not be written; its text is incomplete.\n", Weight::Result);
+        const QByteArray why = streams.outputFailure();
+        streams.err("Standard output could not be written" + (why.isEmpty() ? why : ": " + why) +
+                        "; its text is incomplete.\n",
+                    Weight::Result);
         (void)streams.drainError(Clock::now() + kLastTextLimit);
     }
     if (status != ExitStatus::Done || (!isIncomplete && isError))

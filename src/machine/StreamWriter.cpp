@@ -2,6 +2,7 @@
 
 #include "machine/Descriptors.h"
 
+#include <cerrno>
 #include <condition_variable>
 #include <deque>
 #include <map>
@@ -21,6 +22,7 @@ struct StreamWriter::Shared {
         bool hasGap = false;   ///< text is among them, so more text would tear what was printed
         bool lostText = false; ///< ever
         bool failed = false;
+        int error = 0;
     };
 
     Note note;
@@ -61,8 +63,9 @@ struct StreamWriter::Shared {
     }
 
     /// Nothing more is written there, also where there is room again: text with a hole is worse than its end.
-    void fail(int descriptor) {
+    void fail(int descriptor, int error) {
         states[descriptor].failed = true;
+        states[descriptor].error = error;
         std::erase_if(queue, [&](const Piece& piece) {
             const bool isIts = piece.descriptor == descriptor;
             waiting -= isIts ? piece.bytes.size() : 0;
@@ -88,12 +91,13 @@ struct StreamWriter::Shared {
             const qsizetype left = piece.bytes.size() - begin;
             const auto written =
                 writeSome(piece.descriptor, piece.bytes.constData() + begin, static_cast<std::size_t>(left));
+            const int error = errno;
             const qsizetype done = written < 0 ? left : written;
             const std::scoped_lock lock(mutex);
             begin += done;
             waiting -= done;
             if (written < 0)
-                fail(piece.descriptor);
+                fail(piece.descriptor, error);
             reportLosses();
             changed.notify_all();
         }
@@ -159,6 +163,11 @@ qsizetype StreamWriter::waiting() const {
 bool StreamWriter::hasFailed(int descriptor) const {
     const std::scoped_lock lock(m_shared->mutex);
     return m_shared->states[descriptor].failed;
+}
+
+int StreamWriter::failureOf(int descriptor) const {
+    const std::scoped_lock lock(m_shared->mutex);
+    return m_shared->states[descriptor].error;
 }
 
 bool StreamWriter::hasLostText(int descriptor) const {

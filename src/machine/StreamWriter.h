@@ -52,6 +52,8 @@ class StreamWriter {
     [[nodiscard]] qsizetype waiting() const;
     /// True when the descriptor takes no more: its reader has gone, or its disk is full.
     [[nodiscard]] bool hasFailed(int descriptor) const;
+    /// The errno of that, or 0.
+    [[nodiscard]] int failureOf(int descriptor) const;
     /// True when text for the descriptor was left out.
     [[nodiscard]] bool hasLostText(int descriptor) const;
 

@@ -34,7 +34,7 @@ TEST_F(MachineFaults, OfStreamsAndEnvironmentSpoilNoBoard) {
         {"@ >&-", 1, "its text is incomplete"},
         {"@ 2>&-", 0, ""},
         {"@ <&- >&- 2>&-", 1, ""},
-        {"@ >/dev/full", 1, "its text is incomplete"},
+        {"@ >/dev/full", 1, "could not be written: No space left on device; its text is incomplete"},
         {"@ 2>/dev/full", 0, ""},
         {"@ | true", 1, "its text is incomplete"},
         {R"(env -i ${TSAN_OPTIONS:+TSAN_OPTIONS="$TSAN_OPTIONS"} @)", 0, "Port: COM1"},
