@@ -27,6 +27,13 @@ QByteArray jsonLine(const QJsonObject& object) {
     QByteArray line;
     line.reserve(text.size());
     for (const char* at = text.constData(); at != text.constData() + text.size(); ++at) {
+        if (*at == '\\') {
+            // Half a pair comes as an escape; whole ones and all other characters come in UTF-8.
+            const bool isSurrogate = at[1] == 'u' && at[2] == 'd' && at[3] >= '8';
+            line += isSurrogate ? QByteArray("\\ufffd") : QByteArray(at, 2);
+            at += isSurrogate ? 5 : 1;
+            continue;
+        }
         const int byte = static_cast<unsigned char>(*at);
         const int next = static_cast<unsigned char>(at[1]); // behind the last one stands a NUL
         const bool isHigh = byte == kLeader && next < 0xA0;

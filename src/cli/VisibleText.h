@@ -11,7 +11,7 @@ namespace zrk {
 [[nodiscard]] QString withVisibleControls(const QString& text);
 
 /// The object as one line without its end. Every control character in it is escaped, also those above 0x7E,
-/// which JSON would allow as they are.
+/// which JSON would allow as they are; half a surrogate pair, which many readers reject, is replaced.
 [[nodiscard]] QByteArray jsonLine(const QJsonObject& object);
 
 } // namespace zrk
