@@ -3,6 +3,7 @@
 #include "cli/GivenFile.h"
 #include "cli/Options.h"
 #include "cli/UsageError.h"
+#include "config/HexConversions.h"
 #include "files/PrintableText.h"
 #include "loader/Loader.h"
 #include "loader/TransferRate.h"
@@ -67,6 +68,23 @@ void Plan::checkSizes() const {
                     .arg(printableText(m_loader.controls.txtFilNam[i].Tag), slotOption(static_cast<int>(i)),
                          QString::number(size)));
     }
+    for (const Slot slot : slotsToSend())
+        checkIram(slot);
+}
+
+/// The boot ROM answers nothing to an image that does not fit.
+void Plan::checkIram(int slot) const {
+    constexpr std::int64_t kIramSize = 0x10000;
+    const auto i = static_cast<std::size_t>(slot);
+    const QString address = m_loader.controls.txtStartAddress[i].Text;
+    const std::int64_t size = m_loader.controls.sizeInBytes(i).value_or(0);
+    if (kSlots[i].memory != Memory::Iram || HexToLong(address) + size <= kIramSize)
+        return;
+    throw UsageError(
+        QStringLiteral("%1 (%2): %3 bytes from IRAM address %4 on end past the last one, 0xFFFF. "
+                       "Choose a smaller image or a lower address.")
+            .arg(printableText(m_loader.controls.txtFilNam[i].Tag), slotOption(slot), QString::number(size),
+                 address));
 }
 
 void Plan::requireFile(int slot) const {

@@ -52,6 +52,7 @@ class Plan {
   private:
     void checkAddresses();
     void checkSizes() const;
+    void checkIram(int slot) const;
     [[nodiscard]] bool uses(int slot) const;
     [[nodiscard]] QString imageLine(int slot) const;
 
