@@ -16,9 +16,9 @@ ConsoleLog::ConsoleLog(EventLoop& loop, ConsoleText& console) : m_loop(loop) {
     });
 }
 
-void ConsoleLog::start(const QString& path, FileWriter::Told failed) {
+void ConsoleLog::start(const RecordFile& record, FileWriter::Told failed) {
     stop();
-    m_file = std::make_unique<LogFile>(path, m_loop, std::move(failed));
+    m_file = std::make_unique<LogFile>(record, m_loop, std::move(failed));
     m_file->setTimeStamps(m_hasTimeStamps);
 }
 

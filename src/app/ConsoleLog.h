@@ -15,8 +15,8 @@ class ConsoleLog {
     /// Loop and console must outlive it, and it must outlive every writer to the console.
     ConsoleLog(EventLoop& loop, ConsoleText& console);
 
-    /// Starts a log; see LogFile for path, failures and `failed`.
-    void start(const QString& path, FileWriter::Told failed);
+    /// Starts a log; see LogFile for record, failures and `failed`.
+    void start(const RecordFile& record, FileWriter::Told failed);
 
     /// Completes the file. Does nothing without a log.
     void stop();

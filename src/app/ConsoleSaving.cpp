@@ -1,10 +1,10 @@
 #include "app/ConsoleSaving.h"
 
+#include "config/ImageSlots.h"
 #include "controls/Desk.h"
 #include "files/PrintableText.h"
+#include "files/Record.h"
 #include "platform/FileDialog.h"
-
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -37,17 +37,13 @@ void saveConsole(Desk& desk) {
     const QString path = desk.fileDialog.openFile(request);
     if (path.isEmpty())
         return;
-    QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        (void)file.write(bytesOf(desk.controls.txtStatus.text()));
-        if (file.commit()) {
-            desk.state.Remark = QStringLiteral("The console has been saved to %1").arg(printableText(path));
-            return;
-        }
-    }
-    desk.tell(QStringLiteral("Cannot write %1: %2.\r\nChoose a file in a folder that you may write to.")
-                  .arg(printableText(path), file.errorString()),
-              MessageIcon::Exclamation, QStringLiteral("Save console"));
+    const QString why = replaceRecord({path, filesToRead(desk)}, bytesOf(desk.controls.txtStatus.text()));
+    if (why.isEmpty())
+        desk.state.Remark = QStringLiteral("The console has been saved to %1").arg(printableText(path));
+    else
+        desk.tell(QStringLiteral("Cannot write %1: %2.\r\nChoose a file in a folder that you may write to.")
+                      .arg(printableText(path), why),
+                  MessageIcon::Exclamation, QStringLiteral("Save console"));
 }
 
 } // namespace zrk

@@ -2,6 +2,7 @@
 
 #include "app/ConsoleLog.h"
 #include "app/GreyReasons.h"
+#include "config/ImageSlots.h"
 #include "files/PrintableText.h"
 #include "loader/Loader.h"
 #include "machine/TracedPorts.h"
@@ -91,8 +92,8 @@ void recordTrace(QAction& entry, TracedPorts& ports, Loader& loader) {
                        QStringLiteral("Record &trace to %1"), QStringLiteral("Traces (.trace)"),
                        QStringLiteral("*.trace"), QStringLiteral("Recording what passes the port to %1"),
                        QStringLiteral("The trace has been recorded."),
-                       [&ports](const QString& path, FileWriter::Told failed) {
-                           ports.startTrace(path, std::move(failed));
+                       [&ports, &loader](const QString& path, FileWriter::Told failed) {
+                           ports.startTrace({path, filesToRead(loader)}, std::move(failed));
                        },
                        [&ports] { ports.stopTrace(); }},
                       loader);
@@ -106,14 +107,16 @@ void logToFile(QAction& entry, QAction& timeStamps, ConsoleLog& log, Loader& loa
         QSettings(store, QSettings::IniFormat).setValue(kTimeStampsKey, on);
     });
     timeStamps.setChecked(QSettings(store, QSettings::IniFormat).value(kTimeStampsKey).toBool());
-    new FileRecording(
-        entry,
-        {QStringLiteral("Log to file"), QStringLiteral("Log to &file..."), QStringLiteral("Log to &file %1"),
-         QStringLiteral("Logs (.log)"), QStringLiteral("*.log"),
-         QStringLiteral("Logging what comes into the console to %1"), QStringLiteral("The log is complete."),
-         [&log](const QString& path, FileWriter::Told failed) { log.start(path, std::move(failed)); },
-         [&log] { log.stop(); }},
-        loader);
+    new FileRecording(entry,
+                      {QStringLiteral("Log to file"), QStringLiteral("Log to &file..."),
+                       QStringLiteral("Log to &file %1"), QStringLiteral("Logs (.log)"),
+                       QStringLiteral("*.log"), QStringLiteral("Logging what comes into the console to %1"),
+                       QStringLiteral("The log is complete."),
+                       [&log, &loader](const QString& path, FileWriter::Told failed) {
+                           log.start({path, filesToRead(loader)}, std::move(failed));
+                       },
+                       [&log] { log.stop(); }},
+                      loader);
 }
 
 } // namespace zrk

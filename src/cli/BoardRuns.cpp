@@ -5,7 +5,6 @@
 #include "cli/RecordCheck.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
-#include "files/RegularFile.h"
 #include "machine/OpenFileLimit.h"
 #include "machine/QtEventLoop.h"
 
@@ -25,10 +24,12 @@ namespace {
 
 /// What is wrong for all boards is told once, and before any of them hears anything.
 void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& printer, EventLoop& loop,
-                     const std::shared_ptr<ImageStore>& images) {
+                     const std::shared_ptr<ImageStore>& images, const QList<PlannedRecord>& records) {
     options.program.ports.insert_or_assign(1, options.ports.first());
     Output output(printer, {0, {}, options.ports.first()});
-    Session(options, facts, loop, output, images).prepare();
+    Session session(options, facts, loop, output, images);
+    session.prepare();
+    session.requireRecords(records);
 }
 
 /// A port's name as that of a file. Windows opens the port itself under its name, whatever suffix is behind
@@ -41,19 +42,6 @@ QString transcriptOf(const QString& name) {
         return QStringLiteral("port-%1.log").arg(name);
 #endif
     return name + QStringLiteral(".log");
-}
-
-/// Opens a session's output and its transcript.
-void keepTranscript(Output& output, const CliOptions& options, const QString& name) {
-    if (options.logFolder.isEmpty() || options.dryRun)
-        return;
-    if (!QDir().mkpath(options.logFolder))
-        throw UsageError(cannotMakeFolder(options.logFolder));
-    try {
-        output.keepTranscript(QDir(options.logFolder).filePath(transcriptOf(name)));
-    } catch (const RuntimeFailure& failure) {
-        throw UsageError(failure.description());
-    }
 }
 
 Ending endedEarly(ExitStatus status) {
@@ -76,15 +64,28 @@ QString traceOf(const QString& file, const QString& name) {
     return info.dir().filePath(info.completeBaseName() + QLatin1Char('-') + name + suffix);
 }
 
-/// Before any of the boards hears anything; each run then writes over its own.
-void requireTraces(const CliOptions& options, const QStringList& names) {
-    if (options.traceFile.isEmpty() || options.dryRun)
-        return;
+/// Gives a board files of its own. A dry run keeps no records, and says whether a run could.
+void nameRecords(CliOptions& options, const QString& name) {
+    if (!options.logFolder.isEmpty())
+        options.transcriptFile = QDir(options.logFolder).filePath(transcriptOf(name));
+    if (!options.ports.isEmpty())
+        options.traceFile = traceOf(options.traceFile, name);
+}
+
+void keepTranscript(Output& output, const CliOptions& options) {
+    if (!options.transcriptFile.isEmpty() && !options.dryRun)
+        output.keepTranscript(options.transcriptFile);
+}
+
+/// The records of all boards, which must be fit before any board hears anything.
+QList<PlannedRecord> allRecords(const CliOptions& options, const QStringList& names) {
+    QList<PlannedRecord> records;
     for (const QString& name : names) {
-        QFile file(traceOf(options.traceFile, name));
-        if (const QString why = openRecord(file, OldRecord::Continue); !why.isEmpty())
-            throw UsageError(cannotWriteTrace(file.fileName(), why));
+        CliOptions own = options;
+        nameRecords(own, name);
+        records += recordsOf(own);
     }
+    return options.dryRun ? QList<PlannedRecord>() : records;
 }
 
 /// One board of several.
@@ -96,8 +97,8 @@ class BoardRun {
           m_output(printer, {row, name, options.ports[static_cast<qsizetype>(row)]}) {
         m_options.program.ports.insert_or_assign(1, m_output.place().port);
         m_options.program.portNumber = 1;
-        m_options.traceFile = traceOf(options.traceFile, name);
-        keepTranscript(m_output, options, name);
+        nameRecords(m_options, name);
+        keepTranscript(m_output, m_options);
     }
 
     /// Runs on a thread of its own and calls `ended` from there at the end. Without a thread the board has
@@ -234,14 +235,14 @@ void printTable(const std::vector<std::unique_ptr<BoardRun>>& runs, Printer& pri
     printer.err(lines.join(QLatin1Char('\n')).toLocal8Bit() + '\n', Printer::Weight::Result);
 }
 
-int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printer, Interrupts& interrupts) {
+int runOne(CliOptions options, const ProgramFacts& facts, Printer& printer, Interrupts& interrupts) {
     QtEventLoop loop;
     const PortNames names(options.program.ports);
     const QString device = names.device(options.program.portNumber);
     Output output(printer, {0, {}, device});
-    keepTranscript(output, options,
-                   device.isEmpty() ? QStringLiteral("COM%1").arg(options.program.portNumber)
-                                    : shortName(device));
+    nameRecords(options, device.isEmpty() ? QStringLiteral("COM%1").arg(options.program.portNumber)
+                                          : shortName(device));
+    keepTranscript(output, options);
     Session* running = nullptr;
     const Interrupts::InLoop heard(interrupts, loop, [&running](Interrupts::Request request) {
         const bool isEnd = request->isEnd;
@@ -251,6 +252,8 @@ int runOne(const CliOptions& options, const ProgramFacts& facts, Printer& printe
     });
     Session session(options, facts, loop, output, std::make_shared<ImageStore>());
     session.prepare();
+    if (!options.dryRun)
+        session.requireRecords(recordsOf(options));
     running = &session;
     const Ending ending = session.run();
     running = nullptr;
@@ -262,7 +265,8 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
     requireOpenFiles(options.ports.size());
     QtEventLoop loop;
     const auto images = std::make_shared<ImageStore>();
-    requireWorkable(options, facts, printer, loop, images);
+    const QStringList names = namesOf(options.ports);
+    requireWorkable(options, facts, printer, loop, images, allRecords(options, names));
     std::atomic<std::size_t> left = 0; // outlives the threads that count it
     std::vector<std::unique_ptr<BoardRun>> runs;
     // One answer could not be for all of the boards, and a question for each would stop the others' display.
@@ -270,8 +274,6 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
         for (const auto& run : runs)
             run->interrupt(request);
     });
-    const QStringList names = namesOf(options.ports);
-    requireTraces(options, names);
     for (qsizetype i = 0; i < names.size(); ++i)
         runs.push_back(std::make_unique<BoardRun>(options, facts, printer, static_cast<std::size_t>(i),
                                                   names[i], images));

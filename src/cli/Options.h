@@ -43,6 +43,7 @@ struct CliOptions {
     QString onWait;               ///< a shell command, run when a board's power-on is awaited; "": none
     QString logFolder;            ///< for a transcript of each board
     QString traceFile;            ///< "": none
+    QString transcriptFile;       ///< of one board, in logFolder; "": none
     std::optional<bool> dtr = {}; ///< to hold while the port is open
     std::optional<bool> rts = {};
     QStringList unwanted; ///< texts that end the step expect as a failure

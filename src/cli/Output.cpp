@@ -51,10 +51,15 @@ QByteArray Output::named(const QByteArray& line) const {
     return m_place.name.isEmpty() ? line + '\n' : m_place.name.toLocal8Bit() + ": " + line + '\n';
 }
 
-void Output::record(const QString& text) {
+void Output::beginTranscript(const QStringList& inputs) {
+    if (m_transcript)
+        m_transcript->begin(inputs);
+}
+
+void Output::record(const QString& text, TextOrigin origin) {
     if (!m_transcript)
         return;
-    m_transcript->write(text);
+    m_transcript->write(text, origin);
     const QString failure = m_transcript->takeFailure();
     if (!failure.isEmpty())
         tell(failure);
@@ -78,8 +83,8 @@ void Output::put(QByteArray bytes) {
     }
 }
 
-void Output::console(const QString& text) {
-    record(text);
+void Output::console(const QString& text, TextOrigin origin) {
+    record(text, origin);
     if (isJson())
         return event("console", {{QStringLiteral("text"), text}});
     // The NUL that a cancelled wait echoes would make a log file count as binary.
@@ -90,7 +95,7 @@ void Output::console(const QString& text) {
 
 void Output::board(const QByteArray& bytes) {
     const QString text = QString::fromLatin1(bytes);
-    record(text);
+    record(text, TextOrigin::Board);
     if (isJson())
         return event("board", {{QStringLiteral("text"), text}});
     put(m_printer.outputIsTerminal() ? withVisibleControls(QString::fromLocal8Bit(bytes)).toLocal8Bit()
@@ -98,7 +103,7 @@ void Output::board(const QByteArray& bytes) {
 }
 
 void Output::raw(const QByteArray& bytes) {
-    record(QString::fromLatin1(bytes));
+    record(QString::fromLatin1(bytes), TextOrigin::Board);
     clearProgress();
     m_printer.out(bytes);
 }

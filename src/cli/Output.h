@@ -39,11 +39,13 @@ class Output {
     [[nodiscard]] const Place& place() const { return m_place; }
     [[nodiscard]] Printer& printer() const { return m_printer; }
 
-    /// Keeps a transcript of all that is printed from now on.
+    /// Keeps a transcript of all that is printed from now on, in a file that is not touched before
+    /// beginTranscript(); see Transcript::begin() for that.
     void keepTranscript(const QString& path) { m_transcript.emplace(path); }
+    void beginTranscript(const QStringList& inputs);
 
     /// A piece of the console's text, or of a list; CR LF becomes the system's line end.
-    void console(const QString& text);
+    void console(const QString& text, TextOrigin origin = TextOrigin::Loader);
 
     /// Bytes of the board, as they are; on a terminal its control characters are made visible.
     void board(const QByteArray& bytes);
@@ -78,7 +80,7 @@ class Output {
   private:
     void put(QByteArray bytes);
     void finishLine();
-    void record(const QString& text);
+    void record(const QString& text, TextOrigin origin);
     [[nodiscard]] QByteArray named(const QByteArray& line) const;
     [[nodiscard]] bool isJson() const { return m_printer.style().json; }
 

@@ -1,71 +1,70 @@
 #include "cli/RecordCheck.h"
 
+#include "cli/Options.h"
 #include "files/PrintableText.h"
+#include "files/Record.h"
 
 #include <QDir>
 #include <QFileInfo>
 
-#include <filesystem>
-#include <system_error>
-
 namespace zrk {
 namespace {
 
-bool isWritableFolder(const QFileInfo& folder) {
-    return folder.isDir() && folder.isWritable();
-}
-
-} // namespace
-
+/// Says why transcripts cannot be kept in this folder, which a run makes if it does not exist.
 QString folderProblem(const QString& folder) {
-    if (folder.isEmpty())
-        return {};
     QFileInfo nearest(QDir::cleanPath(QFileInfo(folder).absoluteFilePath()));
     const bool isThere = nearest.exists();
     while (!nearest.exists() && !nearest.isRoot())
         nearest = QFileInfo(nearest.path());
-    if (isWritableFolder(nearest))
+    if (nearest.isDir() && nearest.isWritable())
         return {};
-    return isThere ? QStringLiteral("--log %1: it is no folder, or nothing can be written there.")
-                         .arg(printableText(folder))
-                   : cannotMakeFolder(folder);
+    return (isThere ? QStringLiteral("--log %1: it is no folder, or nothing can be written there.")
+                    : QStringLiteral("--log %1: the folder cannot be made."))
+        .arg(printableText(folder));
 }
 
-QString cannotMakeFolder(const QString& folder) {
-    return QStringLiteral("--log %1: the folder cannot be made.").arg(printableText(folder));
+QString cannotWrite(const PlannedRecord& record, const QString& why) {
+    return (record.isTrace
+                ? QStringLiteral("--trace: The trace %1 cannot be written: %2. Choose another file.")
+                : QStringLiteral("--log: The transcript %1 cannot be written: %2. Choose another "
+                                 "folder."))
+        .arg(printableText(record.path), why);
 }
 
-QString cannotWriteTrace(const QString& file, const QString& why) {
-    return QStringLiteral("--trace: The trace %1 cannot be written: %2.").arg(printableText(file), why);
+/// One form of the name, so that two names of one file are the same.
+QString placeOf(const QString& path) {
+    const QFileInfo file(path);
+    const QString folder = QFileInfo(file.path()).canonicalFilePath();
+    return QDir(folder.isEmpty() ? QDir::cleanPath(file.absolutePath()) : folder).filePath(file.fileName());
 }
 
-QString inputProblem(const QString& file, const QStringList& inputs) {
-    const auto native = [](const QString& name) { return QFileInfo(name).filesystemFilePath(); };
-    for (const QString& input : inputs) {
-        std::error_code fault;
-        if (!input.isEmpty() && std::filesystem::equivalent(native(file), native(input), fault))
-            return QStringLiteral("--trace %1: this run reads that file. Choose another one.")
-                .arg(printableText(file));
+} // namespace
+
+QList<PlannedRecord> recordsOf(const CliOptions& options) {
+    QList<PlannedRecord> records;
+    if (!options.transcriptFile.isEmpty())
+        records += {false, options.transcriptFile};
+    if (!options.traceFile.isEmpty())
+        records += {true, options.traceFile};
+    return records;
+}
+
+QString recordsProblem(const QList<PlannedRecord>& records, const QStringList& inputs) {
+    QStringList places;
+    for (const PlannedRecord& record : records) {
+        const QString folder = QFileInfo(record.path).path();
+        if (!record.isTrace && !QFileInfo(folder).isDir()) {
+            if (QString problem = folderProblem(folder); !problem.isEmpty())
+                return problem;
+        } else if (const QString why = recordProblem({record.path, inputs}); !why.isEmpty()) {
+            return cannotWrite(record, why);
+        }
+        const QString place = placeOf(record.path);
+        if (places.contains(place))
+            return cannotWrite(record, QStringLiteral("it is another record of this run"));
+        places += place;
     }
     return {};
-}
-
-QString traceProblem(const QString& file, const QStringList& inputs) {
-    const QFileInfo info(file);
-    if (file.isEmpty())
-        return {};
-    if (QString problem = inputProblem(file, inputs); !problem.isEmpty())
-        return problem;
-    const auto problem = [&file](const QString& why) { return cannotWriteTrace(file, why); };
-    if (info.isSymLink())
-        return problem(QStringLiteral("it is a link"));
-    if (!info.exists())
-        return isWritableFolder(QFileInfo(info.path()))
-                   ? QString()
-                   : problem(QStringLiteral("nothing can be written to its folder"));
-    if (!info.isFile())
-        return problem(QStringLiteral("it is not a regular file"));
-    return info.isWritable() ? QString() : problem(QStringLiteral("no permission"));
 }
 
 } // namespace zrk

@@ -1,23 +1,24 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringList>
 
 namespace zrk {
 
-// Why a run cannot keep its records. The problems are what can be seen without making anything; "" for none,
-// also for an empty name. Full sentences.
+struct CliOptions;
 
-/// Says why transcripts cannot be kept in this folder, which a run makes if it does not exist.
-[[nodiscard]] QString folderProblem(const QString& folder);
+/// A file that a run keeps of a board.
+struct PlannedRecord {
+    bool isTrace = false; ///< else a transcript
+    QString path;
+};
 
-/// Says why this file cannot be the trace of a run that reads these inputs.
-[[nodiscard]] QString traceProblem(const QString& file, const QStringList& inputs);
+/// The records of the board that these options are for.
+[[nodiscard]] QList<PlannedRecord> recordsOf(const CliOptions& options);
 
-/// Says that the trace is one of the inputs, under any name: writing it would destroy the input.
-[[nodiscard]] QString inputProblem(const QString& file, const QStringList& inputs);
-
-[[nodiscard]] QString cannotMakeFolder(const QString& folder);
-[[nodiscard]] QString cannotWriteTrace(const QString& file, const QString& why);
+/// Says why a run that reads these inputs cannot keep all of the records, as far as that shows without making
+/// anything; "" if it can. A full sentence.
+[[nodiscard]] QString recordsProblem(const QList<PlannedRecord>& records, const QStringList& inputs);
 
 } // namespace zrk

@@ -4,7 +4,6 @@
 #include "cli/AnswerTimes.h"
 #include "cli/EndSentence.h"
 #include "cli/GivenFile.h"
-#include "cli/RecordCheck.h"
 #include "cli/UsageError.h"
 #include "config/AddressEntry.h"
 #include "config/ImageSlots.h"
@@ -98,11 +97,13 @@ Ending Session::run() {
     announce();
     if (m_options.dryRun)
         return ending(dryRun(), begin);
-    startTrace();
+    m_tracedPorts.whenOpened([this] { beginRecords(); });
+    if (!m_plan.usesPort())
+        beginRecords();
     m_loader.controls.txtStatus.onEdit(
         [this, times = AnswerTimes(m_loop, m_output)](qsizetype /*removed*/, const QString& inserted,
                                                       TextOrigin origin) mutable {
-            m_output.console(inserted);
+            m_output.console(inserted, origin);
             times.note(inserted, origin);
         });
     if (m_options.runEnd)
@@ -125,9 +126,7 @@ Ending Session::run() {
 
 /// The files that this run reads, now or in one of its steps.
 QStringList Session::inputs() const {
-    QStringList files{m_ini.path};
-    for (const auto& field : m_loader.controls.txtFilNam)
-        files += field.Tag;
+    QStringList files = filesToRead(m_loader);
     for (const StepCall& step : m_options.steps) {
         if (QLatin1String(step.facts->argument) == QLatin1String("FILE"))
             files += step.argument;
@@ -135,16 +134,20 @@ QStringList Session::inputs() const {
     return files;
 }
 
-void Session::startTrace() {
-    if (m_options.traceFile.isEmpty())
-        return;
-    if (const QString problem = inputProblem(m_options.traceFile, inputs()); !problem.isEmpty())
+void Session::requireRecords(const QList<PlannedRecord>& records) const {
+    if (const QString problem = recordsProblem(records, inputs()); !problem.isEmpty())
         throw UsageError(problem);
-    try {
-        m_tracedPorts.startTrace(m_options.traceFile, [this](const QString& why) { m_output.tell(why); });
-    } catch (const RuntimeFailure& failure) {
-        throw UsageError(QStringLiteral("--trace: ") + failure.description());
-    }
+}
+
+/// Not before a port is open: a run on one that is in use must leave the records of the other run alone.
+void Session::beginRecords() {
+    if (m_recordsBegun)
+        return;
+    m_output.beginTranscript(inputs());
+    if (!m_options.traceFile.isEmpty())
+        m_tracedPorts.startTrace({m_options.traceFile, inputs()},
+                                 [this](const QString& why) { m_output.tell(why); });
+    m_recordsBegun = true;
 }
 
 /// With the port's end in it, and complete before the result is told.
@@ -183,10 +186,7 @@ ExitStatus Session::dryRun() {
         if (!valid)
             status = ExitStatus::Usage;
     }
-    for (const QString& problem :
-         {folderProblem(m_options.logFolder), traceProblem(m_options.traceFile, inputs())}) {
-        if (problem.isEmpty())
-            continue;
+    if (const QString problem = recordsProblem(recordsOf(m_options), inputs()); !problem.isEmpty()) {
         m_output.tell(problem);
         status = ExitStatus::Usage;
     }

@@ -7,6 +7,7 @@
 #include "cli/Plan.h"
 #include "cli/PowerOnNotice.h"
 #include "cli/ProgressLines.h"
+#include "cli/RecordCheck.h"
 #include "cli/SentLines.h"
 #include "loader/Loader.h"
 #include "loader/ThisProgram.h"
@@ -31,6 +32,9 @@ class Session {
     /// what can be checked before anything is sent. Throws UsageError for a configuration that cannot work.
     void prepare(Remarks remarks = Remarks::Tell);
 
+    /// After prepare(): throws UsageError if these records cannot be kept.
+    void requireRecords(const QList<PlannedRecord>& records) const;
+
     /// Says what will be done and, after prepare(), carries out the steps up to the first that fails.
     [[nodiscard]] Ending run();
 
@@ -45,7 +49,7 @@ class Session {
     void leaveOutImages();
     void announce();
     [[nodiscard]] QStringList inputs() const;
-    void startTrace();
+    void beginRecords();
     void endTrace();
     [[nodiscard]] ExitStatus dryRun();
     [[nodiscard]] ExitStatus bringPort();
@@ -78,6 +82,7 @@ class Session {
     QString m_step; ///< the one that runs, or ran last
     bool m_limitReached = false;
     std::optional<EventLoop::TimePoint> m_interruptedAt;
+    bool m_recordsBegun = false;
     QString m_runLimitText; ///< until it has been told
 };
 

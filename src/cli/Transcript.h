@@ -1,30 +1,46 @@
 #pragma once
 
+#include "controls/ConsoleText.h"
+#include "files/Record.h"
+
+#include <QByteArray>
 #include <QFile>
 #include <QString>
 
 namespace zrk {
 
-/// A file with all that a session printed, each line behind the time at which it began. A disk that is full
-/// ends the transcript and nothing else.
+/// A file with all that a session printed. Each line begins with the time at which it began and with who says
+/// it: "*" is the program, "|" the board, whose control characters are signs. So the board cannot write a
+/// line of the program's; within one, the program shows single answers of the board. A disk that is full, or
+/// a board that has flooded the file, ends the transcript and nothing else.
 class Transcript {
   public:
-    /// Appends to the file. Throws RuntimeFailure (File) when it cannot be opened.
-    explicit Transcript(const QString& path);
+    explicit Transcript(QString path, qint64 longest = kLongestRecord);
 
-    void write(const QString& text);
+    /// Makes the folder, appends to the file what was written before, and from now on what comes. Until then
+    /// nothing is made or changed. Throws RuntimeFailure (File) if the file cannot be written, for example
+    /// because it is one of the inputs.
+    void begin(const QStringList& inputs);
 
-    /// What is no text of console and board: in lines of its own, each marked.
+    void write(const QString& text, TextOrigin origin);
+
+    /// Writes the program's text in lines of its own.
     void writeMessage(const QString& text);
 
     /// What went wrong, told once; "" for nothing.
     [[nodiscard]] QString takeFailure();
 
   private:
+    void put(const QByteArray& lines);
+
     QString m_path; ///< a QFile over a descriptor has none
+    qint64 m_longest;
     QFile m_file;
+    QByteArray m_early; ///< what came before begin()
+    bool m_hasBegun = false;
     QString m_failure;
     bool m_lineBegins = true;
+    TextOrigin m_lineOrigin = TextOrigin::Loader;
 };
 
 } // namespace zrk

@@ -62,4 +62,12 @@ QString ImageSlots::sizeText(std::int64_t length) {
     return QStringLiteral("0x") + QString::number(length, 16).toUpper();
 }
 
+QStringList filesToRead(const Desk& desk) {
+    QStringList files{desk.state.IniPath};
+    for (const auto& name : desk.controls.txtFilNam)
+        files += name.Tag;
+    files.removeAll(QString());
+    return files;
+}
+
 } // namespace zrk

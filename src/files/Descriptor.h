@@ -13,6 +13,7 @@ class Descriptor {
         if (m_number >= 0)
             ::close(m_number);
     }
+    Descriptor(Descriptor&& other) noexcept : m_number(other.release()) {}
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 

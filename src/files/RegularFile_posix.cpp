@@ -1,12 +1,13 @@
 #include "files/Descriptor.h"
+#include "files/OpenFaults.h"
 #include "files/RegularFile.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstdint>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
-#include <unistd.h>
 
 #ifdef __linux__
 #include <linux/magic.h>
@@ -16,27 +17,25 @@
 namespace zrk {
 namespace {
 
-QString systemText(int error) {
-    return QString::fromStdString(std::generic_category().message(error));
-}
-
-QString unusableName(const QString& name) {
-    return name.isEmpty() || name.contains(QChar::Null) // Qt would complain on standard error
-               ? QStringLiteral("Its name is empty or contains a NUL character")
-               : QString();
-}
-
-QIODevice::OpenMode openMode(OldRecord old) {
-    const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
-    return old == OldRecord::Continue ? mode | QIODevice::Append : mode;
-}
-
 /// Detects the kernel's interfaces: they look regular, but reading one can act, and none has a true length.
 bool isOfTheKernel([[maybe_unused]] int file) {
 #ifdef __linux__
+    static constexpr std::array<std::uint32_t, 24> kKernel{
+        PROC_SUPER_MAGIC, SYSFS_MAGIC, DEBUGFS_MAGIC, TRACEFS_MAGIC, SECURITYFS_MAGIC, SELINUX_MAGIC,
+        SMACK_MAGIC, CGROUP_SUPER_MAGIC, CGROUP2_SUPER_MAGIC, RDTGROUP_SUPER_MAGIC, BPF_FS_MAGIC,
+        PSTOREFS_MAGIC, EFIVARFS_MAGIC, BINFMTFS_MAGIC, NSFS_MAGIC, DEVPTS_SUPER_MAGIC, XENFS_SUPER_MAGIC,
+        USBDEVICE_SUPER_MAGIC,
+        // without a name in the header
+        0x62656570,  // configfs
+        0x65735543,  // fusectl
+        0x19800202,  // mqueue
+        0x67596969,  // rpc_pipefs
+        0x6E667364,  // nfsd
+        0x5A3C69F0}; // apparmorfs
     struct statfs system {};
     return ::fstatfs(file, &system) == 0 &&
-           (system.f_type == SYSFS_MAGIC || system.f_type == PROC_SUPER_MAGIC);
+           std::find(kKernel.cbegin(), kKernel.cend(), static_cast<std::uint32_t>(system.f_type)) !=
+               kKernel.cend();
 #else
     return false;
 #endif
@@ -45,7 +44,7 @@ bool isOfTheKernel([[maybe_unused]] int file) {
 } // namespace
 
 QString openForReading(QFile& file, Links links) {
-    if (QString why = unusableName(file.fileName()); !why.isEmpty())
+    if (QString why = nameProblem(file.fileName()); !why.isEmpty())
         return why;
     const QByteArray path = QFile::encodeName(file.fileName());
     QString notRegular = QStringLiteral("It is not a regular file");
@@ -62,31 +61,6 @@ QString openForReading(QFile& file, Links links) {
     if (::fstat(opened.number(), &status) != 0 || !S_ISREG(status.st_mode) || isOfTheKernel(opened.number()))
         return notRegular;
     if (!file.open(opened.number(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
-        return file.errorString();
-    (void)opened.release();
-    return {};
-}
-
-QString openRecord(QFile& file, OldRecord old) {
-    if (QString why = unusableName(file.fileName()); !why.isEmpty())
-        return why;
-    const QByteArray path = QFile::encodeName(file.fileName());
-    struct stat status {};
-    if (::lstat(path.constData(), &status) == 0 && !S_ISREG(status.st_mode))
-        return S_ISLNK(status.st_mode) ? QStringLiteral("it is a link")
-                                       : QStringLiteral("it is not a regular file");
-    const int flags = O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC |
-                      (old == OldRecord::Continue ? O_APPEND : 0);
-    Descriptor opened(::open(path.constData(), flags, S_IRUSR | S_IWUSR));
-    if (opened.number() < 0)
-        return errno == ELOOP ? QStringLiteral("it is a link") : systemText(errno);
-    if (::fstat(opened.number(), &status) != 0 || !S_ISREG(status.st_mode))
-        return QStringLiteral("it is not a regular file");
-    if (::flock(opened.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
-        return QStringLiteral("another run of this program is writing it");
-    if (old == OldRecord::Empty && ::ftruncate(opened.number(), 0) != 0)
-        return systemText(errno);
-    if (!file.open(opened.number(), openMode(old), QFileDevice::AutoCloseHandle))
         return file.errorString();
     (void)opened.release();
     return {};

@@ -1,7 +1,6 @@
 #include "machine/FileWriter.h"
 
 #include "files/PrintableText.h"
-#include "files/RegularFile.h"
 #include "platform/EventLoop.h"
 #include "platform/RuntimeFailure.h"
 
@@ -28,7 +27,8 @@ constexpr qsizetype kMostPending = qsizetype{32} << 20; // a disk so far behind 
 struct FileWriter::Shared {
     QString what;
     QString path; ///< a QFile over a descriptor has none
-    QFile file;   ///< the writer's, once it runs
+    qint64 longest = 0;
+    QFile file; ///< the writer's, once it runs
 
     std::mutex mutex;
     std::condition_variable changed;
@@ -61,20 +61,20 @@ struct FileWriter::Shared {
     /// True when all of it is in the file; else no more than whole lines of it.
     [[nodiscard]] bool write(qsizetype removed, const QByteArray& bytes) {
         const bool isRemoved = removed == 0 || file.resize(file.size() - removed);
-        const QString why = isRemoved ? appendToRecord(file, bytes) : file.errorString();
+        const QString why = isRemoved ? appendToRecord(file, bytes, longest) : file.errorString();
         if (!why.isEmpty())
             fail(why);
         return why.isEmpty();
     }
 };
 
-FileWriter::FileWriter(const QString& path, QString what, EventLoop& loop, Told failed)
+FileWriter::FileWriter(const RecordFile& record, QString what, EventLoop& loop, Told failed, qint64 longest)
     : m_failed(std::move(failed)), m_shared(std::make_shared<Shared>()),
       m_self(std::make_shared<FileWriter*>(this)) {
     m_shared->what = std::move(what);
-    m_shared->path = path;
-    m_shared->file.setFileName(path);
-    if (const QString why = openRecord(m_shared->file, OldRecord::Empty); !why.isEmpty())
+    m_shared->path = record.path;
+    m_shared->longest = longest;
+    if (const QString why = openRecord(m_shared->file, record, OldRecord::Empty); !why.isEmpty())
         throw RuntimeFailure(FailureKind::File,
                              m_shared->cannotWrite(why) +
                                  QStringLiteral(" Choose a file in a folder that you may write to."));

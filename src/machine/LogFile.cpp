@@ -9,8 +9,8 @@ constexpr std::size_t kMostTakenBack = 4096;
 
 } // namespace
 
-LogFile::LogFile(const QString& path, EventLoop& loop, FileWriter::Told failed, Clock clock)
-    : m_clock(std::move(clock)), m_writer(path, QStringLiteral("log"), loop, std::move(failed)) {}
+LogFile::LogFile(const RecordFile& record, EventLoop& loop, FileWriter::Told failed, Clock clock)
+    : m_clock(std::move(clock)), m_writer(record, QStringLiteral("log"), loop, std::move(failed)) {}
 
 void LogFile::append(const QByteArray& bytes) {
     const QByteArray stamp = m_hasTimeStamps

@@ -17,7 +17,7 @@ class LogFile {
 
     /// As FileWriter has it.
     LogFile(
-        const QString& path, EventLoop& loop, FileWriter::Told failed,
+        const RecordFile& record, EventLoop& loop, FileWriter::Told failed,
         Clock clock = [] { return QDateTime::currentDateTime(); });
 
     /// From the next line on.

@@ -35,8 +35,8 @@ QByteArray stamp(std::chrono::microseconds at) {
 
 } // namespace
 
-TraceFile::TraceFile(const QString& path, EventLoop& loop, Told failed)
-    : m_loop(loop), m_began(loop.now()), m_writer(path, QStringLiteral("trace"), loop, std::move(failed)),
+TraceFile::TraceFile(const RecordFile& record, EventLoop& loop, Told failed)
+    : m_loop(loop), m_began(loop.now()), m_writer(record, QStringLiteral("trace"), loop, std::move(failed)),
       m_finish(loop.createTimer([this] { finishLine(); })) {
     m_writer.append(header());
 }

@@ -29,7 +29,7 @@ class TraceFile {
     using Told = FileWriter::Told;
 
     /// As FileWriter has it.
-    TraceFile(const QString& path, EventLoop& loop, Told failed);
+    TraceFile(const RecordFile& record, EventLoop& loop, Told failed);
     ~TraceFile();
     TraceFile(const TraceFile&) = delete;
     TraceFile& operator=(const TraceFile&) = delete;

@@ -143,11 +143,11 @@ TracedPorts::TracedPorts(EventLoop& loop, SerialPorts& ports)
 
 TracedPorts::~TracedPorts() = default;
 
-void TracedPorts::startTrace(const QString& path, TraceFile::Told failed) {
+void TracedPorts::startTrace(const RecordFile& record, TraceFile::Told failed) {
     stopTrace();
     if (m_open != nullptr)
         m_open->look(); // belongs to the time before
-    m_trace = std::make_unique<TraceFile>(path, m_loop, std::move(failed));
+    m_trace = std::make_unique<TraceFile>(record, m_loop, std::move(failed));
     m_look->start(kLookInterval);
     if (m_open != nullptr)
         m_open->noteOpen();
@@ -163,20 +163,24 @@ void TracedPorts::stopTrace() {
 
 std::unique_ptr<SerialPort> TracedPorts::open(int number, const LineSettings& settings,
                                               Handshaking handshaking) {
-    const QString port = QStringLiteral("COM%1 %2 ").arg(number).arg(deviceName(number));
+    const QString name = QStringLiteral("COM%1 %2 ").arg(number).arg(deviceName(number));
+    std::unique_ptr<SerialPort> port;
     try {
-        return std::make_unique<TracedPort>(*this, m_ports.open(number, settings, handshaking),
-                                            QStringLiteral("open %1%2,%3,%4,%5 ")
-                                                .arg(port)
-                                                .arg(settings.baudRate)
-                                                .arg(QLatin1Char(settings.parity))
-                                                .arg(settings.dataBits)
-                                                .arg(settings.stopBits),
-                                            handshaking);
+        port = m_ports.open(number, settings, handshaking);
     } catch (const RuntimeFailure& failure) {
-        note(QStringLiteral("refused ") + port + failure.description());
+        note(QStringLiteral("refused ") + name + failure.description());
         throw;
     }
+    if (m_whenOpened)
+        m_whenOpened();
+    return std::make_unique<TracedPort>(*this, std::move(port),
+                                        QStringLiteral("open %1%2,%3,%4,%5 ")
+                                            .arg(name)
+                                            .arg(settings.baudRate)
+                                            .arg(QLatin1Char(settings.parity))
+                                            .arg(settings.dataBits)
+                                            .arg(settings.stopBits),
+                                        handshaking);
 }
 
 void TracedPorts::note(const QString& event) {

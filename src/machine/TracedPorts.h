@@ -3,6 +3,9 @@
 #include "machine/TraceFile.h"
 #include "platform/SerialPort.h"
 
+#include <functional>
+#include <utility>
+
 namespace zrk {
 
 class Timer;
@@ -15,11 +18,15 @@ class TracedPorts final : public SerialPorts {
     ~TracedPorts() override;
 
     /// A trace that is under way ends first. An open port is in the new one from now on. See TraceFile for
-    /// path, failures and `failed`.
-    void startTrace(const QString& path, TraceFile::Told failed);
+    /// record, failures and `failed`.
+    void startTrace(const RecordFile& record, TraceFile::Told failed);
 
     /// Does nothing without a trace.
     void stopTrace();
+
+    /// Has this called each time a port has been opened, before anything passes it. A RuntimeFailure thrown
+    /// there closes the port again.
+    void whenOpened(std::function<void()> opened) { m_whenOpened = std::move(opened); }
 
     /// Also after the file has failed.
     [[nodiscard]] bool isTracing() const { return m_trace != nullptr; }
@@ -39,6 +46,7 @@ class TracedPorts final : public SerialPorts {
 
     SerialPorts& m_ports;
     EventLoop& m_loop;
+    std::function<void()> m_whenOpened;
     std::unique_ptr<TraceFile> m_trace; ///< null: none
     TracedPort* m_open = nullptr;
     std::unique_ptr<Timer> m_look; ///< runs while a trace does

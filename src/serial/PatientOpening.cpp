@@ -11,8 +11,8 @@ bool openWithin(Link& link, std::optional<std::chrono::milliseconds> limit) {
         try {
             link.port.OpenComPort();
             return true;
-        } catch (const RuntimeFailure&) {
-            if (!limit || link.loop.now() - begin >= *limit)
+        } catch (const RuntimeFailure& failure) {
+            if (failure.kind() != FailureKind::PortNotOpened || !limit || link.loop.now() - begin >= *limit)
                 throw;
         }
         link.loop.wait();

@@ -1,9 +1,13 @@
 #include "cli/Processes.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
+
+#include <csignal>
 
 namespace {
 
@@ -65,8 +69,38 @@ TEST_F(Trace, ThatCannotBeWrittenIsRefused) {
     const BoardProcess board("--unpaced --bootid-interval 5");
     CliRun nowhere(args(board, "--trace /nonexistent/t load"));
     EXPECT_EQ(nowhere.status(), 2);
-    EXPECT_TRUE(nowhere.error().contains("--trace: The trace /nonexistent/t cannot be written: "))
+    EXPECT_TRUE(nowhere.error().contains("--trace: The trace /nonexistent/t cannot be written: No such file"))
         << nowhere.error().toStdString();
+    // The transcript has the port's name.
+    const QString folder = QFileInfo(images.ini()).path();
+    CliRun twice(args(board, "--log " + folder + " --trace " + folder + "/../" + QDir(folder).dirName() +
+                                 '/' + QFileInfo(board.device()).fileName() + ".log load"));
+    EXPECT_EQ(twice.status(), 2);
+    EXPECT_TRUE(twice.error().contains("it is another record of this run.")) << twice.error().toStdString();
+}
+
+/// The records may be those of the run that has the port.
+TEST_F(Trace, IsNotTouchedByARunWithoutAPort) {
+    const BoardProcess board("--unpaced --bootid-interval 0.1");
+    CliRun user("--port " + board.device() + " --json expect never");
+    ASSERT_TRUE(user.waitFor(QProcess::StandardOutput, "\"board\""));
+    QFile file(trace);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("before") == 6);
+    file.close();
+    const QString log = images.file("log");
+    const QString records = "--trace " + trace + " --log " + log + " load";
+    const QString several = " --port /nonexistent --port " + board.device() + " --ini " + images.ini() + ' ';
+    QFile other(images.file("field-" + QFileInfo(board.device()).fileName() + ".trace"));
+    for (const QString& arguments : {args(board, records), several + records}) {
+        CliRun run(arguments);
+        EXPECT_EQ(run.status(), 3) << run.error().toStdString();
+        EXPECT_TRUE(run.error().contains("the device is in use by zrk-loader-cli ("))
+            << run.error().toStdString();
+        EXPECT_EQ(contents(trace), "before");
+        EXPECT_FALSE(QFileInfo::exists(log) || other.exists());
+    }
+    user.send(SIGINT);
+    EXPECT_EQ(user.status(), 130);
 }
 
 } // namespace

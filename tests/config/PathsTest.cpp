@@ -54,6 +54,7 @@ TEST(Paths, FileExists) {
     const QString empty = b.bench.file("empty", "");
     EXPECT_TRUE(zrk::FileExists(empty, false) && !zrk::FileExists(empty, true));
     for (const QString& path : {b.bench.folder.path(), QString("/sys/kernel/notes"),
+                                QString("/sys/fs/cgroup/cgroup.procs"), QString("/sys/fs/cgroup/cpu/tasks"),
                                 b.bench.folder.filePath("missing"), QString(), QString(QChar::Null)})
         EXPECT_FALSE(zrk::FileExists(path, false)) << path.toStdString();
     EXPECT_FALSE(zrk::FileExists("/proc/self/status", true)) << "not an image, but made to be read";

@@ -1,4 +1,5 @@
 #include "app/ConsoleLog.h"
+#include "app/ConsoleSaving.h"
 #include "app/FileRecording.h"
 #include "gui/WindowRig.h"
 #include "machine/TracedPorts.h"
@@ -113,6 +114,28 @@ TEST_F(Records, LogsTheConsoleBetweenTwoClicks) {
 #endif
     loader.state.OperationActive = true;
     EXPECT_FALSE(entry->isEnabled());
+}
+
+TEST_F(Records, NeverReplaceAFileThatIsReadOrWritten) {
+    fill(1);
+    zrk::ConsoleLog log(loop, loader.controls.txtStatus);
+    auto* entry = find<QAction>("mnuLogToFile");
+    zrk::logToFile(*entry, *find<QAction>("mnuLogTimes"), log, loader, folder.filePath("window.conf"));
+    fileDialog.choice = folder.filePath("slot1.bin");
+    trigger("mnuLogToFile");
+    loop.runFor(1ms);
+    zrk::saveConsole(loader);
+    ASSERT_EQ(boxes.shown.size(), 2);
+    for (const QString& box : boxes.shown)
+        EXPECT_TRUE(box.contains("slot1.bin") && box.contains("the loader reads that file"))
+            << box.toStdString();
+    fileDialog.choice = folder.filePath("a.log");
+    trigger("mnuLogToFile");
+    zrk::saveConsole(loader);
+    EXPECT_TRUE(boxes.shown.value(2).contains("a.log") || QSysInfo::productType() == "windows");
+    trigger("mnuLogToFile");
+    zrk::saveConsole(loader);
+    EXPECT_EQ(loader.state.Remark, "The console has been saved to " + fileDialog.choice);
 }
 
 TEST_F(Records, ARecordThatFailsDuringAnOperationDoesNotDelayIt) {

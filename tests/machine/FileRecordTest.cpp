@@ -2,6 +2,7 @@
 #include "machine/QtEventLoop.h"
 #include "platform/RuntimeFailure.h"
 
+#include <QDir>
 #include <QFile>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -13,6 +14,7 @@
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -93,17 +95,35 @@ TEST(FileWriter, AFullDiskIsReportedOnceAndEndsTheFileOnly) {
     EXPECT_EQ(contentOf(path).size(), 800);
 }
 
+TEST(FileWriter, AFloodEndsTheFileAtItsLimit) {
+    zrk::QtEventLoop loop;
+    QStringList reports;
+    const QTemporaryDir folder;
+    zrk::FileWriter file(
+        folder.filePath("a"), "trace", loop, [&reports](const QString& why) { reports += why; }, 50);
+    file.append(QByteArray("a line of 20 bytes.\n").repeated(40));
+    file.end();
+    EXPECT_EQ(contentOf(folder.filePath("a")).size(), 40);
+    EXPECT_TRUE(reports.size() == 1 && reports[0].contains("it has reached its limit of 50 bytes. The trace "
+                                                           "ends here, the operation does not;"));
+}
+
 /// Another account may write to the folder of a record, and another run may be writing the record.
 TEST(FileWriter, WritesOnlyToARegularFileOfItsOwn) {
     zrk::QtEventLoop loop;
     const QTemporaryDir folder;
     const auto path = [&folder](const char* name) { return folder.filePath(name); };
-    const auto failure = [&loop](const QString& name) {
+    // A dry run has to find the same reasons, and must leave the file as it was.
+    const auto failure = [&loop, inputs = QStringList{path("input")}](const QString& name) {
+        const QString foreseen = zrk::recordProblem({name, inputs});
         try {
-            const zrk::FileWriter file(name, "trace", loop, nullptr);
+            const zrk::FileWriter file({name, inputs}, "trace", loop, nullptr);
         } catch (const zrk::RuntimeFailure& refused) {
+            EXPECT_FALSE(foreseen.isEmpty()) << name.toStdString();
+            EXPECT_TRUE(refused.description().contains(" cannot be written: " + foreseen + '.'));
             return refused.description();
         }
+        EXPECT_EQ(foreseen, "") << name.toStdString();
         return QString();
     };
     ASSERT_TRUE(QFile::link(path("target"), path("link")));
@@ -116,12 +136,31 @@ TEST(FileWriter, WritesOnlyToARegularFileOfItsOwn) {
 
     zrk::FileWriter running(path("a"), "trace", loop, nullptr);
     running.append("kept");
-    EXPECT_TRUE(failure(path("a")).contains("another run of this program is writing it"));
+    EXPECT_TRUE(failure(path("a")).contains("a run of this program is writing it"));
     running.end();
     EXPECT_EQ(contentOf(path("a")), "kept");
     EXPECT_EQ(QFile::permissions(path("a")) & (QFile::ReadGroup | QFile::ReadOther | QFile::WriteGroup), 0);
+    EXPECT_TRUE(QFile::setPermissions(path("a"), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
+    EXPECT_EQ(zrk::recordProblem(path("a")), "");
+    EXPECT_EQ(contentOf(path("a")), "kept");
     EXPECT_EQ(failure(path("a")), "");
     EXPECT_EQ(contentOf(path("a")), "");
+    EXPECT_FALSE(QFile::permissions(path("a")) & QFile::ReadOther);
+
+    ASSERT_EQ(::link(qPrintable(path("a")), qPrintable(path("input"))), 0);
+    EXPECT_TRUE(failure(path("a")).contains("cannot be written: the loader reads that file."));
+    if (::chown(qPrintable(path("a")), 65534, 65534) == 0) { // root's tests only
+        EXPECT_TRUE(zrk::recordProblem(path("a")) == "it belongs to another account");
+    }
+
+    // The window's console is written at once.
+    EXPECT_EQ(zrk::replaceRecord(path("link"), "x"), "it is a link");
+    EXPECT_EQ(zrk::replaceRecord(path("new"), "text"), "");
+    EXPECT_EQ(zrk::replaceRecord(path("new"), "other"), "");
+    EXPECT_EQ(contentOf(path("new")), "other");
+    EXPECT_FALSE(QFile::permissions(path("new")) & (QFile::ReadGroup | QFile::ReadOther));
+    EXPECT_EQ(zrk::replaceRecord(path("none/new"), "text"), "No such file or directory");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).filter("zrk-save").size(), 0);
 }
 #endif
 
