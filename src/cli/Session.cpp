@@ -174,6 +174,9 @@ ExitStatus Session::dryRun() {
         const int number = m_options.program.portNumber;
         const QString problem = portProblem(names, number);
         lines += QStringLiteral("Port: ") + (problem.isEmpty() ? portRemark(names, number) : problem);
+        const QString notice = m_ports.notice(number); // which a run prints with the first opening
+        if (problem.isEmpty() && !notice.isEmpty())
+            m_output.tell(notice);
         if (!problem.isEmpty()) {
             m_output.tell(QStringLiteral("Port: ") + problem);
             status = ExitStatus::PortNotOpened;

@@ -33,7 +33,7 @@ std::unique_ptr<SerialPort> openNative(EventLoop& loop, const QString& device, c
     auto driver = std::make_unique<PortDriver>(loop, port, limits);
     auto native = std::make_unique<NativePort>(driver->io());
     OpenResult result = native->open(device.toLocal8Bit().toStdString());
-    if (result.fault == OpenFault::InUse)
+    if (result.fault == OpenFault::InUse && result.user.empty())
         result.user = otherUserOf(device).toStdString();
     if (result.fault != OpenFault::None)
         refuseToOpen(port_messages::cannotOpen(port, result));

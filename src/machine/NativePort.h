@@ -25,6 +25,10 @@ struct OpenResult {
     std::string group{}; ///< of PermissionDenied: whose members may use the device, "" if nobody's
 };
 
+/// Finds what would keep the device from being opened, as far as that shows without opening it, which would
+/// switch DTR.
+[[nodiscard]] OpenResult foreseeOpening(const std::string& device);
+
 struct LineSettings;
 
 /// A serial device opened for exclusive use, and what the stream library does not do to it, which is done

@@ -1,15 +1,13 @@
 #include "files/Descriptor.h"
 #include "machine/NativePort.h"
+#include "machine/OpeningForesight.h"
 #include "machine/TerminalHolder.h"
 #include "platform/SerialPort.h"
 
-#include <array>
 #include <cerrno>
 #include <fcntl.h>
-#include <grp.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -22,43 +20,6 @@ namespace {
 
 constexpr cc_t kXon = 0x11;
 constexpr cc_t kXoff = 0x13;
-
-// The group that may read and write the device; "" when membership would not help.
-std::string groupWithAccess(const std::string& device) {
-    struct stat facts = {};
-    constexpr mode_t kNeeded = S_IRGRP | S_IWGRP;
-    if (::stat(device.c_str(), &facts) != 0 || (facts.st_mode & kNeeded) != kNeeded)
-        return {};
-    struct group entry = {};
-    struct group* found = nullptr;
-    std::array<char, 4096> texts{};
-    if (::getgrgid_r(facts.st_gid, &entry, texts.data(), texts.size(), &found) == 0 && found != nullptr)
-        return found->gr_name;
-    return std::to_string(facts.st_gid);
-}
-
-OpenResult openFailure(int error, const std::string& device) {
-    switch (error) {
-    case ENOENT:
-    case ENXIO:
-    case ENODEV:
-        return {OpenFault::NoSuchDevice};
-    case EBUSY:
-    case EWOULDBLOCK:
-        return {OpenFault::InUse};
-    case EACCES:
-    case EPERM:
-        return {OpenFault::PermissionDenied, {}, {}, groupWithAccess(device)};
-    case ENOTTY:
-    case EISDIR:
-        return {OpenFault::NotASerialPort};
-    default: {
-        const bool isScarce = error == EMFILE || error == ENFILE || error == ENOMEM;
-        return {isScarce ? OpenFault::Scarce : OpenFault::Other,
-                boost::system::error_code(error, boost::system::system_category()).message()};
-    }
-    }
-}
 
 // Beyond cfmakeraw(), which leaves alone what an earlier user may have set: flow control in either
 // direction, its characters, and parity that is always mark or space.
@@ -85,6 +46,9 @@ bool switchLine(int handle, int line, bool on) noexcept {
 } // namespace
 
 OpenResult NativePort::open(const std::string& device) {
+    // Opening a port switches its DTR, and what is no port may act.
+    if (OpenResult foreseen = foreseeOpening(device); foreseen.fault != OpenFault::None)
+        return foreseen;
     Descriptor descriptor(::open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     if (descriptor.number() < 0)
         return openFailure(errno, device);

@@ -96,6 +96,10 @@ boost::system::error_code lastError() noexcept {
 
 } // namespace
 
+OpenResult foreseeOpening(const std::string& /*device*/) {
+    return {}; // nothing shows before
+}
+
 OpenResult NativePort::open(const std::string& device) {
     Handle port(openDevice(device));
     if (port.get() == INVALID_HANDLE_VALUE)

@@ -4,9 +4,9 @@
 
 namespace zrk {
 
-/// What stands against opening port `number`, as far as that can be told without opening it: no device, no
-/// permission, or another program that has it open; "" for nothing. Of a port on the network only the name is
-/// looked at.
+/// Says why a run could not open port `number`, in the run's own words, as far as that shows without opening
+/// it; "" if it could. Of a port on the network only the name is checked. That another program has the port
+/// open need not keep a run from it: only a lock does, and any account can write a file that says so.
 [[nodiscard]] QString portProblem(const PortNames& names, int number);
 
 /// What is known of a port that nothing stands against.

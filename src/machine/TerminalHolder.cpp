@@ -6,6 +6,7 @@
 #include <optional>
 #include <sstream>
 #include <sys/ioctl.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace zrk {
@@ -52,10 +53,7 @@ bool isStandardStream(int device) {
            numberOf(STDERR_FILENO) == device;
 }
 
-} // namespace
-
-std::string terminalHolder(int descriptor) {
-    const int device = numberOf(descriptor);
+std::string holderOf(int device) {
     if (device == 0)
         return {};
     const int own = isStandardStream(device) ? 0 : ::getsid(0);
@@ -73,6 +71,19 @@ std::string terminalHolder(int descriptor) {
             break;
     }
     return holder;
+}
+
+} // namespace
+
+std::string terminalHolder(dev_t device) {
+    constexpr unsigned kMinorLow = 0xFF; // the form in which the system tells a process's terminal
+    const unsigned number =
+        (minor(device) & kMinorLow) | (major(device) << 8U) | ((minor(device) & ~kMinorLow) << 12U);
+    return holderOf(static_cast<int>(number));
+}
+
+std::string terminalHolder(int descriptor) {
+    return holderOf(numberOf(descriptor));
 }
 
 } // namespace zrk

@@ -132,6 +132,11 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
     const BoardProcess board(kBoard + QString("--bootid-interval 0.1"));
     CliRun user("--port " + board.device() + " --json expect never");
     ASSERT_TRUE(user.waitFor(QProcess::StandardOutput, "\"board\""));
+    const BoardProcess shared(kBoard + QString("--bootid-interval 5"));
+    QProcess reader; // takes no lock
+    reader.setStandardInputFile(shared.device());
+    reader.start("sleep", {"infinity"});
+    ASSERT_TRUE(reader.waitForStarted());
     Pty line; // opened last: a program that has a terminal's other end counts as a board, not as a user
     ASSERT_TRUE(QFile::link(images.file("flash.bin"), images.file("link\nSteps: none")));
     const QString real = QFileInfo(images.file("flash.bin")).canonicalFilePath();
@@ -151,16 +156,21 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
         {here + "load download --kernel " + images.file("kernel.img") + ",0x80000100", 2, "Addresses: wrong"},
         {"-n --port /nonexistent --ini " + images.ini() + " load", 3, "Port: "},
         {"-n --port " + images.ini() + " --ini " + images.ini() + " load", 3,
-         "INI: it is not a serial port\n"},
-        {"-n --port /dev/null --ini " + images.ini() + " load", 3, "/dev/null: it is not a serial port\n"},
+         "INI): it is not a serial port. Choose"},
+        {"-n --port /dev/null --ini " + images.ini() + " load", 3,
+         "COM1 (/dev/null): it is not a serial port. "},
         {"-n --port " + board.device() + " --ini " + images.ini() + " load", 3,
-         ": it is in use by zrk-loader-cli ("},
+         ": the device is in use by zrk-loader-cli ("},
+        {"-n --port " + shared.device() + " --ini " + images.ini() + " load", 0, "there and permitted",
+         ") is also in use by sleep ("},
+        {here + "--primary " + images.file("primary.bin") + ",0xD001 load", 2, "",
+         "12288 bytes from IRAM address 0xD001 on end past the last one, 0xFFFF."},
+        {here + "--primary " + images.file("primary.bin") + ",0xD000 load", 0, "IRAM address 0xD000\n"},
         {here + "--log /dev/null/x load", 2, "", "--log /dev/null/x: the folder cannot be made."},
         {here + "--trace /dev/null load", 2, "",
          "--trace: The trace /dev/null cannot be written: it is not a regular"},
-        {here + "--trace /nonexistent/t load", 2, "", "nothing can be written to its folder."},
-        {"-n --port " + images.file(".") + " --ini " + images.ini() + " load", 3,
-         "it is not a serial port\n"},
+        {here + "--trace /nonexistent/t load", 2, "", "cannot be written: No such file or directory."},
+        {"-n --port " + images.file(".") + " --ini " + images.ini() + " load", 3, "it is not a serial port."},
     };
     for (const auto& dry : runs) {
         SCOPED_TRACE(dry.arguments.toStdString());
@@ -173,6 +183,8 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
     user.send(SIGINT);
     EXPECT_EQ(user.status(), 130);
     EXPECT_FALSE(line.hasReceived());
+    reader.kill();
+    reader.waitForFinished(-1);
 }
 
 TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
@@ -208,8 +220,9 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {ini + "--expect-timeout 5 load", "--expect-timeout has no effect: it is for expect or verify."},
         {ini + kernel + "load start", "--kernel has no effect: it is for download or check."},
         {ini + "--trace t check", "--trace has no effect: it is for a step that uses the port."},
-        {ini + "--trace " + images.ini() + " load", "this run reads that file. Choose another one."},
-        {ini + "--trace " + images.file("link") + " load", "this run reads that file"},
+        {ini + "--trace " + images.ini() + " load",
+         "cannot be written: the loader reads that file. Choose another file."},
+        {ini + "--trace " + images.file("link") + " load", "cannot be written: it is a link."},
         {ini + "--com 1=/dev/null load", "--com 1=/dev/null has no effect: --port names the device."},
         {ini + kernel + "--without kernel download", "--without kernel contradicts --kernel."},
         {ini + "--without krnl load", "--without krnl: the images are primary, secondary, "},
