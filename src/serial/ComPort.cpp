@@ -82,13 +82,20 @@ void ComPort::CloseComPort() noexcept {
     m_errorsKept = lineErrors();
     m_open.reset();
     m_putBack.clear();
+    m_seen = 0;
     noteClosed();
     m_controls.cmbComPort.Enabled = true;
 }
 
 qsizetype ComPort::InBufferCount() {
     // The loss of a device is reported only after all that it sent has been read.
-    return m_putBack.isEmpty() ? opened().bytesWaiting() : m_putBack.size();
+    if (m_putBack.isEmpty())
+        return opened().bytesWaiting();
+    try {
+        return m_putBack.size() + opened().bytesWaiting();
+    } catch (const RuntimeFailure&) {
+        return m_putBack.size();
+    }
 }
 
 QByteArray ComPort::takeFromDevice(qsizetype most) {
@@ -105,6 +112,7 @@ QByteArray ComPort::take(qsizetype most) {
         return takeFromDevice(most);
     QByteArray taken = m_putBack.left(most);
     m_putBack.remove(0, taken.size());
+    m_seen = std::max(qsizetype{0}, m_seen - taken.size());
     try {
         if (most > taken.size() && opened().bytesWaiting() > 0)
             taken += takeFromDevice(most - taken.size());
@@ -122,9 +130,17 @@ QByteArray ComPort::receive() {
     return InBufferCount() > 0 ? take(kAll) : QByteArray();
 }
 
+QByteArray ComPort::lookAhead() {
+    const qsizetype seen = m_seen;
+    const QByteArray all = receive();
+    m_putBack = all;
+    m_seen = all.size();
+    return all.mid(seen);
+}
+
 void ComPort::skip(char byte) {
     while (m_putBack.startsWith(byte))
-        m_putBack.remove(0, 1);
+        (void)take(1);
     if (m_putBack.isEmpty())
         opened().skip(byte);
 }

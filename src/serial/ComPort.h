@@ -57,7 +57,16 @@ class ComPort {
     [[nodiscard]] const QByteArray& firstReceived() const { return m_firstReceived; }
 
     /// Gives back what was read last, to be read again first; dropped when the port is closed.
-    void putBack(const QByteArray& bytes) { m_putBack.prepend(bytes); }
+    void putBack(const QByteArray& bytes) {
+        m_putBack.prepend(bytes);
+        m_seen += bytes.size();
+    }
+
+    /// Returns what has arrived since the last look or read, which stays there to be read.
+    [[nodiscard]] QByteArray lookAhead();
+
+    /// Returns how many of the bytes that wait in front lookAhead() has returned.
+    [[nodiscard]] qsizetype seenBytes() const { return m_seen; }
 
     /// Drops the received bytes that wait in front as long as each is `byte`.
     void skip(char byte);
@@ -107,6 +116,7 @@ class ComPort {
     Controls& m_controls;
     std::unique_ptr<SerialPort> m_open; ///< null while the port is closed
     QByteArray m_putBack;               ///< received, read and given back
+    qsizetype m_seen = 0;               ///< bytes at its front that were looked at
     QByteArray m_firstReceived;
     QByteArray m_lastReceived;
     LineErrors m_errorsBefore;              ///< the device's count when counting began

@@ -27,7 +27,7 @@ void ConsoleKeys::txtStatus_KeyDown(int keyCode, bool alt, bool shift, bool cont
 
 int ConsoleKeys::txtStatus_KeyPress(int character) {
     if (character >= 0 && character <= kHighestCode)
-        sendTyped(QByteArray(1, static_cast<char>(character)));
+        send(QByteArray(1, static_cast<char>(character)));
     return 0;
 }
 
@@ -36,10 +36,10 @@ void ConsoleKeys::paste(const QString& text) {
     lines.replace(QLatin1String("\r\n"), QLatin1String("\r"));
     lines.replace(QLatin1Char('\n'), QLatin1Char('\r'));
     lines.removeIf([](QChar c) { return c.unicode() > kHighestCode; });
-    sendTyped(lines.toLatin1());
+    send(lines.toLatin1());
 }
 
-void ConsoleKeys::sendTyped(const QByteArray& bytes) {
+void ConsoleKeys::send(const QByteArray& bytes) {
     if (!m_desk.state.TerminalMode || !m_port.isOpen())
         return;
     m_typedAhead += bytes;
@@ -93,7 +93,7 @@ void ConsoleKeys::cmdOutput_Click() {
         const bool mustWait =
             !m_typedAhead.isEmpty() || m_port.transmitRoom() < m_desk.controls.txtOut.Text.value().size();
         if (m_desk.state.TerminalMode && mustWait && fitsOneByteCodes(m_desk.controls.txtOut.Text))
-            sendTyped(m_desk.controls.txtOut.Text.value().toLatin1());
+            send(m_desk.controls.txtOut.Text.value().toLatin1());
         else
             m_port.Output(m_desk.controls.txtOut.Text);
     } catch (const RuntimeFailure& failure) {

@@ -26,6 +26,9 @@ class ConsoleKeys {
     /// ends go out as the Enter key does. Characters without a single-byte code are left out.
     void paste(const QString& text);
 
+    /// In terminal mode with the port open, sends the bytes after what was typed before, in such pieces.
+    void send(const QByteArray& bytes);
+
     /// Switches DTR off for at least 0.1 s; does nothing on a closed port or inside another pulse.
     /// Yields; a port that is closed or lost meanwhile ends it quietly.
     void PulseDtr();
@@ -38,7 +41,6 @@ class ConsoleKeys {
     void cmdOutput_Click();
 
   private:
-    void sendTyped(const QByteArray& bytes);
     void pump();
 
     Desk& m_desk;

@@ -123,16 +123,31 @@ void TerminalMode::timCommReceive_Timer() {
     if (!m_port.isOpen())
         return;
     QString s;
+    qsizetype seen = 0;
     try {
         const qsizetype unread = m_port.InBufferCount();
         if (unread < 1 || (m_desk.state.ReceivedIsHeld && unread < kMostHeld))
             return;
+        seen = m_port.seenBytes();
         s = m_port.Input();
     } catch (const RuntimeFailure&) {
         return; // the watch over the idle port reports a lost device, once
     }
     noteHeard(s);
+    if (m_received && seen < s.size())
+        m_received(s.mid(seen).toLatin1());
     ShowReceived(s);
+}
+
+void TerminalMode::passOn() {
+    if (!m_received || !m_timCommReceive->isActive() || m_desk.state.ReceivedIsHeld || !m_port.isOpen())
+        return;
+    try {
+        if (const QByteArray fresh = m_port.lookAhead(); !fresh.isEmpty())
+            m_received(fresh);
+    } catch (const RuntimeFailure&) {
+        // The watch over the idle port reports a lost device.
+    }
 }
 
 /// Ends a script's wait, and keeps the rest for the next reader.

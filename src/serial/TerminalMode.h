@@ -3,6 +3,11 @@
 #include "controls/Desk.h"
 #include "platform/EventLoop.h"
 
+#include <QByteArray>
+
+#include <functional>
+#include <memory>
+
 namespace zrk {
 
 class ComPort;
@@ -33,6 +38,12 @@ class TerminalMode {
     /// Takes what has arrived, ends a script's wait, shows the text: every 200 ms in terminal mode.
     void timCommReceive_Timer();
 
+    /// Sets the listener that gets every byte of the board in terminal mode, once.
+    void onReceived(std::function<void(const QByteArray&)> listener) { m_received = std::move(listener); }
+
+    /// Passes what has arrived on to the listener; the console shows it with the next tick.
+    void passOn();
+
     /// Appends a text of the board to the console, with backspaces and line ends translated.
     void ShowReceived(const QString& s);
 
@@ -46,6 +57,7 @@ class TerminalMode {
     ComPort& m_port;
     StatusConsole& m_console;
     std::unique_ptr<Timer> m_timCommReceive;
+    std::function<void(const QByteArray&)> m_received;
     unsigned m_switches = 0; ///< calls of SetTerminalMode so far
     bool m_AppliedTerminalMode = false;
 };
