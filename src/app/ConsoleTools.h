@@ -4,6 +4,8 @@
 
 #include <functional>
 
+class QAbstractScrollArea;
+class QAction;
 class QLabel;
 class QLineEdit;
 class QToolButton;
@@ -12,15 +14,29 @@ namespace zrk {
 
 class ConsoleSearch;
 class ConsoleView;
+class ScreenView;
 
-/// The row of tools in the title line of the console's frame: Hold, Find, Clear, Save. Find unfolds a box
-/// beside them. A mark in the console's corner shows that a held view has more text below.
+/// The two views of the console, one of which is shown.
+struct ConsoleViews {
+    ConsoleView* text;
+    ScreenView* screen;
+};
+
+/// The row of tools in the title line of the console's frame: Screen, Hold, Find, Clear, Save. They act on the
+/// view that is shown. Find, which only the text view has, unfolds a box beside them. A mark in the view's
+/// corner shows that a held view has more below.
 class ConsoleTools final : public TitleRow {
     Q_OBJECT
 
   public:
     /// Puts the row into `frame`; `save` writes the console into a file of the user's choice.
-    ConsoleTools(ConsoleView* view, QGroupBox* frame, std::function<void()> save);
+    ConsoleTools(ConsoleViews views, QGroupBox* frame, std::function<void()> save);
+
+    /// Gives the first button of the row the entry that switches between the views.
+    void addScreenEntry(QAction* entry);
+
+    /// Adapts the row to the view that is shown now.
+    void followShownView();
 
     /// Returns the widgets in the order of the Tab key.
     [[nodiscard]] QList<QWidget*> tabOrder() const;
@@ -31,16 +47,31 @@ class ConsoleTools final : public TitleRow {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void fillRow();
+    void connectViews();
+    [[nodiscard]] bool isScreen() const;
+    [[nodiscard]] QAbstractScrollArea* shownView() const;
+    void setHeld(bool held);
+    void clear();
     [[nodiscard]] QToolButton* addButton(const char* name, const QString& text, const QString& toolTip);
-    void showHold(bool held, bool more);
+    void showHold();
     void openFind();
     void closeFind();
     void placeMark();
 
-    ConsoleView* m_view;
+    struct Hold {
+        bool isHeld = false;
+        bool hasMore = false;
+    };
+
+    ConsoleViews m_views;
+    Hold m_textHold;
+    Hold m_screenHold;
+    QGroupBox* m_frame;
     ConsoleSearch* m_search;
     QLabel* m_findState;
     QLineEdit* m_txtFind;
+    QToolButton* m_screen;
     QToolButton* m_hold;
     QToolButton* m_find;
     QToolButton* m_clear;

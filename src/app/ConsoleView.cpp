@@ -21,31 +21,10 @@ namespace {
 
 constexpr int kTabColumns = 8;
 
-enum class EditKey { None, Copy, Paste };
-
-EditKey editKey(const QKeyEvent& event) {
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    if (modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {
-        if (event.key() == Qt::Key_C)
-            return EditKey::Copy;
-        if (event.key() == Qt::Key_V)
-            return EditKey::Paste;
-    }
-    if (event.key() == Qt::Key_Insert && modifiers == Qt::ControlModifier)
-        return EditKey::Copy;
-    if (event.key() == Qt::Key_Insert && modifiers == Qt::ShiftModifier)
-        return EditKey::Paste;
-    return EditKey::None;
-}
-
 /// Checks the glyphs: not every fixed-pitch font declares itself as one.
 bool isFixedPitch(const QFont& font) {
     const QFontMetrics metrics(font);
     return metrics.horizontalAdvance(QLatin1Char('i')) == metrics.horizontalAdvance(QLatin1Char('W'));
-}
-
-bool isAltB(const QKeyEvent& event) {
-    return event.key() == Qt::Key_B && event.modifiers() == Qt::AltModifier;
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "app/LoaderWidgets.h"
 #include "app/SideFrames.h"
 #include "app/SlotFrames.h"
+#include "app/terminal/ScreenView.h"
 
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -64,6 +65,8 @@ LoaderForm::LoaderForm(LoaderWidgets& widgets, QWidget* parent)
     widgets.fraControl =
         named(new QGroupBox(QStringLiteral("Status / Terminal output"), this), QStringLiteral("fraControl"));
     widgets.txtStatus = named(new ConsoleView(widgets.fraControl), QStringLiteral("txtStatus"));
+    widgets.scrStatus = named(new ScreenView(widgets.fraControl), QStringLiteral("scrStatus"));
+    widgets.scrStatus->hide();
 }
 
 /// Forgets the earlier size hints.
@@ -104,6 +107,7 @@ void LoaderForm::placeControls(const LoaderWidgets& widgets, QSize screen) {
     frame.setGeometry(kSideMargin, m_controls->height(), frame.width(),
                       lines + border.top() + border.bottom());
     widgets.txtStatus->setGeometry(frame.rect().marginsRemoved(border));
+    widgets.scrStatus->setGeometry(widgets.txtStatus->geometry());
     m_designSize = {m_controls->width(), frame.geometry().bottom() + 1 + room};
     setMinimumWidth(m_controls->width());
 }

@@ -22,6 +22,7 @@ class ConsoleView;
 class ElidedLabel;
 class FileNameEdit;
 class PortList;
+class ScreenView;
 
 /// The controls of one slot, in a row.
 struct SlotWidgets {
@@ -64,6 +65,7 @@ struct LoaderWidgets {
 
     QGroupBox* fraControl = nullptr;
     ConsoleView* txtStatus = nullptr;
+    ScreenView* scrStatus = nullptr; ///< in its place while the terminal is shown
     ConsoleTools* consoleTools = nullptr;
 
     QStatusBar* staStatus = nullptr;

@@ -16,6 +16,8 @@
 #include "app/SlotFrames.h"
 #include "app/StatusPanels.h"
 #include "app/WindowBinding.h"
+#include "app/terminal/ScreenSwitch.h"
+#include "app/terminal/ScreenView.h"
 #include "loader/Loader.h"
 
 #include <QApplication>
@@ -63,9 +65,12 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
     buildMenus(store);
     buildStatusBar(m_widgets, *this);
     setCentralWidget(new FormScroller(m_panel, this));
-    m_widgets.consoleTools =
-        new ConsoleTools(m_widgets.txtStatus, m_widgets.fraControl, [&loader] { saveConsole(loader); });
+    m_widgets.consoleTools = new ConsoleTools({m_widgets.txtStatus, m_widgets.scrStatus},
+                                              m_widgets.fraControl, [&loader] { saveConsole(loader); });
     bindWindow(m_binder, m_widgets, loader, catalog);
+    m_screenSwitch = new ScreenSwitch(m_widgets, loader, store, this);
+    m_widgets.consoleTools->addScreenEntry(m_screenSwitch->entry());
+    addAction(m_screenSwitch->entry()); // for its key
     bindGreyReasons(m_binder, m_widgets, loader);
     callWhenOver();
     nameForScreenReader(m_binder, m_widgets, loader.controls);
@@ -86,7 +91,7 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
     layout()->setSizeConstraint(QLayout::SetNoConstraint);
     resize(sizeHint());
     placeStatusPanels(m_widgets, width());
-    m_widgets.txtStatus->setFocus();
+    m_screenSwitch->shownView()->setFocus();
 }
 
 MainWindow::~MainWindow() {
@@ -168,6 +173,7 @@ void MainWindow::frmLoader_Form_Resize() {
     if (step.place) {
         frame.resize(twips.pixels(step.place->frame));
         text.resize(twips.pixels(step.place->text));
+        m_widgets.scrStatus->setGeometry(text.geometry());
         m_snapBack.accept();
     } else if (step.snapBack) {
         m_snapBack.refuse(twips.pixels(*step.snapBack));

@@ -11,6 +11,7 @@ namespace zrk {
 
 class LoaderForm;
 class PortCatalog;
+class ScreenSwitch;
 struct Loader;
 
 /// `frmLoader`: builds the widgets, binds them to the loader's controls and leads what the user does to
@@ -57,6 +58,7 @@ class MainWindow final : public QMainWindow {
     LoaderWidgets m_widgets;
     LoaderForm* m_panel;
     Binder m_binder;
+    ScreenSwitch* m_screenSwitch = nullptr;
     FormResize m_formResize;
     SnapBack m_snapBack{*this};
     std::function<void()> m_showAbout;

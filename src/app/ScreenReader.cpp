@@ -6,6 +6,7 @@
 #include "app/FileNameEdit.h"
 #include "app/LoaderWidgets.h"
 #include "app/PortList.h"
+#include "app/terminal/ScreenView.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -46,6 +47,9 @@ void nameForScreenReader(Binder& binder, const LoaderWidgets& widgets, Controls&
     nameWithText(binder, controls.lblState, widgets.lblState, QStringLiteral("Port state:"));
     widgets.lvwAdrs->setAccessibleName(QStringLiteral("Address ranges"));
     widgets.txtStatus->setAccessibleName(QStringLiteral("Status / Terminal output"));
+    widgets.scrStatus->setAccessibleName(QStringLiteral("Terminal screen"));
+    widgets.scrStatus->setAccessibleDescription(
+        QStringLiteral("Its text can be read in the text view, Ctrl+Shift+S"));
     widgets.pgbDownload->setAccessibleName(QStringLiteral("Download progress"));
 }
 

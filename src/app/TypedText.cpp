@@ -89,4 +89,23 @@ QString typedText(const QKeyEvent& press) {
     return typedText(press.key(), press.modifiers(), press.text());
 }
 
+EditKey editKey(const QKeyEvent& press) {
+    const Qt::KeyboardModifiers modifiers = press.modifiers() & ~Qt::KeypadModifier;
+    if (modifiers == (Qt::ControlModifier | Qt::ShiftModifier)) {
+        if (press.key() == Qt::Key_C)
+            return EditKey::Copy;
+        if (press.key() == Qt::Key_V)
+            return EditKey::Paste;
+    }
+    if (press.key() == Qt::Key_Insert && modifiers == Qt::ControlModifier)
+        return EditKey::Copy;
+    if (press.key() == Qt::Key_Insert && modifiers == Qt::ShiftModifier)
+        return EditKey::Paste;
+    return EditKey::None;
+}
+
+bool isAltB(const QKeyEvent& press) {
+    return press.key() == Qt::Key_B && press.modifiers() == Qt::AltModifier;
+}
+
 } // namespace zrk

@@ -18,6 +18,14 @@ namespace zrk {
 [[nodiscard]] QString typedText(int key, Qt::KeyboardModifiers modifiers, const QString& text);
 [[nodiscard]] QString typedText(const QKeyEvent& press);
 
+/// Returns what a key press means for the clipboard while keys go to the board: Ctrl+Shift+C and V, and those
+/// with Insert.
+enum class EditKey { None, Copy, Paste };
+[[nodiscard]] EditKey editKey(const QKeyEvent& press);
+
+/// Returns true for the key that pulses DTR.
+[[nodiscard]] bool isAltB(const QKeyEvent& press);
+
 /// Returns the text without the characters that do not fit into one byte.
 [[nodiscard]] QString singleByteText(const QString& text);
 

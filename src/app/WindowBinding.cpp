@@ -10,6 +10,7 @@
 #include "app/PlainToolTip.h"
 #include "app/PortList.h"
 #include "app/StatusPanels.h"
+#include "app/terminal/ScreenView.h"
 #include "files/PrintableText.h"
 #include "loader/Loader.h"
 #include "loader/TransferRate.h"
@@ -137,7 +138,6 @@ void bindConsole(ConsoleView* view, ConsoleText& console) {
     console.onEdit([view, &console](qsizetype removed, const QString& inserted, TextOrigin) {
         view->follow(console.text(), removed, inserted.size());
     });
-    console.onFocusRequested([view] { view->setFocus(); });
 }
 
 void bindAddressList(AddressTree* list, Loader& loader) {
@@ -212,7 +212,8 @@ void setTabOrders(const LoaderWidgets& widgets) {
             order << actions[i];
     }
     order << widgets.cmbComPort << widgets.cmdTerminal << widgets.cmdCancel << widgets.lvwAdrs
-          << widgets.cmdValidateAdrs << widgets.consoleTools->tabOrder() << widgets.txtStatus;
+          << widgets.cmdValidateAdrs << widgets.consoleTools->tabOrder() << widgets.txtStatus
+          << widgets.scrStatus;
     for (qsizetype i = 1; i < order.size(); ++i)
         QWidget::setTabOrder(order[i - 1], order[i]);
 }

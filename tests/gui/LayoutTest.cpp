@@ -30,7 +30,8 @@ TEST_F(Layout, NoCaptionIsCut) {
 TEST_F(Layout, TheColumnsStandInLineButOnASmallScreenTheNamesOfFilesUseWhatShortCaptionsLeave) {
     zrk::LoaderWidgets widgets;
     zrk::LoaderForm form(widgets, nullptr);
-    widgets.consoleTools = new zrk::ConsoleTools(widgets.txtStatus, widgets.fraControl, [] {});
+    widgets.consoleTools =
+        new zrk::ConsoleTools({widgets.txtStatus, widgets.scrStatus}, widgets.fraControl, [] {});
     for (std::size_t i = 0; i < widgets.slots.size(); ++i) {
         widgets.slots[i].chkExeURK->setText(loader.controls.chkExeURK[i].Caption);
         widgets.slots[i].lblStart->setText(loader.controls.lblStart[i].Caption);

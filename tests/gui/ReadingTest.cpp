@@ -1,5 +1,6 @@
 #include "app/ConsoleSearch.h"
 #include "app/ConsoleTools.h"
+#include "app/terminal/ScreenView.h"
 #include "gui/ShownConsole.h"
 
 #include <QApplication>
@@ -152,7 +153,9 @@ TEST_F(Reading, ASearchEndsWhenItsTextIsGone) {
     QVBoxLayout inFrame(&frame);
     auto* shown = new zrk::ConsoleView(&frame);
     inFrame.addWidget(shown);
-    zrk::ConsoleTools tools(shown, &frame, [] {});
+    zrk::ScreenView screen(&frame);
+    screen.hide();
+    zrk::ConsoleTools tools({shown, &screen}, &frame, [] {});
     shown->showAnew(QStringLiteral("x\r\n").repeated(100'000));
     auto* txtFind = frame.findChild<QLineEdit*>("txtFind");
     ASSERT_NE(txtFind, nullptr);
