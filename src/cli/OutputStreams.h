@@ -8,42 +8,42 @@
 
 namespace zrk {
 
-/// The program's standard output and standard error, which never hold up a run: see StreamWriter. If both
-/// lead to one file they share a writer, which keeps their order; else a reader of one holds up only that.
-/// All functions are safe from any thread.
+/// The program's standard output and standard error, which never delay a run: see StreamWriter. If both lead
+/// to one file they share a writer, which keeps their order; else a slow reader delays only its stream. Any
+/// thread may call all functions.
 class OutputStreams {
   public:
     using Weight = StreamWriter::Weight;
 
-    /// What both lead to, and how much may wait for each.
+    /// The files that both lead to, and how much may wait for each.
     struct Target {
         int output = 1;
         int error = 2;
         qsizetype most = StreamWriter::kMostWaiting;
     };
 
-    /// With `json`, losses of standard output are reported there, as an event; else on standard error.
+    /// With `json`, reports losses of standard output there, as an event; else on standard error.
     explicit OutputStreams(bool json) : OutputStreams(json, Target()) {}
     OutputStreams(bool json, const Target& target);
 
     void out(const QByteArray& bytes, Weight weight = Weight::Text);
     void err(const QByteArray& bytes, Weight weight = Weight::Text);
 
-    /// Block until all is written, until the time, or until giveUp(). Return true when all is written.
+    /// Block until all is written, until the time, or until giveUp(). Return true if all is written.
     [[nodiscard]] bool drainOutput(std::optional<StreamWriter::TimePoint> until);
     [[nodiscard]] bool drainError(std::optional<StreamWriter::TimePoint> until);
     /// Ends present drains, or else the next ones.
     void giveUp();
 
-    /// Bytes that wait for a reader.
+    /// Returns the bytes that wait for a reader.
     [[nodiscard]] qsizetype waitingOutput() const { return m_outputWriter->waiting(); }
     [[nodiscard]] qsizetype waitingError() const { return m_errorWriter->waiting(); }
 
-    /// True when standard output takes no more.
+    /// Returns whether standard output takes no more.
     [[nodiscard]] bool hasOutputFailed() const { return m_outputWriter->hasFailed(m_target.output); }
     /// The system's reason for that; "" when there is none.
     [[nodiscard]] QByteArray outputFailure() const;
-    /// True when that is so, or when text was left out.
+    /// Returns whether that is so or text was left out.
     [[nodiscard]] bool isOutputIncomplete() const {
         return hasOutputFailed() || m_outputWriter->hasLostText(m_target.output);
     }
@@ -54,7 +54,7 @@ class OutputStreams {
     const bool m_json;
     const Target m_target;
     std::shared_ptr<StreamWriter> m_errorWriter;
-    std::shared_ptr<StreamWriter> m_outputWriter; ///< goes first: its losses are reported through the other
+    std::shared_ptr<StreamWriter> m_outputWriter; ///< destroyed first: the other reports its losses
 };
 
 } // namespace zrk

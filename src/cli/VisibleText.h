@@ -6,8 +6,8 @@
 
 namespace zrk {
 
-/// The text with every control character but line ends and tabs as a sign, such as "^[" for Escape: neither a
-/// board nor a file must steer the user's terminal.
+/// Returns the text with every control character but line ends and tabs as a sign, such as "^[" for Escape:
+/// neither a board nor a file must control the user's terminal.
 [[nodiscard]] QString withVisibleControls(const QString& text);
 
 /// The object as one line without its end. Every control character in it is escaped, also those above 0x7E,

@@ -20,26 +20,26 @@ namespace {
 
 constexpr std::chrono::milliseconds kWriteInterval = 200ms;
 constexpr std::chrono::milliseconds kLastWriteLimit = 3s;
-constexpr qsizetype kMostPending = qsizetype{32} << 20; // a disk so far behind takes nothing any more
+constexpr qsizetype kMostPending = qsizetype{32} << 20; // a disk so far behind counts as failed
 
 } // namespace
 
 struct FileWriter::Shared {
     QString what;
-    QString path; ///< a QFile over a descriptor has none
+    QString path; ///< a QFile over a descriptor does not have it
     qint64 longest = 0;
     QFile file; ///< the writer's, once it runs
 
     std::mutex mutex;
     std::condition_variable changed;
     // Guarded by mutex.
-    qsizetype takenBack = 0; ///< bytes at the end of the file that go away before `pending` comes
+    qsizetype takenBack = 0; ///< bytes at the end of the file to remove before `pending`
     QByteArray pending;
     bool isBehind = false; ///< some of what came is not in `pending`
     bool ending = false;
     bool ended = false;
     QString failure;
-    std::function<void()> notify; ///< has the owner look at `failure`; empty once that has gone
+    std::function<void()> notify; ///< makes the owner read `failure`; empty once that has gone
 
     [[nodiscard]] bool hasEnded() const { return ending || isBehind || !failure.isEmpty(); }
     [[nodiscard]] bool hasWork() const { return takenBack > 0 || !pending.isEmpty(); }
@@ -58,7 +58,7 @@ struct FileWriter::Shared {
             notify();
     }
 
-    /// True when all of it is in the file; else no more than whole lines of it.
+    /// Returns true if all of it is in the file; else only whole lines of it are.
     [[nodiscard]] bool write(qsizetype removed, const QByteArray& bytes) {
         const bool isRemoved = removed == 0 || file.resize(file.size() - removed);
         const QString why = isRemoved ? appendToRecord(file, bytes, longest) : file.errorString();
@@ -168,7 +168,7 @@ void FileWriter::writeUntilEnd(Shared& shared) {
         shared.changed.wait(lock, [&] { return shared.ending || shared.hasWork(); });
         shared.changed.wait_for(lock, kWriteInterval, [&] { return shared.ending; });
     }
-    lock.unlock(); // a share may keep the close waiting for long, and the owner for 3 s only
+    lock.unlock(); // a share may block the close for long, but the owner waits 3 s only
     shared.file.close();
     lock.lock();
     shared.ended = true;

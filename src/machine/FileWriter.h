@@ -13,8 +13,7 @@ namespace zrk {
 
 class EventLoop;
 
-/// A file of what happens, written by a thread of its own at most 0.2 s later, so that no call waits for the
-/// disk.
+/// A record file, written by a thread of its own at most 0.2 s later, so that no call waits for the disk.
 class FileWriter {
   public:
     using Told = std::function<void(const QString&)>;
@@ -32,10 +31,10 @@ class FileWriter {
     /// Does nothing once the file has ended.
     void append(QByteArrayView bytes);
 
-    /// Takes back the last bytes of what was appended. Does nothing once the file has ended.
+    /// Removes the last bytes of what was appended. Does nothing once the file has ended.
     void takeBack(qsizetype count);
 
-    /// Writes what is left; a file that does not take it within seconds is given up.
+    /// Writes the rest; abandons a file that does not take it within seconds.
     void end();
 
   private:
@@ -44,7 +43,7 @@ class FileWriter {
     void tellFailure();
     static void writeUntilEnd(Shared& shared);
 
-    Told m_failed;                    ///< empty once told
+    Told m_failed;                    ///< empty once called
     std::shared_ptr<Shared> m_shared; ///< outlives this while a write hangs
     std::shared_ptr<FileWriter*> m_self;
     std::thread m_writer;

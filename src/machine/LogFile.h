@@ -8,9 +8,9 @@
 
 namespace zrk {
 
-/// The console's text in a file as it comes: the board's characters as the bytes that they are, the loader's
-/// own words in UTF-8. With time stamps each line that is not empty begins with the local time at which its
-/// first character came: "2026-03-01 14:05:06.789 ".
+/// The console's text in a file as it comes: the board's characters as bytes, the loader's own text in UTF-8.
+/// With time stamps each line that is not empty begins with the local time at which its first character came:
+/// "2026-03-01 14:05:06.789 ".
 class LogFile {
   public:
     using Clock = std::function<QDateTime()>;
@@ -20,12 +20,12 @@ class LogFile {
         const RecordFile& record, EventLoop& loop, FileWriter::Told failed,
         Clock clock = [] { return QDateTime::currentDateTime(); });
 
-    /// From the next line on.
+    /// Switches time stamps from the next line on.
     void setTimeStamps(bool on) { m_hasTimeStamps = on; }
 
     void append(const QByteArray& bytes);
 
-    /// Takes the last byte back, and the stamp in front of it; does so for the last 4096 bytes at most.
+    /// Removes the last byte, and the stamp in front of it; does so for the last 4096 bytes at most.
     void takeBack();
 
     /// As FileWriter has it.

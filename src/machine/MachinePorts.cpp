@@ -17,7 +17,7 @@
 namespace zrk {
 namespace {
 
-/// What a line with these settings carries: a start bit, data, parity and stop bits for each byte.
+/// Returns what a line with these settings carries: a start bit, data, parity and stop bits for each byte.
 std::uint32_t bytesPerSecond(const LineSettings& settings) {
     const int bits = 1 + settings.dataBits + (settings.parity == 'N' ? 0 : 1) + settings.stopBits;
     return static_cast<std::uint32_t>(settings.baudRate / bits);

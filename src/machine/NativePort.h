@@ -19,10 +19,10 @@ enum class OpenFault { None, NoSuchDevice, InUse, PermissionDenied, NotASerialPo
 
 struct OpenResult {
     OpenFault fault = OpenFault::None;
-    /// The system's own words, for Scarce and Other; of InUse whose terminal it is, or "".
+    /// The system's own words, for Scarce and Other; for InUse the process whose terminal it is, or "".
     std::string reason{};
     std::string user{};  ///< of InUse: the program that has it open, "" when not known
-    std::string group{}; ///< of PermissionDenied: whose members may use the device, "" if nobody's
+    std::string group{}; ///< of PermissionDenied: its members may use the device; "" if none
 };
 
 /// Finds what would keep the device from being opened, as far as that shows without opening it, which would
@@ -31,8 +31,7 @@ struct OpenResult {
 
 struct LineSettings;
 
-/// A serial device opened for exclusive use, and what the stream library does not do to it, which is done
-/// once for each system.
+/// A serial device opened for exclusive use, with what the stream library leaves to each system.
 class NativePort final : public PortDevice {
   public:
     explicit NativePort(boost::asio::io_context& io) : m_stream(io) {}
@@ -43,7 +42,7 @@ class NativePort final : public PortDevice {
     /// Opens the device in raw mode, without flow control.
     [[nodiscard]] OpenResult open(const std::string& device);
 
-    /// False when the device refuses one of them.
+    /// Returns false if the device refuses one of them.
     [[nodiscard]] bool applySettings(const LineSettings& settings);
 
     /// Switches DTR and RTS as the settings ask for it. False when the device has no such line.
@@ -68,7 +67,7 @@ class NativePort final : public PortDevice {
   private:
     boost::asio::serial_port m_stream;
     boost::asio::serial_port::native_handle_type m_handle{};
-    /// Of systems that tell no counts, only that something has happened since they were asked last.
+    /// For systems without counts, which only report that something has happened since the last call.
     mutable LineErrors m_seen;
     bool m_isWriting = false; ///< driver's thread, and close() after it
 };

@@ -21,14 +21,14 @@ namespace {
 constexpr cc_t kXon = 0x11;
 constexpr cc_t kXoff = 0x13;
 
-// Beyond cfmakeraw(), which leaves alone what an earlier user may have set: flow control in either
+// Resets more than cfmakeraw(), which keeps what an earlier user may have set: flow control in either
 // direction, its characters, and parity that is always mark or space.
 void makeRaw(termios& line) {
     ::cfmakeraw(&line);
     line.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY | INPCK);
     line.c_cflag |= CREAD | CLOCAL;
     line.c_cflag &= ~static_cast<tcflag_t>(CRTSCTS);
-    // A board whose reset hangs on DTR must live on when one program closes the port and the next opens it.
+    // A board that is reset by DTR must not be reset when one program closes the port and the next opens it.
     line.c_cflag &= ~static_cast<tcflag_t>(HUPCL);
 #ifdef CMSPAR
     line.c_cflag &= ~static_cast<tcflag_t>(CMSPAR);
@@ -55,12 +55,12 @@ OpenResult NativePort::open(const std::string& device) {
     termios line = {};
     if (::tcgetattr(descriptor.number(), &line) != 0)
         return openFailure(errno, device);
-    // A shell whose terminal is made raw answers to nobody any more, and a log-in on the board's port would
-    // answer in the board's place.
+    // A shell whose terminal is made raw no longer answers, and a log-in on the board's port would answer
+    // instead of the board.
     if (std::string holder = terminalHolder(descriptor.number()); !holder.empty())
         return {OpenFault::InUse, std::move(holder)};
-    // Before anything is changed, or the line of the program that has it would be upset. The lock
-    // is what keeps out root, whom TIOCEXCL does not.
+    // Before any change, which would disturb the program that has the line. Only the lock keeps out root,
+    // whom TIOCEXCL does not.
     if (::flock(descriptor.number(), LOCK_EX | LOCK_NB) != 0)
         return openFailure(errno, device);
     makeRaw(line);
@@ -96,17 +96,17 @@ bool NativePort::applySettings(const LineSettings& settings) {
 void NativePort::close() noexcept {
     if (!m_stream.is_open())
         return;
-    // close() would wait for a stopped line up to half a minute. With nothing left to send there is
-    // nothing to drop, and a flush could still catch bytes on their way through a pseudo-terminal.
+    // close() would wait for a stopped line up to half a minute. With nothing left to send there is nothing
+    // to drop, and a flush could still catch bytes on their way through a pseudo-terminal.
     if (unsentBytes() > 0)
         ::tcflush(m_handle, TCOFLUSH);
-    // The mark would stay on the device as long as somebody else has it open, too.
+    // The mark would stay on the device as long as another program has it open, too.
     ::ioctl(m_handle, TIOCNXCL);
     boost::system::error_code ignored;
     m_stream.close(ignored);
 }
 
-// A hang-up ends the read.
+// Never: a hang-up ends the read.
 std::chrono::milliseconds NativePort::lookInterval() const {
     return {};
 }
@@ -144,7 +144,7 @@ std::size_t NativePort::unsentBytes() const noexcept {
     if (queued > 0)
         return static_cast<std::size_t>(queued);
 #ifdef TIOCSERGETLSR
-    // The last bytes sit in the chip, which the driver's count leaves out.
+    // The last bytes are in the chip, which the driver's count leaves out.
     unsigned int state = 0;
     if (::ioctl(m_handle, TIOCSERGETLSR, &state) == 0 && (state & TIOCSER_TEMT) == 0)
         return 1;

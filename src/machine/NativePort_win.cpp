@@ -17,7 +17,7 @@ OpenResult openFailure(const boost::system::error_code& error) {
         return {OpenFault::NoSuchDevice};
     case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
-        // A port that another program has open answers with "access denied".
+        // A port that another program has open is reported as "access denied".
         return {OpenFault::InUse};
     case ERROR_INVALID_PARAMETER:
     case ERROR_INVALID_FUNCTION:
@@ -28,7 +28,7 @@ OpenResult openFailure(const boost::system::error_code& error) {
     }
 }
 
-/// Reads the line's settings, lets `change` edit them and writes them back; false when the device refuses.
+/// Reads the line's settings, lets `change` edit them and writes them back; false if the device refuses.
 template <typename Change>
 bool changeSettings(HANDLE handle, Change change) noexcept {
     DCB line = {};
@@ -39,7 +39,7 @@ bool changeSettings(HANDLE handle, Change change) noexcept {
     return ::SetCommState(handle, &line) != 0;
 }
 
-/// Each look clears the marks, so whoever looks for something else keeps them as well.
+/// Notes the errors, since each query clears the marks, also one for something else.
 bool noteErrors(HANDLE handle, COMSTAT& state, LineErrors& seen) noexcept {
     DWORD errors = 0;
     if (!::ClearCommError(handle, &errors, &state))
@@ -50,7 +50,7 @@ bool noteErrors(HANDLE handle, COMSTAT& state, LineErrors& seen) noexcept {
     return true;
 }
 
-/// Bytes as they are, both lines on, no handshake, whatever the last user of the port has left.
+/// Sets raw bytes, both lines on, no handshake, whatever the last user of the port has left.
 void makeRaw(DCB& line) noexcept {
     line.fBinary = TRUE;
     line.fNull = FALSE;
@@ -65,7 +65,7 @@ void makeRaw(DCB& line) noexcept {
     line.fRtsControl = RTS_CONTROL_ENABLE;
 }
 
-/// Closed again on every way out on which nobody takes it over.
+/// A handle that is closed on every way out unless it is released.
 class Handle {
   public:
     explicit Handle(HANDLE value) : m_value(value) {}
@@ -83,7 +83,7 @@ class Handle {
     HANDLE m_value;
 };
 
-/// Only ports of one digit can be opened without the prefix.
+/// Opens the device with the prefix, without which only ports of one digit can be opened.
 HANDLE openDevice(const std::string& device) noexcept {
     const std::string name = device.starts_with('\\') ? device : "\\\\.\\" + device;
     return ::CreateFileA(name.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
@@ -110,7 +110,7 @@ OpenResult NativePort::open(const std::string& device) {
     waits.ReadIntervalTimeout = 1; // a read ends with what has come in one go, and never without a byte
     if (!changeSettings(port.get(), makeRaw) || !::SetCommTimeouts(port.get(), &waits))
         return openFailure(lastError());
-    // Whoever had the port last may have left the line at a break. What cannot send one has nothing to end.
+    // The last user of the port may have left the line at a break. Some devices have none.
     (void)::ClearCommBreak(port.get());
     boost::system::error_code error;
     m_stream.assign(port.get(), error);
@@ -121,7 +121,7 @@ OpenResult NativePort::open(const std::string& device) {
 }
 
 bool NativePort::applySettings(const LineSettings& settings) {
-    // All at once: a driver may set its lines anew with every change.
+    // All at once: a driver may set its lines again with every change.
     return changeSettings(m_handle, [&settings](DCB& line) {
         line.BaudRate = static_cast<DWORD>(settings.baudRate);
         line.ByteSize = static_cast<BYTE>(settings.dataBits);
@@ -134,8 +134,8 @@ bool NativePort::applySettings(const LineSettings& settings) {
 void NativePort::close() noexcept {
     if (!m_stream.is_open())
         return;
-    // A write that is under way would keep the close waiting on a stopped line. After the last write has
-    // ended, the adapter may still hold its bytes, and a purge would throw them away.
+    // A write that is under way would block the close on a stopped line. After the last write has ended, the
+    // adapter may still hold its bytes, and a purge would drop them.
     if (m_isWriting || unsentBytes() > 0)
         ::PurgeComm(m_handle, PURGE_TXABORT | PURGE_TXCLEAR);
     ::PurgeComm(m_handle, PURGE_RXABORT | PURGE_RXCLEAR);
@@ -143,7 +143,7 @@ void NativePort::close() noexcept {
     m_stream.close(ignored);
 }
 
-// Not every adapter's driver ends a read when the adapter is pulled, but none answers for it any more.
+// Not every adapter's driver ends a read when the adapter is pulled, but none answers for it afterwards.
 std::chrono::milliseconds NativePort::lookInterval() const {
     return std::chrono::milliseconds(400);
 }
@@ -158,7 +158,7 @@ boost::system::error_code NativePort::look() noexcept {
     if (noteErrors(m_handle, state, m_seen))
         return {};
     const auto error = static_cast<int>(::GetLastError());
-    // A device that does not know the question is there.
+    // A device that does not support the query is there.
     if (std::find(kGone.begin(), kGone.end(), error) == kGone.end())
         return {};
     return {error, boost::system::system_category()};
@@ -169,7 +169,7 @@ void NativePort::discardReceived() noexcept {
 }
 
 bool NativePort::setXonXoff(bool on) noexcept {
-    // The stream's own flow control option would switch DTR and RTS as well.
+    // The stream's own flow control option would switch DTR and RTS, too.
     return changeSettings(m_handle, [on](DCB& line) {
         line.fOutX = on ? TRUE : FALSE;
         line.fInX = on ? TRUE : FALSE;
@@ -182,7 +182,7 @@ bool NativePort::setXonXoff(bool on) noexcept {
 bool NativePort::setDtr(bool on) noexcept {
     if (!::EscapeCommFunction(m_handle, on ? SETDTR : CLRDTR))
         return false;
-    // Every later change of the settings sets the line anew, to what stands in them.
+    // Every later change of the settings sets the line again, to these settings.
     return changeSettings(
         m_handle, [on](DCB& line) { line.fDtrControl = on ? DTR_CONTROL_ENABLE : DTR_CONTROL_DISABLE; });
 }

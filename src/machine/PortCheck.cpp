@@ -24,7 +24,7 @@ QString portProblem(const PortNames& names, int number) {
 QString portRemark(const PortNames& names, int number) {
     const QString device = names.device(number);
     if (NetworkAddress::parse(device))
-        return QStringLiteral("on the network, not connected to; its name is well formed");
+        return QStringLiteral("on the network, not connected; its name is well formed");
     return device.startsWith(QLatin1Char('/')) ? QStringLiteral("there and permitted")
                                                : QStringLiteral("its name is well formed");
 }

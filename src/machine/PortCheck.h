@@ -9,7 +9,7 @@ namespace zrk {
 /// open need not keep a run from it: only a lock does, and any account can write a file that says so.
 [[nodiscard]] QString portProblem(const PortNames& names, int number);
 
-/// What is known of a port that nothing stands against.
+/// Returns what is known of a port without a problem.
 [[nodiscard]] QString portRemark(const PortNames& names, int number);
 
 } // namespace zrk

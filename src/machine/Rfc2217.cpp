@@ -15,7 +15,7 @@ namespace {
 //   4  stop size           1    1, 2
 //   5  control             1    1 no flow control, 2 XON/XOFF; 8 DTR on, 9 DTR off; 11 RTS on, 12 RTS off;
 //                               14, 15 as 1, 2 inbound
-//   10 line state mask     1    what is told unasked: 0 nothing
+//   10 line state mask     1    what is reported unasked: 0 nothing
 //   11 modem state mask    1    the same
 //   12 purge               1    1 what was received
 constexpr std::uint8_t kOption = 44;
@@ -41,7 +41,7 @@ constexpr std::uint32_t kPurgeReceived = 1;
 constexpr std::uint8_t kBinary = 0;
 constexpr std::uint8_t kSuppressGoAhead = 3;
 
-// With a table of options the library would negotiate by itself, but keep a refused offer to itself as well.
+// With a table of options the library would negotiate by itself, but would also hide a refused offer.
 constexpr std::array<telnet_telopt_t, 1> kNoTable{{{-1, 0, 0}}};
 
 bool isOffered(std::uint8_t option) {
@@ -118,8 +118,8 @@ void Rfc2217::handle(const telnet_event_t& event) {
     }
 }
 
-/// Refuses an option once. An option that stays off needs no second answer, and a server that asks without
-/// end must not make the loader answer without end.
+/// Refuses an option once. An option that stays off needs no second answer, and a server that asks again and
+/// again must not make the loader answer each time.
 void Rfc2217::refuse(std::uint8_t option, bool theirs) {
     const std::size_t place = option + (theirs ? 0U : 256U);
     if (m_refusedOptions.test(place))
@@ -128,8 +128,8 @@ void Rfc2217::refuse(std::uint8_t option, bool theirs) {
     telnet_negotiate(m_telnet.get(), theirs ? TELNET_DONT : TELNET_WONT, option);
 }
 
-/// The library goes along, agreed or not: what follows would be inflated, or lost without a word, or, by one
-/// without zlib, taken for the line's bytes.
+/// Notes the compression, which the library accepts, agreed or not: what follows would be inflated, or lost
+/// silently, or, in a library without zlib, taken for the line's bytes.
 void Rfc2217::noteCompression() {
     m_isCompressed = true;
     m_refused = "to leave the line's bytes uncompressed";

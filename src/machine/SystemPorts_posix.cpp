@@ -24,13 +24,13 @@ QString firstLine(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readLine()).simplified() : QString();
 }
 
-/// The device behind links; the name itself where nothing is.
+/// Returns the device that links lead to; the name itself if there is none.
 QString realDevice(const QString& name) {
     const QString path = QFileInfo(name).canonicalFilePath();
     return path.isEmpty() ? name : path;
 }
 
-/// The USB device stands some folders above the port, which belongs to one of its interfaces.
+/// Fills in the USB device, some folders above the port, which belongs to one of its interfaces.
 void tellAdapter(PortEntry& port, QString folder) {
     while (!folder.isEmpty() && !QFileInfo::exists(folder + QStringLiteral("/idVendor")))
         folder.truncate(folder.lastIndexOf(QLatin1Char('/')));
@@ -49,7 +49,7 @@ bool isThisProcess(const QString& number) {
     return number == QString::number(QCoreApplication::applicationPid());
 }
 
-/// "minicom (4711)"; "" when there is no such process any more.
+/// Returns "minicom (4711)"; "" if the process has ended.
 QString processNamed(const QString& number, const PortPlaces& places) {
     if (isThisProcess(number))
         return QStringLiteral("this program");
@@ -59,7 +59,7 @@ QString processNamed(const QString& number, const PortPlaces& places) {
     return QStringLiteral("%1 (%2)").arg(firstLine(folder + QStringLiteral("/comm")), number);
 }
 
-/// What a process has open. Processes of other users cannot be looked at, and processes end while they are.
+/// Returns the open files of a process, as far as this user may see them and it has not ended.
 std::vector<QString> openFiles(const QString& process) {
     std::vector<QString> files;
     std::error_code fault;
@@ -92,9 +92,9 @@ QHash<QString, QString> openDevices(const QHash<QString, QString>& devices, cons
     return users;
 }
 
-/// By custom a program that uses a port leaves its process number in a lock file.
+/// Returns the process number in the port's lock file, which programs write by custom.
 QString lockHolder(const QString& device, const PortPlaces& places) {
-    // Any account may write to the folder of locks: a pipe of that name must not keep the reader waiting.
+    // Any account may write to the folder of locks: a pipe of that name must not block the reader.
     constexpr qint64 kLongestNumber = 32;
     QFile lock(places.locks + QStringLiteral("/LCK..") + QFileInfo(device).fileName());
     if (!openForReading(lock, Links::Refuse).isEmpty())
@@ -124,8 +124,7 @@ std::vector<PortEntry> installedPorts(const PortPlaces& places) {
     const QStringList names = QDir(places.terminals).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString& name : names) {
         const QString terminal = places.terminals + QLatin1Char('/') + name;
-        // Consoles and pseudo-terminals have no device; of the places for built-in ports those without a
-        // port are of type 0.
+        // Consoles and pseudo-terminals have no device; places for built-in ports without a port have type 0.
         const QString device = QFileInfo(terminal + QStringLiteral("/device")).canonicalFilePath();
         const QString type = firstLine(terminal + QStringLiteral("/type"));
         if (device.isEmpty() || type == QLatin1String("0"))

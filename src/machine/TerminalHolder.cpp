@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What the system tells of a process, as far as it matters here.
+/// The system's facts about a process that matter here.
 struct Process {
     std::string name;
     int session = 0;
@@ -25,7 +25,7 @@ std::optional<Process> processIn(const fs::path& folder) {
     std::ifstream file(folder / "stat");
     std::string text;
     std::getline(file, text, '\0');
-    // "4711 (name) S parent group session terminal": the name may hold anything.
+    // "4711 (name) S parent group session terminal": the name may contain anything.
     const auto begin = text.find('(');
     const auto end = text.rfind(')');
     if (begin == std::string::npos || end == std::string::npos)
@@ -38,7 +38,7 @@ std::optional<Process> processIn(const fs::path& folder) {
     return fields ? std::optional(process) : std::nullopt;
 }
 
-/// In the numbers that processes are told with; 0 for what is no terminal.
+/// Returns the terminal's number as processes have it; 0 if it is not a terminal.
 int numberOf(int descriptor) {
     unsigned int number = 0;
 #ifdef TIOCGDEV
@@ -67,7 +67,7 @@ std::string holderOf(int device) {
         if (!process || process->terminal != device || process->session == own)
             continue;
         holder = process->name + " (" + number + ")";
-        if (number == std::to_string(process->session)) // whose terminal it is, not what was started there
+        if (number == std::to_string(process->session)) // the session's leader, not a program started there
             break;
     }
     return holder;

@@ -9,7 +9,7 @@
 
 namespace zrk {
 
-/// What passes a serial port, in a text file for people to read and for the simulated board to replay.
+/// The data of a serial port in a text file, for people to read and for the simulated board to replay.
 ///
 ///     # zrk trace 1                                            the form and its version
 ///     # began 2026-03-01T14:05:06.789+01:00                    comments begin with #
@@ -19,10 +19,10 @@ namespace zrk {
 ///         9.000001 close unsent 12
 ///
 /// Each line begins with the seconds since the trace began. ">" went to the board, at the time it was handed
-/// over for the line to carry; "<" came from it, at the time it was there for the loader. Up to 16 bytes of
-/// one direction that belong to the same 20 ms share a line, in hexadecimal and, between bars, as text with a
-/// dot for what does not print. The other lines: open (port, device, settings), refused (why), handshaking
-/// none|xonxoff, dtr on|off, lost (why), and close with the number of bytes that may never have left.
+/// to the line; "<" came from it, at the time it was there for the loader. Up to 16 bytes of one direction
+/// within the same 20 ms share a line, in hexadecimal and, between bars, as text with a dot for an
+/// unprintable byte. The other lines: open (port, device, settings), refused (why), handshaking none|xonxoff,
+/// dtr on|off, lost (why), and close with the number of bytes that may never have left.
 class TraceFile {
   public:
     enum class Direction : char { ToBoard = '>', FromBoard = '<' };
@@ -34,7 +34,7 @@ class TraceFile {
     TraceFile(const TraceFile&) = delete;
     TraceFile& operator=(const TraceFile&) = delete;
 
-    /// Once the trace has ended these do nothing.
+    /// These do nothing once the trace has ended.
     void bytes(Direction direction, QByteArrayView bytes);
     void event(const QString& text);
 
@@ -52,7 +52,7 @@ class TraceFile {
     // The line that takes bytes.
     std::chrono::microseconds m_at{};
     char m_kind = 0;
-    QByteArray m_bytes; ///< of no line when empty
+    QByteArray m_bytes; ///< empty without a line
     std::unique_ptr<Timer> m_finish;
 };
 

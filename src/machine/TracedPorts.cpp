@@ -12,10 +12,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// What arrives while the loader does not look gets its time by this.
+// The resolution of the times of data that arrives between the loader's calls.
 constexpr std::chrono::milliseconds kLookInterval = 20ms;
 
-// Received and not read by the loader; beyond that the port keeps what comes.
+// Received and not read by the loader; beyond that the port keeps the data.
 constexpr qsizetype kMostReceived = qsizetype{64} * 1024;
 
 QString nameOf(Handshaking handshaking) {
@@ -25,7 +25,7 @@ QString nameOf(Handshaking handshaking) {
 
 } // namespace
 
-/// Takes the received bytes from the port as soon as they are there, since that is the time to note.
+/// A port whose received bytes are taken as soon as they are there, since that is the time to note.
 class TracedPorts::TracedPort final : public SerialPort {
   public:
     TracedPort(TracedPorts& ports, std::unique_ptr<SerialPort> port, QString opening, Handshaking handshaking)
@@ -157,7 +157,7 @@ void TracedPorts::stopTrace() {
     if (m_open != nullptr)
         m_open->look();
     m_look->stop();
-    // First, since whoever is told of a failure may start the next one.
+    // First, since `failed` may start the next trace.
     const auto ended = std::exchange(m_trace, nullptr);
 }
 

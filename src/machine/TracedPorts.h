@@ -10,8 +10,8 @@ namespace zrk {
 
 class Timer;
 
-/// Other serial ports, with a trace of what passes the one that is open, from startTrace() to stopTrace().
-/// Without a trace it adds nothing but the call. Loop and ports must outlive it, and it what it opens.
+/// Other serial ports, with a trace of the one that is open, from startTrace() to stopTrace(). Without a
+/// trace it only passes the calls on. Loop and ports must outlive it, and it must outlive what it opens.
 class TracedPorts final : public SerialPorts {
   public:
     TracedPorts(EventLoop& loop, SerialPorts& ports);
@@ -21,14 +21,14 @@ class TracedPorts final : public SerialPorts {
     /// record, failures and `failed`.
     void startTrace(const RecordFile& record, TraceFile::Told failed);
 
-    /// Does nothing without a trace.
+    /// Ends the trace. Does nothing without one.
     void stopTrace();
 
     /// Has this called each time a port has been opened, before anything passes it. A RuntimeFailure thrown
     /// there closes the port again.
     void whenOpened(std::function<void()> opened) { m_whenOpened = std::move(opened); }
 
-    /// Also after the file has failed.
+    /// Returns true also after the file has failed.
     [[nodiscard]] bool isTracing() const { return m_trace != nullptr; }
 
     [[nodiscard]] std::unique_ptr<SerialPort> open(int number, const LineSettings& settings,
@@ -47,7 +47,7 @@ class TracedPorts final : public SerialPorts {
     SerialPorts& m_ports;
     EventLoop& m_loop;
     std::function<void()> m_whenOpened;
-    std::unique_ptr<TraceFile> m_trace; ///< null: none
+    std::unique_ptr<TraceFile> m_trace; ///< null without a trace
     TracedPort* m_open = nullptr;
     std::unique_ptr<Timer> m_look; ///< runs while a trace does
 };

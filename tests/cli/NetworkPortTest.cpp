@@ -62,7 +62,7 @@ TEST_F(CliNetworkPort, EndingShowsTheCause) {
     }
     CliRun dry(images.on(server->raw(), "--dry-run load"));
     EXPECT_EQ(dry.status(), 0);
-    EXPECT_TRUE(dry.output().contains("not connected to")) << dry.output().toStdString();
+    EXPECT_TRUE(dry.output().contains("not connected;")) << dry.output().toStdString();
     server->kill();
     EXPECT_EQ(cut.status(), 6);
     EXPECT_TRUE(cut.error().contains("closed the connection")) << cut.error().toStdString();

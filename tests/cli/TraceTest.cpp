@@ -20,7 +20,7 @@ struct Trace : ::testing::Test {
     const QString trace = images.file("field.trace");
 };
 
-/// The bytes of one direction.
+/// Returns the bytes of one direction.
 QByteArray bytesOf(const QByteArray& text, char direction) {
     const QRegularExpression row(QString("^ +[\\d.]+ ") + direction + " ([0-9a-f ]+)\\|",
                                  QRegularExpression::MultilineOption);
@@ -30,7 +30,7 @@ QByteArray bytesOf(const QByteArray& text, char direction) {
     return bytes;
 }
 
-TEST_F(Trace, HasEveryByteAndIsAnsweredAsBefore) {
+TEST_F(Trace, HasEveryByteAndReplaysTheAnswers) {
     const QString run = "load start expect zrk> --start-timeout 600";
     QByteArray before;
     {
