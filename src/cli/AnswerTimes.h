@@ -7,7 +7,7 @@ namespace zrk {
 
 class Output;
 
-/// With --verbose: what the board has answered in each line of the console, and when.
+/// The times of --verbose: what the board has answered in each line of the console, and when.
 class AnswerTimes {
   public:
     AnswerTimes(EventLoop& loop, Output& output) : m_loop(loop), m_output(output), m_begin(loop.now()) {}

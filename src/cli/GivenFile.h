@@ -4,11 +4,11 @@
 
 namespace zrk {
 
-/// Why a file that the user has named cannot be used, as a part of a sentence: "no such file or directory",
-/// "permission denied", "it is a folder", "it is empty". "" when it can.
+/// Returns why a file that the user has named cannot be used, as a part of a sentence: "no such file or
+/// directory", "permission denied", "it is a folder", "it is empty"; "" if it can.
 [[nodiscard]] QString fileProblem(const QString& path);
 
-/// "FILE[,ADDRESS]" in its parts. A file that exists under the whole text goes first; otherwise the last
+/// The parts of "FILE[,ADDRESS]". A file that exists under the whole text goes first; otherwise the last
 /// comma separates.
 struct GivenFile {
     QString path;

@@ -14,7 +14,7 @@ struct PlannedRecord {
     QString path;
 };
 
-/// The records of the board that these options are for.
+/// Returns the records of the board that these options are for.
 [[nodiscard]] QList<PlannedRecord> recordsOf(const CliOptions& options);
 
 /// Says why a run that reads these inputs cannot keep all of the records, as far as that shows without making

@@ -10,8 +10,8 @@ namespace zrk {
 /// neither a board nor a file must control the user's terminal.
 [[nodiscard]] QString withVisibleControls(const QString& text);
 
-/// The object as one line without its end. Every control character in it is escaped, also those above 0x7E,
-/// which JSON would allow as they are; half a surrogate pair, which many readers reject, is replaced.
+/// Returns the object as one line without its end. Every control character in it is escaped, also those above
+/// 0x7E, which JSON would allow; half a surrogate pair, which many readers reject, is replaced.
 [[nodiscard]] QByteArray jsonLine(const QJsonObject& object);
 
 } // namespace zrk

@@ -6,7 +6,7 @@
 
 namespace zrk {
 
-/// The system's words for an error number.
+/// Returns the system's words for an error number.
 [[nodiscard]] inline QString systemText(int error) {
     return QString::fromStdString(std::generic_category().message(error));
 }

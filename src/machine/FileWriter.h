@@ -18,10 +18,10 @@ class FileWriter {
   public:
     using Told = std::function<void(const QString&)>;
 
-    /// Writes over a file that is there, up to `longest` bytes. `what` names it in messages: "trace". Throws
-    /// RuntimeFailure (File) that says what, why and what to do.
-    /// `failed` gets to know, once and on the loop's thread, why the file ended too early: by a task posted
-    /// to the loop, or at the latest by end(). It then ends with the last whole line that it took.
+    /// Overwrites an existing file, up to `longest` bytes. `what` names it in messages: "trace". Throws
+    /// RuntimeFailure (File) that says what, why and what to do. `failed` gets, once and on the loop's
+    /// thread, the reason why the file ended too early: by a task posted to the loop, or at the latest by
+    /// end(). The file then ends with the last whole line that it took.
     FileWriter(const RecordFile& record, QString what, EventLoop& loop, Told failed,
                qint64 longest = kLongestRecord);
     ~FileWriter();

@@ -15,7 +15,7 @@ class LogFile {
   public:
     using Clock = std::function<QDateTime()>;
 
-    /// As FileWriter has it.
+    /// See FileWriter.
     LogFile(
         const RecordFile& record, EventLoop& loop, FileWriter::Told failed,
         Clock clock = [] { return QDateTime::currentDateTime(); });
@@ -28,7 +28,7 @@ class LogFile {
     /// Removes the last byte, and the stamp in front of it; does so for the last 4096 bytes at most.
     void takeBack();
 
-    /// As FileWriter has it.
+    /// See FileWriter.
     void end() { m_writer.end(); }
 
   private:

@@ -4,7 +4,7 @@
 
 namespace zrk {
 
-/// What this error of an attempt to open the device means.
+/// Explains this error of an attempt to open the device.
 [[nodiscard]] OpenResult openFailure(int error, const std::string& device);
 
 } // namespace zrk

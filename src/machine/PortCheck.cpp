@@ -12,7 +12,7 @@ QString portProblem(const PortNames& names, int number) {
         return port_messages::noDevice(number);
     if (QString problem = networkProblem(device); !problem.isEmpty())
         return port_messages::badName(number, problem);
-    // A port on the network would have to be connected to, which is left to a run.
+    // A port on the network would need a connection, which a run makes.
     if (isOnNetwork(device))
         return {};
     const OpenResult foreseen = foreseeOpening(device.toStdString());

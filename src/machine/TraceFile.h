@@ -28,7 +28,7 @@ class TraceFile {
     enum class Direction : char { ToBoard = '>', FromBoard = '<' };
     using Told = FileWriter::Told;
 
-    /// As FileWriter has it.
+    /// See FileWriter.
     TraceFile(const RecordFile& record, EventLoop& loop, Told failed);
     ~TraceFile();
     TraceFile(const TraceFile&) = delete;
@@ -38,7 +38,7 @@ class TraceFile {
     void bytes(Direction direction, QByteArrayView bytes);
     void event(const QString& text);
 
-    /// As FileWriter has it.
+    /// See FileWriter.
     void end();
 
   private:

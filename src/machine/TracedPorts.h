@@ -17,15 +17,15 @@ class TracedPorts final : public SerialPorts {
     TracedPorts(EventLoop& loop, SerialPorts& ports);
     ~TracedPorts() override;
 
-    /// A trace that is under way ends first. An open port is in the new one from now on. See TraceFile for
-    /// record, failures and `failed`.
+    /// Ends a trace that is under way, and starts one, also of a port that is open. See TraceFile for record,
+    /// failures and `failed`.
     void startTrace(const RecordFile& record, TraceFile::Told failed);
 
     /// Ends the trace. Does nothing without one.
     void stopTrace();
 
-    /// Has this called each time a port has been opened, before anything passes it. A RuntimeFailure thrown
-    /// there closes the port again.
+    /// Sets what is called each time a port has been opened, before any byte passes it. A RuntimeFailure
+    /// thrown there closes the port again.
     void whenOpened(std::function<void()> opened) { m_whenOpened = std::move(opened); }
 
     /// Returns true also after the file has failed.

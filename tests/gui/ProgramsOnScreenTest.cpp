@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Programs of this machine on a pseudo-terminal, in place of those of a board.
+// Tests programs of this machine on a pseudo-terminal, in place of those of a board.
 
 namespace {
 
@@ -86,7 +86,7 @@ struct Programs : ::testing::Test {
             all += row(i) + '\n';
         return all;
     }
-    /// The cell that the text begins with.
+    /// Returns the cell that the text begins with.
     [[nodiscard]] zrk::ScreenCell cellOf(const QString& text) const {
         for (int i = 0; i < screen.size().rows; ++i) {
             if (const auto column = row(i).indexOf(text); column >= 0)

@@ -19,7 +19,7 @@ struct Terminal : ::testing::Test {
     void feed(const QByteArray& bytes) { screen.feed(bytes, Answers::Send); }
     [[nodiscard]] QString row(qsizetype line) const { return zrk::textOf(screen.line(line), 0, 1000); }
 
-    /// The lines from `from` on, without the blank ones at the end; a change of the looks as "{...}".
+    /// Returns the lines from `from` on, without the blank ones at the end; a change of the looks as "{...}".
     [[nodiscard]] QString lines(qsizetype from) const {
         QStringList all;
         for (qsizetype number = from; number < screen.endLine(); ++number) {

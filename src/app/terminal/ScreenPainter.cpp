@@ -18,7 +18,7 @@ qreal advanceOf(const QFont& font) {
     return QFontMetricsF(font).horizontalAdvance(QString(kMany, QLatin1Char('M'))) / kMany;
 }
 
-/// Characters of the font itself, which may be drawn in one go; others may come from a font of other widths.
+/// Detects characters of the font itself, which may be drawn in one go; others may have other widths.
 bool isOfTheFont(const ScreenCell& cell) {
     return cell.width == 1 && cell.characters[0] <= kLastOfOneFont && cell.characters[1] == 0;
 }

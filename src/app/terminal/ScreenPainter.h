@@ -16,14 +16,14 @@ namespace zrk {
 /// The looks of a terminal's lines: font, cell, colours.
 class ScreenPainter {
   public:
-    /// The colours of a view without any of the board's: light on dark, for which programs choose theirs.
+    /// Returns the colours of a view without the board's: light on dark, as programs expect.
     static constexpr QColor kGround{0x1C, 0x1C, 0x1C};
     static constexpr QColor kText{0xDC, 0xDC, 0xDC};
 
-    /// A fixed-pitch font.
+    /// Sets a fixed-pitch font.
     void setFont(const QFont& font);
 
-    /// In pixels.
+    /// Returns the size in pixels.
     [[nodiscard]] QSize cell() const { return m_cell; }
 
     struct Marks {

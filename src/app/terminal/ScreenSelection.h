@@ -18,7 +18,7 @@ struct ScreenPoint {
     }
 };
 
-/// What the mouse has selected of the lines of a terminal: a run of cells that goes over line ends.
+/// The mouse's selection in the lines of a terminal: a run of cells that goes over line ends.
 class ScreenSelection {
   public:
     void clear() { *this = {}; }
@@ -30,11 +30,11 @@ class ScreenSelection {
     [[nodiscard]] ScreenPoint from() const { return m_position < m_anchor ? m_position : m_anchor; }
     [[nodiscard]] ScreenPoint end() const { return m_position < m_anchor ? m_anchor : m_position; }
 
-    /// The selected columns of a line: from the first to before the second; equal for none.
+    /// Returns the selected columns of a line: from the first to before the second; equal for none.
     [[nodiscard]] std::pair<int, int> columnsIn(qsizetype line, int columns) const;
 
-    /// The selected text of lines with so many columns: the lines are ended by '\n' and without the blanks at
-    /// their ends.
+    /// Returns the selected text of lines with so many columns: the lines are ended by '\n' and without the
+    /// blanks at their ends.
     [[nodiscard]] QString text(const std::function<ScreenLine(qsizetype)>& line, int columns) const;
 
   private:

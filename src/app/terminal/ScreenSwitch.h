@@ -15,21 +15,21 @@ struct Loader;
 struct LoaderWidgets;
 
 /// The console's two views: the text, which shows every character, and the screen, which is a terminal. Feeds
-/// the screen with what the board sends in terminal mode and with the loader's own lines, and switches
-/// between the two. The screen begins empty at each opening of the port.
+/// the screen with the board's output in terminal mode and with the loader's own lines, and switches between
+/// the two. The screen begins empty at each opening of the port.
 class ScreenSwitch final : public QObject {
     Q_OBJECT
 
   public:
     /// Widgets and loader must outlive it; the file `store` remembers the view from one run to the next.
-    /// Takes over where a request for the console's focus leads.
+    /// Handles the console's requests for the focus from now on.
     ScreenSwitch(const LoaderWidgets& widgets, Loader& loader, QString store, QObject* parent);
     ~ScreenSwitch() override;
 
     /// Switches between the views; ticked while the screen is shown.
     [[nodiscard]] QAction* entry() const { return m_entry; }
 
-    /// The view that is shown.
+    /// Returns the view that is shown.
     [[nodiscard]] QWidget* shownView() const;
 
   private:

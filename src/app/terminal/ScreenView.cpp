@@ -76,7 +76,7 @@ void ScreenView::setSmallGrid(bool on) {
     fitGrid();
 }
 
-/// The lines that are shown stay where they are while the view does not follow the end.
+/// Keeps the shown lines where they are while the view does not follow the end.
 void ScreenView::fitBars() {
     const QScopedValueRollback fitting(m_isFitting, true);
     const qsizetype top = topLine();

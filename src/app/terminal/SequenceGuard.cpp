@@ -16,7 +16,7 @@ bool isControl(char byte) {
     return static_cast<uchar>(byte) < 0x20;
 }
 
-/// A byte of a character that takes several.
+/// Detects a byte of a character that takes several.
 bool isLetterOfMany(char byte) {
     return static_cast<uchar>(byte) > kRuboutByte;
 }

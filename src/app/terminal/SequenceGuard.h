@@ -4,10 +4,10 @@
 
 namespace zrk {
 
-/// Stands between the line and the terminal library, which trusts what it gets: a noisy line sends sequences
+/// A filter between the line and the terminal library, which trusts its input: a noisy line sends sequences
 /// with too many or too large numbers, and strings that never end. Passes text, control characters, and whole
-/// sequences that are within the library's limits; drops strings for the terminal, such as window titles,
-/// which end at the latest with their line. Cut sequences and characters wait for their rest.
+/// sequences within the library's limits; drops strings for the terminal, such as window titles, which end at
+/// the latest with their line. Cut sequences and characters wait for their rest.
 class SequenceGuard {
   public:
     /// Returns what may go to the library. What is not complete yet is kept until it is.

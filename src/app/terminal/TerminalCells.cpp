@@ -32,7 +32,7 @@ std::uint32_t rgbOf(const VTermScreen* screen, VTermColor color) {
 ScreenCell cellOf(const VTermScreen* screen, const VTermScreenCell& from) {
     ScreenCell cell;
     cell.width = from.chars[0] == kSecondHalf ? 0 : from.width > 1 ? 2 : 1;
-    // After a 0 there may be what was there before.
+    // After a 0 there may be earlier characters.
     for (std::size_t i = 0; cell.width > 0 && i < cell.characters.size() && from.chars[i] != 0; ++i)
         cell.characters[i] = isUnicode(from.chars[i]) ? from.chars[i] : kReplacement;
     if (!VTERM_COLOR_IS_DEFAULT_FG(&from.fg))

@@ -6,15 +6,15 @@
 
 namespace zrk {
 
-// Between the library's cells and those of TerminalScreen.
+// Converts between the library's cells and those of TerminalScreen.
 
 /// Gives a terminal its sixteen colours. Bold text gets the bright one of its colour.
 void setColors(VTermState* state);
 
-/// The cells of a row of the screen.
+/// Returns the cells of a row of the screen.
 [[nodiscard]] ScreenLine gridLine(const VTermScreen* screen, int row, int columns);
 
-/// The cells of a line that leaves the screen, without the blank ones at its end.
+/// Returns the cells of a line that leaves the screen, without the blank ones at its end.
 [[nodiscard]] ScreenLine keptLine(const VTermScreen* screen, const VTermScreenCell* cells, int columns);
 
 /// Makes `columns` cells of a line that comes back to the screen.

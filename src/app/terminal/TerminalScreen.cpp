@@ -30,7 +30,7 @@ VTermModifier modifiersOf(Qt::KeyboardModifiers modifiers) {
 
 } // namespace
 
-/// What the library calls.
+/// The library's callbacks.
 struct TerminalCallbacks {
     static int damage(VTermRect rect, void* user) {
         self(user).noteDamage(rect.start_row, rect.end_row);
@@ -194,7 +194,7 @@ QByteArray TerminalScreen::pasted(const QString& text) {
     QString typed = text;
     typed.replace(QLatin1String("\r\n"), QLatin1String("\r"));
     typed.replace(QLatin1Char('\n'), QLatin1Char('\r'));
-    // An ESC in a text from elsewhere could end the marks, and what follows would be commands.
+    // An ESC in a foreign text could end the marks, and what follows would be commands.
     typed.removeIf([](QChar c) {
         return c.unicode() < kFirstPastable && c != QLatin1Char('\r') && c != QLatin1Char('\t');
     });

@@ -63,7 +63,7 @@ class TerminalScreen {
   public:
     static constexpr std::size_t kMostKeptLines = 10'000;
 
-    /// `send` gets bytes for the board: keys, and what the terminal answers to the board's questions.
+    /// `send` gets bytes for the board: keys, and the terminal's answers to the board's questions.
     explicit TerminalScreen(std::function<void(const QByteArray&)> send);
     ~TerminalScreen();
     TerminalScreen(const TerminalScreen&) = delete;
@@ -76,7 +76,7 @@ class TerminalScreen {
     /// Takes bytes of the board, whose sequences and characters may be cut anywhere.
     void feed(const QByteArray& bytes, Answers answers);
 
-    /// Shows a text that is not the board's: control characters other than line ends are signs.
+    /// Shows a text of the loader: control characters other than line ends are signs.
     void print(const QString& text);
 
     void resize(GridSize size);
@@ -96,7 +96,7 @@ class TerminalScreen {
     /// Returns the bytes of a text that is pasted: between marks, if the program on the board asked for them.
     [[nodiscard]] QByteArray pasted(const QString& text);
 
-    /// Rows of the screen that have changed since the last call; `scrolled`: all lines have.
+    /// Returns the rows of the screen that have changed since the last call; `scrolled`: all lines have.
     struct Damage {
         int firstRow = 0;
         int endRow = 0;
@@ -128,7 +128,7 @@ class TerminalScreen {
     QByteArray m_output;
 };
 
-/// The text of a line from one column to another, without the blanks at its end.
+/// Returns the text of a line from one column to another, without the blanks at its end.
 [[nodiscard]] QString textOf(const ScreenLine& line, int from, int end);
 
 } // namespace zrk
