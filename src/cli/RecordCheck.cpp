@@ -18,7 +18,7 @@ QString folderProblem(const QString& folder) {
         nearest = QFileInfo(nearest.path());
     if (nearest.isDir() && nearest.isWritable())
         return {};
-    return (isThere ? QStringLiteral("--log %1: it is no folder, or nothing can be written there.")
+    return (isThere ? QStringLiteral("--log %1: it is not a folder, or you may not write to it.")
                     : QStringLiteral("--log %1: the folder cannot be made."))
         .arg(printableText(folder));
 }

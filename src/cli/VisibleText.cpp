@@ -35,7 +35,7 @@ QByteArray jsonLine(const QJsonObject& object) {
             continue;
         }
         const int byte = static_cast<unsigned char>(*at);
-        const int next = static_cast<unsigned char>(at[1]); // behind the last one stands a NUL
+        const int next = static_cast<unsigned char>(at[1]); // a NUL follows the last one
         const bool isHigh = byte == kLeader && next < 0xA0;
         if (byte == kDelete || isHigh)
             line += "\\u00" + QByteArray::number(isHigh ? next : byte, 16);

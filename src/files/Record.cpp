@@ -15,7 +15,7 @@ QString limitText(qint64 bytes) {
     return bytes < kMiB ? QStringLiteral("%1 bytes").arg(bytes) : QStringLiteral("%1 MiB").arg(bytes / kMiB);
 }
 
-/// As many of the bytes as fit, up to the last line's end among them.
+/// Returns as many of the bytes as fit, up to the last line's end among them.
 QByteArray linesWithin(const QByteArray& bytes, qint64 room) {
     if (bytes.size() <= room)
         return bytes;
@@ -41,7 +41,7 @@ QString appendToRecord(QFile& file, const QByteArray& all, qint64 longest) {
     return why;
 }
 
-/// A rename replaces a link that somebody puts there meanwhile, and writes to no file behind it.
+/// A rename replaces a link that another account puts there meanwhile, and does not follow it.
 QString replaceRecord(const RecordFile& record, const QByteArray& bytes) {
     if (QString why = recordProblem(record); !why.isEmpty())
         return why;

@@ -32,7 +32,7 @@ QString problemOf(int file, const RecordFile& record) {
         return QStringLiteral("it is not a regular file");
     if (isInput(status, record.inputs))
         return QStringLiteral("the loader reads that file");
-    // Who owns it may read it, whatever its mode is.
+    // Its owner may read it, whatever its mode is.
     if (status.st_uid != ::geteuid())
         return QStringLiteral("it belongs to another account");
     if (::flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
@@ -54,7 +54,7 @@ bool isRegularOrMissing(const QByteArray& path) {
     return ::lstat(path.constData(), &status) != 0 || S_ISREG(status.st_mode);
 }
 
-/// The file made or opened, and locked; negative, with the reason, when it is refused.
+/// Returns the file made or opened, and locked; negative, with the reason, if it is refused.
 Descriptor openLocked(const RecordFile& record, QString& why) {
     const QByteArray path = QFile::encodeName(record.path);
     if (isRegularOrMissing(path)) {

@@ -18,14 +18,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The group that may read and write the device; "" when membership would not help.
+// Returns the group that may read and write the device; "" if membership would not help.
 std::string groupWithAccess(const std::string& device) {
     struct stat facts = {};
     constexpr mode_t kNeeded = S_IRGRP | S_IWGRP;
     if (::stat(device.c_str(), &facts) != 0 || (facts.st_mode & kNeeded) != kNeeded)
         return {};
     if (facts.st_gid == 0)
-        return {}; // nobody should join it
+        return {}; // a user should not join it
     struct group entry = {};
     struct group* found = nullptr;
     std::array<char, 4096> texts{};
@@ -34,7 +34,7 @@ std::string groupWithAccess(const std::string& device) {
     return std::to_string(facts.st_gid);
 }
 
-/// A device such as /dev/null. Only terminals are serial ports; pseudo-terminals have no entry.
+/// Detects a device such as /dev/null. Only terminals are serial ports; pseudo-terminals have no entry.
 bool isNoTerminal(const struct stat& device) {
     std::error_code fault;
     const fs::path kind = fs::canonical("/sys/dev/char/" + std::to_string(major(device.st_rdev)) + ':' +
@@ -43,7 +43,7 @@ bool isNoTerminal(const struct stat& device) {
     return !fault && kind.filename() != "tty";
 }
 
-/// "minicom (4711)".
+/// Returns "minicom (4711)".
 std::string processName(const std::string& number) {
     std::ifstream file("/proc/" + number + "/comm");
     std::string name;
@@ -51,7 +51,7 @@ std::string processName(const std::string& number) {
     return (name.empty() ? "a program" : name) + " (" + number + ")";
 }
 
-/// The number of the process that has locked the device; "" for none that shows.
+/// Returns the number of the process that has locked the device; "" if none shows.
 std::string lockHolder(const struct stat& device) {
     std::ostringstream file;
     file << std::hex << std::setfill('0') << std::setw(2) << major(device.st_dev) << ':' << std::setw(2)

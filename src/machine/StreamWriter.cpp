@@ -19,7 +19,7 @@ constexpr qsizetype kMostAtOnce = qsizetype{64} * 1024;
 struct StreamWriter::Shared {
     struct State {
         Losses losses;         ///< since the last note
-        bool hasGap = false;   ///< text is among them, so more text would tear what was printed
+        bool hasGap = false;   ///< text is among them, so more text would leave a hole
         bool lostText = false; ///< ever
         bool failed = false;
         int error = 0;
@@ -62,7 +62,7 @@ struct StreamWriter::Shared {
         }
     }
 
-    /// Nothing more is written there, also where there is room again: text with a hole is worse than its end.
+    /// Stops writing to it for good, even if there is room again: text with a hole is worse than its end.
     void fail(int descriptor, int error) {
         states[descriptor].failed = true;
         states[descriptor].error = error;
@@ -73,7 +73,7 @@ struct StreamWriter::Shared {
         });
     }
 
-    /// Whatever comes next for one descriptor, many small pieces in one write.
+    /// Takes the next data for one descriptor, many small pieces in one write.
     Piece next() {
         Piece piece = std::move(queue.front());
         queue.pop_front();

@@ -76,7 +76,7 @@ std::string holderOf(int device) {
 } // namespace
 
 std::string terminalHolder(dev_t device) {
-    constexpr unsigned kMinorLow = 0xFF; // the form in which the system tells a process's terminal
+    constexpr unsigned kMinorLow = 0xFF; // the system's form of a process's terminal
     const unsigned number =
         (minor(device) & kMinorLow) | (major(device) << 8U) | ((minor(device) & ~kMinorLow) << 12U);
     return holderOf(static_cast<int>(number));
