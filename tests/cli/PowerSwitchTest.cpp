@@ -82,7 +82,7 @@ TEST_F(OnWait, ACommandThatFailsEndsTheBoard) {
     } faults[] = {
         {"exit 3", "",
          "exit 3\" ended with status 3.\nNothing was sent to the board. Check the power switch.\n"},
-        {"./no-such", "", "ended with status 127: sh: 1: ./no-such: not found\n"},
+        {"./no-such", "", "./no-such\" ended with status 127: "},
         {"kill $$", "", "kill $$\" was ended by a signal.\n"},
         {"i=0; while [ $i -lt 20000 ]; do echo outlet $i; i=$((i + 1)); done; false", "",
          "outlet 19999\nNothing was sent to the board."},
@@ -95,8 +95,7 @@ TEST_F(OnWait, ACommandThatFailsEndsTheBoard) {
         EXPECT_EQ(run.status(), 8);
         EXPECT_TRUE(run.output().contains("\"reason\":\"power not switched\"")) << run.output().toStdString();
         EXPECT_FALSE(run.output().contains("Sending")) << run.output().toStdString();
-        EXPECT_TRUE(QByteArray(run.error()).replace("/bin/sh", "sh").contains(fault.error))
-            << run.error().toStdString();
+        EXPECT_TRUE(run.error().contains(fault.error)) << run.error().toStdString();
         EXPECT_LT(run.error().size(), 10'000);
     }
     EXPECT_EQ(shell("echo > go; cat done"), "on\n"); // the last one goes on
