@@ -38,7 +38,7 @@ void requireForDownload(const Plan& plan, const QString& /*argument*/) {
             "Nothing to download: name an image with --uboot, --rootfs or --kernel FILE[,ADDRESS]."));
 }
 
-/// The primary boot listens since an earlier step, or an earlier run.
+/// Downloads; the primary boot is ready since an earlier step or an earlier run.
 ExitStatus download(const StepRun& run) {
     run.loader.listener.openPort({});
     if (run.loader.operation.outcome() != Outcome::Done)
@@ -47,7 +47,7 @@ ExitStatus download(const StepRun& run) {
     return exitStatusOf(run.loader.operation.outcome());
 }
 
-/// A program that was loaded by an earlier run may be started, too.
+/// Allows a program that an earlier run has loaded, too.
 void requireForStart(const Plan& plan, const QString& /*argument*/) {
     if (plan.has("load"))
         plan.requireFile(kSecondaryExecutable);

@@ -13,14 +13,14 @@ enum class ExitStatus {
     NoAnswer = 4,
     WrongAnswer = 5,
     PortLost = 6,
-    NotSeen = 7,          ///< a text that was waited for did not come
+    NotSeen = 7,          ///< an expected text did not come
     PowerNotSwitched = 8, ///< the command of --on-wait failed or took too long
     Cancelled = 130,
 };
 
 [[nodiscard]] ExitStatus exitStatusOf(Outcome outcome);
 
-/// Why a run or a step came to this status, as a word or two; the outcome is that of its last operation.
+/// Returns the reason for a status in a word or two; the outcome is that of the last operation.
 [[nodiscard]] QString reasonOf(ExitStatus status, Outcome outcome);
 
 } // namespace zrk

@@ -29,7 +29,7 @@ std::span<const OptionFacts> allOptions() {
     static constexpr std::array kOptions{
         OptionFacts{"port", 'p', "DEVICE", "the board's port; several times for several boards", "", true},
         OptionFacts{"com", 'c', "N[=DEVICE]", "use COMN, 1 to 8; with =DEVICE it stands for that"},
-        OptionFacts{"line-rate", 0, "BYTES", "a second that the line carries (11520); 0: no line", kPortSteps},
+        OptionFacts{"line-rate", 0, "BYTES", "bytes a second of the line (11520); 0: no line", kPortSteps},
         OptionFacts{"dtr", 0, "STATE", "hold DTR on or off while the port is open", kPortSteps},
         OptionFacts{"rts", 0, "STATE", "hold RTS on or off while the port is open", kPortSteps},
         OptionFacts{"ini", 'i', "FILE", "preset the images; else zrk-loader.INI beside this", "", true},
@@ -60,7 +60,7 @@ std::span<const OptionFacts> allOptions() {
         OptionFacts{"quiet", 'q', "", "no notices, no progress"},
         OptionFacts{"verbose", 'v', "", "times and answers, too", "", true},
         OptionFacts{"help", 'h', "", "this text; --help all: all steps and options", "", true},
-        OptionFacts{"version", 'V', "", "the version"},
+        OptionFacts{"version", 'V', "", "print the version"},
     };
     // clang-format on
     return kOptions;

@@ -45,8 +45,8 @@ QByteArray OutputStreams::outputFailure() const {
     return error == 0 ? QByteArray() : QByteArray::fromStdString(std::generic_category().message(error));
 }
 
-/// Runs inside a call of the descriptor's writer. The text of a console is a record, in which the program's
-/// own words do not belong.
+/// Composes the note of a loss; runs inside a call of the descriptor's writer. The text of a console is a
+/// record, so the note must not be in it.
 std::optional<StreamWriter::Piece> OutputStreams::note(int descriptor, const StreamWriter::Losses& losses) {
     const bool isOutput = descriptor == m_target.output;
     if (isOutput && m_json)

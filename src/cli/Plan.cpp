@@ -52,7 +52,7 @@ void Plan::checkAddresses() {
         if (fault.isEmpty() || !isSelected(slot))
             continue;
         if (uses(slot))
-            throw UsageError(QStringLiteral("%1: %2 Mend it in %3, or give the file with %4 FILE,ADDRESS.")
+            throw UsageError(QStringLiteral("%1: %2 Correct it in %3, or give the file with %4 FILE,ADDRESS.")
                                  .arg(m_loader.controls.slotTitle(static_cast<std::size_t>(slot)), fault,
                                       printableText(m_loader.state.IniPath), slotOption(slot)));
         m_loader.controls.chkExeURK[static_cast<std::size_t>(slot)].Value = 0;

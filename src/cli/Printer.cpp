@@ -7,7 +7,7 @@
 namespace zrk {
 namespace {
 
-/// Progress that a stopped terminal would show later is out of date by then.
+/// Progress that a stopped terminal would show later would be out of date.
 constexpr qsizetype kMostUnderProgress = 4096;
 
 } // namespace
@@ -51,14 +51,14 @@ void Printer::clearProgress() {
 }
 
 qsizetype Printer::columns() const {
-    return terminalColumns() - 1; // a terminal may go on to the next line behind the last column
+    return terminalColumns() - 1; // a terminal may go on to the next line after the last column
 }
 
 bool Printer::isBehind() const {
     return m_streams.waitingOutput() > StreamWriter::kMostWaiting / 2;
 }
 
-/// From the last row up to the first. It must not be left out, or later rows would go up over text.
+/// Clears from the last row up to the first. It must not be left out, or later rows would overwrite text.
 void Printer::clear() {
     if (m_shown.empty())
         return;

@@ -10,18 +10,18 @@
 
 namespace zrk {
 
-/// How a run prints.
+/// The way in which a run prints.
 struct PrintStyle {
     enum class Progress { Auto, Always, Never };
 
     Progress progress = Progress::Auto;
     bool json = false;    ///< one JSON object a line on standard output, and nothing else there
     bool quiet = false;   ///< no notices and no progress
-    bool verbose = false; ///< details too
+    bool verbose = false; ///< more details
 };
 
-/// The two standard streams and, where standard error is a terminal, the lines of progress below them. Shared
-/// by the sessions of a run; each call is a whole, from whatever thread.
+/// The printer of a run: the two standard streams and, if standard error is a terminal, the lines of progress
+/// below them. Shared by the sessions of a run; each call from any thread prints as a whole.
 class Printer {
   public:
     using Weight = OutputStreams::Weight;
@@ -33,27 +33,27 @@ class Printer {
 
     [[nodiscard]] const PrintStyle& style() const { return m_style; }
 
-    /// Bytes for standard output and standard error; the progress is taken away before them.
+    /// Print bytes on standard output and standard error, after removing the progress.
     void out(const QByteArray& bytes, Weight weight = Weight::Text);
     void err(const QByteArray& bytes, Weight weight = Weight::Text);
 
-    /// A row of progress for a session; the rows are shown below each other. `behind` is what of the
-    /// terminal's last line has to come back when the progress is cleared.
+    /// Shows a row of progress for a session; the rows are below each other. `behind` is the part of the
+    /// terminal's last line that has to come back when the progress is cleared.
     void setProgress(std::size_t row, const QString& text, const QString& behind = {});
     void clearProgress();
 
-    /// True when progress is shown on a terminal, where it can be written over.
+    /// Returns whether progress is shown on a terminal, where it can be overwritten.
     [[nodiscard]] bool overwrites() const { return m_overwrites; }
-    /// True when progress is wanted at all.
+    /// Returns whether progress is wanted at all.
     [[nodiscard]] bool showsProgress() const { return m_showsProgress; }
     [[nodiscard]] bool outputIsTerminal() const { return m_outputIsTerminal; }
 
-    /// Columns that a line of progress may take now.
+    /// Returns the columns that a line of progress may take now.
     [[nodiscard]] qsizetype columns() const;
 
-    /// True when standard output takes no more: nobody reads it, or its disk is full.
+    /// Returns whether standard output takes no more: its reader has gone, or its disk is full.
     [[nodiscard]] bool wasLost() const { return m_streams.hasOutputFailed(); }
-    /// True while there is much that a reader of standard output has not taken.
+    /// Returns true while a reader of standard output is far behind.
     [[nodiscard]] bool isBehind() const;
 
   private:

@@ -51,7 +51,7 @@ void ProgressLines::tick() {
 
 void ProgressLines::showTransfer() {
     const auto now = m_loader.loop.now();
-    m_loader.activity.refresh(); // which may not have heard of this transfer yet
+    m_loader.activity.refresh(); // it may not have noted this transfer yet
     const TransferRate& rate = m_loader.activity.rate();
     const SharedState& state = m_loader.state;
     const double percent = 100.0 * state.BytesSent / state.BytesTotal;
@@ -70,7 +70,7 @@ void ProgressLines::showTransfer() {
         m_output.overwrites() ? m_output.progressColumns() : 1000));
 }
 
-/// That an image is through is told, unless its transfer was broken off.
+/// Reports that an image is through, unless its transfer was broken off.
 void ProgressLines::endTransfer() {
     const SharedState& state = m_loader.state;
     const bool next = m_shownSlot >= 0 && state.SendingSlot != m_shownSlot;

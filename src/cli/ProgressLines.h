@@ -10,8 +10,8 @@ class Output;
 class MessageLines;
 struct Loader;
 
-/// Has the progress of transfers and of long waits shown: on a terminal ten times a second, elsewhere a line
-/// for each tenth of a transfer and for every ten seconds of a wait.
+/// The progress of transfers and of long waits: on a terminal ten times a second, elsewhere a line for each
+/// tenth of a transfer and for every ten seconds of a wait.
 class ProgressLines {
   public:
     ProgressLines(Loader& loader, Output& output, const MessageLines& messages);
@@ -30,11 +30,11 @@ class ProgressLines {
     EventLoop::TimePoint m_lastWaitLine;
     EventLoop::TimePoint m_lastEvent;
     int m_lastTenth = 0;
-    int m_shownSlot = -1; ///< whose transfer was shown last, until its end has been told
+    int m_shownSlot = -1; ///< its transfer was shown last, until its end is reported
     qint64 m_shownTotal = 0;
 };
 
-/// As many of the parts, separated by commas, as fit; the first one is cut if even that does not.
+/// Returns as many of the parts, separated by commas, as fit; cuts the first one if even that does not.
 [[nodiscard]] QString fitted(const QStringList& parts, qsizetype columns);
 
 } // namespace zrk

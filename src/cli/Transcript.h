@@ -27,13 +27,13 @@ class Transcript {
     /// Writes the program's text in lines of its own.
     void writeMessage(const QString& text);
 
-    /// What went wrong, told once; "" for nothing.
+    /// Returns the failure once; "" if there is none.
     [[nodiscard]] QString takeFailure();
 
   private:
     void put(const QByteArray& lines);
 
-    QString m_path; ///< a QFile over a descriptor has none
+    QString m_path; ///< a QFile over a descriptor does not have it
     qint64 m_longest;
     QFile m_file;
     QByteArray m_early; ///< what came before begin()

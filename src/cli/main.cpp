@@ -31,7 +31,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds kLastTextLimit{2};
 
-/// Waits for the readers, as long as they need, but not behind a cancel or the limit of the run. A rack that
+/// Waits for the readers, as long as they need, but not after a cancel or the limit of the run. A rack that
 /// keeps the console's text as its record must know when that is incomplete.
 ExitStatus drained(ExitStatus status, OutputStreams& streams, Interrupts& interrupts,
                    std::optional<Clock::time_point> runLimit) {
@@ -80,8 +80,8 @@ ExitStatus fail(ExitStatus status, const QString& text, bool json, OutputStreams
     return status;
 }
 
-/// Known before the arguments are read, since what is wrong with them is told in the same way. Letters may
-/// share a dash.
+/// Returns whether JSON is requested; known before the arguments are read, since faults in them are reported
+/// in the same way. Letters may share a dash.
 bool asksForJson(const QStringList& arguments) {
     static const QRegularExpression kJson(QStringLiteral("^(--json|-[enqv]*j[enqvj]*)$"));
     static const QRegularExpression kText(QStringLiteral("^(--help|--version|-[a-z]*[hV])$"));

@@ -31,14 +31,14 @@ StandardStreams::StandardStreams() : m_inputBefore(GetConsoleCP()), m_outputBefo
     SetConsoleCP(CP_UTF8);
     SetConsoleOutputCP(CP_UTF8);
     for (std::FILE* stream : {stdout, stderr}) {
-        // What a board sends must not get a second CR on its way into a file.
+        // A board's CR LF must not get a second CR on its way into a file.
         (void)_setmode(_fileno(stream), _O_BINARY);
         const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream)));
         DWORD mode = 0;
-        if (GetConsoleMode(handle, &mode) != 0) // lines of progress go up by escape sequences
+        if (GetConsoleMode(handle, &mode) != 0) // progress moves up by escape sequences
             SetConsoleMode(handle, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
-        // Unbuffered, as consoles and standard error are, a stream asks the system for every character, or
-        // for the first one alone, which tears one of several bytes. Every writer flushes.
+        // An unbuffered stream, as consoles and standard error are, calls the system for every character, or
+        // for the first one alone, which splits one of several bytes. Every writer flushes.
         constexpr std::size_t kBuffer = 4096;
         (void)std::setvbuf(stream, nullptr, _IOFBF, kBuffer);
     }
@@ -92,7 +92,7 @@ int terminalColumns() {
 void ignoreBrokenPipes() {
 #ifndef _WIN32
     std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN); // a record that may not grow ends by itself and not the program
+    std::signal(SIGXFSZ, SIG_IGN); // a record that may not grow ends, not the program
 #endif
 }
 

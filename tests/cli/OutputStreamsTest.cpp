@@ -21,7 +21,7 @@ TEST(OutputStreams, LeaveOutProgressFirstAndNeverAResult) {
         streams.out(QByteArray(101, '1'), Weight::Progress); // more than half
         streams.out(QByteArray(500, 'b'));
         streams.out(QByteArray(101, '2')); // more than all
-        streams.out("3");                  // which would have room, but not behind a gap
+        streams.out("3");                  // would have room, but not after a gap
         streams.out(QByteArray(300, 'r'), Weight::Result);
         streams.err("message\n");
         EXPECT_EQ(error.readUntil("message\n"), "message\n") << "held up by the other stream's reader";
@@ -68,7 +68,7 @@ TEST(OutputStreams, ThatAreOneFileKeepTheirOrder) {
     EXPECT_EQ(both.readUntil("\n999\n"), expected);
 }
 
-TEST(OutputStreams, EndWhereNobodyReads) {
+TEST(OutputStreams, EndWithoutAReader) {
     zrk::ignoreBrokenPipes();
     FullPipe output;
     FullPipe error;
