@@ -311,7 +311,8 @@ TEST_F(Steps, PrintJsonAsTheDocumentHasIt) {
     ASSERT_GT(documented.size(), 20);
     const BoardProcess board(kBoard + QString("--answer-delay 0.02"));
     const QString runs[] = {
-        common(board) + "--line-rate 11520 -jv load start expect zrk> --start-timeout 600",
+        common(board) + "--line-rate 11520 -jv load start expect zrk> --start-timeout 600 "
+                        "--on-wait \"sleep 2\"", // so that there is a wait to report
         common(board) + "-j load --port /nonexistent", "-qj", "-j ports --com 8=tcp:rack:2001"};
     const char* reasons[] = {"done", "port not opened", "usage", "done"};
     QSet<QString> seen;
