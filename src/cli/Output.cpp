@@ -9,6 +9,8 @@ namespace zrk {
 namespace {
 
 constexpr qsizetype kLeastForProgress = 24;
+/// A board that never ends its line must not decide over the memory, nor over the time to search it.
+constexpr qsizetype kLongestLine = qsizetype{64} * 1024;
 
 QByteArray systemLines(const QString& text) {
     QString lines = text;
@@ -65,7 +67,7 @@ void Output::record(const QString& text, TextOrigin origin) {
         tell(failure);
 }
 
-/// What is left of a line waits until the line is whole if other boards print as well.
+/// What is left of a line waits until the line is whole, or too long, if other boards print as well.
 void Output::put(QByteArray bytes) {
     m_unfinished += bytes;
     const qsizetype end = m_unfinished.lastIndexOf('\n');
@@ -77,6 +79,11 @@ void Output::put(QByteArray bytes) {
         }
     }
     m_unfinished = m_unfinished.mid(end + 1);
+    if (m_unfinished.size() > kLongestLine) {
+        if (!m_place.name.isEmpty())
+            bytes += named(m_unfinished);
+        m_unfinished.clear();
+    }
     if (!bytes.isEmpty()) {
         clearProgress();
         m_printer.out(bytes);

@@ -84,4 +84,18 @@ TEST(OutputStreams, EndWithoutAReader) {
     EXPECT_EQ(error.readUntil("\n"), "message\n");
 }
 
+TEST(OutputStreams, GetAnEndlessLineInPieces) {
+    FullPipe output;
+    FullPipe error;
+    OutputStreams streams(false, {output.writingEnd(), error.writingEnd()});
+    zrk::Printer printer({}, streams);
+    zrk::Output::Place place;
+    place.name = QStringLiteral("a");
+    zrk::Output board(printer, place);
+    for (int i = 0; i < 66; ++i)
+        board.board(QByteArray(1000, 'x'));
+    ASSERT_GT(streams.waitingOutput(), 0) << "all is held back";
+    EXPECT_EQ(output.readUntil("x\n"), "a: " + QByteArray(66'000, 'x') + '\n');
+}
+
 } // namespace
