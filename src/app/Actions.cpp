@@ -62,6 +62,7 @@ void wireInputs(const LoaderWidgets& widgets, SharedState& state) {
 
 void wireConsole(ConsoleView* console, Loader& loader) {
     console->setKeysGoToBoard([&loader] { return loader.state.TerminalMode && loader.port.isOpen(); });
+    console->setStopPaste([&loader] { return loader.keys.stopPaste(); });
     QObject::connect(console, &ConsoleView::keyDown, console,
                      [&loader](int key, bool alt, bool shift, bool control) {
                          loader.keys.txtStatus_KeyDown(key, alt, shift, control);

@@ -199,6 +199,8 @@ bool ConsoleView::handleViewKey(const QKeyEvent& event) {
         boards ? Qt::ControlModifier | Qt::ShiftModifier : Qt::KeyboardModifiers(Qt::ControlModifier);
     if (event.key() == Qt::Key_ScrollLock) {
         setHeld(!isHeld());
+    } else if (event.key() == Qt::Key_Escape && modifiers == Qt::NoModifier && m_stopPaste && m_stopPaste()) {
+        return true;
     } else if (event.key() == Qt::Key_F && modifiers == find) {
         Q_EMIT findRequested();
     } else if (isHeld() && modifiers == Qt::NoModifier &&
@@ -320,6 +322,8 @@ void ConsoleView::contextMenuEvent(QContextMenuEvent* event) {
         QAction* pasteAction =
             menu->addAction(QStringLiteral("&Paste"), this, [this] { paste(QClipboard::Clipboard); });
         pasteAction->setEnabled(!QGuiApplication::clipboard()->text().isEmpty());
+        if (m_pasteMenu != nullptr)
+            menu->addMenu(m_pasteMenu);
     }
     QAction* selectAll = menu->addAction(QStringLiteral("Select &All"), this, &ConsoleView::selectAll);
     selectAll->setEnabled(!document()->isEmpty());

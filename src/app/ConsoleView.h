@@ -24,6 +24,12 @@ class ConsoleView : public QPlainTextEdit {
     /// Sets the predicate that decides whether keys go to the board at this moment.
     void setKeysGoToBoard(std::function<bool()> predicate) { m_keysGoToBoard = std::move(predicate); }
 
+    /// Sets what Escape stops: returns false when no paste is under way, and the key is one for the board.
+    void setStopPaste(std::function<bool()> stop) { m_stopPaste = std::move(stop); }
+
+    /// Sets a menu that the context menu shows below "Paste".
+    void setPasteMenu(QMenu* menu) { m_pasteMenu = menu; }
+
     /// Shows the console's text after an edit: `removed` characters at its end were removed, then the last
     /// `added` ones of `text` were added. The end stays in sight unless the view is held; a selection keeps
     /// its text, as far as that was not removed, and does not grow.
@@ -94,6 +100,8 @@ class ConsoleView : public QPlainTextEdit {
     bool m_isPressed = false;          ///< the mouse button that selects is down in the text
     bool m_hasMore = false;            ///< text has come since
     std::function<bool()> m_keysGoToBoard;
+    std::function<bool()> m_stopPaste;
+    QMenu* m_pasteMenu = nullptr;
 };
 
 /// Returns Courier New at 8.25 points if it is installed, else the system's fixed-pitch font, with our own

@@ -31,7 +31,7 @@ constexpr std::array kKeys{
     Key{"", "In terminal mode"},
     Key{"Enter, Tab, Escape, Ctrl+A to Z", "are sent as their codes"},
     Key{"Arrows, Home, F1 to F12 and the like", "are sent as a terminal's sequences"},
-    Key{"Ctrl+Shift+C, Ctrl+Shift+V", "copy and paste"},
+    Key{"Ctrl+Shift+C, Ctrl+Shift+V", "copy and paste; Escape stops a long paste"},
     Key{"Alt with a letter", "in the Screen view: is sent as Escape and the letter"},
     Key{"Shift+Page Up, Shift+Page Down", "turn the pages"},
     Key{"Shift+Tab", "leaves the console"},

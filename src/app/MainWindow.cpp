@@ -11,6 +11,7 @@
 #include "app/IniFiles.h"
 #include "app/KeysHelp.h"
 #include "app/LoaderForm.h"
+#include "app/PastePause.h"
 #include "app/ScreenReader.h"
 #include "app/SlotDrop.h"
 #include "app/SlotFrames.h"
@@ -71,6 +72,9 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
     m_screenSwitch = new ScreenSwitch(m_widgets, loader, store, this);
     m_widgets.consoleTools->addScreenEntry(m_screenSwitch->entry());
     addAction(m_screenSwitch->entry()); // for its key
+    QMenu* pastePause = makePastePauseMenu(loader.keys, store, this);
+    m_widgets.txtStatus->setPasteMenu(pastePause);
+    m_widgets.scrStatus->setPasteMenu(pastePause);
     bindGreyReasons(m_binder, m_widgets, loader);
     callWhenOver();
     nameForScreenReader(m_binder, m_widgets, loader.controls);

@@ -2,9 +2,13 @@
 
 #include "controls/Desk.h"
 #include "platform/EventLoop.h"
+#include "serial/PasteQueue.h"
 
 #include <QByteArray>
 #include <QString>
+
+#include <chrono>
+#include <memory>
 
 namespace zrk {
 
@@ -24,7 +28,14 @@ class ConsoleKeys {
 
     /// Sends a text as if it were typed, in pieces that the transmit queue takes without blocking; line
     /// ends go out as the Enter key does. Characters without a single-byte code are left out.
+    /// Asks first if the text has more than 20 lines, which yields. The first panel shows how far it is.
     void paste(const QString& text);
+    /// The same with bytes, whose lines end with CR.
+    void pasteBytes(const QByteArray& bytes);
+    /// Stops a paste; false when none is under way.
+    bool stopPaste();
+    /// Sets how long a paste waits after each line; 0: not at all.
+    void setPastePause(std::chrono::milliseconds pause) { m_pasted.setPause(pause); }
 
     /// In terminal mode with the port open, sends the bytes after what was typed before, in such pieces.
     void send(const QByteArray& bytes);
@@ -42,9 +53,17 @@ class ConsoleKeys {
 
   private:
     void pump();
+    void sendPiece();
+    void dropAll();
+    [[nodiscard]] bool isAllowed() const;
+    [[nodiscard]] bool mayPaste(qsizetype lines, qsizetype bytes);
+    void showProgress();
+    void endPaste(const QString& remark);
 
     Desk& m_desk;
     ComPort& m_port;
+    PasteQueue m_pasted;
+    QString m_progress;      ///< of the paste, as shown; empty: not shown
     QByteArray m_typedAhead; ///< what the transmit queue had no room for yet
     std::unique_ptr<Timer> m_pump;
     bool m_pulsing = false;

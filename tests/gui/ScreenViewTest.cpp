@@ -149,6 +149,30 @@ TEST_F(Screen, KeysGoToTheBoardButForThoseOfTheWindow) {
     EXPECT_EQ(port.written, "");
 }
 
+TEST_F(Screen, EscapeStopsAPasteInEitherViewAndGoesToTheBoardOtherwise) {
+    auto* pause = find<QMenu>("mnuPastePause")->actions().value(3);
+    EXPECT_TRUE(find<QMenu>("mnuPastePause")->actions().value(0)->isChecked());
+    pause->trigger();
+    EXPECT_EQ(QSettings(store, QSettings::IniFormat).value("pastePause").toInt(), 200);
+    const zrk::MainWindow next(loader, catalog, store, [] {});
+    EXPECT_TRUE(next.findChild<QMenu*>("mnuPastePause")->actions().value(3)->isChecked());
+    QApplication::clipboard()->setText("a\nb\nc\nd\n");
+    for (QWidget* shown : {static_cast<QWidget*>(text), static_cast<QWidget*>(view)}) {
+        if (shown == view)
+            showScreen();
+        port.written.clear();
+        QTest::keyClick(shown, Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+        loop.runFor(250ms);
+        EXPECT_TRUE(panel().startsWith("Pasting: line 2 of 4")) << panel().toStdString();
+        QTest::keyClick(shown, Qt::Key_Escape);
+        loop.runFor(1s);
+        EXPECT_EQ(port.written, "a\rb\r");
+        QTest::keyClick(shown, Qt::Key_Escape);
+        loop.runFor(10ms);
+        EXPECT_EQ(port.written, "a\rb\r\x1B");
+    }
+}
+
 TEST_F(Screen, TheEchoOfAKeyIsThereBeforeTheConsoleLooks) {
     showScreen();
     port.follow({{.when = "x", .answer = "x", .delay = 5ms}});

@@ -44,6 +44,7 @@ TEST_F(Console, APasteGoesOutInPiecesThatTheQueueTakes) {
     loader.terminal.cmdTerminal_Click();
     port.paced = true;
     const QByteArray lines = QByteArray("0123456789\r").repeated(900);
+    bench.boxes.user = [](int) { return zrk::Answer::Yes; };
     const Duration begin = loop.elapsed();
     loader.keys.paste(QString::fromLatin1(lines).replace('\r', "\r\n") + QChar(0x20AC) + "\n!");
     EXPECT_EQ(loop.elapsed(), begin) << "the paste blocked";
@@ -57,6 +58,49 @@ TEST_F(Console, APasteGoesOutInPiecesThatTheQueueTakes) {
     loader.terminal.cmdTerminal_Click(); // leaves terminal mode: the rest is dropped
     loop.runFor(2s);
     EXPECT_LT(port.written.size(), lines.size() + 3 + 5000);
+}
+
+TEST_F(Console, ALongPasteAsksShowsItsProgressAndCanBeStopped) {
+    loader.terminal.cmdTerminal_Click();
+    port.paced = true;
+    const QString& remark = loader.state.Remark;
+    const auto lines = [](int count) { return QString("12\n").repeated(count); };
+    loader.keys.paste(lines(20));
+    EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    loop.runFor(1s);
+    port.written.clear();
+    loader.keys.paste(lines(20) + "x");
+    EXPECT_EQ(bench.boxes.shown.size(), 1);
+    EXPECT_TRUE(bench.boxes.shown.value(0).startsWith("[Paste] ? yes/no Paste 21 lines (61 bytes)?"));
+    EXPECT_EQ(port.written, "") << "the answer was no";
+
+    bench.boxes.user = [](int) { return zrk::Answer::Yes; };
+    loader.keys.setPastePause(100ms);
+    loader.keys.paste(lines(300));
+    loader.keys.txtStatus_KeyPress('t');
+    loop.runFor(250ms);
+    EXPECT_EQ(port.written, "12\r12\r12\r");
+    EXPECT_EQ(remark, "Pasting: line 3 of 300. Escape stops.");
+    EXPECT_TRUE(loader.keys.stopPaste());
+    loop.runFor(1s);
+    EXPECT_EQ(port.written, "12\r12\r12\rt");
+    EXPECT_EQ(remark, "The paste was stopped after line 3 of 300.");
+    EXPECT_FALSE(loader.keys.stopPaste());
+
+    port.written.clear();
+    loader.keys.pasteBytes("\x1B[200~1\r2\r3\x1B[201~");
+    loop.runFor(50ms);
+    EXPECT_TRUE(loader.keys.stopPaste());
+    loop.runFor(1s);
+    EXPECT_EQ(port.written, "\x1B[200~1\r\x1B[201~") << "a program that asked for marks gets both";
+    loader.keys.paste(lines(3));
+    loop.runFor(1s);
+    EXPECT_EQ(remark, "Pasted 3 lines.");
+    loader.keys.paste(lines(300));
+    loader.port.CloseComPort();
+    loop.runFor(1s);
+    EXPECT_EQ(remark, "") << "nothing is pasted any more";
+    EXPECT_FALSE(loader.keys.stopPaste());
 }
 
 TEST_F(Console, ADebugSendDoesNotWaitForALineThatTheBoardHasStopped) {

@@ -81,10 +81,12 @@ void ScreenSwitch::connectScreen() {
         m_loader.keys.send(bytes);
         awaitEcho();
     });
+    view->setStopPaste([this] { return m_loader.keys.stopPaste(); });
     view->setSmallGrid(isSet(m_store, kSmallGridKey));
     connect(view, &ScreenView::smallGridChosen, this,
             [this](bool on) { remember(m_store, kSmallGridKey, on); });
-    connect(view, &ScreenView::pasted, this, [this](const QByteArray& bytes) { m_loader.keys.send(bytes); });
+    connect(view, &ScreenView::pasted, this,
+            [this](const QByteArray& bytes) { m_loader.keys.pasteBytes(bytes); });
 }
 
 bool ScreenSwitch::isScreen() const {

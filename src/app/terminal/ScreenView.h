@@ -26,6 +26,12 @@ class ScreenView : public QAbstractScrollArea {
     /// Decides whether keys go to the board at this moment.
     void setKeysGoToBoard(std::function<bool()> predicate) { m_keysGoToBoard = std::move(predicate); }
 
+    /// Sets what Escape stops: returns false when no paste is under way, and the key is one for the board.
+    void setStopPaste(std::function<bool()> stop) { m_stopPaste = std::move(stop); }
+
+    /// Sets a menu that the context menu shows below "Paste".
+    void setPasteMenu(QMenu* menu) { m_pasteMenu = menu; }
+
     [[nodiscard]] TerminalScreen& screen() { return m_screen; }
 
     /// Forgets all that was shown.
@@ -105,6 +111,8 @@ class ScreenView : public QAbstractScrollArea {
     ScreenPainter m_painter;
     ScreenSelection m_selection;
     std::function<bool()> m_keysGoToBoard;
+    std::function<bool()> m_stopPaste;
+    QMenu* m_pasteMenu = nullptr;
     std::optional<Stop> m_heldAt;
     qsizetype m_firstLine = 0; ///< of the screen, when the bars were fitted
     bool m_hasSmallGrid = false;

@@ -42,6 +42,8 @@ bool ScreenView::handleViewKey(const QKeyEvent& event) {
         paste(QClipboard::Clipboard);
     } else if (event.key() == Qt::Key_ScrollLock) {
         setHeld(!isHeld());
+    } else if (event.key() == Qt::Key_Escape && modifiers == Qt::NoModifier && m_stopPaste && m_stopPaste()) {
+        return true;
     } else if (isHeld() && event.key() == Qt::Key_End && modifiers == Qt::NoModifier) {
         setHeld(false);
     } else if (isPage && (modifiers == Qt::ShiftModifier || !keysGoToBoard())) {
@@ -186,6 +188,8 @@ void ScreenView::contextMenuEvent(QContextMenuEvent* event) {
         const QString clipboard = QGuiApplication::clipboard()->text();
         menu->addAction(QStringLiteral("&Paste"), this, [this] { paste(QClipboard::Clipboard); })
             ->setEnabled(!clipboard.isEmpty());
+        if (m_pasteMenu != nullptr)
+            menu->addMenu(m_pasteMenu);
         // A serial line does not carry the size, so programs on the board believe in 80 x 24.
         const QString command =
             QStringLiteral("stty rows %1 cols %2").arg(m_screen.size().rows).arg(m_screen.size().columns);
