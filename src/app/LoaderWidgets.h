@@ -71,6 +71,7 @@ struct LoaderWidgets {
     QStatusBar* staStatus = nullptr;
     ElidedLabel* firstPanel = nullptr;
     QLabel* secondPanel = nullptr;
+    QLabel* lblMuted = nullptr; ///< at the end of the first panel, in DebugMode
     QProgressBar* pgbDownload = nullptr;
 
     QAction* mnuLoadIni = nullptr;

@@ -2,6 +2,7 @@
 
 #include "app/Binder.h"
 #include "app/ElidedLabel.h"
+#include "app/LoaderStyle.h"
 #include "app/LoaderWidgets.h"
 #include "controls/Controls.h"
 
@@ -27,6 +28,18 @@ void sink(QFrame* panel) {
     panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
 }
 
+/// Shows the mark, for which the panel's text leaves room.
+void showMuted(const LoaderWidgets& widgets, bool muted) {
+    widgets.lblMuted->setVisible(muted);
+    QFont bold = widgets.firstPanel->font();
+    bold.setBold(true);
+    widgets.lblMuted->setFont(bold);
+    QPalette colors = widgets.firstPanel->palette();
+    colors.setColor(QPalette::WindowText, warningColor(colors));
+    widgets.lblMuted->setPalette(colors);
+    widgets.firstPanel->setContentsMargins(0, 0, muted ? widgets.lblMuted->sizeHint().width() + kGap : 0, 0);
+}
+
 } // namespace
 
 void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
@@ -34,6 +47,11 @@ void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window) {
     // The status bar's own layout would move the panels with the width of the window and of their texts.
     auto* panels = new QWidget(widgets.staStatus);
     widgets.firstPanel = named(new ElidedLabel(panels), QStringLiteral("staStatus_0"));
+    widgets.lblMuted =
+        named(new QLabel(QStringLiteral("Protocols muted"), widgets.firstPanel), QStringLiteral("lblMuted"));
+    widgets.lblMuted->setToolTip(
+        QStringLiteral("The wait dialog's debug button was pressed: the protocols send nothing. Restart the "
+                       "program to end this."));
     widgets.secondPanel = named(new ElidedLabel(panels), QStringLiteral("staStatus_1"));
     auto* thirdPanel = named(new QFrame(panels), QStringLiteral("staStatus_2"));
     for (QFrame* panel :
@@ -70,9 +88,14 @@ void placeStatusPanels(const LoaderWidgets& widgets, int windowWidth) {
         panel->setGeometry(left, 0, width, panel->parentWidget()->height());
         left += width + kGap;
     }
+    QLabel& mark = *widgets.lblMuted;
+    const QSize size = mark.sizeHint();
+    mark.setGeometry(widgets.firstPanel->width() - size.width() - kGap, 0, size.width(),
+                     widgets.firstPanel->height());
 }
 
-void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls) {
+void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls, QProperty<bool>& muted) {
+    binder.follow(muted, [&widgets, &muted] { showMuted(widgets, muted); });
     binder.caption(controls.staStatus.FirstPanel, widgets.firstPanel);
     binder.caption(controls.staStatus.SecondPanel, widgets.secondPanel);
     binder.follow(controls.pgbDownload.Value, [bar = widgets.pgbDownload, &controls] {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QProperty>
+
 class QMainWindow;
 
 namespace zrk {
@@ -15,7 +17,7 @@ void buildStatusBar(LoaderWidgets& widgets, QMainWindow& window);
 /// and with any text: a narrower window cuts them off, a wider one leaves room on their right.
 void placeStatusPanels(const LoaderWidgets& widgets, int windowWidth);
 
-/// Shows the texts and the progress.
-void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls);
+/// Shows the texts and the progress, and a mark in the first panel while the protocols are muted.
+void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls, QProperty<bool>& muted);
 
 } // namespace zrk

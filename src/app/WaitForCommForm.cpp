@@ -62,6 +62,9 @@ void WaitForCommForm::openFor(WaitDialog& dialog) {
     m_lblMsg->setText(message.replace(QLatin1String("\r\n"), QLatin1String("\n")));
     m_cancelButton->setText(dialog.CancelButton.Caption);
     m_cmdOut->setText(dialog.cmdOut.Caption);
+    m_cmdOut->setToolTip(QStringLiteral(
+        "Sends the text and mutes the protocols: until the program is restarted, only what you "
+        "send yourself goes to the board."));
     m_txtOut->setText(dialog.txtOut.Text);
     m_cancelButton->setFocus();
     open();

@@ -188,7 +188,7 @@ void bindWindow(Binder& binder, const LoaderWidgets& widgets, Loader& loader, co
     widgets.cmbComPort->setDescriptions(loader.loop,
                                         [&loader, &catalog] { return describePorts(loader, catalog); });
     binder.caption(controls.lblState.Caption, widgets.lblState);
-    bindStatusBar(binder, widgets, controls);
+    bindStatusBar(binder, widgets, controls, loader.state.DebugMode);
     bindConsole(widgets.txtStatus, controls.txtStatus);
     bindAddressList(widgets.lvwAdrs, loader);
 }

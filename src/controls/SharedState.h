@@ -27,8 +27,8 @@ struct SharedState {
     bool CancelRequested = false;           ///< the running wait or operation is to stop at its next check
     QProperty<bool> OperationActive{false}; ///< a long operation is running
     Outcome StopReason = Outcome::Done;     ///< the first reason why the running operation is to stop
-    QString StopText;       ///< which limit ran out and what was waited for, when StopReason is LimitReached
-    bool DebugMode = false; ///< the protocols' own transmissions are muted; never cleared
+    QString StopText; ///< which limit ran out and what was waited for, when StopReason is LimitReached
+    QProperty<bool> DebugMode{false}; ///< the protocols' own transmissions are muted; never cleared
     bool TerminalMode = false;
     bool Asking = false;         ///< a message box waits for the user
     bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait

@@ -63,6 +63,8 @@ TEST_F(Operations, TheWaitDialogPulsesDtrAndItsDebugPairReachesTheBoard) {
             QTest::keyClick(focus, Qt::Key_B, Qt::AltModifier);
             EXPECT_EQ(port.callNames().join(' '), "dtr 0 dtr 1") << focus->objectName().toStdString();
         }
+        EXPECT_TRUE(send->toolTip().contains("until the program is restarted"));
+        EXPECT_FALSE(find("lblMuted")->isVisible());
         debug->clear();
         QTest::keyClicks(debug, "4R!");
         QTest::mouseClick(send, Qt::LeftButton);
@@ -77,6 +79,8 @@ TEST_F(Operations, TheWaitDialogPulsesDtrAndItsDebugPairReachesTheBoard) {
         dialog.close();
     });
     EXPECT_TRUE(loader.state.DebugMode);
+    EXPECT_TRUE(find("lblMuted")->isVisible());
+    EXPECT_LE(find<QLabel>("staStatus_0")->contentsRect().right(), find("lblMuted")->x());
 }
 
 TEST_F(Operations, AFoundBootIdTakesTheWaitDialogAwayAndItServesTheNextWaitToo) {
