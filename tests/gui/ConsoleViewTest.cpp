@@ -125,10 +125,10 @@ TEST(ConsoleView, AnyEditsEndLikeTheWholeTextAtOnce) {
             const qsizetype removed = random() % 3 == 0 ? static_cast<qsizetype>(random() % 30) : 0;
             shown.text.replaceEnd(std::min(removed, shown.text.text().size()), added);
         }
-        ShownConsole anew;
-        anew.view.showAnew(shown.text.text());
-        EXPECT_EQ(shown.view.toPlainText(), anew.view.toPlainText()) << "round " << round;
-        EXPECT_EQ(shown.copied(), anew.copied()) << "round " << round;
+        ShownConsole whole;
+        whole.view.showAnew(shown.text.text());
+        EXPECT_EQ(shown.view.toPlainText(), whole.view.toPlainText()) << "round " << round;
+        EXPECT_EQ(shown.copied(), whole.copied()) << "round " << round;
     }
 }
 

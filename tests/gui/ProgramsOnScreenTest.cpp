@@ -145,7 +145,7 @@ TEST_F(Programs, Vi) {
     run("echo before; exec vi file");
     ASSERT_TRUE(until([this] { return row(0) == "one" && row(20) == "~"; }));
     press(Qt::Key_Down);
-    type("Anew \u00E4");
+    type("Anew \u00E4"); // NOLINT(words): A appends
     press(Qt::Key_Escape);
     ASSERT_TRUE(until([this] { return row(1) == "twonew \u00E4"; }));
     type(":wq");
