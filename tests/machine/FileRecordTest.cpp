@@ -1,3 +1,4 @@
+#include "files/SharedRecord.h"
 #include "machine/LogFile.h"
 #include "machine/QtEventLoop.h"
 #include "platform/RuntimeFailure.h"
@@ -9,6 +10,9 @@
 #include <QTimeZone>
 
 #include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
 
 #ifndef _WIN32
 #include <csignal>
@@ -161,6 +165,45 @@ TEST(FileWriter, WritesOnlyToARegularFileOfItsOwn) {
     EXPECT_FALSE(QFile::permissions(path("new")) & (QFile::ReadGroup | QFile::ReadOther));
     EXPECT_EQ(zrk::replaceRecord(path("none/new"), "text"), "No such file or directory");
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).filter("zrk-save").size(), 0);
+}
+#endif
+
+#ifndef _WIN32
+/// Several runs write lines that are longer than a pipe's atomic ones.
+TEST(SharedRecord, HasWholeLinesOfAll) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("report");
+    constexpr int kRuns = 4;
+    constexpr int kLines = 20;
+    std::vector<std::thread> runs;
+    for (int run = 0; run < kRuns; ++run)
+        runs.emplace_back([&path, run] {
+            for (int i = 0; i < kLines; ++i)
+                EXPECT_EQ(zrk::appendToShared(path, QByteArray(20'000, static_cast<char>('a' + run)) + '\n'),
+                          "");
+        });
+    for (std::thread& run : runs)
+        run.join();
+    const QByteArrayList lines = contentOf(path).trimmed().split('\n');
+    EXPECT_EQ(lines.size(), kRuns * kLines);
+    for (const QByteArray& line : lines)
+        EXPECT_EQ(line, QByteArray(20'000, line.at(0)));
+    EXPECT_EQ(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+}
+
+TEST(SharedRecord, LeavesNoPartOfALineOnAFullDisk) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("report");
+    EXPECT_EQ(zrk::appendToShared(path, "first\n"), "");
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit full{10, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_EQ(zrk::appendToShared(path, QByteArray(100, 'x') + '\n'), "No space left on device");
+    setrlimit(RLIMIT_FSIZE, &before);
+    (void)std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(contentOf(path), "first\n");
 }
 #endif
 
