@@ -29,7 +29,8 @@ WaitDialog::WaitDialog(Link& link, WaitDialogView& view) : m_link(link), m_view(
 void WaitDialog::showModal() {
     Form_Load();
     const ShownView shown(m_view, *this);
-    const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for the board's power-on"));
+    const PendingWait note =
+        m_link.transport.noteWait(Awaited::PowerOn, QStringLiteral("Waiting for the board's power-on"));
     Form_Activate();
     Form_Unload();
 }

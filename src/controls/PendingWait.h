@@ -8,9 +8,11 @@ namespace zrk {
 /// this object.
 class PendingWait {
   public:
-    PendingWait(SharedState& state, const QString& what, std::chrono::steady_clock::time_point now)
+    PendingWait(SharedState& state, Awaited kind, const QString& what,
+                std::chrono::steady_clock::time_point now)
         : m_state(state) {
         m_state.WaitingFor = what;
+        m_state.WaitingKind = kind;
         m_state.WaitingSince = now;
     }
     ~PendingWait() { m_state.WaitingFor.clear(); }

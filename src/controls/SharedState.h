@@ -21,6 +21,23 @@ struct Series {
     std::int64_t bytesBehind = 0; ///< of the transfers that come after
 };
 
+/// What a wait without a time limit of the protocol is for.
+enum class Awaited {
+    PowerOn,
+    Port,
+    Start, ///< the first output of a started program
+    Text,
+    Checksum,
+    PgSibl, ///< the start of pg_sibl
+    Version,
+    Prepare, ///< of the flash, before the data
+    Erase,
+    Program,
+    Finish,
+    Complete,
+    NextBoard,
+};
+
 /// The shared state of windows, timers and long operations. One per loader, passed to its readers and
 /// writers; all of it belongs to the user-interface thread.
 struct SharedState {
@@ -50,7 +67,8 @@ struct SharedState {
     int SendingSlot = 0;             ///< the slot of that transfer
     /// The time when the running operation handed over its first code byte.
     std::optional<std::chrono::steady_clock::time_point> SendingSince;
-    Series Images; ///< the running transfer's place among those of its operation
+    Series Images;                    ///< the running transfer's place among those of its operation
+    QProperty<QString> PgSiblVersion; ///< the version text of pg_sibl; empty: not received yet
     /// For each slot's file, once it has been sent whole and until it is chosen or sent again.
     std::array<QProperty<std::optional<SentImage>>, kSlotCount> Sent;
     QString WrongAnswer; ///< which byte the board sent and which was expected, in words
@@ -58,6 +76,7 @@ struct SharedState {
     QString OtherLength;
     QString LineErrorsText; ///< what was damaged on the line during the last transfers, in words
     QString WaitingFor;     ///< what an operation without a time limit waits for; empty: nothing
+    Awaited WaitingKind = Awaited::PowerOn; ///< the same for programs
     std::chrono::steady_clock::time_point WaitingSince;
     QString AwaitedText; ///< text that a running script waits for; empty: none
 

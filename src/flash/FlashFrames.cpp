@@ -52,9 +52,9 @@ bool FlashFrames::GetAck() {
     return true;
 }
 
-bool FlashFrames::readVersionInformation() {
+std::optional<QString> FlashFrames::readVersionInformation() {
     if (!m_transport.ExpectChar(QString(QChar(kStart))))
-        return false;
+        return std::nullopt;
     std::uint32_t length = 0;
     for (unsigned shift = 0; shift < 32; shift += 8)
         length |= static_cast<std::uint32_t>(codeOf(m_transport.ReadChar())) << shift;
@@ -72,9 +72,9 @@ bool FlashFrames::readVersionInformation() {
     if (length < static_cast<std::uint32_t>(kFrameOverhead))
         fail();
     // Print the text alone, without the command code in front and the trailer word and end byte at the end.
-    m_console.PrintStatus(QLatin1Char('>') + s.mid(1, static_cast<qsizetype>(length) - kFrameOverhead) +
-                          QStringLiteral("< done!/n"));
-    return true;
+    s = s.mid(1, static_cast<qsizetype>(length) - kFrameOverhead);
+    m_console.PrintStatus(QLatin1Char('>') + s + QStringLiteral("< done!/n"));
+    return s;
 }
 
 void FlashFrames::sendHeaderStart(const QString& address) {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 
 namespace zrk {
 
@@ -36,9 +37,10 @@ class FlashFrames {
     /// what follows stays unread. No time limit; yields; a cancel reads as a zero byte.
     [[nodiscard]] bool GetAck();
 
-    /// Reads VERSION INFORMATION (length 9 to 32767) and prints its text. Returns false if it does not begin
-    /// with 02. A length out of range is a RuntimeFailure (WrongAnswer). Yields, without a time limit.
-    [[nodiscard]] bool readVersionInformation();
+    /// Reads VERSION INFORMATION (length 9 to 32767), prints its text and returns it. Returns nothing if it
+    /// does not begin with 02. A length out of range is a RuntimeFailure (WrongAnswer). Yields, without a time
+    /// limit.
+    [[nodiscard]] std::optional<QString> readVersionInformation();
 
     /// Sends the first ten bytes of NAND FLASH HEADER: 02 | 18 00 00 00 | AE | flash address, 4. The text is
     /// a number as HexByte takes it.

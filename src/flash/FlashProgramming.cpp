@@ -21,8 +21,8 @@ constexpr std::chrono::milliseconds kLetOutStall = 300ms;
 /// A note of the awaited answer, which ends the operation when the user's limit for it runs out.
 class AnswerWait {
   public:
-    AnswerWait(Link& link, const QString& what, std::optional<std::chrono::milliseconds> limit)
-        : m_note(link.transport.noteWait(what)) {
+    AnswerWait(Link& link, Awaited kind, const QString& what, std::optional<std::chrono::milliseconds> limit)
+        : m_note(link.transport.noteWait(kind, what)) {
         if (!limit)
             return;
         m_timer = link.loop.createTimer([&link, what, time = *limit] {
@@ -57,6 +57,7 @@ void FlashProgramming::cmdPrgFlash_Click() {
 Operation::End FlashProgramming::program() {
     m_link.operation.begin();
     m_headerStarted = false;
+    m_link.state.PgSiblVersion = QString();
     m_link.controls.cmdPrgFlash.Enabled = false;
     for (const int slot : {kPgSibl, kFlashImage})
         requireSendable(m_link.controls, slot);
@@ -83,7 +84,8 @@ bool FlashProgramming::wake() {
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
     m_link.console.PrintStatus(QStringLiteral("Expect 'F' .. "));
     {
-        const AnswerWait wait(m_link, QStringLiteral("The board starts pg_sibl"), m_answerLimit);
+        const AnswerWait wait(m_link, Awaited::PgSibl, QStringLiteral("The board starts pg_sibl"),
+                              m_answerLimit);
         if (!m_link.transport.ExpectChar(QStringLiteral("F")))
             return false;
     }
@@ -99,8 +101,12 @@ bool FlashProgramming::requestVersion() {
     m_frames.SendCommandFrame(FlashFrames::kVersionRequest);
     m_link.console.PrintStatus(QStringLiteral("done!/n"));
     m_link.console.PrintStatus(QStringLiteral("Reading VERSION INFORMATION frame .. "));
-    const AnswerWait wait(m_link, QStringLiteral("The board reports pg_sibl's version"), m_answerLimit);
-    return m_frames.readVersionInformation();
+    const AnswerWait wait(m_link, Awaited::Version, QStringLiteral("The board reports pg_sibl's version"),
+                          m_answerLimit);
+    const auto version = m_frames.readVersionInformation();
+    if (!m_link.state.CancelRequested) // which reads as zeros
+        m_link.state.PgSiblVersion = version.value_or(QString());
+    return version.has_value();
 }
 
 bool FlashProgramming::sendHeader() {
@@ -112,8 +118,8 @@ bool FlashProgramming::sendHeader() {
     if (erase)
         m_link.console.PrintStatus(QStringLiteral("(ERASING FLASH) .. "));
     m_frames.sendHeaderEnd(erase);
-    return awaitAck(erase ? QStringLiteral("The board erases the flash")
-                          : QStringLiteral("The board prepares the flash"));
+    return erase ? awaitAck(Awaited::Erase, QStringLiteral("The board erases the flash"))
+                 : awaitAck(Awaited::Prepare, QStringLiteral("The board prepares the flash"));
 }
 
 bool FlashProgramming::sendData() {
@@ -125,23 +131,23 @@ bool FlashProgramming::sendData() {
     // The abort closes the port, which drops what is still queued; so first end a frame that was begun.
     if (m_link.state.CancelRequested)
         (void)m_link.transport.letOut(kLetOutLimit, kLetOutStall);
-    return awaitAck(QStringLiteral("The board programs the flash"));
+    return awaitAck(Awaited::Program, QStringLiteral("The board programs the flash"));
 }
 
 bool FlashProgramming::sendEndOfData() {
     m_link.console.PrintStatus(QStringLiteral("Sending END-OF-DATA frame .. "));
     m_frames.sendEndOfData();
-    return awaitAck(QStringLiteral("The board finishes the data"));
+    return awaitAck(Awaited::Finish, QStringLiteral("The board finishes the data"));
 }
 
 bool FlashProgramming::sendComplete() {
     m_link.console.PrintStatus(QStringLiteral("Sending NAND FLASH COMPLETE.. "));
     m_frames.SendCommandFrame(FlashFrames::kComplete);
-    return awaitAck(QStringLiteral("The board completes"));
+    return awaitAck(Awaited::Complete, QStringLiteral("The board completes"));
 }
 
-bool FlashProgramming::awaitAck(const QString& what) {
-    const AnswerWait wait(m_link, what, m_answerLimit);
+bool FlashProgramming::awaitAck(Awaited kind, const QString& what) {
+    const AnswerWait wait(m_link, kind, what, m_answerLimit);
     return m_frames.GetAck();
 }
 

@@ -31,7 +31,7 @@ class FlashProgramming {
     [[nodiscard]] bool sendData();
     [[nodiscard]] bool sendEndOfData();
     [[nodiscard]] bool sendComplete();
-    [[nodiscard]] bool awaitAck(const QString& what);
+    [[nodiscard]] bool awaitAck(Awaited kind, const QString& what);
     void abort();
 
     Link& m_link;

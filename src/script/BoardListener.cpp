@@ -47,7 +47,8 @@ void BoardListener::expect(const QByteArray& text, Limit limit,
 
 void BoardListener::openPort(Limit limit) {
     m_link.operation.runMarked([&] {
-        const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for the port"));
+        const PendingWait note =
+            m_link.transport.noteWait(Awaited::Port, QStringLiteral("Waiting for the port"));
         return openWithin(m_link, limit) ? Operation::End::Done : Operation::End::Stopped;
     });
 }
@@ -64,7 +65,8 @@ Operation::End BoardListener::listen(const QByteArray& text, Limit limit,
         longest = qMax(longest, one.size());
     m_link.terminal.switchTo(false);
     m_link.port.OpenComPort();
-    const PendingWait note = m_link.transport.noteWait(QStringLiteral("Waiting for ") + quotedEnd(text));
+    const PendingWait note =
+        m_link.transport.noteWait(Awaited::Text, QStringLiteral("Waiting for ") + quotedEnd(text));
     const auto begin = m_link.loop.now();
     const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     // Keep what may still be the beginning of the text, and what messages show; a script has shown its part.
@@ -116,7 +118,8 @@ void BoardListener::requireNone(const QList<QByteArray>& unwanted, const QByteAr
 }
 
 Operation::End BoardListener::watchStart(std::chrono::milliseconds limit) {
-    const PendingWait note = m_link.transport.noteWait(QStringLiteral("The board starts the program"));
+    const PendingWait note =
+        m_link.transport.noteWait(Awaited::Start, QStringLiteral("The board starts the program"));
     const auto begin = m_link.loop.now();
     const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     QByteArray received;

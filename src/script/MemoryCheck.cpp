@@ -94,7 +94,7 @@ Operation::End MemoryCheck::compare(std::size_t slot, const QString& command, st
     m_link.state.HeardBehind.clear();
     m_link.port.Output(asked + QLatin1Char('\r'));
     const PendingWait note =
-        m_link.transport.noteWait(QStringLiteral("Waiting for the checksum of ") + title);
+        m_link.transport.noteWait(Awaited::Checksum, QStringLiteral("Waiting for the checksum of ") + title);
     const auto begin = m_link.loop.now();
     auto last = begin;
     const auto look = m_link.loop.wakeEvery(EventLoop::kLook);

@@ -159,8 +159,8 @@ void ScriptRunner::waitFor(const QString& text, int number) {
                                  .arg(text));
     m_link.state.AwaitedText = text;
     const QString shown = QString(text).replace(QLatin1Char('\r'), QLatin1String("/n"));
-    const PendingWait note =
-        m_link.transport.noteWait(QStringLiteral("Script line %1 waits for \"%2\"").arg(number).arg(shown));
+    const PendingWait note = m_link.transport.noteWait(
+        Awaited::Text, QStringLiteral("Script line %1 waits for \"%2\"").arg(number).arg(shown));
     const auto look = m_link.loop.wakeEvery(EventLoop::kLook);
     m_link.loop.yield();
     while (!m_link.state.AwaitedText.isEmpty() && !m_link.state.CancelRequested) {

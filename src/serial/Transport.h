@@ -46,8 +46,8 @@ class Transport {
     void ArmReplyTimer(bool enable);
 
     /// Notes what is waited for from now on, until the result is destroyed.
-    [[nodiscard]] PendingWait noteWait(const QString& what) {
-        return {m_desk.state, what, m_desk.loop.now()};
+    [[nodiscard]] PendingWait noteWait(Awaited kind, const QString& what) {
+        return {m_desk.state, kind, what, m_desk.loop.now()};
     }
 
     /// Yields once, as one pass of a transfer's loop.

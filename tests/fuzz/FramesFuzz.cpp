@@ -34,7 +34,7 @@ void checkVersion(LoaderUnderFuzz& under, zrk::FlashFrames& frames, const QByteA
     const Expected expected = versionOf(bytes);
     Expected got;
     try {
-        got.good = frames.readVersionInformation();
+        got.good = frames.readVersionInformation().has_value();
     } catch (const zrk::RuntimeFailure& failure) {
         require(failure.kind() == zrk::FailureKind::WrongAnswer, "a bad length is a wrong answer");
         got.fails = true;
