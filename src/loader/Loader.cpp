@@ -7,7 +7,7 @@ Loader::Loader(const LoaderSurroundings& s, const QString& imageFolder)
       validation(*this), iniLoader(*this, imageSlots, addresses), fileChoice(*this, imageSlots),
       handshake(*this, s.waitDialog), transfer(*this, imageSlots), commands(*this, validation, transfer),
       bringUp(*this, validation, handshake, transfer, commands), flash(*this, handshake, transfer),
-      script(*this), listener(*this), memoryCheck(*this), startUp(*this, iniLoader),
+      script(*this), listener(*this), watch(*this), memoryCheck(*this), startUp(*this, iniLoader),
       activity(*this, imageSlots) {}
 
 } // namespace zrk

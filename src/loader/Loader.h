@@ -13,6 +13,7 @@
 #include "loader/Activity.h"
 #include "loader/StartUp.h"
 #include "script/BoardListener.h"
+#include "script/BoardWatch.h"
 #include "script/MemoryCheck.h"
 #include "script/ScriptRunner.h"
 #include "serial/Link.h"
@@ -68,6 +69,7 @@ struct Loader : Link {
     FlashProgramming flash;
     ScriptRunner script;
     BoardListener listener;
+    BoardWatch watch;
     MemoryCheck memoryCheck;
 
     StartUp startUp;
