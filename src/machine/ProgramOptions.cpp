@@ -29,7 +29,7 @@ int portNumberNamed(const QString& text) {
 }
 
 /// --com N selects a port, --com N=DEVICE also says what it stands for; --port DEVICE is COM1.
-void readPorts(const QCommandLineParser& parser, ProgramOptions& options) {
+void readPorts(const QCommandLineParser& parser, const QString& port, ProgramOptions& options) {
     std::optional<int> mapped;
     std::optional<int> selected;
     for (const QString& value : parser.values(kCom)) {
@@ -41,7 +41,6 @@ void readPorts(const QCommandLineParser& parser, ProgramOptions& options) {
         options.ports.insert_or_assign(number, device);
         mapped = number;
     }
-    const QString port = givenValue(parser, kPort);
     options.portNumber = selected.value_or(port.isEmpty() ? mapped.value_or(1) : 1);
     if (port.isEmpty())
         return;
@@ -90,8 +89,12 @@ void addProgramOptions(QCommandLineParser& parser) {
 }
 
 ProgramOptions readProgramOptions(const QCommandLineParser& parser) {
+    return readProgramOptions(parser, givenValue(parser, kPort));
+}
+
+ProgramOptions readProgramOptions(const QCommandLineParser& parser, const QString& port) {
     ProgramOptions options;
-    readPorts(parser, options);
+    readPorts(parser, port, options);
     options.lineRate = readLineRate(parser);
     const QString ini = givenValue(parser, kIni, QStringLiteral("a file name"));
     if (!ini.isEmpty())

@@ -25,6 +25,9 @@ void addProgramOptions(QCommandLineParser& parser);
 /// Reads them. Throws RuntimeFailure (InvalidArgument) that says what is wrong with one.
 [[nodiscard]] ProgramOptions readProgramOptions(const QCommandLineParser& parser);
 
+/// The same with another reading of --port: the device that it names, "" for none.
+[[nodiscard]] ProgramOptions readProgramOptions(const QCommandLineParser& parser, const QString& port);
+
 /// The value of an option, "" when it is not given. An empty one throws RuntimeFailure (InvalidArgument),
 /// which says that `what` is needed: a shell variable that is not set must not silently mean the default.
 [[nodiscard]] QString givenValue(const QCommandLineParser& parser, const QString& name,

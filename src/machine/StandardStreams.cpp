@@ -1,6 +1,8 @@
 #include "machine/StandardStreams.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <string_view>
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -21,6 +23,25 @@ bool isTerminal(std::FILE* stream) {
     return _isatty(_fileno(stream)) != 0;
 #else
     return isatty(fileno(stream)) == 1;
+#endif
+}
+
+struct TerminalSize {
+    int columns = 0; ///< 0 where unknown
+    int rows = 0;
+};
+
+TerminalSize terminalSize() {
+#ifdef _WIN32
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    if (GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &info) == 0)
+        return {};
+    return {info.srWindow.Right - info.srWindow.Left + 1, info.srWindow.Bottom - info.srWindow.Top + 1};
+#else
+    winsize size{};
+    if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0)
+        return {};
+    return {size.ws_col, size.ws_row};
 #endif
 }
 
@@ -78,15 +99,19 @@ bool standardOutputIsTerminal() {
 
 int terminalColumns() {
     constexpr int kUsual = 80;
-#ifdef _WIN32
-    CONSOLE_SCREEN_BUFFER_INFO info{};
-    const bool isTold = GetConsoleScreenBufferInfo(GetStdHandle(STD_ERROR_HANDLE), &info) != 0;
-    const int columns = isTold ? info.srWindow.Right - info.srWindow.Left + 1 : 0;
-#else
-    winsize size{};
-    const int columns = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
-#endif
+    const int columns = terminalSize().columns;
     return columns > 1 ? columns : kUsual;
+}
+
+int terminalRows() {
+    constexpr int kUsual = 24;
+    const int rows = terminalSize().rows;
+    return rows > 0 ? rows : kUsual;
+}
+
+bool terminalOverwrites() {
+    const char* kind = std::getenv("TERM");
+    return kind == nullptr || std::string_view(kind) != "dumb";
 }
 
 void ignoreBrokenPipes() {

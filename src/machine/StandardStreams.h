@@ -26,6 +26,12 @@ class StandardStreams {
 /// The columns of the terminal that standard error is; 80 where it tells none.
 [[nodiscard]] int terminalColumns();
 
+/// The rows of that terminal; 24 where it tells none.
+[[nodiscard]] int terminalRows();
+
+/// False if the terminal's own description says that it can only append ("TERM=dumb").
+[[nodiscard]] bool terminalOverwrites();
+
 /// Lets writes to a closed pipe fail instead of ending the program, which may be in the middle of
 /// talking to a board.
 void ignoreBrokenPipes();
