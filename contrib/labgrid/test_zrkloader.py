@@ -134,7 +134,7 @@ def test_brings_a_board_up_and_gives_the_port_back(bench, protocol):
     "board, change, reason",
     [
         (["--fault", "accept=refuse"], {}, r"refused \(in step load, status 5\)"),
-        (["--fault", "bootid=none"], {"options": ["--wait", 1]}, r"limit reached \(in step load, status 4\): --wait ran out"),
+        (["--fault", "bootid=none"], {"options": ["--wait", 1]}, r"limit_reached \(in step load, status 4\): --wait ran out"),
         ([], {"steps": ["load", "start", "expect", "login:"], "options": ["--expect-timeout", 1]}, r"step expect, status 7\)"),
         ([], {"images": {"primary": "nosuch"}}, "primary: nosuch: there is no such entry in the environment's images"),
         ([], {"images": {"primry": "primary"}}, "usage .*primry"),

@@ -18,7 +18,7 @@ from labgrid.step import step
 from labgrid.util.proxy import proxymanager
 
 SPEED = 115200
-POWER_ON = "Waiting for the board's power-on"
+SCHEMA = 2  # of the loader's events
 SENDS = {  # the images of each step; the loader rejects those that no step uses
     "load": {"primary", "secondary"},
     "download": {"uboot", "rootfs", "kernel"},
@@ -40,12 +40,6 @@ class LoaderRun:
 
 def _texts(events, kind):
     return [event["text"] for event in events if event["event"] == kind]
-
-
-def _last_words(events):
-    """Returns the messages after the last sign of life: they describe the failure."""
-    alive = [i for i, e in enumerate(events) if e["event"] in ("wait", "progress") or e.get("state") == "begin"]
-    return [" ".join(text.split()) for text in _texts(events[max(alive, default=0) :], "message")]
 
 
 @target_factory.reg_driver
@@ -171,6 +165,9 @@ class ZrkLoaderDriver(Driver):
             event = json.loads(line)
             events.append(event)
             kind = event["event"]
+            if kind == "begin" and event["schema"] != SCHEMA:
+                raise ExecutionError(f"zrk-loader-cli prints events of schema {event['schema']}, not {SCHEMA}. Install the "
+                                     "driver of the same version")
             if kind in ("console", "board"):
                 *whole, unfinished = (unfinished + event["text"]).split("\n")
                 self._log(whole)
@@ -178,7 +175,7 @@ class ZrkLoaderDriver(Driver):
                 self._log(event["text"].split("\n"))
             elif kind in ("step", "progress"):
                 asked = False
-            elif kind == "wait" and event["for"] == POWER_ON and not asked:
+            elif kind == "wait" and event["what"] == "power_on" and not asked:
                 asked = True
                 self._cycle()
         return events
@@ -202,7 +199,7 @@ class ZrkLoaderDriver(Driver):
             )
         reason = result.get("reason", "ended without a result")
         where = f"in step {result['step']}, " if result.get("step") else ""
-        why = result.get("text") or " ".join(_last_words(events) or remarks[-1:])
+        why = result.get("text") or " ".join(remarks[-1:])
         raise ExecutionError(
             f"zrk-loader-cli: {reason} ({where}status {status}): {why}",
             stdout=[json.dumps(event) for event in events],

@@ -2,7 +2,9 @@
 
 #include "boot/ImageStore.h"
 #include "cli/Interrupts.h"
+#include "cli/PortRun.h"
 #include "cli/RecordCheck.h"
+#include "cli/Report.h"
 #include "cli/Session.h"
 #include "cli/UsageError.h"
 #include "machine/OpenFileLimit.h"
@@ -11,7 +13,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
 #include <atomic>
@@ -26,7 +27,7 @@ namespace {
 void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& printer, EventLoop& loop,
                      const std::shared_ptr<ImageStore>& images, const QList<PlannedRecord>& records) {
     options.program.ports.insert_or_assign(1, options.ports.first());
-    Output output(printer, {0, {}, options.ports.first()});
+    Output output(printer, {0, {}, {}, {}});
     Session session(options, facts, loop, output, images);
     session.prepare();
     session.requireRecords(records);
@@ -42,17 +43,6 @@ QString transcriptOf(const QString& name) {
         return QStringLiteral("port-%1.log").arg(name);
 #endif
     return name + QStringLiteral(".log");
-}
-
-Ending endedEarly(ExitStatus status) {
-    return {static_cast<int>(status), reasonOf(status, outcomeOf(FailureKind::Internal)), {}, 0.0, 0};
-}
-
-/// A name for files and in front of lines: the device without its folder.
-QString shortName(const QString& device) {
-    QString name = QFileInfo(device).fileName();
-    static const QRegularExpression kUnfit(QStringLiteral("[^A-Za-z0-9._-]+"));
-    return name.replace(kUnfit, QStringLiteral("_"));
 }
 
 /// "rack.trace" becomes "rack-ttyUSB0.trace": each board has a file of its own.
@@ -92,9 +82,10 @@ QList<PlannedRecord> allRecords(const CliOptions& options, const QStringList& na
 class BoardRun {
   public:
     BoardRun(const CliOptions& options, const ProgramFacts& facts, Printer& printer, std::size_t row,
-             const QString& name, std::shared_ptr<ImageStore> images)
+             const QString& name, std::shared_ptr<ImageStore> images, const Report& report)
         : m_options(options), m_facts(facts), m_images(std::move(images)),
-          m_output(printer, {row, name, options.ports[static_cast<qsizetype>(row)]}) {
+          m_output(printer, {row, name, options.ports[static_cast<qsizetype>(row)], name}),
+          m_portRun(m_options, m_output, report) {
         m_options.program.ports.insert_or_assign(1, m_output.place().port);
         m_options.program.portNumber = 1;
         nameRecords(m_options, name);
@@ -104,19 +95,18 @@ class BoardRun {
     /// Runs on a thread of its own and calls `ended` from there at the end. Without a thread the board has
     /// failed, and `ended` is called at once.
     void start(const std::function<void()>& ended) {
-        const auto end = [this, ended](const Ending& ending) {
-            m_ending = ending;
-            m_output.result(m_ending);
-            ended();
-        };
         try {
-            m_thread = std::jthread([this, end] { end(live()); });
+            m_thread = std::jthread([this, ended] {
+                live();
+                ended();
+            });
         } catch (const std::system_error& error) {
             m_output.tell(
                 QStringLiteral("No thread could be started for this board: %1. Nothing was sent to it. "
                                "Give fewer boards, or end other programs.")
                     .arg(QString::fromLocal8Bit(error.code().message().c_str())));
-            end(endedEarly(ExitStatus::InternalFailure));
+            m_portRun.endEarly(ExitStatus::InternalFailure);
+            ended();
         }
     }
     void join() {
@@ -135,25 +125,25 @@ class BoardRun {
         m_interrupted = true;
     }
 
-    [[nodiscard]] const Ending& ending() const { return m_ending; }
+    [[nodiscard]] const PortRun& portRun() const { return m_portRun; }
     [[nodiscard]] const QString& name() const { return m_output.place().name; }
 
   private:
-    Ending live() {
+    void live() {
         try {
             QtEventLoop loop;
             Session session(m_options, m_facts, loop, m_output, m_images);
             const Reachable reachable(*this, loop, session);
             if (m_interrupted) {
                 m_output.tell(QStringLiteral("Cancelled before the first step."));
-                return endedEarly(ExitStatus::Cancelled);
+                return m_portRun.endEarly(ExitStatus::Cancelled);
             }
             session.prepare(Session::Remarks::AreKnown);
-            return session.run();
+            m_portRun.run(session);
         } catch (const std::exception& error) {
             m_output.tell(QString::fromUtf8(error.what()));
             const bool usage = dynamic_cast<const UsageError*>(&error) != nullptr;
-            return endedEarly(usage ? ExitStatus::Usage : ExitStatus::InternalFailure);
+            m_portRun.endEarly(usage ? ExitStatus::Usage : ExitStatus::InternalFailure);
         }
     }
 
@@ -181,26 +171,13 @@ class BoardRun {
     ProgramFacts m_facts;
     std::shared_ptr<ImageStore> m_images;
     Output m_output;
-    Ending m_ending;
+    PortRun m_portRun;
     std::mutex m_mutex;
     EventLoop* m_loop = nullptr;
     Session* m_session = nullptr;
     std::atomic<bool> m_interrupted = false;
     std::jthread m_thread;
 };
-
-QStringList namesOf(const QStringList& devices) {
-    QStringList names;
-    for (const QString& device : devices)
-        names += shortName(device);
-    // Two devices of one name in different folders keep all of it.
-    if (QSet<QString>(names.cbegin(), names.cend()).size() == names.size())
-        return names;
-    names.clear();
-    for (const QString& device : devices)
-        names += shortName(QString(device).replace(QLatin1Char('/'), QLatin1Char('_')));
-    return names;
-}
 
 /// The event loops end the program if they cannot have their files, and with it what all boards are doing.
 void requireOpenFiles(qsizetype boards) {
@@ -217,21 +194,31 @@ void requireOpenFiles(qsizetype boards) {
                 .arg(*allowed));
 }
 
-void printTable(const std::vector<std::unique_ptr<BoardRun>>& runs, Printer& printer) {
+QString rowOf(const PortRun& run, bool repeats) {
+    const Ending& ending = run.ending();
+    if (repeats)
+        return QStringLiteral("good %1  bad %2  status %3")
+            .arg(run.tally().good, 5)
+            .arg(run.tally().bad, 5)
+            .arg(run.status(), 3);
+    return QStringLiteral("status %1  %2 s  %3 bytes  %4%5")
+        .arg(ending.status, 3)
+        .arg(ending.seconds, 7, 'f', 1)
+        .arg(ending.bytes, 9)
+        .arg(ending.reason,
+             ending.status == 0 || ending.step.isEmpty() ? QString() : QStringLiteral(" in ") + ending.step);
+}
+
+/// A row for each port.
+void printTable(const QList<std::pair<QString, const PortRun*>>& runs, bool repeats, Printer& printer) {
     if (printer.style().json)
         return;
+    qsizetype width = 0;
+    for (const auto& [name, run] : runs)
+        width = std::max(width, name.size());
     QStringList lines;
-    for (const auto& run : runs) {
-        const Ending& ending = run->ending();
-        lines += QStringLiteral("%1  status %2  %3 s  %4 bytes  %5%6")
-                     .arg(run->name(), -24)
-                     .arg(ending.status, 3)
-                     .arg(ending.seconds, 7, 'f', 1)
-                     .arg(ending.bytes, 9)
-                     .arg(ending.reason, ending.status == 0 || ending.step.isEmpty()
-                                             ? QString()
-                                             : QStringLiteral(" in ") + ending.step);
-    }
+    for (const auto& [name, run] : runs)
+        lines += name.leftJustified(width) + QStringLiteral("  ") + rowOf(*run, repeats);
     printer.err(lines.join(QLatin1Char('\n')).toLocal8Bit() + '\n', Printer::Weight::Result);
 }
 
@@ -239,9 +226,9 @@ int runOne(CliOptions options, const ProgramFacts& facts, Printer& printer, Inte
     QtEventLoop loop;
     const PortNames names(options.program.ports);
     const QString device = names.device(options.program.portNumber);
-    Output output(printer, {0, {}, device});
-    nameRecords(options, device.isEmpty() ? QStringLiteral("COM%1").arg(options.program.portNumber)
-                                          : shortName(device));
+    const QString name = options.names.constFirst();
+    Output output(printer, {0, options.namesLines ? name : QString(), device, name});
+    nameRecords(options, name);
     keepTranscript(output, options);
     Session* running = nullptr;
     const Interrupts::InLoop heard(interrupts, loop, [&running](Interrupts::Request request) {
@@ -254,19 +241,22 @@ int runOne(CliOptions options, const ProgramFacts& facts, Printer& printer, Inte
     session.prepare();
     if (!options.dryRun)
         session.requireRecords(recordsOf(options));
+    const Report report(options);
+    report.begin();
+    PortRun run(options, output, report);
     running = &session;
-    const Ending ending = session.run();
+    run.run(session);
     running = nullptr;
-    output.result(ending);
-    return ending.status;
+    if (options.repeat && !options.dryRun)
+        printTable({{name, &run}}, true, printer);
+    return run.status();
 }
 
 int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& printer, Interrupts& interrupts) {
     requireOpenFiles(options.ports.size());
     QtEventLoop loop;
     const auto images = std::make_shared<ImageStore>();
-    const QStringList names = namesOf(options.ports);
-    requireWorkable(options, facts, printer, loop, images, allRecords(options, names));
+    requireWorkable(options, facts, printer, loop, images, allRecords(options, options.names));
     std::atomic<std::size_t> left = 0; // outlives the threads that count it
     std::vector<std::unique_ptr<BoardRun>> runs;
     // One answer could not be for all of the boards, and a question for each would stop the others' display.
@@ -274,9 +264,11 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
         for (const auto& run : runs)
             run->interrupt(request);
     });
-    for (qsizetype i = 0; i < names.size(); ++i)
+    const Report report(options);
+    report.begin();
+    for (qsizetype i = 0; i < options.names.size(); ++i)
         runs.push_back(std::make_unique<BoardRun>(options, facts, printer, static_cast<std::size_t>(i),
-                                                  names[i], images));
+                                                  options.names[i], images, report));
     left = runs.size();
     for (const auto& run : runs)
         run->start([&] {
@@ -286,11 +278,13 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
     while (left > 0)
         loop.wait();
     int worst = 0;
+    QList<std::pair<QString, const PortRun*>> rows;
     for (const auto& run : runs) {
         run->join();
-        worst = std::max(worst, run->ending().status);
+        worst = std::max(worst, run->portRun().status());
+        rows.emplaceBack(run->name(), &run->portRun());
     }
-    printTable(runs, printer);
+    printTable(rows, options.repeat && !options.dryRun, printer);
     return worst;
 }
 

@@ -105,7 +105,9 @@ ExitStatus flash(const StepRun& run) {
     run.loader.flash.cmdPrgFlash_Click();
     if (run.loader.state.FlashStateUnknown)
         run.output.tell(kFlashStateUnknownText);
-    if (run.ranOut())
+    const bool isTold = !run.output.limit().isEmpty(); // as that of the wait for the power-on
+    noteLimit(run, "--flash-timeout");
+    if (run.ranOut() && !isTold)
         run.output.tell(QStringLiteral("--flash-timeout ran out: ") + run.loader.state.StopText);
     return exitStatusOf(run.loader.operation.outcome());
 }

@@ -23,4 +23,9 @@ enum class ExitStatus {
 /// Returns the reason for a status in a word or two; the outcome is that of the last operation.
 [[nodiscard]] QString reasonOf(ExitStatus status, Outcome outcome);
 
+/// The reason for programs: "wrong answer" is "wrong_answer".
+[[nodiscard]] inline QString reasonId(QString reason) {
+    return reason.replace(QLatin1Char(' '), QLatin1Char('_'));
+}
+
 } // namespace zrk

@@ -27,7 +27,7 @@ QString rowOf(const OptionFacts& option) {
 std::span<const OptionFacts> allOptions() {
     // clang-format off
     static constexpr std::array kOptions{
-        OptionFacts{"port", 'p', "DEVICE", "the board's port; several times for several boards", "", true},
+        OptionFacts{"port", 'p', "DEVICE", "the board's port or LABEL=PORT; repeat it for more", "", true},
         OptionFacts{"com", 'c', "N[=DEVICE]", "use COMN, 1 to 8; with =DEVICE it stands for that"},
         OptionFacts{"line-rate", 0, "BYTES", "bytes a second of the line (11520); 0: no line", kPortSteps},
         OptionFacts{"dtr", 0, "STATE", "hold DTR on or off while the port is open", kPortSteps},
@@ -54,6 +54,9 @@ std::span<const OptionFacts> allOptions() {
         OptionFacts{"on-wait", 0, "CMD", "shell command to cycle the power, sees ZRK_PORT", "load flash"},
         OptionFacts{"on-wait-timeout", 0, "SECONDS", "limit of CMD (60), which ends with 8", "load flash"},
         OptionFacts{"log", 0, "DIR", "keep a transcript with time stamps of each board"},
+        OptionFacts{"report", 0, "FILE", "append a line of JSON about each board", kPortSteps},
+        OptionFacts{"tag", 0, "KEY=VALUE", "put this into each line of the report, too", kPortSteps},
+        OptionFacts{"repeat", 0, "", "go on with the next board at each port, to Ctrl-C", "load flash"},
         OptionFacts{"trace", 0, "FILE", "record both directions; zrk-board --replay plays it", kPortSteps},
         OptionFacts{"json", 'j', "", "one JSON object a line on standard output"},
         OptionFacts{"progress", 0, "WHEN", "auto, always or never"},

@@ -64,6 +64,7 @@ ExitStatus script(const StepRun& run) {
     }
     loader.script.runScript(run.argument, run.options.limits.script);
     const ExitStatus status = notSeen(run, exitStatusOf(loader.operation.outcome()));
+    noteLimit(run, "--script-timeout");
     if (status != ExitStatus::Done && !loader.state.Remark.isEmpty()) // which line it was, and why
         run.output.tell(
             (status == ExitStatus::NotSeen ? QStringLiteral("--script-timeout ran out: ") : QString()) +

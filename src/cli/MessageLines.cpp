@@ -10,12 +10,12 @@ Answer MessageLines::show(const MessageBox& box) {
     const bool titled = !box.title.isEmpty() && !box.prompt.startsWith(box.title);
     const QString text = titled ? box.title + QStringLiteral(": ") + box.prompt : box.prompt;
     if (box.buttons == MessageButtons::Ok) {
-        m_output.tell(text);
+        m_output.tell(text, box.icon == MessageIcon::Information ? Severity::Notice : Severity::Error);
         return Answer::Ok;
     }
     if (!m_mayAsk || !m_question.isPossible()) {
         if (!m_isSilent)
-            m_output.tell(text + QStringLiteral(" Yes (nobody to ask)"));
+            m_output.tell(text + QStringLiteral(" Yes (nobody to ask)"), Severity::Warning);
         return Answer::Yes;
     }
     m_output.ask(text);

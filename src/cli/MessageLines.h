@@ -25,6 +25,12 @@ class MessageLines final : public MessageBoxes {
         m_isSilent = true;
     }
 
+    /// Ends both.
+    void askAgain() {
+        m_mayAsk = true;
+        m_isSilent = false;
+    }
+
     /// True while a question is open, whose line nothing may write over.
     [[nodiscard]] bool isAsking() const { return m_asking; }
 

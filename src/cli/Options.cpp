@@ -110,9 +110,29 @@ void readLeftOut(const QCommandLineParser& parser, CliOptions& options) {
     }
 }
 
+QList<NamedPort> readNamedPorts(const QCommandLineParser& parser) {
+    QList<NamedPort> ports;
+    QSet<QString> labels;
+    for (const QString& value : parser.values(QStringLiteral("port"))) {
+        ports += readNamedPort(value);
+        const QString label = ports.constLast().label.toLower();
+        if (!label.isEmpty() && labels.contains(label))
+            throw UsageError(
+                QStringLiteral("--port %1: another board has that label; each board has its own.")
+                    .arg(value));
+        labels += label;
+    }
+    return ports;
+}
+
+/// The device of the last --port; an empty value is rejected.
+QString portDevice(const QCommandLineParser& parser, const QList<NamedPort>& ports) {
+    (void)givenValue(parser, QStringLiteral("port"));
+    return ports.isEmpty() ? QString() : ports.constLast().device;
+}
+
 /// Several ports are several boards; the device of one may be given in one way only.
-void readPorts(const QCommandLineParser& parser, CliOptions& options) {
-    const QStringList ports = parser.values(QStringLiteral("port"));
+void readPorts(const QList<NamedPort>& ports, CliOptions& options) {
     const int other = options.program.ports.empty() ? 1 : options.program.ports.rbegin()->first;
     if (!ports.isEmpty() && other != 1)
         throw UsageError(QStringLiteral("--port names the device of COM1, but --com selects COM%1; give one "
@@ -121,17 +141,28 @@ void readPorts(const QCommandLineParser& parser, CliOptions& options) {
     if (ports.size() < 2)
         return;
     QStringList files; // one device may have several names
-    for (const QString& port : ports) {
-        const QString device = PortNames(options.program.ports).optionDevice(port);
+    for (const NamedPort& port : ports) {
+        const QString device = PortNames(options.program.ports).optionDevice(port.device);
         if (options.ports.contains(device))
-            throw UsageError(QStringLiteral("--port %1 is given twice; each board has its own.").arg(port));
+            throw UsageError(
+                QStringLiteral("--port %1 is given twice; each board has its own.").arg(port.device));
         const QString file = QFileInfo(device).canonicalFilePath();
         if (const qsizetype same = file.isEmpty() ? -1 : files.indexOf(file); same >= 0)
             throw UsageError(QStringLiteral("--port %1 is the device of --port %2; each board has its own.")
-                                 .arg(port, ports[same]));
+                                 .arg(port.device, ports[same].device));
         files += file;
         options.ports += device;
     }
+}
+
+/// What the boards are called; one without --port after its device.
+void nameBoards(QList<NamedPort> ports, CliOptions& options) {
+    const int number = options.program.portNumber;
+    const QString device = PortNames(options.program.ports).device(number);
+    if (ports.isEmpty())
+        ports += {{}, device.isEmpty() ? QStringLiteral("COM%1").arg(number) : device};
+    options.names = boardNames(ports);
+    options.namesLines = ports.size() > 1 || !ports.constFirst().label.isEmpty();
 }
 
 /// The seconds of "90", "1.5", "90s", "5m" or "2h"; nothing for any other text.
@@ -239,14 +270,64 @@ void refuseMixedTerminal(const CliOptions& options) {
     }
 }
 
+void readReport(const QCommandLineParser& parser, CliOptions& options) {
+    options.reportFile = givenValue(parser, QStringLiteral("report"), QStringLiteral("a file name"));
+    for (const QString& tag : parser.values(QStringLiteral("tag"))) {
+        const QString key = tag.section(QLatin1Char('='), 0, 0);
+        if (key.isEmpty() || !tag.contains(QLatin1Char('=')))
+            throw UsageError(QStringLiteral("--tag %1: give KEY=VALUE.").arg(tag));
+        if (options.tags.contains(key))
+            throw UsageError(QStringLiteral("--tag %1: %2 is given twice.").arg(tag, key));
+        options.tags.insert(key, tag.section(QLatin1Char('='), 1));
+    }
+    if (!options.tags.isEmpty() && options.reportFile.isEmpty())
+        throw UsageError(QStringLiteral("--tag has no effect without --report."));
+}
+
+/// A board that is pulled out in the middle would hold up its port for ever.
+QString missingLimit(const StepFacts& step, const Limits& limits) {
+    const std::string_view name(step.name);
+    if (limits.run)
+        return {};
+    if (name == "flash" && !limits.flash)
+        return QStringLiteral("--flash-timeout");
+    if (name == "expect" && !limits.expect)
+        return QStringLiteral("--expect-timeout");
+    return name == "script" && !limits.script ? QStringLiteral("--script-timeout") : QString();
+}
+
+void checkRepeat(const CliOptions& options) {
+    if (!options.repeat)
+        return;
+    const auto usesPort = [](const StepCall& step) { return step.facts->usesPort; };
+    const auto first = std::find_if(options.steps.cbegin(), options.steps.cend(), usesPort);
+    const std::string_view name(first == options.steps.cend() ? "" : first->facts->name);
+    if (name != "load" && name != "flash")
+        throw UsageError(QStringLiteral("--repeat needs load or flash as the first step on the port: each "
+                                        "board begins with its power-on."));
+    for (const StepCall& step : options.steps) {
+        if (step.facts->ownsStreams)
+            throw UsageError(
+                QStringLiteral("--repeat does not go with the step %1.").arg(text(step.facts->name)));
+        const QString option = missingLimit(*step.facts, options.limits);
+        if (!option.isEmpty())
+            throw UsageError(
+                QStringLiteral("--repeat with the step %1 needs %2 or --timeout: without a limit a "
+                               "board that is pulled out holds up its port.")
+                    .arg(text(step.facts->name), option));
+    }
+}
+
 CliOptions read(const QCommandLineParser& parser) {
     CliOptions options;
     options.steps = stepsOf(parser.positionalArguments());
     if (options.steps.empty())
         throw UsageError(QStringLiteral("No step given: say %1.").arg(stepNames(QStringLiteral("or"))));
     try {
-        options.program = readProgramOptions(parser);
-        readPorts(parser, options);
+        const QList<NamedPort> ports = readNamedPorts(parser);
+        options.program = readProgramOptions(parser, portDevice(parser, ports));
+        readPorts(ports, options);
+        nameBoards(ports, options);
         for (std::size_t i = 0; i < kSlots.size(); ++i)
             options.slotValues[i] = givenValue(parser, text(kSlots[i].option), QStringLiteral("a file name"));
         options.onWait = givenValue(parser, QStringLiteral("on-wait"), QStringLiteral("a command"));
@@ -258,6 +339,7 @@ CliOptions read(const QCommandLineParser& parser) {
             throw UsageError(QStringLiteral("--not needs a text that is not empty."));
         options.traceFile = givenValue(parser, QStringLiteral("trace"), QStringLiteral("a file name"));
         options.logFolder = givenValue(parser, QStringLiteral("log"), QStringLiteral("a folder"));
+        readReport(parser, options);
     } catch (const RuntimeFailure& failure) {
         throw UsageError(failure.description());
     }
@@ -266,6 +348,8 @@ CliOptions read(const QCommandLineParser& parser) {
     options.style = readStyle(parser);
     options.erase = parser.isSet(QStringLiteral("erase"));
     options.dryRun = parser.isSet(QStringLiteral("dry-run"));
+    options.repeat = parser.isSet(QStringLiteral("repeat"));
+    checkRepeat(options);
     refuseMixedTerminal(options);
     refuseMixedPorts(options.steps);
     refuseUnused(parser, options.steps);

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "cli/BoardNames.h"
 #include "cli/PowerSwitch.h"
 #include "cli/Printer.h"
 #include "cli/Steps.h"
 #include "controls/Controls.h"
 #include "machine/ProgramOptions.h"
 
+#include <QJsonObject>
 #include <QStringList>
 
 #include <array>
@@ -33,7 +35,9 @@ struct Limits {
 struct CliOptions {
     StepList steps;
     ProgramOptions program;
-    QStringList ports; ///< the devices of several boards; empty for one, which `program` names
+    QStringList ports;       ///< the devices of several boards; empty for one, which `program` names
+    QStringList names;       ///< what lines and files call the boards
+    bool namesLines = false; ///< of one board, too, since it has a label
     std::array<QString, kSlotCount> slotValues; ///< "FILE[,ADDRESS]", empty where not given
     std::array<bool, kSlotCount> leftOut{};     ///< images of the INI file that do not count
     Limits limits;
@@ -44,6 +48,9 @@ struct CliOptions {
     QString logFolder;            ///< for a transcript of each board
     QString traceFile;            ///< "": none
     QString transcriptFile;       ///< of one board, in logFolder; "": none
+    QString reportFile;           ///< for a line about each board; "": none
+    QJsonObject tags;             ///< for the report
+    bool repeat = false;          ///< one board after another on each port
     std::optional<bool> dtr = {}; ///< to hold while the port is open
     std::optional<bool> rts = {};
     QStringList unwanted; ///< texts that end the step expect as a failure

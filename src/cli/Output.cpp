@@ -1,8 +1,11 @@
 #include "cli/Output.h"
 
+#include "cli/ExitStatus.h"
+#include "cli/TimeText.h"
 #include "cli/VisibleText.h"
 #include "machine/StandardStreams.h"
 
+#include <array>
 #include <utility>
 
 namespace zrk {
@@ -29,14 +32,29 @@ Printer::Weight weightOf(const QByteArray& event) {
 }
 
 QJsonObject fieldsOf(const Ending& ending) {
-    return {{QStringLiteral("status"), ending.status},
-            {QStringLiteral("reason"), ending.reason},
-            {QStringLiteral("step"), ending.step},
-            {QStringLiteral("seconds"), ending.seconds},
-            {QStringLiteral("bytes"), ending.bytes}};
+    return {{QStringLiteral("status"), ending.status},   {QStringLiteral("reason"), reasonId(ending.reason)},
+            {QStringLiteral("limit"), ending.limit},     {QStringLiteral("step"), ending.step},
+            {QStringLiteral("seconds"), ending.seconds}, {QStringLiteral("bytes"), ending.bytes}};
+}
+
+QString nameOf(Severity severity) {
+    static constexpr std::array kNames{"error", "warning", "notice", "detail"};
+    return QString::fromLatin1(kNames.at(static_cast<std::size_t>(severity)));
 }
 
 } // namespace
+
+QString closingText(const Ending& ending) {
+    const QString time = QString::number(ending.seconds, 'f', 1);
+    if (ending.status == 0)
+        return ending.bytes == 0 ? QStringLiteral("Done in %1 s.").arg(time)
+                                 : QStringLiteral("Done in %1 s: %2 bytes sent.").arg(time).arg(ending.bytes);
+    const QString where = ending.step.isEmpty() ? QStringLiteral("before the first step")
+                                                : QStringLiteral("in the step ") + ending.step;
+    return QStringLiteral("Failed %1 after %2 s: %3 (status %4).")
+        .arg(where, time, ending.reason)
+        .arg(ending.status);
+}
 
 Output::~Output() {
     clearProgress();
@@ -64,7 +82,7 @@ void Output::record(const QString& text, TextOrigin origin) {
     m_transcript->write(text, origin);
     const QString failure = m_transcript->takeFailure();
     if (!failure.isEmpty())
-        tell(failure);
+        tell(failure, Severity::Warning);
 }
 
 /// What is left of a line waits until the line is whole, or too long, if other boards print as well.
@@ -115,26 +133,39 @@ void Output::raw(const QByteArray& bytes) {
     m_printer.out(bytes);
 }
 
-void Output::tell(const QString& text) {
+void Output::tell(const QString& text, Severity severity) {
+    if (severity == Severity::Error)
+        m_errors += text.simplified();
     clearProgress();
     if (isJson())
-        event("message", {{QStringLiteral("text"), text}});
+        event("message", {{QStringLiteral("severity"), nameOf(severity)}, {QStringLiteral("text"), text}});
     QByteArray lines;
     for (const QByteArray& line : messageLines(text).split('\n'))
         lines += named(line);
     m_printer.err(lines);
+    recordMessage(text);
+}
+
+void Output::recordMessage(const QString& text) {
     if (m_transcript)
         m_transcript->writeMessage(text);
 }
 
 void Output::notice(const QString& text) {
-    if (!m_printer.style().quiet)
-        tell(text);
+    if (m_printer.style().quiet)
+        recordMessage(text);
+    else
+        tell(text, Severity::Notice);
 }
 
 void Output::detail(const QString& text) {
     if (m_printer.style().verbose)
-        tell(text);
+        tell(text, Severity::Detail);
+}
+
+void Output::beginBoard() {
+    m_errors.clear();
+    m_limit.clear();
 }
 
 void Output::ask(const QString& text) {
@@ -152,7 +183,7 @@ void Output::progress(const QString& said) {
         return m_printer.err(named(text.toLocal8Bit()), Printer::Weight::Progress);
     const bool shared = m_printer.outputIsTerminal() && m_place.name.isEmpty();
     const QString behind = shared ? QString::fromLocal8Bit(m_unfinished) : QString();
-    const QString line = m_place.name.isEmpty() ? text : m_place.name + QStringLiteral(": ") + text;
+    const QString line = progressName() + text;
     const bool fits = behind.size() + 1 + line.size() <= m_printer.columns();
     m_progressShown = true;
     m_printer.setProgress(m_place.row, !behind.isEmpty() && fits ? behind + QLatin1Char(' ') + line : line,
@@ -160,11 +191,20 @@ void Output::progress(const QString& said) {
 }
 
 qsizetype Output::progressColumns() const {
-    const qsizetype name = m_place.name.isEmpty() ? 0 : m_place.name.size() + 2;
-    const qsizetype all = m_printer.columns() - name;
+    const qsizetype all = m_printer.columns() - progressName().size();
     const bool shared = m_printer.outputIsTerminal() && m_place.name.isEmpty();
     const qsizetype beside = shared ? all - m_unfinished.size() - 1 : all;
     return beside >= kLeastForProgress ? beside : all;
+}
+
+/// A long name must not take the room of the progress.
+QString Output::progressName() const {
+    constexpr qsizetype kLeast = 4;
+    const qsizetype room = m_printer.columns() / 3;
+    if (m_place.name.isEmpty() || room < kLeast)
+        return {};
+    const bool fits = m_place.name.size() <= room;
+    return (fits ? m_place.name : QLatin1Char('~') + m_place.name.right(room - 1)) + QStringLiteral(": ");
 }
 
 void Output::clearProgress() {
@@ -177,13 +217,21 @@ void Output::clearProgress() {
 void Output::event(const char* name, QJsonObject fields) {
     if (!isJson())
         return;
-    // The order of the fields is the reader's: what it is and whose, then the rest.
-    QByteArray line = QByteArray("{\"event\":\"") + name + '"';
-    if (!m_place.name.isEmpty())
-        fields.insert(QStringLiteral("port"), m_place.port);
-    const QByteArray rest = jsonLine(fields);
-    line += fields.isEmpty() ? QByteArray("}") : "," + rest.mid(1);
-    m_printer.out(line + '\n', weightOf(name));
+    // The order of the fields is the reader's: what it is and when, then the rest.
+    const QByteArray line =
+        QByteArray("{\"event\":\"") + name + "\",\"time\":\"" + utcText().toLatin1() + "\",";
+    fields.insert(QStringLiteral("label"), m_place.label);
+    fields.insert(QStringLiteral("port"), m_place.port);
+    m_printer.out(line + jsonLine(fields).mid(1) + '\n', weightOf(name));
+}
+
+void Output::addTo(QJsonObject& record, const Ending& ending) const {
+    const QJsonObject fields = fieldsOf(ending);
+    for (auto field = fields.constBegin(); field != fields.constEnd(); ++field)
+        record.insert(field.key(), field.value());
+    record.insert(QStringLiteral("text"), ending.text);
+    record.insert(QStringLiteral("label"), m_place.label);
+    record.insert(QStringLiteral("port"), m_place.port);
 }
 
 void Output::stepBegins(const QString& step) {
@@ -196,11 +244,13 @@ void Output::stepEnds(const Ending& ending) {
     event("step", fields);
 }
 
-void Output::result(const Ending& ending) {
+void Output::result(const Ending& ending, const Tally& tally) {
     clearProgress();
     finishLine();
     QJsonObject fields = fieldsOf(ending);
-    fields.insert(QStringLiteral("port"), m_place.port);
+    fields.insert(QStringLiteral("text"), ending.text);
+    fields.insert(QStringLiteral("good"), tally.good);
+    fields.insert(QStringLiteral("bad"), tally.bad);
     event("result", fields);
 }
 

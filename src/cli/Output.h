@@ -5,6 +5,7 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -16,8 +17,22 @@ struct Ending {
     QString reason;
     QString step;
     double seconds = 0.0;
-    qint64 bytes = 0; ///< image bytes sent
+    qint64 bytes = 0;   ///< image bytes sent
+    QString limit = {}; ///< the option whose limit ran out, without dashes; "" for none
+    QString text = {};  ///< the errors in one line; of a good run what was done
 };
+
+/// The end in one line: "Done in 9.1 s: 53248 bytes sent."
+[[nodiscard]] QString closingText(const Ending& ending);
+
+/// The boards of one port that have ended.
+struct Tally {
+    int good = 0;
+    int bad = 0;
+};
+
+/// How much a message matters.
+enum class Severity { Error, Warning, Notice, Detail };
 
 /// The one place where a session prints: the console's text and the board's on standard output, all else on
 /// standard error, or all of it as JSON. With several boards every line begins with the board's name, and
@@ -27,8 +42,9 @@ class Output {
     /// One of several sessions: its row among them, its name in front of lines, and its port.
     struct Place {
         std::size_t row = 0;
-        QString name; ///< "" for the only one
+        QString name; ///< "" where lines go without, as those of one board without a label
         QString port;
+        QString label; ///< what events call it
     };
 
     Output(Printer& printer, Place place) : m_printer(printer), m_place(std::move(place)) {}
@@ -53,11 +69,26 @@ class Output {
     /// Bytes of the board for a user who has asked for a raw terminal.
     void raw(const QByteArray& bytes);
 
-    /// A line on standard error; CR LF in it becomes the system's line end. A notice is left out when the run
-    /// is quiet, a detail unless it is verbose.
-    void tell(const QString& text);
+    /// A line on standard error; CR LF in it becomes the system's line end. A notice of a quiet run goes only
+    /// to the transcript, a detail only to a verbose run. Errors are kept for the end of the run.
+    void tell(const QString& text, Severity severity = Severity::Error);
     void notice(const QString& text);
     void detail(const QString& text);
+
+    /// A line of the transcript alone.
+    void recordMessage(const QString& text);
+
+    /// Forgets the errors and the limit of the board before.
+    void beginBoard();
+
+    /// Notes that the limit of this option ("wait") has run out; the first one counts.
+    void noteLimit(const QString& option) {
+        if (m_limit.isEmpty())
+            m_limit = option;
+    }
+    [[nodiscard]] const QString& limit() const { return m_limit; }
+    /// The errors since beginBoard(), in one line.
+    [[nodiscard]] QString errors() const { return m_errors.join(QLatin1Char(' ')); }
 
     /// A question that is answered on the same line of the terminal.
     void ask(const QString& text);
@@ -70,16 +101,20 @@ class Output {
     [[nodiscard]] qsizetype progressColumns() const;
     [[nodiscard]] bool overwrites() const { return m_printer.overwrites(); }
 
-    /// Where answers are read by a machine: an object with this event, and the session's port among several.
+    /// Where answers are read by a machine: an object with this event, its time, the board's label and port.
     void event(const char* name, QJsonObject fields = {});
+
+    /// Adds what the result says to a record of the report: status, reason, label, port and the like.
+    void addTo(QJsonObject& record, const Ending& ending) const;
 
     void stepBegins(const QString& step);
     void stepEnds(const Ending& ending);
-    void result(const Ending& ending);
+    void result(const Ending& ending, const Tally& tally);
 
   private:
     void put(QByteArray bytes);
     void finishLine();
+    [[nodiscard]] QString progressName() const;
     void record(const QString& text, TextOrigin origin);
     [[nodiscard]] QByteArray named(const QByteArray& line) const;
     [[nodiscard]] bool isJson() const { return m_printer.style().json; }
@@ -87,6 +122,8 @@ class Output {
     Printer& m_printer;
     Place m_place;
     std::optional<Transcript> m_transcript;
+    QStringList m_errors;
+    QString m_limit;
     QByteArray m_unfinished; ///< the text behind its last line end; of several boards, what is held back
     bool m_progressShown = false;
 };

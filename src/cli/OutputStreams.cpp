@@ -1,5 +1,6 @@
 #include "cli/OutputStreams.h"
 
+#include "cli/TimeText.h"
 #include "machine/Descriptors.h"
 
 #include <QString>
@@ -50,9 +51,11 @@ QByteArray OutputStreams::outputFailure() const {
 std::optional<StreamWriter::Piece> OutputStreams::note(int descriptor, const StreamWriter::Losses& losses) {
     const bool isOutput = descriptor == m_target.output;
     if (isOutput && m_json)
-        return StreamWriter::Piece{
-            descriptor,
-            QStringLiteral("{\"event\":\"dropped\",\"events\":%1}\n").arg(losses.pieces).toUtf8()};
+        return StreamWriter::Piece{descriptor,
+                                   QStringLiteral("{\"event\":\"dropped\",\"time\":\"%1\",\"events\":%2}\n")
+                                       .arg(utcText())
+                                       .arg(losses.pieces)
+                                       .toUtf8()};
     StreamWriter::Piece line{
         m_target.error,
         QStringLiteral("%1: %2 bytes are left out, because the reader did not keep up.\n")

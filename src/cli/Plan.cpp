@@ -2,6 +2,7 @@
 
 #include "cli/GivenFile.h"
 #include "cli/Options.h"
+#include "cli/RunFacts.h"
 #include "cli/UsageError.h"
 #include "config/HexConversions.h"
 #include "files/PrintableText.h"
@@ -15,18 +16,6 @@
 
 namespace zrk {
 namespace {
-
-QString nameOf(Memory memory) {
-    switch (memory) {
-    case Memory::Iram:
-        return QStringLiteral("IRAM");
-    case Memory::Sdram:
-        return QStringLiteral("SDRAM");
-    case Memory::Nand:
-        break;
-    }
-    return QStringLiteral("NAND flash");
-}
 
 bool hasStep(StepList::const_iterator begin, StepList::const_iterator end, const char* step) {
     return std::any_of(begin, end,
@@ -198,7 +187,7 @@ QString Plan::imageLine(int slot) const {
         .arg(m_loader.controls.slotTitle(i).section(QStringLiteral(" ("), 0, 0))
         .arg(bytes)
         .arg(m_loader.controls.lblCodeSize[i].Caption.value(), lineTimeText(bytes),
-             printableFile(m_loader.controls.txtFilNam[i].Tag), nameOf(kSlots[i].memory),
+             printableFile(m_loader.controls.txtFilNam[i].Tag), memoryName(kSlots[i].memory),
              m_loader.controls.txtStartAddress[i].Text.value(),
              erases ? QStringLiteral(", after an erase of the whole flash") : QString());
 }

@@ -22,7 +22,8 @@ void PowerOnNotice::show(WaitDialog& dialog) {
 }
 
 void PowerOnNotice::startSwitch() {
-    m_switch.start(m_output.place().port, [this](const QString& fault) { onSwitched(fault); });
+    m_switch.start(m_output.place().port, m_output.place().label,
+                   [this](const QString& fault) { onSwitched(fault); });
 }
 
 bool PowerOnNotice::switchPower(const std::function<bool()>& isStopped) {
@@ -36,6 +37,8 @@ bool PowerOnNotice::switchPower(const std::function<bool()>& isStopped) {
 
 void PowerOnNotice::onSwitched(const QString& fault) {
     m_hasFailed = !fault.isEmpty();
+    if (m_switch.hasRunOut())
+        m_output.noteLimit(QStringLiteral("on-wait-timeout"));
     if (!fault.isEmpty())
         m_output.tell(fault);
     else if (!m_switch.said().isEmpty())
@@ -64,6 +67,7 @@ void PowerOnNotice::giveUp() {
     m_timer->stop();
     if (m_dialog == nullptr)
         return;
+    m_output.noteLimit(QStringLiteral("wait"));
     m_output.tell(QStringLiteral("--wait ran out: No BootID within %1 s: giving up. Check that the board has "
                                  "power, the service jumper "
                                  "is installed and the cable is on this port.")

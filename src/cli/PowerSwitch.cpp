@@ -40,12 +40,14 @@ PowerSwitch::~PowerSwitch() {
     m_process.leave();
 }
 
-void PowerSwitch::start(const QString& port, Ended ended) {
+void PowerSwitch::start(const QString& port, const QString& label, Ended ended) {
     m_said.clear();
     m_isAskedToEnd = false;
+    m_hasRunOut = false;
     m_ended = std::move(ended);
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("ZRK_PORT"), port);
+    environment.insert(QStringLiteral("ZRK_LABEL"), label);
     m_process.setProcessEnvironment(environment);
     m_timer->start(m_limit);
     m_process.start();
@@ -62,6 +64,7 @@ void PowerSwitch::tick() {
     m_timer->stop();
     if (m_isAskedToEnd)
         return endGroup(m_process, true);
+    m_hasRunOut = true;
     finish(QStringLiteral(
                "--on-wait-timeout ran out: the command has not ended within %1 s. It is left running, "
                "and nothing was sent to the board. Check the power switch, or raise the limit.")

@@ -28,8 +28,11 @@ class PowerSwitch {
 
     [[nodiscard]] bool isSet() const { return !m_command.isEmpty(); }
 
-    /// Starts the command with `port` in ZRK_PORT. Only while none is running.
-    void start(const QString& port, Ended ended);
+    /// Starts the command with `port` in ZRK_PORT and `label` in ZRK_LABEL. Only while none is running.
+    void start(const QString& port, const QString& label, Ended ended);
+
+    /// True if the last command has reached its limit.
+    [[nodiscard]] bool hasRunOut() const { return m_hasRunOut; }
 
     /// True from start() until `ended` has been called.
     [[nodiscard]] bool isRunning() const { return m_ended != nullptr; }
@@ -57,6 +60,7 @@ class PowerSwitch {
     QByteArray m_said;
     Ended m_ended; ///< null while none runs
     bool m_isAskedToEnd = false;
+    bool m_hasRunOut = false;
     std::unique_ptr<Timer> m_timer; ///< for the limit, then for the force
 };
 

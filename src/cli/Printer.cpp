@@ -14,8 +14,8 @@ constexpr qsizetype kMostUnderProgress = 4096;
 
 Printer::Printer(PrintStyle style, OutputStreams& streams)
     : m_streams(streams), m_style(style),
-      m_overwrites(standardErrorIsTerminal() && style.progress != PrintStyle::Progress::Never &&
-                   !style.quiet),
+      m_overwrites(standardErrorIsTerminal() && terminalOverwrites() &&
+                   style.progress != PrintStyle::Progress::Never && !style.quiet),
       m_showsProgress(style.progress == PrintStyle::Progress::Always ||
                       (style.progress == PrintStyle::Progress::Auto && !style.quiet)),
       m_outputIsTerminal(standardOutputIsTerminal()) {}
@@ -72,13 +72,23 @@ void Printer::clear() {
     m_shown.clear();
 }
 
+/// No more than the terminal has rows, for the cursor cannot go up to those that have left it.
+QStringList Printer::visibleRows() const {
+    QStringList rows;
+    for (const QString& row : m_rows)
+        rows += row.isEmpty() ? QStringList() : QStringList(row);
+    const qsizetype room = std::max(terminalRows() - 1, 1);
+    if (rows.size() <= room)
+        return rows;
+    const qsizetype hidden = rows.size() - room + 1;
+    return rows.mid(0, room - 1) << QStringLiteral("%1 more boards").arg(hidden);
+}
+
 void Printer::show() {
     if (!m_overwrites || m_streams.waitingError() > kMostUnderProgress)
         return;
     QByteArray bytes;
-    for (const QString& row : m_rows) {
-        if (row.isEmpty())
-            continue;
+    for (const QString& row : visibleRows()) {
         const QString line = row.left(columns());
         bytes += (m_shown.empty() ? QByteArray("\r") : QByteArray("\n")) + line.toLocal8Bit();
         m_shown.push_back(line.size());

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <mutex>
 #include <vector>
@@ -59,6 +60,7 @@ class Printer {
   private:
     void clear();
     void show();
+    [[nodiscard]] QStringList visibleRows() const;
 
     OutputStreams& m_streams;
     const PrintStyle m_style;

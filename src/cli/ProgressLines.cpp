@@ -5,6 +5,8 @@
 #include "loader/Loader.h"
 #include "platform/SecondsText.h"
 
+#include <array>
+
 namespace zrk {
 
 using namespace std::chrono_literals;
@@ -14,6 +16,13 @@ namespace {
 constexpr std::chrono::milliseconds kRefresh = 100ms;
 constexpr std::chrono::milliseconds kEventEvery = 250ms;
 constexpr std::chrono::seconds kWaitLineEvery = 10s;
+
+QString nameOf(Awaited kind) {
+    static constexpr std::array kNames{"power_on", "port",     "start",     "text",  "checksum",
+                                       "pg_sibl",  "version",  "prepare",   "erase", "program",
+                                       "finish",   "complete", "next_board"};
+    return QString::fromLatin1(kNames.at(static_cast<std::size_t>(kind)));
+}
 
 } // namespace
 
@@ -41,9 +50,12 @@ void ProgressLines::tick() {
     const bool transferring = m_loader.state.OperationActive && m_loader.transport.isTransferring();
     if (!transferring || m_loader.state.SendingSlot != m_shownSlot)
         endTransfer();
+    const bool waits = m_loader.state.OperationActive && !m_loader.state.WaitingFor.isEmpty();
+    if (m_wait && (!waits || m_loader.state.WaitingSince != m_wait->since))
+        endWait();
     if (transferring && m_loader.state.BytesTotal > 0)
         return showTransfer();
-    if (m_loader.state.OperationActive && !m_loader.state.WaitingFor.isEmpty())
+    if (waits)
         return showWait();
     m_output.clearProgress();
     m_lastWaitLine = m_loader.loop.now();
@@ -97,13 +109,26 @@ void ProgressLines::tellTransfer(qint64 sent, qint64 total) {
     m_output.event("progress", fields);
 }
 
+void ProgressLines::tellWait(bool done) {
+    const auto waited = std::chrono::duration_cast<std::chrono::seconds>(m_loader.loop.now() - m_wait->since);
+    m_output.event("wait", {{QStringLiteral("what"), nameOf(m_wait->kind)},
+                            {QStringLiteral("for"), m_wait->text},
+                            {QStringLiteral("done"), done},
+                            {QStringLiteral("seconds"), static_cast<qint64>(waited.count())}});
+}
+
+void ProgressLines::endWait() {
+    tellWait(true);
+    m_wait.reset();
+}
+
 void ProgressLines::showWait() {
     const auto now = m_loader.loop.now();
     const auto waited = std::chrono::duration_cast<std::chrono::seconds>(now - m_loader.state.WaitingSince);
-    if (now - m_lastEvent >= 1s) {
+    if (!m_wait || now - m_lastEvent >= 1s) {
         m_lastEvent = now;
-        m_output.event("wait", {{QStringLiteral("for"), m_loader.state.WaitingFor},
-                                {QStringLiteral("seconds"), static_cast<qint64>(waited.count())}});
+        m_wait = {m_loader.state.WaitingKind, m_loader.state.WaitingFor, m_loader.state.WaitingSince};
+        tellWait(false);
     }
     const QString line = QStringLiteral("%1: %2").arg(m_loader.state.WaitingFor, durationText(waited));
     if (m_output.overwrites()) {
@@ -112,7 +137,8 @@ void ProgressLines::showWait() {
                                      ? line
                                      : fitted({durationText(waited), m_loader.state.WaitingFor}, columns));
     }
-    if (now - m_lastWaitLine < kWaitLineEvery)
+    // A rack that waits over night must not fill its log.
+    if (now - m_lastWaitLine < kWaitLineEvery || m_loader.state.WaitingKind == Awaited::NextBoard)
         return;
     m_lastWaitLine = now;
     m_output.progress(line);

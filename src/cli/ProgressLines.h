@@ -1,8 +1,11 @@
 #pragma once
 
+#include "controls/SharedState.h"
 #include "platform/EventLoop.h"
 
 #include <QStringList>
+
+#include <optional>
 
 namespace zrk {
 
@@ -22,6 +25,15 @@ class ProgressLines {
     void endTransfer();
     void tellTransfer(qint64 sent, qint64 total);
     void showWait();
+    void tellWait(bool done);
+    void endWait();
+
+    /// A wait whose begin has been told.
+    struct Wait {
+        Awaited kind = Awaited::PowerOn;
+        QString text;
+        EventLoop::TimePoint since;
+    };
 
     Loader& m_loader;
     Output& m_output;
@@ -32,6 +44,7 @@ class ProgressLines {
     int m_lastTenth = 0;
     int m_shownSlot = -1; ///< its transfer was shown last, until its end is reported
     qint64 m_shownTotal = 0;
+    std::optional<Wait> m_wait;
 };
 
 /// Returns as many of the parts, separated by commas, as fit; cuts the first one if even that does not.

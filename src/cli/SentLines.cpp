@@ -10,6 +10,14 @@ SentLines::SentLines(Loader& loader, Output& output) : m_loader(loader), m_outpu
         const std::function<void()> changed = [this, slot] { tell(slot); };
         m_handlers.push_back(loader.state.Sent[slot].onValueChanged(changed));
     }
+    const std::function<void()> versionChanged = [this] { tellVersion(); };
+    m_handlers.push_back(loader.state.PgSiblVersion.onValueChanged(versionChanged));
+}
+
+void SentLines::tellVersion() {
+    const QString& version = m_loader.state.PgSiblVersion;
+    if (!version.isEmpty())
+        m_output.event("pg_sibl", {{QStringLiteral("version"), version}});
 }
 
 void SentLines::tell(std::size_t slot) {
@@ -18,6 +26,7 @@ void SentLines::tell(std::size_t slot) {
         return;
     const QString title = m_loader.controls.slotTitle(slot);
     m_output.event("sent", {{QStringLiteral("image"), title},
+                            {QStringLiteral("slot"), QLatin1String(kSlots[slot].option)},
                             {QStringLiteral("bytes"), sent->bytes},
                             {QStringLiteral("crc32"), sent->crcText()}});
     m_output.notice(
@@ -25,7 +34,8 @@ void SentLines::tell(std::size_t slot) {
     if (!m_loader.controls.lblFileChanged[slot].Caption.value().isEmpty())
         m_output.tell(QStringLiteral("%1: the file has changed since this run began; the board got what the "
                                      "file held then.")
-                          .arg(title));
+                          .arg(title),
+                      Severity::Warning);
 }
 
 } // namespace zrk

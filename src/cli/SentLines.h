@@ -12,13 +12,15 @@ class Output;
 struct Loader;
 
 /// Tells of each image that has been sent what it was: bytes and CRC-32, which the board's own commands may
-/// be able to print as well, and whether the file is still the one that was announced.
+/// be able to print as well, and whether the file is still the one that was announced; and of the version
+/// with which pg_sibl answers.
 class SentLines {
   public:
     SentLines(Loader& loader, Output& output);
 
   private:
     void tell(std::size_t slot);
+    void tellVersion();
 
     Loader& m_loader;
     Output& m_output;

@@ -4,6 +4,9 @@
 #include "cli/AnswerTimes.h"
 #include "cli/EndSentence.h"
 #include "cli/GivenFile.h"
+#include "cli/Report.h"
+#include "cli/RunFacts.h"
+#include "cli/TimeText.h"
 #include "cli/UsageError.h"
 #include "config/AddressEntry.h"
 #include "config/ImageSlots.h"
@@ -66,11 +69,13 @@ void Session::prepare(Remarks remarks) {
     if (remarks == Remarks::Tell) {
         const QStringList warnings = m_plan.warnings();
         for (const QString& line : warnings)
-            m_output.tell(line);
+            m_output.tell(line, Severity::Warning);
     }
     m_plan.check();
     if (readImages())
         m_plan.check();
+    if (const QString problem = Report::problem(m_options, inputs()); !problem.isEmpty() && !m_options.dryRun)
+        throw UsageError(problem);
 }
 
 /// Whatever becomes of the files later, the board gets what they hold now. True when one has another length
@@ -94,25 +99,29 @@ bool Session::readImages() {
 
 Ending Session::run() {
     const auto begin = m_loop.now();
-    announce();
+    forgetBoard();
+    if (++m_boards == 1)
+        announce();
     if (m_options.dryRun)
         return ending(dryRun(), begin);
-    m_tracedPorts.whenOpened([this] { beginRecords(); });
-    if (!m_plan.usesPort())
-        beginRecords();
-    m_loader.controls.txtStatus.onEdit(
-        [this, times = AnswerTimes(m_loop, m_output)](qsizetype /*removed*/, const QString& inserted,
-                                                      TextOrigin origin) mutable {
-            m_output.console(inserted, origin);
-            times.note(inserted, origin);
-        });
-    if (m_options.runEnd)
-        m_runTimer->start(
-            std::max(1ms, std::chrono::ceil<std::chrono::milliseconds>(*m_options.runEnd - m_loop.now())));
+    if (m_boards == 1) {
+        m_tracedPorts.whenOpened([this] { beginRecords(); });
+        if (!m_plan.usesPort())
+            beginRecords();
+        m_loader.controls.txtStatus.onEdit(
+            [this, times = AnswerTimes(m_loop, m_output)](qsizetype /*removed*/, const QString& inserted,
+                                                          TextOrigin origin) mutable {
+                m_output.console(inserted, origin);
+                times.note(inserted, origin);
+            });
+    }
+    startRunTimer();
     ExitStatus status = m_plan.usesPort() ? awaitPort() : ExitStatus::Done;
     if (status == ExitStatus::Done)
         status = runSteps();
-    endTrace();
+    m_runTimer->stop();
+    if (!m_options.repeat)
+        endTrace();
     if (status == ExitStatus::Cancelled)
         m_output.tell(m_step.isEmpty()
                           ? QStringLiteral("Cancelled before the first step.")
@@ -122,6 +131,62 @@ Ending Session::run() {
     m_powerOnNotice.awaitSwitch(m_options.runEnd ? std::optional(*m_options.runEnd + kSwitchLimit)
                                                  : std::nullopt);
     return ending(status, begin);
+}
+
+void Session::forgetBoard() {
+    m_output.beginBoard();
+    m_begun = utcText();
+    m_steps = {};
+    m_step.clear();
+    m_limitReached = false;
+    m_runLimitText.clear();
+    m_bytesBefore = m_loader.state.BytesSentInAll;
+    for (auto& sent : m_loader.state.Sent)
+        sent = std::nullopt;
+    m_loader.state.PgSiblVersion = QString();
+    if (!m_options.reportFile.isEmpty())
+        m_adapter = adapterOf(m_output.place().port);
+}
+
+void Session::startRunTimer() {
+    if (m_options.repeat && m_options.limits.run)
+        m_runTimer->start(*m_options.limits.run);
+    else if (m_options.runEnd)
+        m_runTimer->start(
+            std::max(1ms, std::chrono::ceil<std::chrono::milliseconds>(*m_options.runEnd - m_loop.now())));
+}
+
+bool Session::awaitBoard(bool old) {
+    if (m_interruptedAt)
+        return false;
+    m_loader.state.withdrawStop();
+    m_messages.askAgain();
+    m_output.notice(QStringLiteral("Plug in a board and switch its power on. Ctrl-C ends."));
+    m_loader.watch.awaitBoard(old, [this] {
+        m_output.notice(QStringLiteral("The board still announces its BootID. Switch its power off for two "
+                                       "seconds; the next board begins after that."));
+    });
+    return m_loader.operation.outcome() == Outcome::Done && !m_interruptedAt;
+}
+
+QJsonObject Session::record() {
+    QJsonArray images;
+    for (const Slot slot : m_plan.slotsToSend()) {
+        QJsonObject image = imagesOf(m_loader, {slot}, *m_images).first().toObject();
+        image.insert(QStringLiteral("sent"),
+                     m_loader.state.Sent[static_cast<std::size_t>(slot)].value().has_value());
+        images.append(image);
+    }
+    if (m_adapter.value(QStringLiteral("serial")).toString().isEmpty()) // it may have come late
+        m_adapter = adapterOf(m_output.place().port);
+    return {{QStringLiteral("report"), 1},
+            {QStringLiteral("version"), versionText()},
+            {QStringLiteral("begin"), m_begun},
+            {QStringLiteral("adapter"), m_adapter.value(QStringLiteral("adapter"))},
+            {QStringLiteral("serial"), m_adapter.value(QStringLiteral("serial"))},
+            {QStringLiteral("images"), images},
+            {QStringLiteral("pg_sibl"), m_loader.state.PgSiblVersion.value()},
+            {QStringLiteral("steps"), m_steps}};
 }
 
 /// The files that this run reads, now or in one of its steps.
@@ -146,7 +211,7 @@ void Session::beginRecords() {
     m_output.beginTranscript(inputs());
     if (!m_options.traceFile.isEmpty())
         m_tracedPorts.startTrace({m_options.traceFile, inputs()},
-                                 [this](const QString& why) { m_output.tell(why); });
+                                 [this](const QString& why) { m_output.tell(why, Severity::Warning); });
     m_recordsBegun = true;
 }
 
@@ -159,6 +224,13 @@ void Session::endTrace() {
 }
 
 void Session::announce() {
+    m_output.event("plan", {{QStringLiteral("com"), m_loader.controls.cmbComPort.selectedItemData()},
+                            {QStringLiteral("dry_run"), m_options.dryRun},
+                            {QStringLiteral("erase"), m_options.erase},
+                            {QStringLiteral("steps"), stepsToDo(m_options.steps)},
+                            {QStringLiteral("images"), imagesOf(m_loader, m_plan.slotsToSend(), *m_images)}});
+    m_output.recordMessage(
+        QStringLiteral("zrk-loader-cli %1, steps: %2").arg(versionText(), m_plan.stepsText()));
     const QStringList lines = m_options.dryRun ? QStringList() : m_plan.announcement();
     for (const QString& line : lines)
         m_output.notice(line);
@@ -189,7 +261,10 @@ ExitStatus Session::dryRun() {
         if (!valid)
             status = ExitStatus::Usage;
     }
-    if (const QString problem = recordsProblem(recordsOf(m_options), inputs()); !problem.isEmpty()) {
+    for (const QString& problem :
+         {recordsProblem(recordsOf(m_options), inputs()), Report::problem(m_options, inputs())}) {
+        if (problem.isEmpty())
+            continue;
         m_output.tell(problem);
         status = ExitStatus::Usage;
     }
@@ -220,6 +295,7 @@ ExitStatus Session::awaitPort() {
         tellRunLimit();
         return exitStatusOf(outcome);
     }
+    m_output.noteLimit(QStringLiteral("wait-port"));
     m_output.tell(QStringLiteral("--wait-port %1 ran out: %2")
                       .arg(secondsText(*m_options.limits.waitPort), m_loader.operation.failure()));
     return ExitStatus::PortNotOpened;
@@ -252,12 +328,16 @@ ExitStatus Session::runStep(std::size_t index) {
         call.facts->run({m_loader, m_output, m_options, call.argument, next, m_limitReached});
     const QString lineErrors = std::exchange(m_loader.state.LineErrorsText, {});
     if (!lineErrors.isEmpty())
-        m_output.tell(lineErrors);
+        m_output.tell(lineErrors, Severity::Warning);
     explain(status, *call.facts);
     const Ending end = ending(status, begin);
     m_output.detail(
         QStringLiteral("Step %1: %2 after %3 s").arg(m_step, end.reason).arg(end.seconds, 0, 'f', 3));
     m_output.stepEnds(end);
+    m_steps.append(QJsonObject{{QStringLiteral("step"), end.step},
+                               {QStringLiteral("argument"), call.argument},
+                               {QStringLiteral("seconds"), end.seconds},
+                               {QStringLiteral("status"), end.status}});
     return status;
 }
 
@@ -288,13 +368,24 @@ ExitStatus Session::letOutLastBytes() {
 }
 
 Ending Session::ending(ExitStatus status, EventLoop::TimePoint since) const {
-    return {static_cast<int>(status), reasonOf(status, m_loader.operation.outcome()), m_step,
-            std::chrono::duration<double>(m_loop.now() - since).count(), m_loader.state.BytesSentInAll};
+    Ending ending{
+        static_cast<int>(status),
+        reasonOf(status, m_loader.operation.outcome()),
+        m_step,
+        static_cast<double>(std::chrono::round<std::chrono::milliseconds>(m_loop.now() - since).count()) /
+            1000.0,
+        m_loader.state.BytesSentInAll - m_bytesBefore,
+        m_output.limit()};
+    ending.text = m_output.errors();
+    if (status == ExitStatus::Done || ending.text.isEmpty())
+        ending.text = m_options.dryRun ? QStringLiteral("Nothing was sent.") : closingText(ending);
+    return ending;
 }
 
 void Session::runOut() {
     m_runTimer->stop();
     m_limitReached = true;
+    m_output.noteLimit(QStringLiteral("timeout"));
     const QString doing = m_loader.controls.staStatus.FirstPanel;
     m_messages.answerSilently();
     m_question.withdraw();

@@ -16,6 +16,9 @@
 #include "machine/YesNoQuestion.h"
 #include "platform/ProgramFacts.h"
 
+#include <QJsonArray>
+#include <QJsonObject>
+
 namespace zrk {
 
 /// One board's run of the command line: a loader without a window, and the steps that it is put through, on
@@ -35,14 +38,26 @@ class Session {
     /// After prepare(): throws UsageError if these records cannot be kept.
     void requireRecords(const QList<PlannedRecord>& records) const;
 
-    /// Says what will be done and, after prepare(), carries out the steps up to the first that fails.
+    /// Says what will be done and, after prepare(), carries out the steps up to the first that fails. May be
+    /// called again for the next board. Yields.
     [[nodiscard]] Ending run();
+
+    /// Waits, yielding, for the power-on of the next board; `old`: see BoardWatch. Returns false if an
+    /// interrupt has ended the wait.
+    [[nodiscard]] bool awaitBoard(bool old);
+
+    /// What the report says of the board that run() was for, except its end.
+    [[nodiscard]] QJsonObject record();
+
+    [[nodiscard]] bool isInterrupted() const { return m_interruptedAt.has_value(); }
 
     /// The user wants an end; with `ended` nobody is there any more to be asked about it. A second call, not
     /// before a second later, also ends a power switch that the end waits for.
     void interrupt(bool ended);
 
   private:
+    void forgetBoard();
+    void startRunTimer();
     void presetSlots();
     void presetSlot(int slot, const QString& value);
     [[nodiscard]] bool readImages();
@@ -79,7 +94,12 @@ class Session {
     SentLines m_sent;
     Plan m_plan;
     std::unique_ptr<Timer> m_runTimer;
-    QString m_step; ///< the one that runs, or ran last
+    QString m_step;     ///< the one that runs, or ran last
+    QJsonArray m_steps; ///< what has come of them so far, for the report
+    QString m_begun;    ///< UTC
+    QJsonObject m_adapter;
+    qint64 m_bytesBefore = 0;
+    int m_boards = 0; ///< begun so far
     bool m_limitReached = false;
     std::optional<EventLoop::TimePoint> m_interruptedAt;
     bool m_recordsBegun = false;

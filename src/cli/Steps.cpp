@@ -73,9 +73,15 @@ bool StepRun::ranOut() const {
     return loader.operation.outcome() == Outcome::LimitReached && !limitReached;
 }
 
+void noteLimit(const StepRun& run, const char* limitOption) {
+    if (run.ranOut())
+        run.output.noteLimit(QString::fromLatin1(limitOption).remove(QStringLiteral("--")));
+}
+
 ExitStatus toldEnd(const StepRun& run, const char* limitOption) {
     const Outcome outcome = run.loader.operation.outcome();
     const QString failure = run.loader.operation.failure();
+    noteLimit(run, limitOption);
     if (!failure.isEmpty())
         run.output.tell(run.ranOut()
                             ? QStringLiteral("%1 ran out: %2").arg(QLatin1String(limitOption), failure)

@@ -29,6 +29,9 @@ struct StepRun {
     [[nodiscard]] bool ranOut() const;
 };
 
+/// Notes the option of this limit for the result, if a limit of its own ended the step.
+void noteLimit(const StepRun& run, const char* limitOption);
+
 /// Tells the failure of the last operation that no message box told, with the option whose limit ran out, and
 /// returns its status.
 ExitStatus toldEnd(const StepRun& run, const char* limitOption = "");

@@ -35,7 +35,8 @@ Operation::End TerminalBridge::join() {
                       .arg(port_messages::portName(number, m_loader.port.deviceName(number)),
                            input.isTerminal()
                                ? QStringLiteral("Ctrl-] ends it, every other key goes to the board")
-                               : QStringLiteral("ends behind the end of the input")));
+                               : QStringLiteral("ends behind the end of the input")),
+                  Severity::Notice);
     const auto look = m_loader.loop.wakeEvery(EventLoop::kLook);
     auto lastHeard = m_loader.loop.now();
     std::optional<EventLoop::TimePoint> ended; // the user has, or the input

@@ -1,10 +1,10 @@
 #include "cli/Transcript.h"
 
+#include "cli/TimeText.h"
 #include "cli/VisibleText.h"
 #include "files/PrintableText.h"
 #include "platform/RuntimeFailure.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 
@@ -24,8 +24,7 @@ QString linesOf(const QString& text, TextOrigin origin) {
 }
 
 QString lineStart(TextOrigin origin) {
-    return QDateTime::currentDateTime().toString(Qt::ISODateWithMs) +
-           (origin == TextOrigin::Board ? QLatin1String(" | ") : QLatin1String(" * "));
+    return localText() + (origin == TextOrigin::Board ? QLatin1String(" | ") : QLatin1String(" * "));
 }
 
 } // namespace

@@ -9,10 +9,10 @@
 
 namespace zrk {
 
-/// A file with all that a session printed. Each line begins with the time at which it began and with who says
-/// it: "*" is the program, "|" the board, whose control characters are signs. So the board cannot write a
-/// line of the program's; within one, the program shows single answers of the board. A disk that is full, or
-/// a board that has flooded the file, ends the transcript and nothing else.
+/// A file with all that a session printed. Each line begins with the local time at which it began, with its
+/// offset from UTC, and with who says it: "*" is the program, "|" the board, whose control characters are
+/// signs. So the board cannot write a line of the program's; within one, the program shows single answers of
+/// the board. A disk that is full, or a board that has flooded the file, ends the transcript and nothing else.
 class Transcript {
   public:
     explicit Transcript(QString path, qint64 longest = kLongestRecord);

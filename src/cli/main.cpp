@@ -1,6 +1,7 @@
 #include "cli/BoardRuns.h"
 #include "cli/Interrupts.h"
 #include "cli/OutputStreams.h"
+#include "cli/TimeText.h"
 #include "cli/UsageError.h"
 #include "cli/VisibleText.h"
 #include "loader/ThisProgram.h"
@@ -74,6 +75,7 @@ ExitStatus fail(ExitStatus status, const QString& text, bool json, OutputStreams
     if (json)
         printJson(streams,
                   {{QStringLiteral("event"), QStringLiteral("result")},
+                   {QStringLiteral("time"), zrk::utcText()},
                    {QStringLiteral("status"), static_cast<int>(status)},
                    {QStringLiteral("reason"), usage ? QStringLiteral("usage") : QStringLiteral("internal")},
                    {QStringLiteral("text"), text}});
@@ -97,13 +99,14 @@ ExitStatus runProgram(const QStringList& arguments, bool json, OutputStreams& st
     try {
         if (json)
             printJson(streams, {{QStringLiteral("event"), QStringLiteral("begin")},
-                                {QStringLiteral("schema"), 1},
+                                {QStringLiteral("time"), zrk::utcText()},
+                                {QStringLiteral("schema"), 2},
                                 {QStringLiteral("version"), zrk::versionText()}});
         auto options = zrk::parseCommandLine(arguments, zrk::versionText(),
                                              [&](const QByteArray& text) { streams.out(text); });
         if (!options)
             return ExitStatus::Done;
-        if (options->limits.run) {
+        if (options->limits.run && !options->repeat) { // else each board has its own
             options->runEnd = limit = Clock::now() + *options->limits.run;
             interrupts.endAfter(*limit, static_cast<int>(ExitStatus::NoAnswer));
         }

@@ -40,6 +40,8 @@ TEST_F(MachineFaults, OfStreamsAndEnvironmentSpoilNoBoard) {
         {R"(env -i ${TSAN_OPTIONS:+TSAN_OPTIONS="$TSAN_OPTIONS"} @)", 0, "Port: COM1"},
         {"cd / && HOME=/nonexistent TMPDIR=/nonexistent @", 0, "Port: COM1"},
         {"umask 777; @ --trace t", 0, "Port: COM1"},
+        {"ulimit -f 0; @ --report r", 1,
+         "--report r: The record of this board is missing: File too large.\n"},
         {"ulimit -f 1; @ --trace t", 0, "The trace t cannot be written: File too large."},
         {"ulimit -f 1; @ --log l", 0, ".log ends here: File too large. The run goes on."},
     };

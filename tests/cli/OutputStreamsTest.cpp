@@ -27,10 +27,12 @@ TEST(OutputStreams, LeaveOutProgressFirstAndNeverAResult) {
         EXPECT_EQ(error.readUntil("message\n"), "message\n") << "held up by the other stream's reader";
 
         const QByteArray kept = QByteArray(400, 'a') + QByteArray(500, 'b') + QByteArray(300, 'r');
-        const QByteArray event = "{\"event\":\"dropped\",\"events\":3}\n";
+        const QByteArray event = ",\"events\":3}\n";
         const QByteArray message =
             "Standard output: 203 bytes are left out, because the reader did not keep up.\n";
-        EXPECT_EQ(output.readUntil(json ? event : kept), json ? kept + event : kept);
+        const QByteArray read = output.readUntil(json ? event : kept);
+        EXPECT_TRUE(read == kept || (json && read.startsWith(kept + "{\"event\":\"dropped\",\"time\":\"")))
+            << read.toStdString();
         if (!json) {
             EXPECT_EQ(error.readUntil(message), "message\n" + message);
         }
@@ -51,8 +53,8 @@ TEST(OutputStreams, OfEventsKeepTheResult) {
     board.event("progress");
     board.event("wait");
     board.event("console", {{"text", QString(200, 'c')}});
-    board.result({.status = 5, .reason = {}, .step = {}});
-    const QByteArray read = output.readUntil("{\"event\":\"dropped\",\"events\":3}\n");
+    board.result({.status = 5, .reason = {}, .step = {}}, {});
+    const QByteArray read = output.readUntil(",\"events\":3}\n");
     EXPECT_TRUE(read.startsWith(QByteArray(201, 'a') + "{\"event\":\"result\"")) << read.toStdString();
 }
 

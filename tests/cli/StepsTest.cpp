@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -169,6 +170,8 @@ TEST_F(Steps, DryRunChecksAndSendsNothing) {
         {here + "--log /dev/null/x load", 2, "", "--log /dev/null/x: the folder cannot be made."},
         {here + "--trace /dev/null load", 2, "",
          "--trace: The trace /dev/null cannot be written: it is not a regular"},
+        {here + "--report /nonexistent/r load", 2, "",
+         "--report: The report /nonexistent/r cannot be written: No"},
         {here + "--trace /nonexistent/t load", 2, "", "cannot be written: No such file or directory."},
         {"-n --port " + images.file(".") + " --ini " + images.ini() + " load", 3, "it is not a serial port."},
     };
@@ -212,6 +215,7 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {"--json terminal", "goes neither with --json nor with several boards"},
         {"--progress some load", "--progress some: say auto, always or never"},
         {"--port " + line.device() + " load", "is given twice"},
+        {"--port a=/dev/null --port A=/dev/zero load", "--port A=/dev/zero: another board has that label"},
         {"--port " + other + " load", "/other is the device of --port /dev/"},
         {"download", "Nothing to download: name an image with --uboot"},
         {"--ini " + own + " load download", "none.ubt, which"},
@@ -223,6 +227,13 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {ini + "--trace " + images.ini() + " load",
          "cannot be written: the loader reads that file. Choose another file."},
         {ini + "--trace " + images.file("link") + " load", "cannot be written: it is a link."},
+        {ini + "--report " + images.ini() + " load", "cannot be written: this run reads that file."},
+        {ini + "--report /dev/null load", "The report /dev/null cannot be written: it is no regular file."},
+        {ini + "--report r --tag a load", "--tag a: give KEY=VALUE."},
+        {ini + "--tag a=b load", "--tag has no effect without --report."},
+        {ini + "--repeat start load", "--repeat needs load or flash as the first step on the port"},
+        {ini + "--repeat load start expect x",
+         "--repeat with the step expect needs --expect-timeout or --timeout"},
         {ini + "--com 1=/dev/null load", "--com 1=/dev/null has no effect: --port names the device."},
         {ini + kernel + "--without kernel download", "--without kernel contradicts --kernel."},
         {ini + "--without krnl load", "--without krnl: the images are primary, secondary, "},
@@ -306,39 +317,70 @@ QString typeName(const QJsonValue& value) {
     return value.isDouble() ? "number" : value.isArray() ? "array" : value.isBool() ? "boolean" : "string";
 }
 
+/// Adds "event.field" of the object, and of the objects in its arrays.
+void noteFields(const QString& event, const QJsonObject& object, const QMap<QString, QString>& documented,
+                QSet<QString>& seen) {
+    for (const QString& field : object.keys()) {
+        const QJsonValue value = object.value(field);
+        if (field == "event" || field == "time" || field == "label" || field == "port")
+            continue;
+        const QString name = event + '.' + field;
+        seen += name;
+        EXPECT_TRUE(value.isNull() || documented.value(name) == typeName(value)) << name.toStdString();
+        for (const QJsonValue& element : value.toArray()) {
+            if (element.isObject())
+                noteFields(field, element.toObject(), documented, seen);
+        }
+    }
+}
+
 TEST_F(Steps, PrintJsonAsTheDocumentHasIt) {
     const auto documented = documentedFields();
     ASSERT_GT(documented.size(), 20);
-    const BoardProcess board(kBoard + QString("--answer-delay 0.02"));
-    const QString runs[] = {
-        common(board) + "--line-rate 11520 -jv load start expect zrk> --start-timeout 600 "
-                        "--on-wait \"sleep 2\"", // so that there is a wait to report
-        common(board) + "-j load --port /nonexistent", "-qj", "-j ports --com 8=tcp:rack:2001"};
-    const char* reasons[] = {"done", "port not opened", "usage", "done"};
+    const BoardProcess board(kBoard + QString("--answer-delay 0.02 --version-text P1"));
+    const QString label = common(board).replace("--port ", "--port b1=") + "--line-rate 11520 -j ";
+    const struct {
+        QString arguments;
+        const char* reason;
+        const char* limit;
+        const char* text; // of the result
+    } runs[] = {
+        {label + "-v load start expect zrk> --start-timeout 600 --on-wait \"sleep 2\"", // a wait to report
+         "done", "", "Done in "},
+        {label + "flash", "done", "", "Done in "},
+        {label + "flash --dry-run", "done", "", "Nothing was sent."},
+        {label + "expect never --expect-timeout 0.1", "limit_reached", "expect-timeout",
+         "--expect-timeout ran out: \"never\" did not come within 0.1 s."},
+        {"-j --ini " + images.ini() + " --port /nonexistent load", "port_not_opened", "", "Error"},
+        {"-qj", "usage", "", "No step given"},
+        {"-j ports --com 8=tcp:rack:2001", "done", "", "Done in "},
+    };
     QSet<QString> seen;
-    for (std::size_t i = 0; i < std::size(runs); ++i) {
-        SCOPED_TRACE(runs[i].toStdString());
-        CliRun run(
-            QString(runs[i]).replace("--port " + board.device(), i == 1 ? "" : "--port " + board.device()));
+    static const QRegularExpression kTime("^20\\d\\d-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z$");
+    for (const auto& oneRun : runs) {
+        SCOPED_TRACE(oneRun.arguments.toStdString());
+        board.signal(SIGUSR1); // its power
+        CliRun run(oneRun.arguments);
         const int status = run.status();
         QJsonObject object;
         for (const QByteArray& line : run.output().trimmed().split('\n')) {
+            const bool isFirst = object.isEmpty();
             object = QJsonDocument::fromJson(line).object();
             const QString event = object.value("event").toString();
-            EXPECT_EQ(event == "begin", seen.isEmpty() || line.startsWith("{\"event\":\"begin\""));
-            for (const QString& field : object.keys()) {
-                if (field == "event")
-                    continue;
-                const QString name = event + '.' + field;
-                seen += name;
-                const QJsonValue value = object.value(field);
-                EXPECT_TRUE(value.isNull() || documented.value(name) == typeName(value))
-                    << line.toStdString();
+            EXPECT_EQ(event == "begin", isFirst);
+            EXPECT_TRUE(object.value("time").toString().contains(kTime)) << line.toStdString();
+            if (oneRun.arguments.contains("b1=") && !isFirst) {
+                EXPECT_EQ(object.value("label"), "b1") << line.toStdString();
+                EXPECT_EQ(object.value("port"), board.device()) << line.toStdString();
             }
+            noteFields(event, object, documented, seen);
         }
         EXPECT_EQ(object.value("event"), "result");
         EXPECT_EQ(object.value("status"), status);
-        EXPECT_EQ(object.value("reason"), reasons[i]);
+        EXPECT_EQ(object.value("reason"), oneRun.reason);
+        EXPECT_EQ(object.value("limit").toString(), oneRun.limit);
+        EXPECT_TRUE(object.value("text").toString().startsWith(oneRun.text))
+            << object.value("text").toString().toStdString();
     }
     QStringList missing;
     for (const QString& name : documented.keys())
@@ -353,11 +395,11 @@ TEST_F(Steps, RunSeveralBoardsOfWhichOneFails) {
     const QString log = images.file("log");
     const QString started = images.file("started");
     const QString command = "sh " + write("cycle", "echo $ZRK_PORT >> " + started.toLatin1());
-    CliRun run("--port " + bad.device() + " --port " + good.device() + " --ini " + images.ini() +
+    CliRun run("--port left-1=" + bad.device() + " --port " + good.device() + " --ini " + images.ini() +
                " --line-rate 0 --log " + log + " --on-wait \"" + command +
                "\" load start expect zrk> --start-timeout 600");
     EXPECT_EQ(run.status(), 5) << run.error().toStdString();
-    const QString names[] = {QFileInfo(good.device()).fileName(), QFileInfo(bad.device()).fileName()};
+    const QString names[] = {QFileInfo(good.device()).fileName(), "left-1"};
     for (const QByteArray& line : run.output().trimmed().split('\n'))
         EXPECT_TRUE(line.startsWith(names[0].toLatin1() + ": ") ||
                     line.startsWith(names[1].toLatin1() + ": "))

@@ -18,7 +18,8 @@ QString linesOf(const QString& path) {
     QFile file(path);
     EXPECT_TRUE(file.open(QIODevice::ReadOnly));
     return QString::fromUtf8(file.readAll())
-        .replace(QRegularExpression("^\\d{4}-\\d\\d-\\d\\dT[0-9:.]{12}", QRegularExpression::MultilineOption),
+        .replace(QRegularExpression("^\\d{4}-\\d\\d-\\d\\dT[0-9:.]{12}(Z|[+-]\\d\\d:\\d\\d)",
+                                    QRegularExpression::MultilineOption),
                  "@");
 }
 
