@@ -20,6 +20,7 @@ namespace zrk {
 namespace {
 
 constexpr int kTabColumns = 8;
+constexpr qsizetype kMostAsleep = 65'536; // characters, which are shown in no time
 
 /// Checks the glyphs: not every fixed-pitch font declares itself as one.
 bool isFixedPitch(const QFont& font) {
@@ -88,6 +89,22 @@ void ConsoleView::showAnew(const QString& text) {
 }
 
 void ConsoleView::follow(const QString& text, qsizetype removed, qsizetype added) {
+    if (!m_isAsleep)
+        return showEdit(text, removed, added);
+    const qsizetype takenBack = std::min(removed, m_addedAsleep);
+    m_removedAsleep += removed - takenBack;
+    m_addedAsleep += added - takenBack;
+    if (m_addedAsleep >= kMostAsleep)
+        showEdit(text, std::exchange(m_removedAsleep, 0), std::exchange(m_addedAsleep, 0));
+}
+
+void ConsoleView::setAsleep(bool asleep, const QString& text) {
+    m_isAsleep = asleep;
+    if (!asleep && m_removedAsleep + m_addedAsleep > 0)
+        showEdit(text, std::exchange(m_removedAsleep, 0), std::exchange(m_addedAsleep, 0));
+}
+
+void ConsoleView::showEdit(const QString& text, qsizetype removed, qsizetype added) {
     {
         const QScopedValueRollback following(m_isFollowing, true);
         const bool selects = textCursor().hasSelection() || m_isPressed;
@@ -147,6 +164,8 @@ void ConsoleView::placeCaret() {
 void ConsoleView::clearView() {
     const QScopedValueRollback following(m_isFollowing, true);
     m_display = {};
+    m_removedAsleep = 0;
+    m_addedAsleep = 0;
     QTextDocument* old = document();
     beginDocument();
     old->disconnect(this);

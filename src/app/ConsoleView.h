@@ -35,6 +35,10 @@ class ConsoleView : public QPlainTextEdit {
     /// its text, as far as that was not removed, and does not grow.
     void follow(const QString& text, qsizetype removed, qsizetype added);
 
+    /// Lets edits wait, in batches, while the view is hidden, since each costs a layout; or shows those of
+    /// `text` that have waited.
+    void setAsleep(bool asleep, const QString& text);
+
     /// Shows this text instead of the present one.
     void showAnew(const QString& text);
 
@@ -84,6 +88,7 @@ class ConsoleView : public QPlainTextEdit {
     [[nodiscard]] bool keysGoToBoard() const { return m_keysGoToBoard && m_keysGoToBoard(); }
     [[nodiscard]] bool viewStands() const { return isHeld() || m_isPressed; }
     [[nodiscard]] bool handleViewKey(const QKeyEvent& event);
+    void showEdit(const QString& text, qsizetype removed, qsizetype added);
     int write(const ConsoleDisplay::Edit& edit);
     void select(int anchor, int position);
     void goToEnd();
@@ -95,10 +100,13 @@ class ConsoleView : public QPlainTextEdit {
     ConsoleDisplay m_display;
     ConsoleLayout* m_layout = nullptr; ///< of the present document
     bool m_isFollowing = false;        ///< the change is our own
-    bool m_isHeld = false;             ///< by the switch
-    bool m_isScrolledUp = false;       ///< by the user
-    bool m_isPressed = false;          ///< the mouse button that selects is down in the text
-    bool m_hasMore = false;            ///< text has come since
+    bool m_isAsleep = false;
+    qsizetype m_removedAsleep = 0; ///< characters of the text shown
+    qsizetype m_addedAsleep = 0;
+    bool m_isHeld = false;       ///< by the switch
+    bool m_isScrolledUp = false; ///< by the user
+    bool m_isPressed = false;    ///< the mouse button that selects is down in the text
+    bool m_hasMore = false;      ///< text has come since
     std::function<bool()> m_keysGoToBoard;
     std::function<bool()> m_stopPaste;
     QMenu* m_pasteMenu = nullptr;

@@ -75,6 +75,21 @@ TEST_F(Screen, BothViewsGetTheSameBytesAndTheScreenBeginsFreshWithThePort) {
     EXPECT_EQ(port.written, "");
 }
 
+TEST_F(Screen, TheTextIsWholeWhenItIsShownAgain) {
+    say("before");
+    showScreen();
+    say("\b\b ab");
+    say("\bX\r\n");
+    say(QByteArray(70'000, 'y'));
+    say("\bend");
+    showScreen();
+    const QString whole = loader.controls.txtStatus.text();
+    zrk::ConsoleView fresh;
+    fresh.showAnew(whole);
+    EXPECT_EQ(text->toPlainText(), fresh.toPlainText());
+    EXPECT_TRUE(whole.contains("aX\r\nyyy") && whole.endsWith("yend"));
+}
+
 TEST_F(Screen, SaysOnceThatItExists) {
     say("plain");
     EXPECT_FALSE(panel().contains("Screen"));

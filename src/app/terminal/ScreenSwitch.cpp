@@ -101,6 +101,7 @@ void ScreenSwitch::show(bool screen) {
     const bool hasFocus = m_widgets.txtStatus->hasFocus() || m_widgets.scrStatus->hasFocus();
     m_widgets.scrStatus->setVisible(screen);
     m_widgets.txtStatus->setVisible(!screen);
+    m_widgets.txtStatus->setAsleep(screen, m_loader.controls.txtStatus.text());
     m_widgets.consoleTools->followShownView();
     if (screen)
         m_loader.state.Remark = m_loader.state.Remark.remove(kScreenHint).trimmed();
