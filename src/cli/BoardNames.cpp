@@ -15,7 +15,7 @@ QString fitForFiles(QString text) {
     return text.replace(kUnfit, QStringLiteral("_"));
 }
 
-/// The names that a device can have here, the shortest first.
+/// Returns the names that a device can have here, the shortest first.
 QStringList namesFor(const QString& device) {
     static const QRegularExpression kById(
         QStringLiteral("^usb-(?<all>.*?_?(?<last>[^_]*))-(?<part>if[0-9a-fA-F]{2}(-port[0-9]+)?)$"));

@@ -8,7 +8,7 @@ namespace zrk {
 
 /// A value of --port: "LABEL=DEVICE" or "DEVICE".
 struct NamedPort {
-    QString label; ///< "" for none
+    QString label; ///< "" without one
     QString device;
 };
 
@@ -17,8 +17,8 @@ struct NamedPort {
 /// letters, digits, ".", "_" and "-", or with more than 32.
 [[nodiscard]] NamedPort readNamedPort(const QString& value);
 
-/// A name for each board, for lines and files: its label, or else the shortest form of its device that no
-/// other board of the run has. Upper and lower case do not make a difference, since files are named so.
+/// Returns a name for each board, for lines and files: its label, or else the shortest form of its device
+/// that no other board of the run has. Ignores letter case, since files are named so.
 [[nodiscard]] QStringList boardNames(const QList<NamedPort>& ports);
 
 } // namespace zrk

@@ -23,7 +23,7 @@
 namespace zrk {
 namespace {
 
-/// What is wrong for all boards is told once, and before any of them hears anything.
+/// Checks for all boards at once, and before any of them gets data, what would be wrong with all.
 void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& printer, EventLoop& loop,
                      const std::shared_ptr<ImageStore>& images, const QList<PlannedRecord>& records) {
     options.program.ports.insert_or_assign(1, options.ports.first());
@@ -33,8 +33,7 @@ void requireWorkable(CliOptions options, const ProgramFacts& facts, Printer& pri
     session.requireRecords(records);
 }
 
-/// A port's name as that of a file. Windows opens the port itself under its name, whatever suffix is behind
-/// it.
+/// Makes a file's name from a port's. Windows would open the port itself under its name, whatever the suffix.
 QString transcriptOf(const QString& name) {
 #ifdef Q_OS_WIN
     static const QRegularExpression kDevice(QStringLiteral("^(COM[0-9]+|LPT[0-9]+|CON|PRN|AUX|NUL)$"),
@@ -45,7 +44,7 @@ QString transcriptOf(const QString& name) {
     return name + QStringLiteral(".log");
 }
 
-/// "rack.trace" becomes "rack-ttyUSB0.trace": each board has a file of its own.
+/// Returns a file for each board: "rack.trace" becomes "rack-ttyUSB0.trace".
 QString traceOf(const QString& file, const QString& name) {
     if (file.isEmpty())
         return file;
@@ -54,7 +53,7 @@ QString traceOf(const QString& file, const QString& name) {
     return info.dir().filePath(info.completeBaseName() + QLatin1Char('-') + name + suffix);
 }
 
-/// Gives a board files of its own. A dry run keeps no records, and says whether a run could.
+/// Gives a board files of its own. A dry run keeps no records, and prints whether a run could.
 void nameRecords(CliOptions& options, const QString& name) {
     if (!options.logFolder.isEmpty())
         options.transcriptFile = QDir(options.logFolder).filePath(transcriptOf(name));
@@ -67,7 +66,7 @@ void keepTranscript(Output& output, const CliOptions& options) {
         output.keepTranscript(options.transcriptFile);
 }
 
-/// The records of all boards, which must be fit before any board hears anything.
+/// Checks the records of all boards before any board gets data.
 QList<PlannedRecord> allRecords(const CliOptions& options, const QStringList& names) {
     QList<PlannedRecord> records;
     for (const QString& name : names) {
@@ -78,7 +77,7 @@ QList<PlannedRecord> allRecords(const CliOptions& options, const QStringList& na
     return options.dryRun ? QList<PlannedRecord>() : records;
 }
 
-/// One board of several.
+/// The run of one board of several.
 class BoardRun {
   public:
     BoardRun(const CliOptions& options, const ProgramFacts& facts, Printer& printer, std::size_t row,
@@ -114,12 +113,12 @@ class BoardRun {
             m_thread.join();
     }
 
-    /// Safe from any thread.
+    /// Any thread may call it.
     void interrupt(Interrupts::Request request) {
         const std::scoped_lock lock(m_mutex);
         if (m_session != nullptr)
             m_loop->post([session = m_session, request = std::move(request)]() mutable {
-                request.reset(); // heard
+                request.reset(); // taken
                 session->interrupt(true);
             });
         m_interrupted = true;
@@ -147,8 +146,8 @@ class BoardRun {
         }
     }
 
-    /// As long as it lives, the session can be interrupted; what was on its way then is dropped with the
-    /// loop.
+    /// A registration: as long as it exists, the session can be interrupted; what was on its way then is
+    /// dropped with the loop.
     struct Reachable {
         Reachable(BoardRun& run, EventLoop& loop, Session& session) : m_run(run) {
             const std::scoped_lock lock(m_run.m_mutex);
@@ -179,7 +178,7 @@ class BoardRun {
     std::jthread m_thread;
 };
 
-/// The event loops end the program if they cannot have their files, and with it what all boards are doing.
+/// Event loops without files end the program, and with it the operations of all boards.
 void requireOpenFiles(qsizetype boards) {
     // Port, loop, driver, records, and a power switch that is being started.
     constexpr std::uint64_t kOfABoard = 24;
@@ -209,7 +208,7 @@ QString rowOf(const PortRun& run, bool repeats) {
              ending.status == 0 || ending.step.isEmpty() ? QString() : QStringLiteral(" in ") + ending.step);
 }
 
-/// A row for each port.
+/// Returns a row for each port.
 void printTable(const QList<std::pair<QString, const PortRun*>>& runs, bool repeats, Printer& printer) {
     if (printer.style().json)
         return;
@@ -233,7 +232,7 @@ int runOne(CliOptions options, const ProgramFacts& facts, Printer& printer, Inte
     Session* running = nullptr;
     const Interrupts::InLoop heard(interrupts, loop, [&running](Interrupts::Request request) {
         const bool isEnd = request->isEnd;
-        request.reset(); // heard, however long a question to the user takes
+        request.reset(); // taken, however long a question to the user takes
         if (running != nullptr)
             running->interrupt(isEnd);
     });
@@ -259,7 +258,7 @@ int runMany(const CliOptions& options, const ProgramFacts& facts, Printer& print
     requireWorkable(options, facts, printer, loop, images, allRecords(options, options.names));
     std::atomic<std::size_t> left = 0; // outlives the threads that count it
     std::vector<std::unique_ptr<BoardRun>> runs;
-    // One answer could not be for all of the boards, and a question for each would stop the others' display.
+    // One answer could not be for all boards, and a question for each would stop the others' display.
     const Interrupts::InLoop heard(interrupts, loop, [&runs](const Interrupts::Request& request) {
         for (const auto& run : runs)
             run->interrupt(request);

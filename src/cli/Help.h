@@ -23,8 +23,8 @@ inline constexpr const char* kPortSteps = "*";
 
 enum class HelpPage { First, All };
 
-/// The text of --help, no wider than a terminal. The first page is for one screen; the other has all steps
-/// and options, the exit statuses, and examples.
+/// Returns the text of --help, no wider than a terminal. The first page is for one screen; the other has all
+/// steps and options, the exit statuses, and examples.
 [[nodiscard]] QString helpText(HelpPage page);
 
 } // namespace zrk

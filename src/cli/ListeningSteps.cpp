@@ -13,7 +13,7 @@
 namespace zrk {
 namespace {
 
-/// A text that did not come in time is told apart from a board that never answered a protocol.
+/// Distinguishes a text that did not come in time from a board that never answered a protocol.
 ExitStatus notSeen(const StepRun& run, ExitStatus status) {
     return run.ranOut() ? ExitStatus::NotSeen : status;
 }
@@ -22,7 +22,7 @@ ExitStatus notSeen(const StepRun& run, ExitStatus status) {
 
 void requireText(const Plan& /*plan*/, const QString& argument) {
     if (argument.isEmpty())
-        throw UsageError(QStringLiteral("The step expect needs a TEXT that is not empty."));
+        throw UsageError(QStringLiteral("expect: TEXT must not be empty."));
 }
 
 ExitStatus expect(const StepRun& run) {
@@ -33,7 +33,7 @@ ExitStatus expect(const StepRun& run) {
         run.argument.toLocal8Bit(), run.options.limits.expect,
         [&run](const QByteArray& heard) {
             run.output.board(heard);
-            if (run.output.printer().wasLost()) // nobody reads it any more
+            if (run.output.printer().wasLost()) // it has no reader
                 run.loader.state.requestStop(Outcome::Internal);
         },
         unwanted);
@@ -54,7 +54,7 @@ void requireScript(const Plan& /*plan*/, const QString& argument) {
 ExitStatus script(const StepRun& run) {
     Loader& loader = run.loader;
     if (!loader.state.TerminalMode || !loader.port.isOpen()) {
-        // What the program has said already is for the script's first wait.
+        // Output that the program has sent already is for the script's first wait.
         loader.listener.openPort({});
         if (loader.operation.outcome() != Outcome::Done)
             return toldEnd(run);
@@ -65,7 +65,7 @@ ExitStatus script(const StepRun& run) {
     loader.script.runScript(run.argument, run.options.limits.script);
     const ExitStatus status = notSeen(run, exitStatusOf(loader.operation.outcome()));
     noteLimit(run, "--script-timeout");
-    if (status != ExitStatus::Done && !loader.state.Remark.isEmpty()) // which line it was, and why
+    if (status != ExitStatus::Done && !loader.state.Remark.isEmpty()) // names the line and the reason
         run.output.tell(
             (status == ExitStatus::NotSeen ? QStringLiteral("--script-timeout ran out: ") : QString()) +
             loader.state.Remark);
@@ -80,13 +80,12 @@ void requireVerify(const Plan& plan, const QString& argument) {
                            "and %n for the bytes, for example \"crc32 %a %n\".")
                 .arg(argument));
     if (!(plan.hasBefore("load") && plan.isSelected(kSecondaryExecutable)) && !plan.hasBefore("download"))
-        throw UsageError(
-            QStringLiteral("The step verify compares what the steps load and download in front of it have "
-                           "sent into SDRAM; here they send nothing."));
+        throw UsageError(QStringLiteral("verify compares what the steps load and download before it have "
+                                        "sent into SDRAM; here they send nothing."));
     // The primary boot would take the command's letters for its own commands.
     if (!plan.hasBefore("start") && !plan.hasBefore("script") && !plan.hasBefore("terminal"))
-        throw UsageError(QStringLiteral("The step verify types at the prompt of a program, and no step in "
-                                        "front of it starts one: put start and expect PROMPT there."));
+        throw UsageError(QStringLiteral("verify types at the prompt of a program, and no step "
+                                        "before it starts one: put start and expect PROMPT there."));
 }
 
 ExitStatus verify(const StepRun& run) {

@@ -6,7 +6,7 @@
 namespace zrk {
 
 Answer MessageLines::show(const MessageBox& box) {
-    // The title "Error" says nothing that "Error communicating with COM1" does not.
+    // The title "Error" adds nothing to "Error communicating with COM1".
     const bool titled = !box.title.isEmpty() && !box.prompt.startsWith(box.title);
     const QString text = titled ? box.title + QStringLiteral(": ") + box.prompt : box.prompt;
     if (box.buttons == MessageButtons::Ok) {
@@ -15,7 +15,7 @@ Answer MessageLines::show(const MessageBox& box) {
     }
     if (!m_mayAsk || !m_question.isPossible()) {
         if (!m_isSilent)
-            m_output.tell(text + QStringLiteral(" Yes (nobody to ask)"), Severity::Warning);
+            m_output.tell(text + QStringLiteral(" Yes (no terminal to ask on)"), Severity::Warning);
         return Answer::Yes;
     }
     m_output.ask(text);

@@ -8,18 +8,18 @@ namespace zrk {
 class Output;
 class YesNoQuestion;
 
-/// Message boxes as lines on standard error. A question is asked on the terminal; where there is none
-/// the answer is Yes.
+/// Message boxes as lines on standard error. A question is asked on the terminal; without one the answer is
+/// Yes.
 class MessageLines final : public MessageBoxes {
   public:
     MessageLines(Output& output, YesNoQuestion& question) : m_output(output), m_question(question) {}
 
     Answer show(const MessageBox& box) override;
 
-    /// From now on every question counts as answered with Yes.
+    /// Answers every question with Yes from now on.
     void stopAsking() { m_mayAsk = false; }
 
-    /// The same, and no question is printed any more: a limit has answered it.
+    /// Does the same, and prints no further question: a limit has answered it.
     void answerSilently() {
         m_mayAsk = false;
         m_isSilent = true;
@@ -31,7 +31,7 @@ class MessageLines final : public MessageBoxes {
         m_isSilent = false;
     }
 
-    /// True while a question is open, whose line nothing may write over.
+    /// Returns true while a question is open, whose line must not be overwritten.
     [[nodiscard]] bool isAsking() const { return m_asking; }
 
   private:
@@ -42,7 +42,7 @@ class MessageLines final : public MessageBoxes {
     bool m_asking = false;
 };
 
-/// Nobody is there to choose a file.
+/// A file dialog that is always cancelled, since the command line has none.
 class NoFileDialog final : public FileDialog {
   public:
     [[nodiscard]] QString openFile(const FileRequest& /*request*/) override { return {}; }

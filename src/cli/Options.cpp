@@ -28,7 +28,7 @@ void addOptions(QCommandLineParser& parser) {
     }
 }
 
-/// What an option is for, if none of the steps uses it; "" if one does.
+/// Returns what an option is for, if none of the steps uses it; "" if one does.
 QString missingUseOf(const OptionFacts& option, const StepList& steps) {
     const auto slot = std::find_if(kSlots.begin(), kSlots.end(), [&option](const SlotFacts& facts) {
         return std::string_view(facts.option) == option.name;
@@ -54,7 +54,7 @@ QString missingUseOf(const OptionFacts& option, const StepList& steps) {
     return users.join(QStringLiteral(" or "));
 }
 
-/// An option without effect is a step that was forgotten, or another one that was meant.
+/// Refuses an option without effect: a step was forgotten, or another option was meant.
 void refuseUnused(const QCommandLineParser& parser, const StepList& steps) {
     for (const OptionFacts& option : allOptions()) {
         const QString use = parser.isSet(text(option.name)) ? missingUseOf(option, steps) : QString();
@@ -65,7 +65,7 @@ void refuseUnused(const QCommandLineParser& parser, const StepList& steps) {
     }
 }
 
-/// Only one of several devices would be used.
+/// Refuses more than one device if only one would be used.
 void refuseUnusedDevices(const QCommandLineParser& parser, const CliOptions& options) {
     const QStringList values = parser.values(QStringLiteral("com"));
     const auto usesPort = [](const StepCall& step) { return step.facts->usesPort; };
@@ -125,13 +125,13 @@ QList<NamedPort> readNamedPorts(const QCommandLineParser& parser) {
     return ports;
 }
 
-/// The device of the last --port; an empty value is rejected.
+/// Returns the device of the last --port; an empty value is rejected.
 QString portDevice(const QCommandLineParser& parser, const QList<NamedPort>& ports) {
     (void)givenValue(parser, QStringLiteral("port"));
     return ports.isEmpty() ? QString() : ports.constLast().device;
 }
 
-/// Several ports are several boards; the device of one may be given in one way only.
+/// Reads the ports: several ports mean several boards; the device of one may be given in one way only.
 void readPorts(const QList<NamedPort>& ports, CliOptions& options) {
     const int other = options.program.ports.empty() ? 1 : options.program.ports.rbegin()->first;
     if (!ports.isEmpty() && other != 1)
@@ -155,7 +155,7 @@ void readPorts(const QList<NamedPort>& ports, CliOptions& options) {
     }
 }
 
-/// What the boards are called; one without --port after its device.
+/// Returns the names of the boards; one without --port is named after its device.
 void nameBoards(QList<NamedPort> ports, CliOptions& options) {
     const int number = options.program.portNumber;
     const QString device = PortNames(options.program.ports).device(number);
@@ -165,7 +165,7 @@ void nameBoards(QList<NamedPort> ports, CliOptions& options) {
     options.namesLines = ports.size() > 1 || !ports.constFirst().label.isEmpty();
 }
 
-/// The seconds of "90", "1.5", "90s", "5m" or "2h"; nothing for any other text.
+/// Returns the seconds of "90", "1.5", "90s", "5m" or "2h"; nothing for any other text.
 std::optional<double> secondsOf(QString value) {
     double unit = 1.0;
     for (const auto& [letter, seconds] : {std::pair{'s', 1.0}, {'m', 60.0}, {'h', 3600.0}}) {
@@ -219,17 +219,17 @@ PrintStyle readStyle(const QCommandLineParser& parser) {
     else if (progress == QLatin1String("never"))
         style.progress = PrintStyle::Progress::Never;
     else if (parser.isSet(QStringLiteral("progress")) && progress != QLatin1String("auto"))
-        throw UsageError(QStringLiteral("--progress %1: say auto, always or never.").arg(progress));
+        throw UsageError(QStringLiteral("--progress %1: expected auto, always or never.").arg(progress));
     return style;
 }
 
-/// A line of the port that is held while it is open. A raw port on the network has none.
+/// Reads a line of the port that is held while it is open. A raw port on the network has none.
 std::optional<bool> readLine(const QCommandLineParser& parser, const char* name, const CliOptions& options) {
     if (!parser.isSet(text(name)))
         return {};
     const QString value = parser.value(text(name));
     if (value != QLatin1String("on") && value != QLatin1String("off"))
-        throw UsageError(QStringLiteral("--%1 %2: say on or off.").arg(text(name), value));
+        throw UsageError(QStringLiteral("--%1 %2: expected on or off.").arg(text(name), value));
     const QString own = PortNames(options.program.ports).device(options.program.portNumber);
     for (const QString& device : options.ports.isEmpty() ? QStringList(own) : options.ports) {
         if (device.startsWith(QLatin1String("tcp:"), Qt::CaseInsensitive))
@@ -240,7 +240,7 @@ std::optional<bool> readLine(const QCommandLineParser& parser, const char* name,
     return value == QLatin1String("on");
 }
 
-/// The command itself is the shell's: only that knows what it means.
+/// Checks little of the command: only the shell knows what it means.
 void requireCommand(const QCommandLineParser& parser, const QString& command) {
     const bool isSet = parser.isSet(QStringLiteral("on-wait"));
     if (isSet && command.trimmed().isEmpty())
@@ -251,7 +251,7 @@ void requireCommand(const QCommandLineParser& parser, const QString& command) {
                            "that option, or leave this one out."));
 }
 
-/// The list of ports is no part of what is done to a board.
+/// Lets `ports` stand alone, since it does nothing to a board.
 void refuseMixedPorts(const StepList& steps) {
     const auto alone = std::find_if(steps.cbegin(), steps.cend(),
                                     [](const StepCall& step) { return step.facts->standsAlone; });
@@ -264,8 +264,8 @@ void refuseMixedTerminal(const CliOptions& options) {
     for (const StepCall& step : options.steps) {
         if (step.facts->ownsStreams && (options.style.json || options.ports.size() > 1))
             throw UsageError(
-                QStringLiteral("The step %1 takes standard input and output for itself: it goes neither "
-                               "with --json nor with several boards.")
+                QStringLiteral("The step %1 needs standard input and output for itself: leave out "
+                               "--json, and give one board only.")
                     .arg(text(step.facts->name)));
     }
 }
@@ -284,7 +284,7 @@ void readReport(const QCommandLineParser& parser, CliOptions& options) {
         throw UsageError(QStringLiteral("--tag has no effect without --report."));
 }
 
-/// A board that is pulled out in the middle would hold up its port for ever.
+/// Requires a limit: a board that is pulled out in the middle would hold up its port for ever.
 QString missingLimit(const StepFacts& step, const Limits& limits) {
     const std::string_view name(step.name);
     if (limits.run)
@@ -308,7 +308,7 @@ void checkRepeat(const CliOptions& options) {
     for (const StepCall& step : options.steps) {
         if (step.facts->ownsStreams)
             throw UsageError(
-                QStringLiteral("--repeat does not go with the step %1.").arg(text(step.facts->name)));
+                QStringLiteral("--repeat cannot be used with the step %1.").arg(text(step.facts->name)));
         const QString option = missingLimit(*step.facts, options.limits);
         if (!option.isEmpty())
             throw UsageError(
@@ -322,7 +322,7 @@ CliOptions read(const QCommandLineParser& parser) {
     CliOptions options;
     options.steps = stepsOf(parser.positionalArguments());
     if (options.steps.empty())
-        throw UsageError(QStringLiteral("No step given: say %1.").arg(stepNames(QStringLiteral("or"))));
+        throw UsageError(QStringLiteral("No step given: expected %1.").arg(stepNames(QStringLiteral("or"))));
     try {
         const QList<NamedPort> ports = readNamedPorts(parser);
         options.program = readProgramOptions(parser, portDevice(parser, ports));

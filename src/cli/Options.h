@@ -17,7 +17,7 @@
 
 namespace zrk {
 
-/// How long what may take; nothing for "as long as it takes".
+/// The time limits of a run; empty for no limit.
 struct Limits {
     using Limit = std::optional<std::chrono::milliseconds>;
 
@@ -31,17 +31,17 @@ struct Limits {
     std::chrono::milliseconds onWait{PowerSwitch::kLimit}; ///< for the command that switches the power
 };
 
-/// What was asked for on the command line.
+/// The options and steps of the command line.
 struct CliOptions {
     StepList steps;
     ProgramOptions program;
     QStringList ports;       ///< the devices of several boards; empty for one, which `program` names
     QStringList names;       ///< what lines and files call the boards
     bool namesLines = false; ///< of one board, too, since it has a label
-    std::array<QString, kSlotCount> slotValues; ///< "FILE[,ADDRESS]", empty where not given
-    std::array<bool, kSlotCount> leftOut{};     ///< images of the INI file that do not count
+    std::array<QString, kSlotCount> slotValues; ///< "FILE[,ADDRESS]", empty if not given
+    std::array<bool, kSlotCount> leftOut{};     ///< images of the INI file to leave out
     Limits limits;
-    /// The end that limits.run sets, from the program's start.
+    /// The end of limits.run, counted from the program's start.
     std::optional<std::chrono::steady_clock::time_point> runEnd = {};
     PrintStyle style;
     QString onWait;               ///< a shell command, run when a board's power-on is awaited; "": none
@@ -58,11 +58,11 @@ struct CliOptions {
     bool dryRun = false;
 };
 
-/// The long option that fills a slot, for example "--primary".
+/// Returns the long option that fills a slot, for example "--primary".
 [[nodiscard]] QString slotOption(int slot);
 
-/// Reads the arguments, the first of which is the program. Throws UsageError. With `--help` or
-/// `--version` it prints the text and returns nothing.
+/// Reads the arguments, the first of which is the program. Throws UsageError. With `--help` or `--version` it
+/// prints the text and returns nothing.
 [[nodiscard]] std::optional<CliOptions> parseCommandLine(const QStringList& arguments, const QString& version,
                                                          const std::function<void(const QByteArray&)>& print);
 

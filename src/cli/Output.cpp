@@ -61,7 +61,7 @@ Output::~Output() {
     finishLine();
 }
 
-/// Of several boards the last piece of a line has been held back until now.
+/// Prints the last piece of a line, which several boards hold back until now.
 void Output::finishLine() {
     if (!m_place.name.isEmpty() && !m_unfinished.isEmpty())
         m_printer.out(named(std::exchange(m_unfinished, {})));
@@ -112,7 +112,7 @@ void Output::console(const QString& text, TextOrigin origin) {
     record(text, origin);
     if (isJson())
         return event("console", {{QStringLiteral("text"), text}});
-    // The NUL that a cancelled wait echoes would make a log file count as binary.
+    // The NUL that a cancelled wait echoes would make a log file binary.
     QString shown = text;
     shown.remove(QChar(u'\0'));
     put(systemLines(m_printer.outputIsTerminal() ? withVisibleControls(shown) : shown));
@@ -197,7 +197,7 @@ qsizetype Output::progressColumns() const {
     return beside >= kLeastForProgress ? beside : all;
 }
 
-/// A long name must not take the room of the progress.
+/// Cuts a long name, which must not take the room of the progress.
 QString Output::progressName() const {
     constexpr qsizetype kLeast = 4;
     const qsizetype room = m_printer.columns() / 3;
@@ -217,7 +217,7 @@ void Output::clearProgress() {
 void Output::event(const char* name, QJsonObject fields) {
     if (!isJson())
         return;
-    // The order of the fields is the reader's: what it is and when, then the rest.
+    // The order of the fields is for the reader: event and time, then the rest.
     const QByteArray line =
         QByteArray("{\"event\":\"") + name + "\",\"time\":\"" + utcText().toLatin1() + "\",";
     fields.insert(QStringLiteral("label"), m_place.label);

@@ -11,7 +11,7 @@
 
 namespace zrk {
 
-/// What a step or a run came to.
+/// The result of a step or a run.
 struct Ending {
     int status = 0;
     QString reason;
@@ -22,29 +22,29 @@ struct Ending {
     QString text = {};  ///< the errors in one line; of a good run what was done
 };
 
-/// The end in one line: "Done in 9.1 s: 53248 bytes sent."
+/// Returns the end in one line: "Done in 9.1 s: 53248 bytes sent."
 [[nodiscard]] QString closingText(const Ending& ending);
 
-/// The boards of one port that have ended.
+/// Counts of the boards of one port that have ended.
 struct Tally {
     int good = 0;
     int bad = 0;
 };
 
-/// How much a message matters.
+/// The importance of a message.
 enum class Severity { Error, Warning, Notice, Detail };
 
-/// The one place where a session prints: the console's text and the board's on standard output, all else on
-/// standard error, or all of it as JSON. With several boards every line begins with the board's name, and
-/// lines never mix.
+/// The one output of a session: the console's text and the board's on standard output, all else on standard
+/// error, or all of it as JSON. With several boards every line begins with the board's name, and lines never
+/// mix.
 class Output {
   public:
-    /// One of several sessions: its row among them, its name in front of lines, and its port.
+    /// The place of one of several sessions: its row, its name in front of lines, and its port.
     struct Place {
         std::size_t row = 0;
-        QString name; ///< "" where lines go without, as those of one board without a label
+        QString name; ///< "" for lines without a name, as those of one board without a label
         QString port;
-        QString label; ///< what events call it
+        QString label; ///< its name in events
     };
 
     Output(Printer& printer, Place place) : m_printer(printer), m_place(std::move(place)) {}
@@ -60,22 +60,22 @@ class Output {
     void keepTranscript(const QString& path) { m_transcript.emplace(path); }
     void beginTranscript(const QStringList& inputs);
 
-    /// A piece of the console's text, or of a list; CR LF becomes the system's line end.
+    /// Prints a piece of the console's text, or of a list; CR LF becomes the system's line end.
     void console(const QString& text, TextOrigin origin = TextOrigin::Loader);
 
-    /// Bytes of the board, as they are; on a terminal its control characters are made visible.
+    /// Prints bytes of the board, as they are; on a terminal its control characters are made visible.
     void board(const QByteArray& bytes);
 
-    /// Bytes of the board for a user who has asked for a raw terminal.
+    /// Prints bytes of the board for a user who has asked for a raw terminal.
     void raw(const QByteArray& bytes);
 
-    /// A line on standard error; CR LF in it becomes the system's line end. A notice of a quiet run goes only
-    /// to the transcript, a detail only to a verbose run. Errors are kept for the end of the run.
+    /// Prints a line on standard error; CR LF in it becomes the system's line end. A notice of a quiet run
+    /// goes only to the transcript, a detail only to a verbose run. Errors are kept for the end of the run.
     void tell(const QString& text, Severity severity = Severity::Error);
     void notice(const QString& text);
     void detail(const QString& text);
 
-    /// A line of the transcript alone.
+    /// Prints a line in the transcript alone.
     void recordMessage(const QString& text);
 
     /// Forgets the errors and the limit of the board before.
@@ -87,24 +87,24 @@ class Output {
             m_limit = option;
     }
     [[nodiscard]] const QString& limit() const { return m_limit; }
-    /// The errors since beginBoard(), in one line.
+    /// Returns the errors since beginBoard(), in one line.
     [[nodiscard]] QString errors() const { return m_errors.join(QLatin1Char(' ')); }
 
-    /// A question that is answered on the same line of the terminal.
+    /// Prints a question that is answered on the same line of the terminal.
     void ask(const QString& text);
 
-    /// Shows this progress over the last one, behind the unfinished line of the console if that is on the
-    /// same terminal and leaves room; where progress cannot be overwritten it is a line of its own.
+    /// Shows this progress instead of the last one, after the unfinished line of the console if that is on
+    /// the same terminal and leaves room; where progress cannot be overwritten it is a line of its own.
     void progress(const QString& text);
     void clearProgress();
-    /// Columns for the next progress.
+    /// Returns the columns for the next progress.
     [[nodiscard]] qsizetype progressColumns() const;
     [[nodiscard]] bool overwrites() const { return m_printer.overwrites(); }
 
-    /// Where answers are read by a machine: an object with this event, its time, the board's label and port.
+    /// Prints an object with this event, its time, the board's label and port for a machine.
     void event(const char* name, QJsonObject fields = {});
 
-    /// Adds what the result says to a record of the report: status, reason, label, port and the like.
+    /// Adds the result to a record of the report: status, reason, label, port and the like.
     void addTo(QJsonObject& record, const Ending& ending) const;
 
     void stepBegins(const QString& step);
@@ -124,7 +124,7 @@ class Output {
     std::optional<Transcript> m_transcript;
     QStringList m_errors;
     QString m_limit;
-    QByteArray m_unfinished; ///< the text behind its last line end; of several boards, what is held back
+    QByteArray m_unfinished; ///< the text after its last line end; with several boards, what is held back
     bool m_progressShown = false;
 };
 

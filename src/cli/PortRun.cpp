@@ -10,7 +10,7 @@
 namespace zrk {
 namespace {
 
-/// The machine or the configuration is wrong, and the next board would fail as well.
+/// Returns whether the machine or the configuration is wrong, so that the next board would fail, too.
 bool endsAll(int status) {
     return status == static_cast<int>(ExitStatus::InternalFailure) ||
            status == static_cast<int>(ExitStatus::Usage);

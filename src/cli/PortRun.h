@@ -10,8 +10,8 @@ class Report;
 class Session;
 struct CliOptions;
 
-/// What happens at one port: one board, or with --repeat one after another, each with its end on the screen,
-/// in the events, the transcript and the report.
+/// The runs at one port: one board, or with --repeat one after another, each with its end on the screen, in
+/// the events, the transcript and the report.
 class PortRun {
   public:
     /// All of them must outlive it.
@@ -25,10 +25,10 @@ class PortRun {
     /// Ends a board without a session. The errors have been printed.
     void endEarly(ExitStatus status);
 
-    /// The board that ended last.
+    /// Returns the board that ended last.
     [[nodiscard]] const Ending& ending() const { return m_ending; }
     [[nodiscard]] const Tally& tally() const { return m_tally; }
-    /// The highest exit status of the port's boards.
+    /// Returns the highest exit status of the port's boards.
     [[nodiscard]] int status() const { return m_worst; }
 
   private:

@@ -68,7 +68,7 @@ void PowerOnNotice::giveUp() {
     if (m_dialog == nullptr)
         return;
     m_output.noteLimit(QStringLiteral("wait"));
-    m_output.tell(QStringLiteral("--wait ran out: No BootID within %1 s: giving up. Check that the board has "
+    m_output.tell(QStringLiteral("--wait ran out: No BootID within %1 s. Check that the board has "
                                  "power, the service jumper "
                                  "is installed and the cable is on this port.")
                       .arg(secondsText(*m_limit)));

@@ -13,15 +13,15 @@ namespace zrk {
 
 class Output;
 
-/// The wait dialog where there is no window: prints the instruction, has the power switched, and gives up
+/// The wait dialog of the command line: prints the instruction, has the power switched, and ends the wait
 /// after the limit.
 class PowerOnNotice final : public WaitDialogView {
   public:
     using TimePoint = EventLoop::TimePoint;
 
-    /// Of the limits it uses those for the power-on, for the switch, and for the port. Without one the wait
-    /// ends on the BootID or on a cancel only; with a switch it begins when that has ended. The switch runs
-    /// with the port in ZRK_PORT.
+    /// It uses the limits for the power-on, for the switch, and for the port. Without one only the BootID or
+    /// a cancel ends the wait; with a switch it begins when that has ended. The switch runs with the port in
+    /// ZRK_PORT.
     PowerOnNotice(EventLoop& loop, Output& output, const Limits& limits, const QString& command);
     ~PowerOnNotice() override;
     PowerOnNotice(const PowerOnNotice&) = delete;
@@ -32,11 +32,11 @@ class PowerOnNotice final : public WaitDialogView {
     [[nodiscard]] bool countsBootId() const override { return !m_switch.isRunning(); }
     [[nodiscard]] std::optional<std::chrono::milliseconds> reopeningLimit(const QString& why) override;
 
-    /// Has the power switched before there is a port; yields. False when that failed, or when `isStopped`.
+    /// Switches the power before there is a port; yields. False if that failed, or if `isStopped`.
     [[nodiscard]] bool switchPower(const std::function<bool()>& isStopped);
 
-    /// Waits, yielding, for a switch that is still under way after the wait for the board has been given up:
-    /// to its own limit, or until `end`.
+    /// Waits, yielding, for a switch that is still under way after the wait for the board was ended: to its
+    /// own limit, or until `end`.
     void awaitSwitch(std::optional<TimePoint> end);
 
     /// Ends a switch that is still under way after that wait.

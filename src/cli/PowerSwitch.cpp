@@ -77,7 +77,7 @@ void PowerSwitch::finish(const QString& fault) {
         std::exchange(m_ended, nullptr)(fault);
 }
 
-/// All of it, so that the command never has to wait for a reader.
+/// Reads all of it, so that the command never has to wait for a reader.
 void PowerSwitch::takeOutput() {
     m_said += m_process.readAll();
     if (m_said.size() > 2 * kMostSaid)

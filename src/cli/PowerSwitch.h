@@ -15,12 +15,12 @@ namespace zrk {
 /// life of this object, is left running.
 class PowerSwitch {
   public:
-    /// What went wrong, as a sentence; "" for nothing. Called once for each start(), from the event loop.
+    /// Gets the failure as a sentence, or ""; called once for each start(), from the event loop.
     using Ended = std::function<void(const QString& fault)>;
 
     static constexpr std::chrono::milliseconds kLimit = std::chrono::seconds(60);
 
-    /// An empty command is none.
+    /// An empty command counts as missing.
     PowerSwitch(EventLoop& loop, QString command, std::chrono::milliseconds limit);
     ~PowerSwitch();
     PowerSwitch(const PowerSwitch&) = delete;
@@ -31,16 +31,16 @@ class PowerSwitch {
     /// Starts the command with `port` in ZRK_PORT and `label` in ZRK_LABEL. Only while none is running.
     void start(const QString& port, const QString& label, Ended ended);
 
-    /// True if the last command has reached its limit.
+    /// Returns whether the last command has reached its limit.
     [[nodiscard]] bool hasRunOut() const { return m_hasRunOut; }
 
-    /// True from start() until `ended` has been called.
+    /// Returns true from start() until `ended` has been called.
     [[nodiscard]] bool isRunning() const { return m_ended != nullptr; }
 
-    /// Ends the command and all that it has started: it is asked to, and forced two seconds later.
+    /// Ends the command and all that it has started: by a request, and by force two seconds later.
     void end();
 
-    /// The end of what the last command has printed, 4 KiB at most.
+    /// Returns the end of the last command's output, 4 KiB at most.
     [[nodiscard]] QString said() const;
 
   private:

@@ -27,7 +27,7 @@ class Report {
     [[nodiscard]] QString append(QJsonObject record) const;
 
   private:
-    QString m_path; ///< "" for none
+    QString m_path; ///< "" without one
     QJsonObject m_tags;
 };
 

@@ -9,18 +9,18 @@ namespace zrk {
 
 class ImageStore;
 
-// What a run is about, as objects for programs.
+// The facts about a run, as objects for programs.
 
-/// Each image: slot, title, file, address, memory, bytes and CRC-32. All of them are in the store already.
+/// Returns each image, which the store has: slot, title, file, address, memory, bytes and CRC-32.
 [[nodiscard]] QJsonArray imagesOf(const Loader& loader, const std::vector<Slot>& slots, ImageStore& store);
 
-/// Each step with its argument.
+/// Returns each step with its argument.
 [[nodiscard]] QJsonArray stepsToDo(const StepList& steps);
 
-/// The adapter of a port of this machine: "adapter" and "serial", "" where unknown.
+/// Returns the adapter of a port of this machine: "adapter" and "serial", "" if unknown.
 [[nodiscard]] QJsonObject adapterOf(const QString& device);
 
-/// "IRAM", "SDRAM" or "NAND flash".
+/// Returns "IRAM", "SDRAM" or "NAND flash".
 [[nodiscard]] QString memoryName(Memory memory);
 
 } // namespace zrk

@@ -32,8 +32,8 @@ void SentLines::tell(std::size_t slot) {
     m_output.notice(
         QStringLiteral("%1: sent %2 bytes, CRC-32 %3").arg(title).arg(sent->bytes).arg(sent->crcText()));
     if (!m_loader.controls.lblFileChanged[slot].Caption.value().isEmpty())
-        m_output.tell(QStringLiteral("%1: the file has changed since this run began; the board got what the "
-                                     "file held then.")
+        m_output.tell(QStringLiteral("%1: the file has changed since this run began; the board got its "
+                                     "earlier content.")
                           .arg(title),
                       Severity::Warning);
 }

@@ -11,9 +11,9 @@ namespace zrk {
 class Output;
 struct Loader;
 
-/// Tells of each image that has been sent what it was: bytes and CRC-32, which the board's own commands may
-/// be able to print as well, and whether the file is still the one that was announced; and of the version
-/// with which pg_sibl answers.
+/// Reports on each image that has been sent: bytes and CRC-32, which the board's own commands may be able to
+/// print, too, and whether the file has changed since it was announced; and the version with which pg_sibl
+/// answers.
 class SentLines {
   public:
     SentLines(Loader& loader, Output& output);

@@ -28,12 +28,12 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::chrono::milliseconds kLastBytesLimit = 3s;
-/// Of a power switch that runs on after the limit of the whole run; the process is ended by force 30 s after.
+/// The limit of a power switch after that of the whole run; the process is ended by force 30 s after.
 constexpr std::chrono::milliseconds kSwitchLimit = 20s;
 /// The terminal and a parent process may both pass on one Ctrl-C.
 constexpr std::chrono::milliseconds kUntilSecondInterrupt = 1s;
 
-/// The first step behind this one that uses the port; null when there is none.
+/// Returns the first step after this one that uses the port; null if there is none.
 const StepFacts* nextOnPort(const StepList& steps, std::size_t index) {
     while (++index < steps.size()) {
         if (steps[index].facts->usesPort)
@@ -78,8 +78,8 @@ void Session::prepare(Remarks remarks) {
         throw UsageError(problem);
 }
 
-/// Whatever becomes of the files later, the board gets what they hold now. True when one has another length
-/// than a moment before.
+/// Reads the files: the board gets their present contents, even if they change later. Returns true if one has
+/// another length than before.
 bool Session::readImages() {
     bool changed = false;
     for (const Slot slot : m_plan.slotsToSend()) {
@@ -125,7 +125,7 @@ Ending Session::run() {
     if (status == ExitStatus::Cancelled)
         m_output.tell(m_step.isEmpty()
                           ? QStringLiteral("Cancelled before the first step.")
-                          : QStringLiteral("Cancelled in the step %1; the steps after it were not done. "
+                          : QStringLiteral("Cancelled in the step %1; the steps after it were not run. "
                                            "Cycle the board's power before the next load or flash.")
                                 .arg(m_step));
     m_powerOnNotice.awaitSwitch(m_options.runEnd ? std::optional(*m_options.runEnd + kSwitchLimit)
@@ -189,7 +189,7 @@ QJsonObject Session::record() {
             {QStringLiteral("steps"), m_steps}};
 }
 
-/// The files that this run reads, now or in one of its steps.
+/// Returns the files that this run reads, now or in one of its steps.
 QStringList Session::inputs() const {
     QStringList files = filesToRead(m_loader);
     for (const StepCall& step : m_options.steps) {
@@ -204,7 +204,7 @@ void Session::requireRecords(const QList<PlannedRecord>& records) const {
         throw UsageError(problem);
 }
 
-/// Not before a port is open: a run on one that is in use must leave the records of the other run alone.
+/// Runs after the port is open: a run on a port in use must leave the other run's records alone.
 void Session::beginRecords() {
     if (m_recordsBegun)
         return;
@@ -215,7 +215,7 @@ void Session::beginRecords() {
     m_recordsBegun = true;
 }
 
-/// With the port's end in it, and complete before the result is told.
+/// Ends the trace with the port's end in it, before the result is printed.
 void Session::endTrace() {
     if (!m_tracedPorts.isTracing())
         return;
@@ -236,7 +236,7 @@ void Session::announce() {
         m_output.notice(line);
 }
 
-/// What a run would find out before it sends, and nothing else.
+/// Makes the checks of a run before it sends, and nothing else.
 ExitStatus Session::dryRun() {
     QStringList lines = m_plan.announcement();
     lines += QStringLiteral("Steps: ") + m_plan.stepsText();
@@ -246,7 +246,7 @@ ExitStatus Session::dryRun() {
         const int number = m_options.program.portNumber;
         const QString problem = portProblem(names, number);
         lines += QStringLiteral("Port: ") + (problem.isEmpty() ? portRemark(names, number) : problem);
-        const QString notice = m_ports.notice(number); // which a run prints with the first opening
+        const QString notice = m_ports.notice(number); // a run prints it with the first opening
         if (problem.isEmpty() && !notice.isEmpty())
             m_output.tell(notice);
         if (!problem.isEmpty()) {
@@ -273,7 +273,7 @@ ExitStatus Session::dryRun() {
     return status;
 }
 
-/// A board that feeds its own adapter has no port without power.
+/// Switches the power if there is no port, as for a board that feeds its own adapter.
 ExitStatus Session::bringPort() {
     if (m_options.onWait.isEmpty() || m_ports.isThere(m_options.program.portNumber).value_or(true))
         return ExitStatus::Done;
@@ -320,7 +320,7 @@ ExitStatus Session::runStep(std::size_t index) {
     }
     m_step = QString::fromLatin1(call.facts->name);
     if (!call.facts->awaitsProgram)
-        m_loader.state.HeardBehind.clear(); // what a script has left is of the program before
+        m_loader.state.HeardBehind.clear(); // a script's rest comes from the program before
     m_output.stepBegins(m_step);
     const auto begin = m_loop.now();
     const StepFacts* next = nextOnPort(m_options.steps, index);
@@ -421,8 +421,8 @@ void Session::leaveOutImages() {
     }
 }
 
-/// Fills a slot as an INI value does, but relative to the folder the user is in, and with an error where
-/// the window would show what is wrong.
+/// Fills a slot as an INI value does, but relative to the user's folder, and with an error instead of the
+/// window's display of a fault.
 void Session::presetSlot(int slot, const QString& value) {
     const auto [file, address] = GivenFile::parse(value);
     if (const QString problem = fileProblem(file); !problem.isEmpty())

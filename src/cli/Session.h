@@ -21,24 +21,23 @@
 
 namespace zrk {
 
-/// One board's run of the command line: a loader without a window, and the steps that it is put through, on
-/// one thread.
+/// A run of the command line for one board: a loader without a window, and its steps, on one thread.
 class Session {
   public:
-    /// Images are read through the store, which other boards may use as well.
+    /// Reads images through the store, which other boards may use, too.
     Session(const CliOptions& options, const ProgramFacts& facts, EventLoop& loop, Output& output,
             std::shared_ptr<ImageStore> images);
 
     enum class Remarks { Tell, AreKnown };
 
-    /// Presets the slots, says what is strange about the configuration, reads the images whole, and checks
-    /// what can be checked before anything is sent. Throws UsageError for a configuration that cannot work.
+    /// Presets the slots, prints warnings on the configuration, reads the images whole, and checks all that
+    /// shows before anything is sent. Throws UsageError for a configuration that cannot work.
     void prepare(Remarks remarks = Remarks::Tell);
 
-    /// After prepare(): throws UsageError if these records cannot be kept.
+    /// Throws UsageError if these records cannot be kept. Called after prepare().
     void requireRecords(const QList<PlannedRecord>& records) const;
 
-    /// Says what will be done and, after prepare(), carries out the steps up to the first that fails. May be
+    /// Prints what will be done and, after prepare(), runs the steps up to the first that fails. May be
     /// called again for the next board. Yields.
     [[nodiscard]] Ending run();
 
@@ -46,13 +45,13 @@ class Session {
     /// interrupt has ended the wait.
     [[nodiscard]] bool awaitBoard(bool old);
 
-    /// What the report says of the board that run() was for, except its end.
+    /// Returns the report's facts about the board of the last run(), except its end.
     [[nodiscard]] QJsonObject record();
 
     [[nodiscard]] bool isInterrupted() const { return m_interruptedAt.has_value(); }
 
-    /// The user wants an end; with `ended` nobody is there any more to be asked about it. A second call, not
-    /// before a second later, also ends a power switch that the end waits for.
+    /// Ends the run for the user; with `ended` the user is not there to be asked. A second call, not before a
+    /// second later, also ends a power switch that the end waits for.
     void interrupt(bool ended);
 
   private:
@@ -95,7 +94,7 @@ class Session {
     Plan m_plan;
     std::unique_ptr<Timer> m_runTimer;
     QString m_step;     ///< the one that runs, or ran last
-    QJsonArray m_steps; ///< what has come of them so far, for the report
+    QJsonArray m_steps; ///< their results so far, for the report
     QString m_begun;    ///< UTC
     QJsonObject m_adapter;
     qint64 m_bytesBefore = 0;
@@ -103,7 +102,7 @@ class Session {
     bool m_limitReached = false;
     std::optional<EventLoop::TimePoint> m_interruptedAt;
     bool m_recordsBegun = false;
-    QString m_runLimitText; ///< until it has been told
+    QString m_runLimitText; ///< until it has been printed
 };
 
 } // namespace zrk

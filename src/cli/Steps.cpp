@@ -32,18 +32,18 @@ std::span<const StepFacts> allSteps() {
         {.name = "load", .help = "load the primary boot and the secondary executable",
          .usesPort = true, .checksAddresses = true, .images = {kPrimaryBoot, kSecondaryExecutable},
          .isBasic = true, .require = requireForLoad, .run = load},
-        {.name = "download", .help = "load the given ones of --uboot, --rootfs, --kernel",
+        {.name = "download", .help = "download the images of --uboot, --rootfs, --kernel",
          .usesPort = true, .checksAddresses = true, .commandsPrimaryBoot = true, .images = {kUBoot, kRootFs, kKernel},
          .isBasic = true, .require = requireForDownload, .run = download},
         {.name = "start", .help = "start the secondary executable; confirm with expect",
          .usesPort = true, .commandsPrimaryBoot = true, .isBasic = true, .require = requireForStart, .run = start},
-        {.name = "reset", .help = "pulse DTR, which resets boards that hang on it",
+        {.name = "reset", .help = "pulse DTR, which resets a board wired to it",
          .usesPort = true, .require = requireForReset, .run = reset},
         {.name = "check", .help = "check the SDRAM addresses and print their list",
          .checksAddresses = true, .require = requireNothing, .run = check},
         {.name = "flash", .help = "program the flash image into the NAND flash",
          .usesPort = true, .images = {kPgSibl, kFlashImage}, .isBasic = true, .require = requireForFlash, .run = flash},
-        {.name = "expect", .argument = "TEXT", .help = "print what the board says until TEXT has come",
+        {.name = "expect", .argument = "TEXT", .help = "print the board's output until TEXT has come",
          .usesPort = true, .awaitsProgram = true, .isBasic = true, .require = requireText, .run = expect},
         {.name = "script", .argument = "FILE", .help = "run a script (>text sends, <text waits, /n: Enter)",
          .usesPort = true, .awaitsProgram = true, .isBasic = true, .require = requireScript, .run = script},
@@ -96,7 +96,7 @@ StepList stepsOf(const QStringList& words) {
         if (*call.facts->argument != '\0') {
             if (++i == words.size())
                 throw UsageError(
-                    QStringLiteral("The step %1 needs a %2 behind it.")
+                    QStringLiteral("%1: missing argument %2.")
                         .arg(QLatin1String(call.facts->name), QLatin1String(call.facts->argument)));
             call.argument = words[i];
         }

@@ -16,7 +16,7 @@ struct CliOptions;
 struct Loader;
 struct StepFacts;
 
-/// What a step works with.
+/// The parameters of a step's run.
 struct StepRun {
     Loader& loader;
     Output& output;
@@ -25,26 +25,26 @@ struct StepRun {
     const StepFacts* next;    ///< the next step that uses the port; null for none
     const bool& limitReached; ///< the limit of the whole run has run out
 
-    /// True when a limit of its own ended the step, not that of the whole run.
+    /// Returns whether a limit of its own ended the step, not that of the whole run.
     [[nodiscard]] bool ranOut() const;
 };
 
 /// Notes the option of this limit for the result, if a limit of its own ended the step.
 void noteLimit(const StepRun& run, const char* limitOption);
 
-/// Tells the failure of the last operation that no message box told, with the option whose limit ran out, and
-/// returns its status.
+/// Prints the failure of the last operation unless a message box has, with the option whose limit ran out,
+/// and returns its status.
 ExitStatus toldEnd(const StepRun& run, const char* limitOption = "");
 
-/// One step of the command line: all that is known about it. A new step is a row in Steps.cpp.
+/// All facts about one step of the command line. A new step is a row in Steps.cpp.
 struct StepFacts {
     const char* name = "";
     const char* argument = ""; ///< what has to follow the name, for example "FILE"; "" for nothing
     const char* help = "";
     bool usesPort = false;
-    bool checksAddresses = false;     ///< refuses wrong SDRAM addresses by itself, before it does anything
-    bool commandsPrimaryBoot = false; ///< begins with a command to the primary boot, which has to listen
-    bool awaitsProgram = false;       ///< needs a program on the board that says something
+    bool checksAddresses = false;     ///< refuses wrong SDRAM addresses by itself at its start
+    bool commandsPrimaryBoot = false; ///< begins with a command to the primary boot, which has to run
+    bool awaitsProgram = false;       ///< needs a program on the board that prints something
     bool ownsStreams = false;         ///< takes standard input and output for itself
     bool standsAlone = false;         ///< goes with no other step
     std::vector<Slot> images = {};    ///< those it sends when they are selected, in the order of sending
@@ -54,7 +54,7 @@ struct StepFacts {
     ExitStatus (*run)(const StepRun&) = nullptr;
 };
 
-/// A step as it was asked for.
+/// A step as the user gave it.
 struct StepCall {
     const StepFacts* facts = nullptr;
     QString argument;
@@ -62,20 +62,20 @@ struct StepCall {
 
 using StepList = std::vector<StepCall>;
 
-/// True when the step sends the slot's image, if it is selected.
+/// Returns whether the step sends the slot's image, if it is selected.
 [[nodiscard]] bool sends(const StepFacts& step, int slot);
 
-/// True when the step sends the slot's image, or shows it.
+/// Returns whether the step sends the slot's image, or shows it.
 [[nodiscard]] bool concerns(const StepFacts& step, int slot);
 
-/// All steps, in the order of the help.
+/// Returns all steps, in the order of the help.
 [[nodiscard]] std::span<const StepFacts> allSteps();
 
-/// The steps that these words name, each with its argument. Throws UsageError for a name that is none and
-/// for an argument that is missing.
+/// Returns the steps that these words name, each with its argument. Throws UsageError for an unknown name and
+/// for a missing argument.
 [[nodiscard]] StepList stepsOf(const QStringList& words);
 
-/// "load, start, check and flash", or with another word before the last.
+/// Returns "load, start, check and flash", or with another word before the last.
 [[nodiscard]] QString stepNames(const QString& lastWord);
 
 } // namespace zrk

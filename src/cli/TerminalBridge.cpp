@@ -35,13 +35,13 @@ Operation::End TerminalBridge::join() {
                       .arg(port_messages::portName(number, m_loader.port.deviceName(number)),
                            input.isTerminal()
                                ? QStringLiteral("Ctrl-] ends it, every other key goes to the board")
-                               : QStringLiteral("ends behind the end of the input")),
+                               : QStringLiteral("ends after the end of the input")),
                   Severity::Notice);
     const auto look = m_loader.loop.wakeEvery(EventLoop::kLook);
     auto lastHeard = m_loader.loop.now();
-    std::optional<EventLoop::TimePoint> ended; // the user has, or the input
+    std::optional<EventLoop::TimePoint> ended; // by the user, or at the input's end
     while (!m_loader.state.CancelRequested) {
-        // What a slow reader leaves there holds the board back where the line can do that.
+        // Unread data at the port holds up the board if the line supports that.
         const bool isBehind = m_output.printer().isBehind();
         const QByteArray heard = isBehind ? QByteArray() : m_loader.port.receive();
         if (!heard.isEmpty())
@@ -60,7 +60,7 @@ Operation::End TerminalBridge::join() {
     return Operation::End::Stopped;
 }
 
-/// True at the end: of the input, or by the key, which is looked for also while the line takes nothing.
+/// Returns true at the end: of the input, or by the key, which also counts while the line takes nothing.
 bool TerminalBridge::takeKeys(StandardInput& input) {
     if (m_toSend.size() >= kMostUnsent)
         return false;
@@ -74,8 +74,8 @@ bool TerminalBridge::takeKeys(StandardInput& input) {
     return end >= 0;
 }
 
-/// What was typed before the end still goes out if the line takes it. Behind the end of a pipe the answer is
-/// waited for, until the board is silent; one that never is shall not hold up the script around this.
+/// Returns whether it is over: earlier input still goes out if the line takes it. After the end of a pipe
+/// this waits for the answer until the board is silent, but not for ever.
 bool TerminalBridge::isOver(const StandardInput& input, EventLoop::TimePoint ended,
                             EventLoop::TimePoint lastHeard) const {
     const auto now = m_loader.loop.now();
@@ -85,7 +85,7 @@ bool TerminalBridge::isOver(const StandardInput& input, EventLoop::TimePoint end
     return now - ended >= kLongestAnswer || (allSent && now - std::max(lastHeard, ended) >= kSilence);
 }
 
-/// As much as the port takes at once: a stopped line must not stop the program.
+/// Sends as much as the port takes at once: a stopped line must not block the program.
 void TerminalBridge::sendKeys() {
     const QByteArray piece = m_toSend.left(m_loader.port.transmitRoom());
     m_loader.port.Output(QString::fromLatin1(piece));

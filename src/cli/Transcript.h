@@ -9,17 +9,17 @@
 
 namespace zrk {
 
-/// A file with all that a session printed. Each line begins with the local time at which it began, with its
-/// offset from UTC, and with who says it: "*" is the program, "|" the board, whose control characters are
+/// A file with all that a session prints. Each line begins with the local time at which it began, with its
+/// offset from UTC, and with its source: "*" is the program, "|" the board, whose control characters are
 /// signs. So the board cannot write a line of the program's; within one, the program shows single answers of
-/// the board. A disk that is full, or a board that has flooded the file, ends the transcript and nothing else.
+/// the board. A full disk, or a board that has flooded the file, ends only the transcript.
 class Transcript {
   public:
     explicit Transcript(QString path, qint64 longest = kLongestRecord);
 
-    /// Makes the folder, appends to the file what was written before, and from now on what comes. Until then
-    /// nothing is made or changed. Throws RuntimeFailure (File) if the file cannot be written, for example
-    /// because it is one of the inputs.
+    /// Makes the folder and appends earlier and later output to the file. Until then nothing is made or
+    /// changed. Throws RuntimeFailure (File) if the file cannot be written, for example because it is an
+    /// input.
     void begin(const QStringList& inputs);
 
     void write(const QString& text, TextOrigin origin);

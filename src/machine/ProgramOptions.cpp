@@ -28,7 +28,7 @@ int portNumberNamed(const QString& text) {
     return number;
 }
 
-/// --com N selects a port, --com N=DEVICE also says what it stands for; --port DEVICE is COM1.
+/// Reads the ports: --com N selects one, --com N=DEVICE also names its device; --port DEVICE is COM1.
 void readPorts(const QCommandLineParser& parser, const QString& port, ProgramOptions& options) {
     std::optional<int> mapped;
     std::optional<int> selected;

@@ -11,12 +11,12 @@ class QCommandLineParser;
 
 namespace zrk {
 
-/// What both programs are told on their command lines: which ports there are, and which INI file.
+/// The options that both programs share: the ports, and the INI file.
 struct ProgramOptions {
     PortNames::Overrides ports;
     int portNumber = 1;                    ///< the port to use, 1 to 8
-    std::optional<std::uint32_t> lineRate; ///< bytes a second, 0 for a port that is no line
-    QString iniPath;                       ///< absolute; empty: where the loader looks by itself
+    std::optional<std::uint32_t> lineRate; ///< bytes a second, 0 for a port without a line
+    QString iniPath;                       ///< absolute; empty: the loader searches by itself
 };
 
 /// Adds the options --port, --com, --line-rate and --ini.
@@ -28,8 +28,8 @@ void addProgramOptions(QCommandLineParser& parser);
 /// The same with another reading of --port: the device that it names, "" for none.
 [[nodiscard]] ProgramOptions readProgramOptions(const QCommandLineParser& parser, const QString& port);
 
-/// The value of an option, "" when it is not given. An empty one throws RuntimeFailure (InvalidArgument),
-/// which says that `what` is needed: a shell variable that is not set must not silently mean the default.
+/// Returns the value of an option, "" if it is not given. An empty one throws RuntimeFailure
+/// (InvalidArgument), which names `what`: an unset shell variable must not silently mean the default.
 [[nodiscard]] QString givenValue(const QCommandLineParser& parser, const QString& name,
                                  const QString& what = QStringLiteral("a value"));
 

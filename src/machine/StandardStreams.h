@@ -2,8 +2,8 @@
 
 namespace zrk {
 
-/// Has the standard streams take UTF-8 and write whole messages, byte for byte, for as long as it lives. On a
-/// console of Windows it sets the code page, which belongs to the console and is put back at the end.
+/// The mode of the standard streams: UTF-8 and whole messages, byte for byte, for as long as this exists. On
+/// a console of Windows it sets the code page, which belongs to the console and is restored at the end.
 class StandardStreams {
   public:
     StandardStreams();
@@ -16,24 +16,24 @@ class StandardStreams {
     unsigned m_outputBefore = 0;
 };
 
-/// False for a program with a window that neither a console nor a redirection gives a place to write to.
+/// Returns false for a program with a window that has neither a console nor a redirection to write to.
 [[nodiscard]] bool hasStandardOutput();
 
-/// True when standard error is a terminal, where a line may be written over.
+/// Returns whether standard error is a terminal, where a line may be overwritten.
 [[nodiscard]] bool standardErrorIsTerminal();
 [[nodiscard]] bool standardOutputIsTerminal();
 
-/// The columns of the terminal that standard error is; 80 where it tells none.
+/// Returns the columns of the terminal of standard error; 80 if it reports none.
 [[nodiscard]] int terminalColumns();
 
-/// The rows of that terminal; 24 where it tells none.
+/// Returns the rows of that terminal; 24 if it reports none.
 [[nodiscard]] int terminalRows();
 
 /// False if the terminal's own description says that it can only append ("TERM=dumb").
 [[nodiscard]] bool terminalOverwrites();
 
-/// Lets writes to a closed pipe fail instead of ending the program, which may be in the middle of
-/// talking to a board.
+/// Makes writes to a closed pipe fail instead of ending the program, which may be in the middle of a board's
+/// protocol.
 void ignoreBrokenPipes();
 
 } // namespace zrk

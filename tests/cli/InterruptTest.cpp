@@ -92,8 +92,8 @@ TEST(CliInterrupt, AsksOnTheTerminalAndAssumesYesWithoutOne) {
         const char* shown;
     } cases[] = {{SIGINT, 0, "n\n", "[y/n]"},
                  {SIGINT, 130, "yes\n", "[y/n]"},
-                 {SIGINT, 130, nullptr, "Yes (nobody to ask)"},
-                 {SIGTERM, 130, "n\n", "Yes (nobody to ask)"}};
+                 {SIGINT, 130, nullptr, "Yes (no terminal to ask on)"},
+                 {SIGTERM, 130, "n\n", "Yes (no terminal to ask on)"}};
     for (const auto& oneCase : cases) {
         SCOPED_TRACE(oneCase.shown);
         // Slow, so that the transfer still runs even on a busy machine; fast if it has to reach its end.

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The command line, started by a shell that has done something to its streams or environment.
+/// The command line, started by a shell that has changed its streams or environment.
 struct MachineFaults : ::testing::Test {
     [[nodiscard]] static QString program() {
         return QString::fromStdString(zrkboard::siblingProgram("zrk-loader-cli"));
@@ -22,13 +22,13 @@ struct MachineFaults : ::testing::Test {
     const SampleImages images;
 };
 
-/// A stream that is not there must not be replaced by the port, whose number would be the next free one.
+/// The port must not replace a missing stream, whose number would be the next free one.
 TEST_F(MachineFaults, OfStreamsAndEnvironmentSpoilNoBoard) {
-    // TSAN_OPTIONS names what is Qt's and no fault of ours.
+    // TSAN_OPTIONS names faults of Qt, not of ours.
     const struct {
         const char* how; // "@" is the command
         int status;
-        const char* error; // on what is left of standard error
+        const char* error; // on the rest of standard error
     } faults[] = {
         {"@ <&-", 0, "Port: COM1"},
         {"@ >&-", 1, "its text is incomplete"},
@@ -128,7 +128,7 @@ TEST_F(MachineFaults, OfImagesComeTooLate) {
             return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
         };
         ASSERT_TRUE(write(before));
-        // So slow that even a busy machine finds the first image under way.
+        // So slow that the first image is still under way even on a busy machine.
         BoardProcess board("--verbose --baud 57600 --bootid-interval 5 --dump-sdram " + sdram);
         CliRun run(images.on(board.device(), "load"));
         ASSERT_TRUE(run.waitFor(QProcess::StandardOutput, "Sending code .. "));
@@ -146,7 +146,7 @@ TEST_F(MachineFaults, OfImagesComeTooLate) {
     }
 }
 
-/// Names and texts of a configuration must not steer the terminal on which they are told.
+/// Names and texts of a configuration must not control the terminal that shows them.
 TEST_F(MachineFaults, OfTextsDoNotReachTheTerminal) {
     QFile file(images.file("own.INI"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));

@@ -43,7 +43,7 @@ TEST_F(Steps, DoAllJobsOverOnePortAndLoseNothing) {
     CliRun run(common(board) + "load download start expect zrk> script " + scr +
                " expect zrk> verify \"crc32 %a %n\" --start-timeout 600 --expect-timeout 600");
     EXPECT_EQ(run.status(), 0) << run.error().toStdString();
-    // Each byte of the program from its first to the text, once, and the script's behind it.
+    // Each byte of the program from its first to the text, once, and the script's after it.
     const QByteArray heard = run.output().mid(run.output().indexOf("-- Starting")).replace('\r', "");
     EXPECT_TRUE(heard.startsWith("-- Starting Secondary Executable --\n\n\n"
                                  "ZRK secondary program (simulated board) 1.0\n"
@@ -71,7 +71,7 @@ TEST_F(Steps, DownloadWithoutASecondaryExecutable) {
     }
 }
 
-TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
+TEST_F(Steps, EndWithTheStatusAndReportWhatWasExpected) {
     const QString scr = write("wait.scr", "# a remark\n>/n\n<never said\n");
     const struct {
         const char* board;
@@ -112,7 +112,7 @@ TEST_F(Steps, EndWithTheStatusAndTellWhatWasAwaited) {
     for (const auto& ending : endings) {
         SCOPED_TRACE(ending.steps.toStdString());
         const bool ownPort = ending.steps.contains("--port");
-        // A busy machine needs longer until what must come before the limit has come.
+        // A busy machine needs longer until the expected output before the limit has come.
         for (const auto& [limit, half] :
              {std::pair{"0.3", "0.15"}, {"1.5", "0.75"}, {"6", "3"}, {"60", "30"}}) {
             const BoardProcess board(kBoard + QString(ending.board).replace('#', half));
@@ -204,16 +204,16 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         const char* error;
     } lines[] = {
         {"script " + tooLong, "long.scr: it has more than 1 MiB."},
-        {"expect", "The step expect needs a TEXT behind it"},
+        {"expect", "expect: missing argument TEXT"},
         {"--ini " + images.ini() + " load verify crc32", "with %a for the address"},
         {"--ini " + images.ini() + " verify \"crc32 %a %n\" load start", "here they send nothing"},
-        {"--ini " + images.ini() + " load verify \"crc32 %a %n\" start", "no step in front of it starts one"},
+        {"--ini " + images.ini() + " load verify \"crc32 %a %n\" start", "no step before it starts one"},
         {"script /nonexistent.scr", "script /nonexistent.scr: no such file or directory."},
         {"--timeout 0 load", "--timeout 0: give the time in seconds, or as in 90s"},
         {"--on-wait \" \" load", "--on-wait needs a command, but it is blank"},
         {"--on-wait-timeout 5 load", "--on-wait-timeout has no effect: it is for the command of --on-wait."},
-        {"--json terminal", "goes neither with --json nor with several boards"},
-        {"--progress some load", "--progress some: say auto, always or never"},
+        {"--json terminal", "leave out --json, and give one board only"},
+        {"--progress some load", "--progress some: expected auto, always or never"},
         {"--port " + line.device() + " load", "is given twice"},
         {"--port a=/dev/null --port A=/dev/zero load", "--port A=/dev/zero: another board has that label"},
         {"--port " + other + " load", "/other is the device of --port /dev/"},
@@ -264,7 +264,7 @@ TEST_F(Steps, TerminalPassesAPipeAndATerminalThrough) {
     EXPECT_EQ(pipe.status(), 0);
     EXPECT_TRUE(pipe.output().startsWith("help\r\n") && pipe.output().contains("\r\nzrk> "))
         << pipe.output().toStdString();
-    EXPECT_TRUE(pipe.error().contains("ends behind the end of the input"));
+    EXPECT_TRUE(pipe.error().contains("ends after the end of the input"));
 
     Pty person;
     termios cooked = person.settings();
@@ -283,7 +283,7 @@ TEST_F(Steps, TerminalPassesAPipeAndATerminalThrough) {
 
 TEST_F(Steps, ShowTheBoardsControlsOnATerminalOnly) {
     const QString options = kBoard + QString("--off --noise \\x1B[2J5x --bootid-interval 0.1");
-    const auto powerOn = [](BoardProcess& board) { // what the board says before the port is open is lost
+    const auto powerOn = [](BoardProcess& board) { // output before the port is open is lost
         EXPECT_TRUE(board.waitForLog("opened by a loader"));
         board.signal(SIGUSR1);
     };
@@ -300,7 +300,7 @@ TEST_F(Steps, ShowTheBoardsControlsOnATerminalOnly) {
     EXPECT_TRUE(kept.output().startsWith("\x1B[2J5x")) << kept.output().toStdString();
 }
 
-/// "event.field" of each line of the document, and its type.
+/// Returns "event.field" of each line of the document, and its type.
 QMap<QString, QString> documentedFields() {
     const QString text = QString::fromUtf8(contents(ZRK_SOURCE_FOLDER "/docs/json.md"));
     static const QRegularExpression kRow("^\\| `(\\w+)` \\| `(\\w+)` \\| (\\w+) \\|",
