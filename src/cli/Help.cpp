@@ -87,8 +87,8 @@ QString helpText(HelpPage page) {
     if (!isAll)
         return text + QStringLiteral("Example: zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n");
     text += QStringLiteral(
-        "\nDEVICE: a device file, a COM name, tcp:HOST:PORT or rfc2217:HOST:PORT. Connections\n"
-        "over the network are not encrypted: use a tunnel or a closed network.\n"
+        "\nDEVICE: a device file, a COM name, tcp:HOST:PORT or rfc2217:HOST:PORT.\n"
+        "Network connections are not encrypted: use a tunnel or a closed network.\n"
         "SECONDS: a number, or as in 90s, 5m, 2h.\n"
         "\nConsole and board go to standard output, all else to standard error.\n"
         "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"

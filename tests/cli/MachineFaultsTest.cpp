@@ -138,7 +138,7 @@ TEST_F(MachineFaults, OfImagesComeTooLate) {
         run.send(SIGCONT);
         EXPECT_EQ(run.status(), 0) << run.error().toStdString();
         EXPECT_TRUE(
-            run.error().contains("(SDRAM): the file has changed since this run began; the board got what"))
+            run.error().contains("(SDRAM): the file has changed since this run began; the board got its"))
             << run.error().toStdString();
         EXPECT_EQ(board.stop(), 0);
         EXPECT_TRUE(contents(sdram).mid(4, before.size()) == before);

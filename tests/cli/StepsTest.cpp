@@ -241,7 +241,7 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {"ports start", "The step ports stands alone."},
         {"--timeout 5d start", "--timeout 5d: give the time in seconds"},
         {"reset --dtr on", "The step reset switches DTR off and on, which --dtr holds."},
-        {"start --rts of", "--rts of: say on or off."},
+        {"start --rts of", "--rts of: expected on or off."},
         {"expect a --not=", "--not needs a text"},
         {ini + "--without primary --without secondary load", "name one with --primary FILE"},
     };
