@@ -71,7 +71,7 @@ TEST_F(OnWait, BringsThePort) {
     ASSERT_TRUE(QFile::remove(link));
     CliRun bad(run + "false --json");
     EXPECT_EQ(bad.status(), 8) << bad.error().toStdString();
-    EXPECT_TRUE(bad.output().contains("\"reason\":\"power not switched\"")) << bad.output().toStdString();
+    EXPECT_TRUE(bad.output().contains("\"reason\":\"power_not_switched\"")) << bad.output().toStdString();
 }
 
 TEST_F(OnWait, ACommandThatFailsEndsTheBoard) {
@@ -93,7 +93,7 @@ TEST_F(OnWait, ACommandThatFailsEndsTheBoard) {
         SCOPED_TRACE(fault.command);
         CliRun run(load(fault.command, QString("--json ") + fault.options));
         EXPECT_EQ(run.status(), 8);
-        EXPECT_TRUE(run.output().contains("\"reason\":\"power not switched\"")) << run.output().toStdString();
+        EXPECT_TRUE(run.output().contains("\"reason\":\"power_not_switched\"")) << run.output().toStdString();
         EXPECT_FALSE(run.output().contains("Sending")) << run.output().toStdString();
         EXPECT_TRUE(run.error().contains(fault.error)) << run.error().toStdString();
         EXPECT_LT(run.error().size(), 10'000);
