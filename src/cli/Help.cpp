@@ -86,19 +86,18 @@ QString helpText(HelpPage page) {
     }
     if (!isAll)
         return text + QStringLiteral("Example: zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n");
-    text += QStringLiteral(
-        "\nDEVICE: a device file, a COM name, tcp:HOST:PORT or rfc2217:HOST:PORT.\n"
-        "Network connections are not encrypted: use a tunnel or a closed network.\n"
-        "SECONDS: a number, or as in 90s, 5m, 2h.\n"
-        "\nConsole and board go to standard output, all else to standard error.\n"
-        "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
-        "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or\n"
-        "refusal, 6 port lost, 7 text not seen, 8 power not switched, 130 cancelled\n"
-        "(Ctrl-C).\n"
-        "\nExamples:\n"
-        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
-        "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
-        "  zrk-loader-cli -p A -p B -i board.INI -t 5m --on-wait 'power-cycle' flash\n");
+    text += QStringLiteral("\nDEVICE: a device file, a COM name, tcp:HOST:PORT or rfc2217:HOST:PORT.\n"
+                           "Network connections are not encrypted: use a tunnel or a closed network.\n"
+                           "SECONDS: a number, or as in 90s, 5m, 2h.\n"
+                           "\nConsole and board go to standard output, all else to standard error.\n"
+                           "Status: 0 done, 1 internal failure or output lost, 2 usage or address error,\n"
+                           "nothing sent, 3 port not opened, 4 no answer in time, 5 wrong answer or\n"
+                           "refusal, 6 port lost, 7 text not seen, 8 power not switched, 130 cancelled\n"
+                           "(Ctrl-C).\n"
+                           "\nExamples:\n"
+                           "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load start\n"
+                           "  zrk-loader-cli -p /dev/ttyUSB0 -i board.INI load download start expect login:\n"
+                           "  zrk-loader-cli -p A -p B -i board.INI -t 5m --on-wait 'power-cycle' flash\n");
     return text;
 }
 
