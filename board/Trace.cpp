@@ -103,8 +103,10 @@ class Reader {
     // Reads one line of the file; its faults are thrown without its number.
     void take(const std::string& text) {
         ++m_number;
-        if (m_number == 1 && text != kFirstLine)
-            damaged(std::string("expected \"") + kFirstLine + "\", so this is not a trace");
+        if (text == kFirstLine)
+            return begin();
+        if (m_number == 1)
+            damaged(std::string("expected \"") + kFirstLine + "\", so this is no trace");
         TraceLine line;
         line.number = m_number;
         if (text.empty() || text.front() == '#' || !parse(text, line))
@@ -118,11 +120,20 @@ class Reader {
         lines.push_back(std::move(line));
     }
 
+    // A line of a trace that is not replayed.
+    void pass() { ++m_number; }
+
     [[nodiscard]] std::size_t number() const { return m_number; }
 
     std::vector<TraceLine> lines;
 
   private:
+    void begin() {
+        lines.clear();
+        m_last = {};
+        m_open = false;
+    }
+
     std::size_t m_number = 0;
     std::chrono::microseconds m_last{};
     bool m_open = false;
@@ -132,20 +143,31 @@ class Reader {
 
 std::vector<TraceLine> readTrace(std::istream& text) {
     Reader reader;
-    try {
-        for (std::string line; std::getline(text, line);) {
-            if (line.ends_with('\r'))
-                line.pop_back();
+    std::string complaint; // on the trace that begins last
+    const auto complain = [&](const std::string& why) {
+        complaint = "line " + std::to_string(std::max<std::size_t>(reader.number(), 1)) + ": " + why;
+    };
+    for (std::string line; std::getline(text, line);) {
+        if (line.ends_with('\r'))
+            line.pop_back();
+        if (line == kFirstLine)
+            complaint.clear();
+        if (!complaint.empty()) {
+            reader.pass();
+            continue;
+        }
+        try {
             reader.take(line);
             if (text.eof())
-                damaged("it is cut off; delete it to replay the trace up to here");
+                damaged("it is cut off; without it the trace can be replayed up to here");
+        } catch (const std::invalid_argument& error) {
+            complain(error.what());
         }
-        if (reader.lines.empty())
-            damaged("no port was opened up to here, so there is nothing to replay");
-    } catch (const std::invalid_argument& error) {
-        throw std::invalid_argument("line " + std::to_string(std::max<std::size_t>(reader.number(), 1)) +
-                                    ": " + error.what());
     }
+    if (complaint.empty() && reader.lines.empty())
+        complain("no port was opened until here, so there is nothing to replay");
+    if (!complaint.empty())
+        throw std::invalid_argument(complaint);
     return std::move(reader.lines);
 }
 

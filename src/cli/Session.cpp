@@ -210,7 +210,7 @@ void Session::beginRecords() {
         return;
     m_output.beginTranscript(inputs());
     if (!m_options.traceFile.isEmpty())
-        m_tracedPorts.startTrace({m_options.traceFile, inputs()},
+        m_tracedPorts.startTrace({m_options.traceFile, inputs(), OldRecord::Continue},
                                  [this](const QString& why) { m_output.tell(why, Severity::Warning); });
     m_recordsBegun = true;
 }

@@ -12,11 +12,13 @@ enum class OldRecord { Empty, Continue };
 
 /// The file of a record, such as a trace or a log.
 struct RecordFile {
-    RecordFile(QString file, QStringList readFiles = {}) // a path alone is the file of a record
-        : path(std::move(file)), inputs(std::move(readFiles)) {}
+    RecordFile(QString file, QStringList readFiles = {}, // a path alone is the file of a record
+               OldRecord existing = OldRecord::Empty)
+        : path(std::move(file)), inputs(std::move(readFiles)), old(existing) {}
 
     QString path;
     QStringList inputs; ///< files that the program reads, which the record would destroy
+    OldRecord old;      ///< what FileWriter makes of a file that exists
 };
 
 /// The limit of a record in bytes. A board or a serial server can flood the line for days, and a full disk

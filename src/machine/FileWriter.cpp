@@ -74,10 +74,12 @@ FileWriter::FileWriter(const RecordFile& record, QString what, EventLoop& loop, 
     m_shared->what = std::move(what);
     m_shared->path = record.path;
     m_shared->longest = longest;
-    if (const QString why = openRecord(m_shared->file, record, OldRecord::Empty); !why.isEmpty())
+    if (const QString why = openRecord(m_shared->file, record, record.old); !why.isEmpty())
         throw RuntimeFailure(FailureKind::File,
                              m_shared->cannotWrite(why) +
                                  QStringLiteral(" Choose a file in a folder that you may write to."));
+    if (m_shared->file.size() > 0) // which may end within a line
+        m_shared->pending = "\n";
     m_shared->notify = [&loop, owner = std::weak_ptr(m_self)] {
         loop.post([owner] {
             if (const auto self = owner.lock())

@@ -54,6 +54,14 @@ TEST(Trace, RejectsDamagedLines) {
     }
 }
 
+TEST(Trace, IsTheLastOneOfItsFile) {
+    const std::string cutOff = std::string("# zrk trace 1\n    0.5 < 3\n") + kTrace;
+    for (const std::string& text : {std::string(kTrace) + '\n' + kTrace, cutOff}) {
+        std::istringstream stream(text);
+        EXPECT_EQ(zrkboard::readTrace(stream).size(), 6U);
+    }
+}
+
 TEST(Replay, AnswersAfterTheBytesAndThePausesOfTheTrace) {
     std::istringstream text(kTrace);
     std::vector<std::string> told;

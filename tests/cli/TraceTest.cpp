@@ -50,10 +50,11 @@ TEST_F(Trace, HasEveryByteAndReplaysTheAnswers) {
     EXPECT_TRUE(bytesOf(text, '<').startsWith("55RXot") && bytesOf(text, '<').endsWith("zrk> "));
 
     BoardProcess replay("--unpaced --replay " + trace);
-    CliRun again(args(replay, run));
+    CliRun again(args(replay, "--trace " + trace + " " + run));
     EXPECT_EQ(again.status(), 0) << again.error().toStdString();
     EXPECT_EQ(again.output(), before);
     EXPECT_EQ(replay.join(), 0);
+    EXPECT_TRUE(contents(trace).startsWith(text + "\n# zrk trace 1\n")) << "continued";
 
     QFile image(images.file("secondary.bin"));
     ASSERT_TRUE(image.open(QIODevice::ReadWrite) && image.seek(1000) && image.write("\x01") == 1);
