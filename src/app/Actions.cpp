@@ -31,7 +31,7 @@ class Wiring {
   private:
     [[nodiscard]] std::function<void()> guarded(std::function<void()> handler) const {
         return [handler = std::move(handler), &addresses = m_addresses, &desk = m_desk] {
-            desk.state.Remark.clear();
+            desk.state.Remark = {};
             addresses.commit();
             QString failure;
             try {
@@ -52,9 +52,9 @@ class Wiring {
 
 /// An input is an action, too: after it the addresses, for example, may no longer be valid.
 void wireInputs(const LoaderWidgets& widgets, SharedState& state) {
-    const auto forget = [&state] { state.Remark.clear(); };
+    const auto forget = [&state] { state.Remark = {}; };
     for (const SlotWidgets& row : widgets.slots) {
-        QObject::connect(row.chkExeURK, &QCheckBox::toggled, row.chkExeURK, forget);
+        QObject::connect(row.chkExeURK, &QCheckBox::pressed, row.chkExeURK, forget);
         QObject::connect(row.txtStartAddress, &QLineEdit::textChanged, row.txtStartAddress, forget);
     }
     QObject::connect(widgets.cmbComPort, &PortList::currentIndexChanged, widgets.cmbComPort, forget);

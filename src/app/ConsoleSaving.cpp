@@ -1,5 +1,6 @@
 #include "app/ConsoleSaving.h"
 
+#include "app/DatedFileName.h"
 #include "config/ImageSlots.h"
 #include "controls/Desk.h"
 #include "files/PrintableText.h"
@@ -34,12 +35,14 @@ void saveConsole(Desk& desk) {
     request.filters = {{QStringLiteral("Text Files (.txt)"), QStringLiteral("*.txt")},
                        {QStringLiteral("All Files (*.*)"), QStringLiteral("*.*")}};
     request.isToBeWritten = true;
+    request.name = datedFileName(QStringLiteral(".txt"));
     const QString path = desk.fileDialog.openFile(request);
     if (path.isEmpty())
         return;
     const QString why = replaceRecord({path, filesToRead(desk)}, bytesOf(desk.controls.txtStatus.text()));
     if (why.isEmpty())
-        desk.state.Remark = QStringLiteral("The console has been saved to %1").arg(printableText(path));
+        desk.state.Remark = {QStringLiteral("The console has been saved to %1").arg(printableText(path)),
+                             RemarkSeverity::Done};
     else
         desk.tell(QStringLiteral("Cannot write %1: %2.\r\nChoose a file in a folder that you may write to.")
                       .arg(printableText(path), why),

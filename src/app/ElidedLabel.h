@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QLabel>
 
 namespace zrk {
@@ -12,10 +13,20 @@ class ElidedLabel : public QLabel {
   public:
     explicit ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
+    /// Stands in front of the text; a null icon takes no room.
+    void setIcon(const QIcon& icon);
+
     [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+  Q_SIGNALS:
+    void clicked();
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+  private:
+    QIcon m_icon;
 };
 
 } // namespace zrk

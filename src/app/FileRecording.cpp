@@ -1,6 +1,7 @@
 #include "app/FileRecording.h"
 
 #include "app/ConsoleLog.h"
+#include "app/DatedFileName.h"
 #include "app/GreyReasons.h"
 #include "config/ImageSlots.h"
 #include "files/PrintableText.h"
@@ -39,7 +40,7 @@ void FileRecording::entry_Click() {
         return showState(); // its last bytes failed, which is reported
     m_file.clear();
     showState();
-    m_loader.state.Remark = m_recording.ended;
+    m_loader.state.Remark = {m_recording.ended, RemarkSeverity::Done};
 }
 
 void FileRecording::start() {
@@ -49,6 +50,7 @@ void FileRecording::start() {
     request.filters = {{m_recording.fileType, m_recording.filePattern},
                        {QStringLiteral("All Files (*.*)"), QStringLiteral("*.*")}};
     request.isToBeWritten = true;
+    request.name = datedFileName(m_recording.filePattern.mid(1));
     const QString file = m_loader.fileDialog.openFile(request);
     if (file.isEmpty() || !m_file.isEmpty())
         return;
@@ -56,7 +58,7 @@ void FileRecording::start() {
         m_recording.start(file, [this](const QString& why) { failed(why); });
         m_file = file;
         showState();
-        m_loader.state.Remark = m_recording.begun.arg(printableText(file));
+        m_loader.state.Remark = {m_recording.begun.arg(printableText(file)), RemarkSeverity::Note};
     } catch (const RuntimeFailure& failure) {
         failed(failure.description());
     }
@@ -74,8 +76,8 @@ void FileRecording::showState() {
 /// Runs later, since a box must not run within the file's own end. During an operation a box would stop that,
 /// with the board's answer on the way.
 void FileRecording::failed(const QString& why) {
-    if (m_loader.state.Remark == m_recording.begun.arg(printableText(m_file)))
-        m_loader.state.Remark.clear();
+    if (m_loader.state.Remark.text == m_recording.begun.arg(printableText(m_file)))
+        m_loader.state.Remark = {};
     m_file.clear();
     showState();
     m_loader.loop.post([&loader = m_loader, why, title = m_recording.title] {

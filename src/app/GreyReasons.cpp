@@ -54,7 +54,7 @@ void bindGreyReasons(Binder& binder, const LoaderWidgets& widgets, Loader& loade
     explain(binder, controls.mnuLoadIni.Enabled, busy, widgets.mnuLoadIni, QString());
     explain(binder, controls.mnuWriteIni.Enabled, busy, widgets.mnuWriteIni, QString());
     explain(binder, controls.mnuAbout.Enabled, busy, widgets.mnuAbout, QString());
-    for (QAction* entry : {widgets.mnuOpenIni, widgets.mnuRecentIni}) {
+    for (QAction* entry : {widgets.mnuOpenIni, widgets.mnuRecentIni, widgets.mnuSaveIniAs}) {
         binder.follow(busy, [&busy, entry] {
             entry->setEnabled(!busy);
             entry->setToolTip(busy ? kBusy : QString());

@@ -10,7 +10,7 @@ namespace zrk {
 
 struct Loader;
 
-/// The entries "Open INI file..." and "Recent INI files" of the File menu.
+/// The entries "Open INI file...", "Recent INI files" and "Save INI file as..." of the File menu.
 class IniFiles : public QObject {
     Q_OBJECT
 
@@ -23,10 +23,13 @@ class IniFiles : public QObject {
 
     [[nodiscard]] QAction* openEntry() const { return m_open; }
     [[nodiscard]] QAction* recentEntry() const;
+    [[nodiscard]] QAction* saveEntry() const { return m_save; }
 
   private:
     void mnuOpenIni_Click();
+    void mnuSaveIniAs_Click();
     void open(const QString& path);
+    void save(const QString& path);
     void fillRecent();
     [[nodiscard]] QStringList recent() const;
     void keepRecent(const QStringList& paths) const;
@@ -35,6 +38,7 @@ class IniFiles : public QObject {
     QString m_store;
     QAction* m_open;
     QMenu* m_recent;
+    QAction* m_save;
 };
 
 } // namespace zrk

@@ -80,6 +80,7 @@ struct LoaderWidgets {
     QAction* mnuExit = nullptr;
     QAction* mnuOpenIni = nullptr;
     QAction* mnuRecentIni = nullptr;
+    QAction* mnuSaveIniAs = nullptr;
     QAction* mnuLogToFile = nullptr;
     QAction* mnuLogTimes = nullptr;
     QAction* mnuRecordTrace = nullptr;

@@ -85,7 +85,7 @@ MainWindow::MainWindow(Loader& loader, const PortCatalog& catalog, const QString
     new SlotDrop(
         m_widgets, [&loader] { return !loader.state.OperationActive; },
         [&loader](int slot, const QString& path) {
-            loader.state.Remark.clear();
+            loader.state.Remark = {};
             loader.imageSlots.fill(slot, path);
         },
         this);
@@ -132,6 +132,7 @@ void MainWindow::buildMenus(const QString& store) {
     const auto* iniFiles = new IniFiles(*file, m_loader, store);
     m_widgets.mnuOpenIni = iniFiles->openEntry();
     m_widgets.mnuRecentIni = iniFiles->recentEntry();
+    m_widgets.mnuSaveIniAs = iniFiles->saveEntry();
     file->addSeparator();
     m_widgets.mnuLogToFile = named(file->addAction(QString()), QStringLiteral("mnuLogToFile"));
     m_widgets.mnuLogTimes = named(file->addAction(QString()), QStringLiteral("mnuLogTimes"));

@@ -8,6 +8,7 @@
 #include <QItemSelectionModel>
 #include <QStyledItemDelegate>
 #include <QToolTip>
+#include <QWheelEvent>
 
 namespace zrk {
 namespace {
@@ -61,6 +62,10 @@ bool PortList::event(QEvent* event) {
     if (event->type() == QEvent::ToolTip)
         refresh();
     return QComboBox::event(event);
+}
+
+void PortList::wheelEvent(QWheelEvent* event) {
+    event->ignore();
 }
 
 void PortList::takeSelection() {

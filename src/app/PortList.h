@@ -23,7 +23,7 @@ class PortList : public QComboBox {
 
     /// The texts about a port.
     struct Description {
-        QString device;
+        QString device; ///< beside its number in the open list
         QString toolTip;
         bool isThere = true;
     };
@@ -35,6 +35,8 @@ class PortList : public QComboBox {
 
   protected:
     bool event(QEvent* event) override;
+    /// Goes to what scrolls: a turn of the wheel over the closed list must not choose another port.
+    void wheelEvent(QWheelEvent* event) override;
 
   private:
     void takeSelection();

@@ -4,6 +4,7 @@
 #include "app/ElidedLabel.h"
 #include "app/LoaderStyle.h"
 #include "app/LoaderWidgets.h"
+#include "app/TextPopup.h"
 #include "controls/Controls.h"
 
 #include <QFrame>
@@ -12,6 +13,7 @@
 #include <QProgressBar>
 #include <QSizeGrip>
 #include <QStatusBar>
+#include <QStyle>
 
 #include <algorithm>
 #include <utility>
@@ -23,6 +25,28 @@ constexpr int kGap = 6;               // between two panels
 constexpr int kFirstPanelDigits = 20; // at least
 constexpr int kBarDigits = 26;
 constexpr int kLeastBarDigits = 8;
+
+QIcon iconOf(RemarkSeverity severity, const QStyle& style) {
+    switch (severity) {
+    case RemarkSeverity::Note:
+        return {};
+    case RemarkSeverity::Done:
+        return style.standardIcon(QStyle::SP_DialogApplyButton);
+    case RemarkSeverity::Warning:
+        return style.standardIcon(QStyle::SP_MessageBoxWarning);
+    case RemarkSeverity::Failed:
+        return style.standardIcon(QStyle::SP_MessageBoxCritical);
+    }
+    return {};
+}
+
+void showSeverity(ElidedLabel& panel, RemarkSeverity severity) {
+    panel.setIcon(iconOf(severity, *panel.style()));
+    QPalette colours; // the application's
+    if (severity == RemarkSeverity::Failed)
+        colours.setColor(QPalette::WindowText, warningColor(colours));
+    panel.setPalette(colours);
+}
 
 void sink(QFrame* panel) {
     panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
@@ -97,6 +121,11 @@ void placeStatusPanels(const LoaderWidgets& widgets, int windowWidth) {
 void bindStatusBar(Binder& binder, const LoaderWidgets& widgets, Controls& controls, QProperty<bool>& muted) {
     binder.follow(muted, [&widgets, &muted] { showMuted(widgets, muted); });
     binder.caption(controls.staStatus.FirstPanel, widgets.firstPanel);
+    binder.follow(controls.staStatus.FirstPanelSeverity, [panel = widgets.firstPanel, &controls] {
+        showSeverity(*panel, controls.staStatus.FirstPanelSeverity);
+    });
+    QObject::connect(widgets.firstPanel, &ElidedLabel::clicked, widgets.firstPanel,
+                     [panel = widgets.firstPanel] { showTextAbove(*panel, panel->text()); });
     binder.caption(controls.staStatus.SecondPanel, widgets.secondPanel);
     binder.follow(controls.pgbDownload.Value, [bar = widgets.pgbDownload, &controls] {
         bar->setValue(static_cast<int>(controls.pgbDownload.Value));

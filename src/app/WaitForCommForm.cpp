@@ -19,6 +19,9 @@ WaitForCommForm::WaitForCommForm(QWidget* parent)
 
     m_lblMsg = named(new QLabel(this), QStringLiteral("lblMsg"));
     m_lblMsg->setTextFormat(Qt::PlainText);
+    m_lblSeen = named(new QLabel(this), QStringLiteral("lblSeen"));
+    m_lblSeen->setTextFormat(Qt::PlainText);
+    m_lblSeen->setWordWrap(true);
     m_cancelButton = named(new QPushButton(this), QStringLiteral("CancelButton"));
     m_cancelButton->setDefault(true);
     auto* debug = new Disclosure(QStringLiteral("Debug"), this);
@@ -32,6 +35,7 @@ WaitForCommForm::WaitForCommForm(QWidget* parent)
     layout->setContentsMargins(16, 16, 16, 10);
     layout->setSpacing(12);
     layout->addWidget(m_lblMsg);
+    layout->addWidget(m_lblSeen);
     layout->addWidget(m_cancelButton, 0, Qt::AlignHCenter);
     layout->addWidget(debug);
     layout->setSizeConstraint(QLayout::SetFixedSize);
@@ -66,12 +70,21 @@ void WaitForCommForm::openFor(WaitDialog& dialog) {
         "Sends the text and mutes the protocols: until the program is restarted, only what you "
         "send yourself goes to the board."));
     m_txtOut->setText(dialog.txtOut.Text);
+    m_seen = dialog.lblSeen.Caption.addNotifier([this, &dialog] { showSeen(dialog.lblSeen.Caption); });
+    showSeen(dialog.lblSeen.Caption);
     m_cancelButton->setFocus();
     open();
 }
 
+void WaitForCommForm::showSeen(const QString& text) {
+    m_lblSeen->setText(text);
+    // A window of a fixed size follows its layout later, and a label that wraps asks for too little.
+    m_lblSeen->setMinimumHeight(m_lblSeen->heightForWidth(m_lblMsg->sizeHint().width()));
+}
+
 void WaitForCommForm::leave() {
     m_dialog = nullptr;
+    m_seen = {};
     hide();
 }
 

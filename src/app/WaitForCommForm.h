@@ -4,6 +4,7 @@
 
 #include <QDialog>
 #include <QPointer>
+#include <QProperty>
 
 #include <functional>
 
@@ -37,9 +38,12 @@ class WaitForCommForm final : public QDialog {
 
   private:
     void keyDown(const QKeyEvent& event);
+    void showSeen(const QString& text);
 
     WaitDialog* m_dialog = nullptr;
     QLabel* m_lblMsg;
+    QLabel* m_lblSeen;
+    QPropertyNotifier m_seen; ///< follows the dialog's lblSeen while the window is open
     QPushButton* m_cancelButton;
     QPushButton* m_cmdOut;
     QLineEdit* m_txtOut;

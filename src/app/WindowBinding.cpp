@@ -51,6 +51,14 @@ void bindFileMark(Binder& binder, Label& value, QLabel* mark) {
     });
 }
 
+void showAddressRemark(QLineEdit& box, const QString& remark) {
+    QPalette colours;
+    if (!remark.isEmpty())
+        colours.setColor(QPalette::Text, warningColor(colours));
+    box.setPalette(colours);
+    box.setToolTip(plainToolTip(remark));
+}
+
 /// Shows the folder of a slot's file, and the file that is really sent if links lead to another one.
 void showToolTip(const TextBox& value, FileNameEdit* field) {
     const QString folder = printableText(value.ToolTipText);
@@ -94,6 +102,10 @@ void bindSlots(Binder& binder, const LoaderWidgets& widgets, Loader& loader) {
         bindButton(binder, controls.cmdBrowse[i], row.cmdBrowse, WhileBusy::Grey);
         binder.caption(controls.lblStart[i].Caption, row.lblStart);
         binder.textBox(controls.txtStartAddress[i], row.txtStartAddress);
+        binder.follow(controls.AddressRemark[i],
+                      [box = row.txtStartAddress, &remark = controls.AddressRemark[i]] {
+                          showAddressRemark(*box, remark);
+                      });
         binder.caption(controls.lblSize[i].Caption, row.lblSize);
         binder.caption(controls.lblCodeSize[i].Caption, row.lblCodeSize);
         // In decimal, since the display itself is hexadecimal.
@@ -160,6 +172,15 @@ void bindAddressList(AddressTree* list, Loader& loader) {
     loader.controls.lvwAdrs.onChange(show);
 }
 
+/// Returns what tells a port from the others in the list.
+QString listText(const PortEntry& port) {
+    QStringList facts{port.adapter, port.serialNumber};
+    facts.removeAll(QString());
+    return facts.isEmpty()
+               ? port.device
+               : QStringLiteral("%1 (%2)").arg(port.device, printableText(facts.join(QLatin1Char(' '))));
+}
+
 /// Describes the ports; a device that is not one of the machine's ports still has its name.
 PortList::Descriptions describePorts(const Loader& loader, const PortCatalog& catalog) {
     PortList::Descriptions all;
@@ -171,7 +192,7 @@ PortList::Descriptions describePorts(const Loader& loader, const PortCatalog& ca
     for (const PortEntry& port : catalog.ports()) {
         for (const int number : port.numbers)
             all.insert(number,
-                       {port.device, describe(port).join(QLatin1Char('\n')), port.isThere.value_or(true)});
+                       {listText(port), describe(port).join(QLatin1Char('\n')), port.isThere.value_or(true)});
     }
     return all;
 }

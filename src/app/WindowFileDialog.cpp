@@ -33,6 +33,8 @@ QString WindowFileDialog::openFile(const FileRequest& request) {
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(filters);
     dialog.selectNameFilter(filters.value(request.filterIndex - 1));
+    if (!request.name.isEmpty())
+        dialog.selectFile(request.name);
     if (!m_run(dialog) || dialog.selectedFiles().isEmpty())
         return {};
     const QString chosen = dialog.selectedFiles().constFirst();

@@ -1,10 +1,19 @@
 #include "boot/WaitDialog.h"
 
 #include "boot/WaitDialogView.h"
+#include "platform/SecondsText.h"
+#include "serial/BoardHint.h"
 #include "serial/PatientOpening.h"
 
+#include <QLocale>
+
 namespace zrk {
+
+using namespace std::chrono_literals;
+
 namespace {
+
+constexpr auto kHintAfter = 15s;
 
 /// A guard that hides the view on every way out, a port failure included.
 class ShownView {
@@ -20,7 +29,9 @@ class ShownView {
 
 } // namespace
 
-WaitDialog::WaitDialog(Link& link, WaitDialogView& view) : m_link(link), m_view(view) {
+WaitDialog::WaitDialog(Link& link, WaitDialogView& view)
+    : m_link(link), m_view(view), m_timer(link.loop.createTimer([this] { showSeen(); })),
+      m_since(link.loop.now()) {
     CancelButton.Caption = QStringLiteral("Cancel");
     cmdOut.Caption = QStringLiteral("Debug Send String:");
     txtOut.Text = QStringLiteral("4");
@@ -31,8 +42,23 @@ void WaitDialog::showModal() {
     const ShownView shown(m_view, *this);
     const PendingWait note =
         m_link.transport.noteWait(Awaited::PowerOn, QStringLiteral("Waiting for the board's power-on"));
+    m_timer->start(1s);
     Form_Activate();
     Form_Unload();
+}
+
+void WaitDialog::showSeen() {
+    const auto waited = std::chrono::duration_cast<std::chrono::seconds>(m_link.loop.now() - m_since);
+    const QString port =
+        QStringLiteral("COM%1 (%2)").arg(QString::number(m_link.port.CommPort()), m_link.port.openedDevice());
+    QString text = QStringLiteral("%1: %2, %3 byte%4 received.")
+                       .arg(port, durationText(waited), QLocale().toString(m_received),
+                            QLatin1String(m_received == 1 ? "" : "s"));
+    const QString hint =
+        waited < kHintAfter ? QString() : boardHint(Outcome::TimedOut, m_link.port.lastReceived(), port);
+    if (!hint.isEmpty())
+        text += QLatin1Char('\n') + hint;
+    lblSeen.Caption = text;
 }
 
 void WaitDialog::Form_Load() {
@@ -41,6 +67,7 @@ void WaitDialog::Form_Load() {
     lblMsg.Caption = QStringLiteral("Cycle power off/on on the ZRK6924 demo board, \r\n"
                                     "Make sure that service jumper is installed\r\n\r\n"
                                     "Waiting for Boot_ID from ZRK6924....");
+    showSeen();
 }
 
 /// A board that feeds its own adapter takes the port away and brings it back when its power is cycled.
@@ -73,6 +100,7 @@ void WaitDialog::showWhatDoesNotCount() {
     while (!counts && !m_link.state.CancelRequested) {
         counts = m_view.countsBootId(); // not yet for what has come by now
         const QByteArray heard = m_link.port.receive();
+        m_received += heard.size();
         if (!heard.isEmpty())
             m_link.console.PrintAnswer(QString::fromLatin1(heard));
         else if (!counts)
@@ -83,6 +111,7 @@ void WaitDialog::showWhatDoesNotCount() {
 void WaitDialog::readUntilBootId() {
     do {
         m_link.state.LastChar = m_link.transport.ReadChar();
+        ++m_received;
         m_link.console.PrintAnswer(m_link.state.LastChar);
     } while (m_link.state.LastChar != QLatin1String("5") && !m_link.state.CancelRequested);
     if (!m_link.state.CancelRequested)

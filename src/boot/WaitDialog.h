@@ -18,6 +18,7 @@ class WaitDialog {
     void showModal();
 
     Label lblMsg;
+    Label lblSeen; ///< port, seconds, received bytes; after 15 s without success, what to check
     CommandButton CancelButton;
     CommandButton cmdOut;
     TextBox txtOut;
@@ -43,9 +44,13 @@ class WaitDialog {
     void showWhatDoesNotCount();
     void readUntilBootId();
     [[nodiscard]] bool reopen(const QString& why);
+    void showSeen();
 
     Link& m_link;
     WaitDialogView& m_view;
+    std::unique_ptr<Timer> m_timer;
+    EventLoop::TimePoint m_since;
+    qsizetype m_received = 0;
     bool m_BootIdSeen = false;
 };
 

@@ -1,11 +1,11 @@
 #include "cli/EndSentence.h"
 
 #include "cli/Steps.h"
-#include "loader/BoardHint.h"
 #include "loader/Loader.h"
 #include "machine/NetworkMessages.h"
 #include "machine/PortMessages.h"
 #include "machine/SystemPorts.h"
+#include "serial/BoardHint.h"
 #include "serial/OutcomeSentence.h"
 
 namespace zrk {

@@ -65,10 +65,10 @@ ExitStatus script(const StepRun& run) {
     loader.script.runScript(run.argument, run.options.limits.script);
     const ExitStatus status = notSeen(run, exitStatusOf(loader.operation.outcome()));
     noteLimit(run, "--script-timeout");
-    if (status != ExitStatus::Done && !loader.state.Remark.isEmpty()) // names the line and the reason
+    if (status != ExitStatus::Done && !loader.state.Remark.text.isEmpty()) // names the line and the reason
         run.output.tell(
             (status == ExitStatus::NotSeen ? QStringLiteral("--script-timeout ran out: ") : QString()) +
-            loader.state.Remark);
+            loader.state.Remark.text);
     return status;
 }
 

@@ -37,8 +37,9 @@ bool AddressValidation::ValidateAddresses() {
 void AddressValidation::cmdValidateAdrs_Click() {
     try {
         if (ValidateAddresses())
-            m_desk.state.Remark =
-                QStringLiteral("The addresses are valid: no range overlaps another or a marker.");
+            m_desk.state.Remark = {
+                QStringLiteral("The addresses are valid: no range overlaps another or a marker."),
+                RemarkSeverity::Done};
     } catch (const RuntimeFailure& failure) {
         report(failure.description(), QStringLiteral("Invalid address"));
     }

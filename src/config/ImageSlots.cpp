@@ -33,7 +33,14 @@ void ImageSlots::fill(int slot, const QString& path) {
 void ImageSlots::chkExeURK_Click(int slot) {
     const auto i = static_cast<std::size_t>(slot);
     if (m_controls.chkExeURK[i].isTicked() && m_controls.txtFilNam[i].Tag.value().isEmpty())
-        m_controls.chkExeURK[i].Value = 0;
+        refuseTick(i);
+}
+
+void ImageSlots::refuseTick(std::size_t slot) {
+    m_controls.chkExeURK[slot].Value = 0;
+    m_state.Remark = {QStringLiteral("%1 has no file yet: choose one with Browse, or drop it on the row.")
+                          .arg(m_controls.slotTitle(slot)),
+                      RemarkSeverity::Warning};
 }
 
 void ImageSlots::checkFiles() {

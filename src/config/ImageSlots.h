@@ -39,6 +39,8 @@ class ImageSlots {
     [[nodiscard]] static QString sizeText(std::int64_t length);
 
   private:
+    void refuseTick(std::size_t slot);
+
     /// A file's size and time when it was chosen.
     struct Stamp {
         QString path;

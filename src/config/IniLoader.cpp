@@ -106,20 +106,28 @@ void IniLoader::mnuLoadIni_Click() {
     }
     checkNames(file);
     const QStringList all = remarks();
-    m_desk.state.Remark = all.isEmpty() ? QString()
-                                        : printableText(m_slots.paths().FileNameOf(m_desk.state.IniPath)) +
-                                              QStringLiteral(": ") + all.join(QLatin1Char(' '));
+    m_desk.state.Remark = {};
+    if (!all.isEmpty())
+        m_desk.state.Remark = {printableText(m_slots.paths().FileNameOf(m_desk.state.IniPath)) +
+                                   QStringLiteral(": ") + all.join(QLatin1Char(' ')),
+                               RemarkSeverity::Warning};
+}
+
+void IniLoader::usePath(const QString& path) {
+    m_desk.state.IniPath = path;
+    m_slots.resolveFrom(QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
 }
 
 void IniLoader::openIni(const QString& path) {
-    m_desk.state.IniPath = path;
-    m_slots.resolveFrom(QDir::toNativeSeparators(QFileInfo(path).absolutePath()));
+    usePath(path);
     mnuLoadIni_Click();
     const QStringList kept = keptSlots();
-    if (!kept.isEmpty())
-        m_desk.state.Remark +=
-            (m_desk.state.Remark.isEmpty() ? QString() : QStringLiteral(" ")) +
+    if (kept.isEmpty())
+        return;
+    QString& text = m_desk.state.Remark.text;
+    text += (text.isEmpty() ? QString() : QStringLiteral(" ")) +
             QStringLiteral("Not in this file, kept from before: %1.").arg(kept.join(QStringLiteral(", ")));
+    m_desk.state.Remark.severity = RemarkSeverity::Warning;
 }
 
 /// Returns the slots with a file that this INI file does not name but another one may.

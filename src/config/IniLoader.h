@@ -25,6 +25,9 @@ class IniLoader {
     /// folder.
     void openIni(const QString& path);
 
+    /// Makes mnuLoadIni_Click read this file from now on. Relative names start at its folder.
+    void usePath(const QString& path);
+
     /// Shows a message box: the file has to be edited by hand. Yields.
     void mnuWriteIni_Click();
 

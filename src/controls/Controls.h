@@ -3,6 +3,7 @@
 #include "controls/AddressList.h"
 #include "controls/ConsoleText.h"
 #include "controls/SlotTable.h"
+#include "controls/StatusRemark.h"
 
 #include <QList>
 #include <QProperty>
@@ -67,6 +68,7 @@ struct ProgressBar {
 /// The texts of the status bar's panels; the third hosts the progress bar.
 struct StatusBar {
     QProperty<QString> FirstPanel;
+    QProperty<RemarkSeverity> FirstPanelSeverity{RemarkSeverity::Note};
     QProperty<QString> SecondPanel;
 };
 
@@ -90,6 +92,7 @@ struct Controls {
     std::array<CheckBox, kSlotCount> chkExeURK;
     std::array<TextBox, kSlotCount> txtFilNam;
     std::array<TextBox, kSlotCount> txtStartAddress;
+    std::array<QProperty<QString>, kSlotCount> AddressRemark; ///< what was typed was taken for something else
     std::array<Label, kSlotCount> lblStart;
     std::array<Label, kSlotCount> lblSize;
     std::array<Label, kSlotCount> lblCodeSize;

@@ -3,6 +3,7 @@
 #include "controls/Outcome.h"
 #include "controls/SentImage.h"
 #include "controls/SlotTable.h"
+#include "controls/StatusRemark.h"
 
 #include <QProperty>
 #include <QString>
@@ -49,17 +50,17 @@ struct SharedState {
     bool TerminalMode = false;
     bool Asking = false;         ///< a message box waits for the user
     bool ReceivedIsHeld = false; ///< what arrives stays unread for a script's next wait
-    /// Set from a failure in or after the flash header frame until the next operation: the flash may be
-    /// erased or half written.
+    /// Set from a failure after the flash header frame, which begins to erase, until the next operation: the
+    /// flash may be erased or half written.
     bool FlashStateUnknown = false;
     QString LastChar;     ///< the character most recently read by a protocol step
     QString MessageText;  ///< prompt of the message box being raised; last address error
     QString IniPath;      ///< full path of the configuration file
     QString DialogFolder; ///< where the file dialogs begin: the program's own folder
     QString HeardBehind;  ///< what terminal mode has received after the text that a script waited for last
-    QString Remark;       ///< for the first status panel while nothing runs, until the user's next action
-    QString Unanswered;   ///< the request that the reply time-out ran out for, in words
-    QString LastSent;     ///< what the board's next answer is about, in words
+    StatusRemark Remark;
+    QString Unanswered; ///< the request that the reply time-out ran out for, in words
+    QString LastSent;   ///< what the board's next answer is about, in words
     std::array<QString, 8> SlotNames;
     std::int32_t BytesSent = 0;      ///< code bytes handed over by the current image transfer
     std::int32_t BytesTotal = 0;     ///< code bytes of the current image transfer

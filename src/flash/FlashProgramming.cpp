@@ -56,11 +56,12 @@ void FlashProgramming::cmdPrgFlash_Click() {
 
 Operation::End FlashProgramming::program() {
     m_link.operation.begin();
-    m_headerStarted = false;
+    m_headerSent = false;
     m_link.state.PgSiblVersion = QString();
     m_link.controls.cmdPrgFlash.Enabled = false;
     for (const int slot : {kPgSibl, kFlashImage})
         requireSendable(m_link.controls, slot);
+    m_link.state.Remark = caution();
     m_link.port.CloseComPort();
     m_link.terminal.switchTo(false);
     m_link.port.OpenComPort();
@@ -76,6 +77,14 @@ Operation::End FlashProgramming::program() {
     m_link.controls.cmdPrgFlash.Enabled = true;
     m_link.port.CloseComPort();
     return Operation::End::Done;
+}
+
+/// What the user should see before the power cycle: nothing checks it until the header is built.
+StatusRemark FlashProgramming::caution() const {
+    if (!m_link.controls.sizeInBytes(kFlashImage))
+        return {QStringLiteral("No flash image is chosen: nothing can be programmed."),
+                RemarkSeverity::Warning};
+    return {m_link.controls.AddressRemark[kFlashImage].value(), RemarkSeverity::Warning};
 }
 
 bool FlashProgramming::wake() {
@@ -111,13 +120,13 @@ bool FlashProgramming::requestVersion() {
 
 bool FlashProgramming::sendHeader() {
     m_link.console.PrintStatus(QStringLiteral("Sending NAND FLASH HEADER frame .. "));
-    m_headerStarted = true;
     m_frames.sendHeaderStart(m_link.controls.txtStartAddress[kFlashImage].Text);
     m_frames.sendHeaderSize(m_link.controls.sizeOf(kFlashImage));
     const bool erase = m_link.controls.chkErase.isTicked();
     if (erase)
         m_link.console.PrintStatus(QStringLiteral("(ERASING FLASH) .. "));
     m_frames.sendHeaderEnd(erase);
+    m_headerSent = true;
     return erase ? awaitAck(Awaited::Erase, QStringLiteral("The board erases the flash"))
                  : awaitAck(Awaited::Prepare, QStringLiteral("The board prepares the flash"));
 }
@@ -153,7 +162,7 @@ bool FlashProgramming::awaitAck(Awaited kind, const QString& what) {
 
 void FlashProgramming::abort() {
     m_link.operation.abort(m_link.controls.cmdPrgFlash);
-    m_link.state.FlashStateUnknown = m_headerStarted;
+    m_link.state.FlashStateUnknown = m_headerSent;
 }
 
 } // namespace zrk

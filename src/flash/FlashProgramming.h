@@ -25,6 +25,7 @@ class FlashProgramming {
 
   private:
     [[nodiscard]] Operation::End program();
+    [[nodiscard]] StatusRemark caution() const;
     [[nodiscard]] bool wake();
     [[nodiscard]] bool requestVersion();
     [[nodiscard]] bool sendHeader();
@@ -39,7 +40,7 @@ class FlashProgramming {
     ImageTransfer& m_transfer;
     FlashFrames m_frames;
     std::optional<std::chrono::milliseconds> m_answerLimit;
-    bool m_headerStarted = false;
+    bool m_headerSent = false;
 };
 
 } // namespace zrk

@@ -2,10 +2,21 @@
 
 #include "config/ImageSlots.h"
 #include "platform/SecondsText.h"
+#include "serial/BoardHint.h"
+
+#include <QLocale>
+
+#include <algorithm>
 
 namespace zrk {
 
 using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kStopped = 1s;
+
+} // namespace
 
 Activity::Activity(Link& link, ImageSlots& imageSlots)
     : m_link(link), m_imageSlots(imageSlots), m_timer(link.loop.createTimer([this] { refresh(); })) {
@@ -19,11 +30,13 @@ void Activity::refresh() {
         m_nextFileCheck = m_link.loop.now() + 1s;
     }
     followTransfer();
-    const QString text = m_link.state.Asking            ? QStringLiteral("Waiting for your answer")
-                         : m_link.state.OperationActive ? operationText()
-                                                        : idleText();
-    if (m_link.controls.staStatus.FirstPanel.value() != text)
-        m_link.controls.staStatus.FirstPanel = text;
+    followUnsent();
+    const StatusRemark shown = m_link.state.Asking ? StatusRemark{QStringLiteral("Waiting for your answer")}
+                               : m_link.state.OperationActive ? StatusRemark{operationText()}
+                                                              : idleRemark();
+    if (m_link.controls.staStatus.FirstPanel.value() != shown.text)
+        m_link.controls.staStatus.FirstPanel = shown.text;
+    m_link.controls.staStatus.FirstPanelSeverity = shown.severity;
 }
 
 void Activity::followTransfer() {
@@ -42,12 +55,31 @@ void Activity::followTransfer() {
         m_rate.update(m_link.state.BytesSent, m_link.loop.now());
 }
 
+void Activity::followUnsent() {
+    const qsizetype unsent = m_link.state.TerminalMode ? m_link.port.unsentBytes() : 0;
+    if (unsent == 0 || unsent < m_unsent)
+        m_lineMoved = m_link.loop.now();
+    m_unsent = unsent;
+}
+
+/// A line that takes nothing for longer than its pace explains has been stopped by the board.
+QString Activity::stoppedLine() const {
+    if (m_unsent == 0 || m_link.loop.now() - m_lineMoved < kStopped)
+        return {};
+    return QStringLiteral("The board has stopped the line (XOFF): %1 byte%2 wait%3. "
+                          "Disable terminal mode to send on all the same, or press Cancel to drop %4.")
+        .arg(QLocale().toString(m_unsent), QLatin1String(m_unsent == 1 ? "" : "s"),
+             QLatin1String(m_unsent == 1 ? "s" : ""), QLatin1String(m_unsent == 1 ? "it" : "them"));
+}
+
 QString Activity::operationText() const {
     if (m_transferring) {
         const Series& series = m_link.state.Images;
+        const QString image = m_link.controls.slotTitle(static_cast<std::size_t>(m_link.state.SendingSlot));
         if (series.count < 2)
-            return QStringLiteral("Sending: ") + m_rate.text(m_link.loop.now());
-        return QStringLiteral("Sending %1 of %2: %3")
+            return QStringLiteral("%1: %2").arg(image, m_rate.text(m_link.loop.now()));
+        return QStringLiteral("%1, %2 of %3: %4")
+            .arg(image)
             .arg(series.number)
             .arg(series.count)
             .arg(m_rate.seriesText(series, m_link.loop.now()));
@@ -55,22 +87,44 @@ QString Activity::operationText() const {
     if (!m_link.state.WaitingFor.isEmpty()) {
         const auto since =
             std::chrono::duration_cast<std::chrono::seconds>(m_link.loop.now() - m_link.state.WaitingSince);
-        const QString waits = QStringLiteral("%1: %2").arg(m_link.state.WaitingFor, durationText(since));
+        QString waits = QStringLiteral("%1: %2").arg(m_link.state.WaitingFor, durationText(since));
+        if (!m_link.state.Remark.text.isEmpty())
+            waits = QStringLiteral("%1 %2").arg(m_link.state.Remark.text, waits);
         // Without the rest of its image the board may never answer.
         return m_link.state.OtherLength.isEmpty() ? waits
                                                   : waits + QStringLiteral(". ") + m_link.state.OtherLength;
     }
-    return m_link.state.TerminalMode ? QStringLiteral("Running a script")
-                                     : QStringLiteral("Talking to the board");
+    if (!m_link.state.TerminalMode)
+        return QStringLiteral("Talking to the board");
+    const QString stopped = stoppedLine();
+    return stopped.isEmpty() ? QStringLiteral("Running a script") : stopped;
 }
 
-QString Activity::idleText() const {
-    QStringList remarks{m_link.state.Remark, m_link.state.LineErrorsText};
-    if (m_link.state.FlashStateUnknown)
-        remarks += kFlashStateUnknownText;
-    remarks.removeAll(QString());
-    if (!remarks.isEmpty())
-        return remarks.join(QLatin1Char(' '));
+/// The worst comes first: a narrow window cuts off the end.
+StatusRemark Activity::idleRemark() const {
+    const StatusRemark& remark = m_link.state.Remark;
+    QStringList texts{remark.text, remark.severity == RemarkSeverity::Failed ? hint() : QString(),
+                      m_link.state.LineErrorsText};
+    RemarkSeverity severity =
+        m_link.state.LineErrorsText.isEmpty() ? RemarkSeverity::Note : RemarkSeverity::Warning;
+    if (m_link.state.FlashStateUnknown) {
+        texts.prepend(kFlashStateUnknownText);
+        severity = RemarkSeverity::Failed;
+    }
+    texts.removeAll(QString());
+    if (const QString stopped = stoppedLine(); !stopped.isEmpty())
+        return {stopped, RemarkSeverity::Warning};
+    return texts.isEmpty() ? StatusRemark{portText()}
+                           : StatusRemark{texts.join(QLatin1Char(' ')), std::max(severity, remark.severity)};
+}
+
+QString Activity::hint() const {
+    const int number = m_link.port.CommPort();
+    return boardHint(m_link.operation.outcome(), m_link.port.lastReceived(),
+                     QStringLiteral("COM%1 (%2)").arg(QString::number(number), m_link.port.openedDevice()));
+}
+
+QString Activity::portText() const {
     const bool open = m_link.port.isOpen();
     if (m_link.controls.cmbComPort.ListIndex < 0)
         return {};
@@ -83,9 +137,25 @@ QString Activity::idleText() const {
     if (open && m_link.state.TerminalMode)
         text += QStringLiteral(", terminal");
     const QStringList changed = changedFiles();
-    return changed.isEmpty()
-               ? text
-               : text + QStringLiteral(". Changed on disk: ") + changed.join(QStringLiteral(", "));
+    if (!changed.isEmpty())
+        return text + QStringLiteral(". Changed on disk: ") + changed.join(QStringLiteral(", "));
+    const QString next = nextStep();
+    return next.isEmpty() ? text : text + QStringLiteral(". Next: ") + next;
+}
+
+/// The next step of a bring-up; "" where there is none or the user is in the terminal.
+QString Activity::nextStep() const {
+    const auto caption = [](const CommandButton& button) {
+        return QStringLiteral("\"%1\"").arg(QString(button.Caption).remove(QLatin1Char('&')));
+    };
+    const Controls& controls = m_link.controls;
+    if (m_link.state.TerminalMode)
+        return {};
+    if (controls.cmdStartSecondary.Enabled && m_link.port.isOpen())
+        return QStringLiteral("%1 or %2.").arg(caption(controls.cmdURK), caption(controls.cmdStartSecondary));
+    if (!controls.cmdStartPrimary.Enabled)
+        return QStringLiteral("choose a primary boot.");
+    return caption(controls.cmdStartPrimary) + QLatin1Char('.');
 }
 
 /// Returns the slots whose rows are marked, for users who cannot point at a mark.

@@ -7,13 +7,13 @@ namespace zrk {
 
 class ImageSlots;
 
-/// What a user has to know after a failure in or after the flash header frame.
+/// What a user has to know after a failure that came after the flash header frame.
 inline const QString kFlashStateUnknownText =
     QStringLiteral("The flash contents are in an unknown state: program the flash again.");
 
-/// The first panel of the status bar. It shows port, device and state in words, or a remark, such as how the
-/// last operation ended; while an operation runs, what it does, how fast, and the time left. Also checks the
-/// files of the slots.
+/// The first panel of the status bar. It shows port, device and state in words and the next step, or a remark,
+/// such as how the last operation ended and what to check then; while an operation runs, what it does, how fast,
+/// and the time left. Also checks the files of the slots.
 class Activity {
   public:
     Activity(Link& link, ImageSlots& imageSlots);
@@ -29,9 +29,15 @@ class Activity {
 
   private:
     void followTransfer();
+    void followUnsent();
+    [[nodiscard]] QString stoppedLine() const;
     [[nodiscard]] QString operationText() const;
-    [[nodiscard]] QString idleText() const;
+    [[nodiscard]] StatusRemark idleRemark() const;
+    /// What most likely is the matter after a failure, and what to do; "" when that is unknown.
+    [[nodiscard]] QString hint() const;
+    [[nodiscard]] QString portText() const;
     [[nodiscard]] QStringList changedFiles() const;
+    [[nodiscard]] QString nextStep() const;
 
     Link& m_link;
     ImageSlots& m_imageSlots;
@@ -40,6 +46,8 @@ class Activity {
     EventLoop::TimePoint m_nextFileCheck;
     std::int32_t m_lastSent = 0;
     int m_lastSlot = 0;
+    qsizetype m_unsent = 0;
+    EventLoop::TimePoint m_lineMoved; ///< when the last unsent byte left, or there was none
     bool m_transferring = false;
 };
 

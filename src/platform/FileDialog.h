@@ -17,6 +17,7 @@ struct FileRequest {
     QString folder;      ///< where the dialog starts
     /// Whether a new file is allowed; an existing one is overwritten once the user has agreed to that.
     bool isToBeWritten = false;
+    QString name = {}; ///< proposed for a new file
 };
 
 /// A dialog that chooses a file. Modal; it yields while it is open.

@@ -73,7 +73,7 @@ void ScriptRunner::runScript(const QString& path, std::optional<std::chrono::mil
         return;
     m_waitLimit = waitLimit;
     m_consoleAtStart = m_link.controls.txtStatus.text().size();
-    m_link.state.Remark.clear();
+    m_link.state.Remark = {};
     std::int16_t counter = 0;
     const auto body = [&] {
         m_link.controls.mnuExecScript.Enabled = false;
@@ -90,9 +90,10 @@ void ScriptRunner::runScript(const QString& path, std::optional<std::chrono::mil
                                   .arg(QLatin1String(counter == 1 ? "" : "s"));
                           }});
     if (!m_link.operation.failure().isEmpty())
-        m_link.state.Remark =
+        m_link.state.Remark = {
             (counter > 0 ? QStringLiteral("The script ended at line %1: ").arg(counter) : QString()) +
-            m_link.operation.failure();
+                m_link.operation.failure(),
+            RemarkSeverity::Failed};
 }
 
 void ScriptRunner::finish(int counter) {

@@ -78,13 +78,15 @@ void ConsoleKeys::showProgress() {
     const QString progress = QStringLiteral("Pasting: line %1 of %2. Escape stops.")
                                  .arg(m_pasted.linesSent())
                                  .arg(m_pasted.lines());
-    if (progress != m_progress)
-        m_desk.state.Remark = m_progress = progress;
+    if (progress == m_progress)
+        return;
+    m_progress = progress;
+    m_desk.state.Remark = {progress};
 }
 
 void ConsoleKeys::endPaste(const QString& remark) {
-    if (!m_progress.isEmpty() && m_desk.state.Remark == m_progress)
-        m_desk.state.Remark = remark;
+    if (!m_progress.isEmpty() && m_desk.state.Remark.text == m_progress)
+        m_desk.state.Remark = {remark};
     m_progress.clear();
 }
 

@@ -53,8 +53,11 @@ void Operation::remark(const Plan& plan) const {
         return;
     const auto since = m_desk.state.SendingSince.value_or(m_desk.loop.now());
     const auto time = std::chrono::round<std::chrono::seconds>(m_desk.loop.now() - since);
-    m_desk.state.Remark = m_outcome == Outcome::Done ? plan.achievement(durationText(time))
-                                                     : outcomeSentence(m_outcome, m_desk.state, m_failure);
+    m_desk.state.Remark = m_outcome == Outcome::Done
+                              ? StatusRemark{plan.achievement(durationText(time)), RemarkSeverity::Done}
+                              : StatusRemark{outcomeSentence(m_outcome, m_desk.state, m_failure),
+                                             m_outcome == Outcome::Cancelled ? RemarkSeverity::Warning
+                                                                             : RemarkSeverity::Failed};
 }
 
 void Operation::watchLine() {
@@ -82,7 +85,7 @@ void Operation::begin() {
     m_desk.state.withdrawStop();
     m_desk.state.FlashStateUnknown = false;
     m_desk.state.WrongAnswer.clear();
-    m_desk.state.Remark.clear();
+    m_desk.state.Remark = {};
     m_desk.state.Unanswered.clear();
     m_desk.state.LastSent.clear();
     m_desk.state.SendingSince.reset();

@@ -70,7 +70,7 @@ void PortControl::closeLost() {
         end = QStringLiteral("COM%1 (%2) is gone. Port closed. When it is back, the terminal goes on.")
                   .arg(m_port.CommPort())
                   .arg(m_port.openedDevice());
-    m_desk.state.Remark = end;
+    m_desk.state.Remark = {end, m_isPulled ? RemarkSeverity::Warning : RemarkSeverity::Failed};
     m_console.PrintPlain(QStringLiteral("\r\n--- ") + end + QStringLiteral(" ---\r\n"));
 }
 
@@ -83,7 +83,7 @@ void PortControl::reopen() {
         return; // the system may not have given it to the user's group yet
     }
     m_isPulled = false;
-    m_desk.state.Remark.clear();
+    m_desk.state.Remark = {};
     m_console.PrintPlain(QStringLiteral("\r\n--- COM%1 (%2) is back. Port open. ---\r\n")
                              .arg(m_port.CommPort())
                              .arg(m_port.openedDevice()));

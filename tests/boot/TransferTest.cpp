@@ -179,7 +179,7 @@ TEST(Transfer, SizesThatDoNotMatchTheFile) {
         };
         r.start();
         EXPECT_EQ(r.outcome(), row.remark[0] == 'L' ? Outcome::Done : Outcome::File);
-        EXPECT_EQ(r.loader.state.Remark, row.remark);
+        EXPECT_EQ(r.loader.state.Remark.text, row.remark);
         EXPECT_EQ(r.bench.console(), bringUpTexts().join(QString()));
         const auto sent = r.loader.state.Sent[0].value().value_or(zrk::SentImage{});
         EXPECT_EQ(QStringLiteral("%1 %2").arg(sent.bytes).arg(sent.crcText()), row.sum);
@@ -200,7 +200,7 @@ TEST(Transfer, AnEmptyImageCountsAsAnImage) {
         r.loader.controls.chkExeURK[0].Value = ticked ? 1 : 0;
         r.loader.controls.chkExeURK[1].Value = 0;
         r.start();
-        EXPECT_EQ(r.loader.state.Remark,
+        EXPECT_EQ(r.loader.state.Remark.text,
                   ticked ? "Loaded: 0 bytes in 0 s." : "No image was ticked: nothing was sent.");
     }
 }

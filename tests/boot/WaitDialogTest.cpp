@@ -35,6 +35,34 @@ TEST_F(Waiting, TextsOfTheDialog) {
     });
 }
 
+/// Below the fixed text, for a user who wonders why nothing happens.
+TEST_F(Waiting, SaysWhatItSees) {
+    struct Row {
+        QByteArray received;
+        std::chrono::seconds when;
+        const char* seen;
+    };
+    for (const Row& row : std::initializer_list<Row>{
+             {"", 0s, "COM1 (/dev/line1): 0 s, 0 bytes received."},
+             {"", 14s, "COM1 (/dev/line1): 14 s, 0 bytes received."},
+             {"", 75s,
+              "COM1 (/dev/line1): 1 min 15 s, 0 bytes received.\nNothing was received from COM1 "
+              "(/dev/line1): check that this is the board's port, the cable and the board's power."},
+             {"!", 20s, "COM1 (/dev/line1): 20 s, 1 byte received."},
+             {"Welcome to the board's shell\r\n", 15s,
+              "COM1 (/dev/line1): 15 s, 30 bytes received.\nThe board runs a program that prints text "
+              "instead "
+              "of waiting in its boot ROM: install the service jumper, then cycle the power."}}) {
+        SCOPED_TRACE(row.seen);
+        port.steps[0].answer = row.received;
+        loop.after(row.when + 20ms, [this, row] {
+            EXPECT_EQ(bench.waitDialog.open->lblSeen.Caption.value(), row.seen);
+            bench.waitDialog.open->CancelButton_Click();
+        });
+        loader.bringUp.cmdStartPrimary_Click();
+    }
+}
+
 TEST_F(Waiting, EveryWayOutWithoutABootId) {
     for (const auto& [name, way] :
          std::initializer_list<std::pair<const char*, std::function<void(zrk::WaitDialog&)>>>{

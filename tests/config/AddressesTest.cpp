@@ -34,19 +34,38 @@ class Addresses : public ScriptedTest {
 };
 
 TEST_F(Addresses, EntryRule) {
-    const std::initializer_list<std::tuple<int, const char*, const char*>> table{
-        {1, "0x80000000", "0x80000000"}, {1, "0x8000", "0x00008000"}, {5, "4096", "0x00001000"},
-        {1, "&h80000000", "0x80000000"}, {2, "0h100", "0x00000100"},  {3, "0xabcdef01", "0xABCDEF01"},
-        {0, "0x12345", "0x2345"},        {0, "0x80000004", "0x0004"}, {6, "1", "0x0001"},
-        {1, "0X80000000", "0x0"},        {4, "xyz", "0x0"},           {0, "", "0x0"},
-        {1, "0x180000000", "0x0"},       {1, " 0x80000004", "0x0"},   {1, "0x80000004 ", "0x80000004"}};
-    for (const auto& [slot, typed, entered] : table) {
+    // With a part of the remark on texts that most likely mean something else.
+    const std::initializer_list<std::tuple<int, const char*, const char*, const char*>> table{
+        {1, "0x80000000", "0x80000000", ""},
+        {1, "0x8000", "0x00008000", ""},
+        {5, "4096", "0x00001000", "4096 is taken for a decimal number, which is 0x00001000."},
+        {5, "0x1000", "0x00001000", ""},
+        {1, "&h80000000", "0x80000000", ""},
+        {2, "0h100", "0x00000100", ""},
+        {3, "0xabcdef01", "0xABCDEF01", ""},
+        {0, "0x12345", "0x2345", "does not fit into the IRAM"},
+        {0, "0x80000004", "0x0004", "0x0004 is used instead."},
+        {6, "1", "0x0001", ""},
+        {1, "80008000", "0x04C4D340", "Write 0x in front of hexadecimal digits."},
+        {1, "0X80000000", "0x0", "0x0 is used instead. Write 0x and up to 8 hexadecimal digits."},
+        {4, "xyz", "0x0", "the address cannot be read."},
+        {0, "", "0x0", "the address cannot be read."},
+        {1, "0x180000000", "0x0", "cannot be read"},
+        {1, " 0x80000004", "0x0", "cannot be read"},
+        {1, "0x80000004 ", "0x80000004", ""}};
+    for (const auto& [slot, typed, entered, remark] : table) {
         auto& text = loader.controls.txtStartAddress[static_cast<std::size_t>(slot)].Text;
         text = typed;
         EXPECT_EQ(loader.addresses.txtStartAddress_KeyPress(slot, 'x'), 'x');
         EXPECT_EQ(text.value(), typed);
         EXPECT_EQ(loader.addresses.txtStartAddress_KeyPress(slot, 13), 0);
         EXPECT_EQ(text.value(), entered) << slot << " " << typed;
+        for (int look = 0; look < 2; ++look) { // the second time the focus only passes through
+            const QString mark = loader.controls.AddressRemark[static_cast<std::size_t>(slot)];
+            EXPECT_TRUE(*remark == 0 ? mark.isEmpty() : mark.contains(remark)) << typed << mark.toStdString();
+            EXPECT_EQ(loader.state.Remark.text.contains(mark), true) << "its last one stays";
+            loader.addresses.txtStartAddress_Validate(slot);
+        }
     }
 }
 

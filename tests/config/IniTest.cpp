@@ -73,7 +73,7 @@ TEST_F(Ini, RemarksStayInTheStatusBarUntilAnOperationBegins) {
     (void)bench.file("p.bin", "p");
     const auto told = [this] {
         loop.runFor(250ms);
-        return loader.controls.staStatus.FirstPanel.value();
+        return loader.controls.staStatus.FirstPanel.value().section(". Next: ", 0, 0);
     };
     const QString idle = told();
     for (const auto& [text, remark] : std::initializer_list<std::pair<QByteArray, const char*>>{
@@ -123,7 +123,7 @@ TEST_F(Ini, EndlessNamesAreReportedInFewWords) {
     for (int line = 3; line <= 11; ++line)
         remark +=
             QString("Line %1: unknown key X in [IMGFILES]; known are UBOOT, ROOTFS, KERNEL. ").arg(line);
-    EXPECT_EQ(loader.state.Remark, remark + "And 99991 more.");
+    EXPECT_EQ(loader.state.Remark.text, remark + "And 99991 more.");
     EXPECT_EQ(loader.controls.txtFilNam[2].Text.value(), "CAN'T FIND: none");
 }
 

@@ -67,9 +67,13 @@ struct FlashRig : ScriptedRig {
         EXPECT_EQ(bench.buttons(), "1111");
         EXPECT_EQ(loader.state.FlashStateUnknown, flashUnknown);
         bench.expectAtRest();
-        EXPECT_EQ(loader.controls.staStatus.FirstPanel.value().contains(
-                      ". The flash contents are in an unknown state: program the flash again."),
-                  flashUnknown);
+        EXPECT_EQ(loader.controls.staStatus.FirstPanel.value().startsWith(
+                      "The flash contents are in an unknown state: program the flash again. "),
+                  flashUnknown)
+            << "the worst comes first";
+        if (flashUnknown) {
+            EXPECT_EQ(loader.controls.staStatus.FirstPanelSeverity, zrk::RemarkSeverity::Failed);
+        }
     }
 };
 

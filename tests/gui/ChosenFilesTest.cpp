@@ -45,12 +45,53 @@ TEST_F(ChosenFiles, OpensAnotherIniFileAndListsTheLastOnes) {
     EXPECT_EQ(shown("lblCodeSize_0"), "0x5");
     fileDialog.choice = write("other.INI", "[BINFILES]\nSECONDARY=image.bin,0x80000000\n");
     trigger("mnuOpenIni");
-    EXPECT_EQ(loader.state.Remark, "Not in this file, kept from before: Primary Boot (IRAM).");
+    EXPECT_EQ(loader.state.Remark.text, "Not in this file, kept from before: Primary Boot (IRAM).");
     for (const char* name : {"1.INI", "2.INI", "3.INI", "4.INI", "5.INI"}) {
         fileDialog.choice = write(name, ";");
         trigger("mnuOpenIni");
     }
     EXPECT_EQ(recent().size(), 5);
+}
+
+TEST_F(ChosenFiles, SavesTheSlotsAsAnIniFileThatFillsThemAgain) {
+    ASSERT_TRUE(QDir(folder.path()).mkpath("board/images"));
+    loader.imageSlots.fill(0, image("board/images/p.bin"));
+    loader.imageSlots.fill(4, image("kernel.img"));
+    loader.controls.txtStartAddress[0].Text = "0x0010";
+    loader.controls.txtStartAddress[4].Text = "0x80800000";
+    fileDialog.choice = folder.filePath("board/board.INI");
+    trigger("mnuSaveIniAs");
+    EXPECT_TRUE(boxes.shown.isEmpty());
+    EXPECT_EQ(loader.state.IniPath, fileDialog.choice);
+    QFile saved(fileDialog.choice);
+    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+    const QByteArray text = saved.readAll();
+    EXPECT_EQ(text, "[BINFILES]\nPRIMARY=" + QDir::toNativeSeparators("images/p.bin").toUtf8() +
+                        ",0x0010\n[IMGFILES]\nKERNEL=" +
+                        QDir::toNativeSeparators(folder.filePath("kernel.img")).toUtf8() + ",0x80800000\n");
+    for (const int slot : {0, 4})
+        loader.iniLoader.emptySlot(slot);
+    trigger("mnuLoadIni");
+    EXPECT_EQ(shown("txtFilNam_0") + shown("txtFilNam_4"), "p.binkernel.img");
+    EXPECT_EQ(shown("txtStartAddress_0") + shown("txtStartAddress_4"), "0x00100x80800000");
+
+    // What cannot be written leaves the file as it was.
+    const QString kernel = loader.controls.txtFilNam[4].Tag;
+    fileDialog.choice = kernel;
+    trigger("mnuSaveIniAs");
+    fileDialog.choice = saved.fileName();
+    loader.imageSlots.fill(4, image("one,two.img"));
+    trigger("mnuSaveIniAs");
+    fileDialog.choice = folder.filePath("nowhere/board.INI");
+    loader.imageSlots.fill(4, kernel);
+    trigger("mnuSaveIniAs");
+    ASSERT_EQ(boxes.shown.size(), 3);
+    EXPECT_TRUE(boxes.shown[0].contains("is the file of a slot"));
+    EXPECT_TRUE(boxes.shown[1].contains("Kernel image: an INI file cannot hold the path"));
+    EXPECT_TRUE(boxes.shown[2].contains("Cannot write"));
+    ASSERT_TRUE(saved.seek(0));
+    EXPECT_EQ(saved.readAll(), text);
+    EXPECT_EQ(loader.state.IniPath, saved.fileName());
 }
 
 TEST_F(ChosenFiles, ShowHiddenCharactersOfTheirNames) {

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QWheelEvent>
 
 namespace {
 
@@ -35,7 +36,7 @@ TEST_F(WindowTest, TheOpenPortListFollowsAdaptersThatComeAndGo) {
     EXPECT_LT(drawn(1), 80) << "there";
     EXPECT_GT(drawn(4), 80) << "a device that no catalog knows";
     EXPECT_LT(drawn(4), 220);
-    EXPECT_EQ(ports->itemData(1, Qt::AccessibleDescriptionRole), "/dev/ttyUSB1");
+    EXPECT_EQ(ports->itemData(1, Qt::AccessibleDescriptionRole), "/dev/ttyUSB1 (FT232R A5)");
     catalog.entries[0].isThere = false;
     EXPECT_NE(told(1).find("|not there: plug the adapter in"), std::string::npos) << told(0);
     // A closed list rests; an open one shows the machine's present ports.
@@ -45,6 +46,10 @@ TEST_F(WindowTest, TheOpenPortListFollowsAdaptersThatComeAndGo) {
     ports->showPopup();
     EXPECT_EQ(told(0).find("|not there"), std::string::npos) << told(0);
     ports->hidePopup();
+    QWheelEvent turn(QPointF(5, 5), ports->mapToGlobal(QPointF(5, 5)), {}, {0, -120}, Qt::NoButton,
+                     Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(ports, &turn);
+    EXPECT_EQ(ports->currentIndex(), 0) << "a wheel on its way over the list";
     for (const bool open : {true, false}) {
         loader.terminal.cmdTerminal_Click();
         if (!open)

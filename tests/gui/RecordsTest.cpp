@@ -4,6 +4,8 @@
 #include "gui/WindowRig.h"
 #include "machine/TracedPorts.h"
 
+#include <QRegularExpression>
+
 #ifndef _WIN32
 #include <csignal>
 #include <sys/resource.h>
@@ -25,6 +27,9 @@ TEST_F(Records, RecordsATraceBetweenTwoClicks) {
     trigger("mnuRecordTrace");
     EXPECT_FALSE(entry->isChecked()) << "the dialog was cancelled";
     EXPECT_TRUE(fileDialog.requests[0].isToBeWritten);
+    EXPECT_TRUE(QRegularExpression("^board-20\\d\\d-\\d\\d-\\d\\d-\\d{6}\\.trace$")
+                    .match(fileDialog.requests[0].name)
+                    .hasMatch());
 
     fileDialog.choice = folder.filePath("bench.trace");
     trigger("mnuRecordTrace");
@@ -98,7 +103,7 @@ TEST_F(Records, LogsTheConsoleBetweenTwoClicks) {
 #ifndef _WIN32
     fileDialog.choice = folder.filePath("full.log");
     trigger("mnuLogToFile");
-    EXPECT_EQ(loader.state.Remark, "Logging what comes into the console to " + fileDialog.choice);
+    EXPECT_EQ(loader.state.Remark.text, "Logging what comes into the console to " + fileDialog.choice);
     rlimit before{};
     getrlimit(RLIMIT_FSIZE, &before);
     const rlimit none{0, before.rlim_max};
@@ -108,7 +113,7 @@ TEST_F(Records, LogsTheConsoleBetweenTwoClicks) {
     trigger("mnuLogToFile");
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, ignored);
-    EXPECT_EQ(loader.state.Remark, "") << "it does not log any more";
+    EXPECT_EQ(loader.state.Remark.text, "") << "it does not log any more";
     loop.runFor(1ms);
     EXPECT_EQ(boxes.shown.size(), 2);
 #endif
@@ -135,7 +140,7 @@ TEST_F(Records, NeverReplaceAFileThatIsReadOrWritten) {
     EXPECT_TRUE(boxes.shown.value(2).contains("a.log") || QSysInfo::productType() == "windows");
     trigger("mnuLogToFile");
     zrk::saveConsole(loader);
-    EXPECT_EQ(loader.state.Remark, "The console has been saved to " + fileDialog.choice);
+    EXPECT_EQ(loader.state.Remark.text, "The console has been saved to " + fileDialog.choice);
 }
 
 TEST_F(Records, ARecordThatFailsDuringAnOperationDoesNotDelayIt) {
@@ -159,7 +164,7 @@ TEST_F(Records, ARecordThatFailsDuringAnOperationDoesNotDelayIt) {
     entry.trigger(); // ends it, with its last bytes unwritten
     loop.runFor(1ms);
     EXPECT_EQ(boxes.shown.size(), 1);
-    EXPECT_NE(loader.state.Remark, "It is complete.");
+    EXPECT_NE(loader.state.Remark.text, "It is complete.");
     EXPECT_FALSE(entry.isChecked());
 }
 

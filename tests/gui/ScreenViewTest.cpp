@@ -93,12 +93,12 @@ TEST_F(Screen, TheTextIsWholeWhenItIsShownAgain) {
 TEST_F(Screen, SaysOnceThatItExists) {
     say("plain");
     EXPECT_FALSE(panel().contains("Screen"));
-    loader.state.Remark = "Done.";
+    loader.state.Remark = {"Done."};
     say("\x1B");
     say("[1mbold");
     EXPECT_TRUE(panel().startsWith("Done. The board sends terminal sequences: Screen (Ctrl+Shift+S)"))
         << panel().toStdString();
-    loader.state.Remark.clear();
+    loader.state.Remark = {};
     say("\x1B[m");
     EXPECT_FALSE(panel().contains("Screen"));
 }

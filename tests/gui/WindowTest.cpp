@@ -156,6 +156,27 @@ TEST_F(Window, GreysWhatWouldStartOrStallAnOperationOnTopOfTheControlsOwnState) 
     EXPECT_TRUE(shown("cmdURK", "toolTip").startsWith("The primary boot must run first"));
 }
 
+/// In any window, however narrow, and without colours.
+TEST_F(Window, AFailureLooksLikeOneAndAClickShowsItWhole) {
+    const auto picture = [this](zrk::RemarkSeverity severity) {
+        loader.controls.staStatus.FirstPanelSeverity = severity;
+        return find("staStatus_0")->grab().toImage();
+    };
+    const QString whole(400, 'x');
+    loader.controls.staStatus.FirstPanel = whole;
+    const QImage plain = picture(zrk::RemarkSeverity::Note);
+    const QImage done = picture(zrk::RemarkSeverity::Done);
+    const QImage warning = picture(zrk::RemarkSeverity::Warning);
+    const QImage failed = picture(zrk::RemarkSeverity::Failed);
+    EXPECT_TRUE(plain != done && done != warning && warning != failed && plain != failed);
+    EXPECT_EQ(picture(zrk::RemarkSeverity::Note), plain);
+    click("staStatus_0");
+    auto* popup = qobject_cast<QLabel*>(QApplication::activePopupWidget());
+    ASSERT_NE(popup, nullptr);
+    EXPECT_EQ(popup->text(), whole);
+    popup->close();
+}
+
 TEST_F(Window, EveryControlHasANameForAScreenReader) {
     std::set<QString> names;
     for (const QWidget* widget : window.findChildren<QWidget*>()) {
@@ -188,6 +209,10 @@ TEST_F(Window, ARemarkInTheStatusBarLastsUntilTheNextActionOrInput) {
         EXPECT_TRUE(shown("staStatus_0").startsWith("COM")) << shown("staStatus_0").toStdString();
         loader.controls.txtStartAddress[2].Text = "0x80100000";
     }
+    click("chkExeURK_4");
+    loop.runFor(300ms);
+    EXPECT_EQ(shown("staStatus_0"),
+              "Kernel image has no file yet: choose one with Browse, or drop it on the row.");
 }
 
 } // namespace

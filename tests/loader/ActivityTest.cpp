@@ -1,6 +1,6 @@
-#include "loader/BoardHint.h"
 #include "loader/TransferRate.h"
 #include "platform/SecondsText.h"
+#include "serial/BoardHint.h"
 #include "support/Exchanges.h"
 
 namespace {
@@ -69,11 +69,11 @@ TEST(Activity, TheFirstPanelShowsTheActivity) {
         b.loop.runFor(250ms);
         return b.loader.controls.staStatus.FirstPanel.value();
     };
-    EXPECT_EQ(panel(), "COM1 (/dev/line1): closed");
+    EXPECT_EQ(panel(), "COM1 (/dev/line1): closed. Next: choose a primary boot.");
     b.loader.controls.cmbComPort.ListIndex = 1;
-    EXPECT_EQ(panel(), "COM2 (/dev/line2): closed");
+    EXPECT_EQ(panel(), "COM2 (/dev/line2): closed. Next: choose a primary boot.");
     b.loader.port.OpenComPort();
-    EXPECT_EQ(panel(), "COM2 (/dev/line2): open");
+    EXPECT_EQ(panel(), "COM2 (/dev/line2): open. Next: choose a primary boot.");
     b.loader.terminal.cmdTerminal_Click();
     EXPECT_EQ(panel(), "COM2 (/dev/line2): open, terminal");
 
@@ -90,7 +90,12 @@ TEST(Activity, TheFirstPanelShowsTheActivity) {
     b.loader.bringUp.cmdStartPrimary_Click();
     ASSERT_EQ(seen.size(), 2);
     EXPECT_EQ(seen[0], "Talking to the board");
-    EXPECT_TRUE(seen[1].startsWith("Sending: 1") && seen[1].endsWith(" s left")) << seen[1].toStdString();
+    EXPECT_EQ(panel(), "Loaded: 50,005 bytes in 4 s, confirmed.");
+    b.loader.state.Remark = {};
+    EXPECT_EQ(panel(), "COM2 (/dev/line2): open. Next: \"Download U/R/K images\" or \"Start Secondary "
+                       "Executable\".");
+    EXPECT_TRUE(seen[1].startsWith("Secondary Executable (SDRAM): 1") && seen[1].endsWith(" s left"))
+        << seen[1].toStdString();
 }
 
 /// The outcome stays in the first panel until the next operation.
@@ -99,10 +104,11 @@ TEST(Activity, TheFirstPanelShowsTheOutcome) {
         const char* what;
         std::function<void(ScriptedRig&)> change;
         const char* told;
+        zrk::RemarkSeverity severity = zrk::RemarkSeverity::Failed;
     };
     const auto cancel = [](ScriptedRig& b) { b.loader.portControl.cmdCancel_Click(); };
     for (const Row& row : std::initializer_list<Row>{
-             {"all is well", [](auto&) {}, "Loaded: 12 bytes in 0 s, confirmed."},
+             {"all is well", [](auto&) {}, "Loaded: 12 bytes in 0 s, confirmed.", zrk::RemarkSeverity::Done},
              {"silence after 'A'", [](auto& b) { b.port.steps[1].answer = ""; },
               "No answer to 'A' within 5 s. Expected '5' (0x35)."},
              {"silence after the header", [](auto& b) { b.port.steps[4].answer = ""; },
@@ -113,7 +119,11 @@ TEST(Activity, TheFirstPanelShowsTheOutcome) {
               "'E'."},
              {"wrong answer", [](auto& b) { b.port.steps[2].answer = "Q"; },
               "Expected 'R' (0x52), got 'Q' (0x51)."},
-             {"cancelled", [&cancel](auto& b) { b.port.steps[1].action = [&] { cancel(b); }; }, "Cancelled."},
+             {"a program runs", [](auto& b) { b.port.steps[0].answer = "U-Boot 1.1.5 (Jun 30)"; },
+              "Expected '5' (0x35), got ' ' (0x20). The board runs a program that prints text instead of "
+              "waiting in its boot ROM: install the service jumper, then cycle the power."},
+             {"cancelled", [&cancel](auto& b) { b.port.steps[1].action = [&] { cancel(b); }; }, "Cancelled.",
+              zrk::RemarkSeverity::Warning},
              {"no such port", [](auto& b) { b.port.failsToOpen = true; }, "The device is not there."},
          }) {
         SCOPED_TRACE(row.what);
@@ -125,6 +135,7 @@ TEST(Activity, TheFirstPanelShowsTheOutcome) {
         b.loop.runFor(250ms);
         const QString panel = b.loader.controls.staStatus.FirstPanel;
         EXPECT_TRUE(panel.startsWith(row.told)) << panel.toStdString();
+        EXPECT_EQ(b.loader.controls.staStatus.FirstPanelSeverity, row.severity);
         const QString counters = b.loader.controls.staStatus.SecondPanel;
         const double progress = b.loader.controls.pgbDownload.Value;
         b.loader.operation.begin();

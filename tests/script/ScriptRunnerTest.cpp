@@ -154,7 +154,7 @@ TEST_F(Script, FailuresEndTheRunWithItsCount) {
     run(QByteArray(">never\n").leftJustified(1024 * 1024 + 1, '#'));
     EXPECT_EQ(port.written, "");
     expectEnded(0, zrk::Outcome::File);
-    EXPECT_TRUE(loader.state.Remark.endsWith("test.scr: it has more than 1 MiB. Choose another file."));
+    EXPECT_TRUE(loader.state.Remark.text.endsWith("test.scr: it has more than 1 MiB. Choose another file."));
     run(lines.chopped(2) + ">now");
     EXPECT_EQ(port.written, "now");
     expectEnded(32'767);
@@ -230,7 +230,7 @@ TEST_F(Script, ALineThatTheBoardStoppedDoesNotOutlastTheLimit) {
     loader.script.runScript(bench.file("test.scr", "#\n>" + QByteArray(10'000, 'x') + "\n>y"), 10s);
     EXPECT_EQ((loop.elapsed() - start) / 1s, 10);
     expectEnded(2, zrk::Outcome::LimitReached);
-    EXPECT_EQ(loader.state.Remark,
+    EXPECT_EQ(loader.state.Remark.text,
               QString("The script ended at line 2: Only %1 of 10000 bytes went out within 10 s. "
                       "The board may have stopped the line with XOFF.")
                   .arg(port.written.size()));

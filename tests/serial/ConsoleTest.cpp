@@ -63,7 +63,7 @@ TEST_F(Console, APasteGoesOutInPiecesThatTheQueueTakes) {
 TEST_F(Console, ALongPasteAsksShowsItsProgressAndCanBeStopped) {
     loader.terminal.cmdTerminal_Click();
     port.paced = true;
-    const QString& remark = loader.state.Remark;
+    const QString& remark = loader.state.Remark.text;
     const auto lines = [](int count) { return QString("12\n").repeated(count); };
     loader.keys.paste(lines(20));
     EXPECT_TRUE(bench.boxes.shown.isEmpty());
@@ -113,9 +113,16 @@ TEST_F(Console, ADebugSendDoesNotWaitForALineThatTheBoardHasStopped) {
     port.stalled = true;
     loader.keys.cmdOutput_Click();
     EXPECT_TRUE(bench.boxes.shown.isEmpty());
+    const auto panel = [this] { return loader.controls.staStatus.FirstPanel.value(); };
+    loop.runFor(750ms);
+    EXPECT_TRUE(panel().endsWith("open, terminal")) << panel().toStdString();
+    loop.runFor(750ms);
+    EXPECT_TRUE(panel().startsWith("The board has stopped the line (XOFF): ")) << panel().toStdString();
     port.stalled = false;
+    loader.port.Output('y'); // on a scripted line only a write notices
     loop.runFor(2s);
-    EXPECT_TRUE(port.written.endsWith("x4R4R"));
+    EXPECT_TRUE(panel().endsWith("open, terminal")) << panel().toStdString();
+    EXPECT_TRUE(port.written.endsWith("x4R4Ry"));
 }
 
 TEST_F(Console, AltBPulsesDtrForATenthOfASecond) {

@@ -86,7 +86,7 @@ TEST_F(PortControlTest, ATerminalGoesOnWhenItsAdapterIsBackAndAnythingElseEndsTh
     };
     port.isPresent = true;
     loader.terminal.cmdTerminal_Click();
-    loader.state.Remark = "The start command has been sent.";
+    loader.state.Remark = {"The start command has been sent."};
     pull();
     EXPECT_FALSE(port.isOpen());
     EXPECT_TRUE(c.staStatus.FirstPanel.value().startsWith("COM1 (/dev/line1) is gone."));

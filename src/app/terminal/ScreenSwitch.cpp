@@ -104,7 +104,7 @@ void ScreenSwitch::show(bool screen) {
     m_widgets.txtStatus->setAsleep(screen, m_loader.controls.txtStatus.text());
     m_widgets.consoleTools->followShownView();
     if (screen)
-        m_loader.state.Remark = m_loader.state.Remark.remove(kScreenHint).trimmed();
+        m_loader.state.Remark.text = m_loader.state.Remark.text.remove(kScreenHint).trimmed();
     if (hasFocus)
         shownView()->setFocus();
 }
@@ -132,7 +132,7 @@ void ScreenSwitch::tellOfScreen(const QByteArray& bytes) {
     if (!hasSequence || m_hasTold || isScreen())
         return;
     m_hasTold = true;
-    QString& remark = m_loader.state.Remark;
+    QString& remark = m_loader.state.Remark.text;
     remark = remark.isEmpty() ? kScreenHint : remark + QLatin1Char(' ') + kScreenHint;
 }
 

@@ -1,4 +1,4 @@
-#include "loader/BoardHint.h"
+#include "serial/BoardHint.h"
 
 #include <algorithm>
 #include <cctype>
