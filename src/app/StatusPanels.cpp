@@ -61,7 +61,11 @@ void showMuted(const LoaderWidgets& widgets, bool muted) {
     QPalette colors = widgets.firstPanel->palette();
     colors.setColor(QPalette::WindowText, warningColor(colors));
     widgets.lblMuted->setPalette(colors);
-    widgets.firstPanel->setContentsMargins(0, 0, muted ? widgets.lblMuted->sizeHint().width() + kGap : 0, 0);
+    if (!muted)
+        return; // a frame's own margins are among those of the contents
+    QMargins margins = widgets.firstPanel->contentsMargins();
+    margins.setRight(margins.right() + widgets.lblMuted->sizeHint().width() + kGap);
+    widgets.firstPanel->setContentsMargins(margins);
 }
 
 } // namespace

@@ -65,6 +65,7 @@ TEST_F(Operations, TheWaitDialogPulsesDtrAndItsDebugPairReachesTheBoard) {
         }
         EXPECT_TRUE(send->toolTip().contains("until the program is restarted"));
         EXPECT_FALSE(find("lblMuted")->isVisible());
+        EXPECT_EQ(find<QFrame>("staStatus_0")->frameRect(), find("staStatus_0")->rect());
         debug->clear();
         QTest::keyClicks(debug, "4R!");
         QTest::mouseClick(send, Qt::LeftButton);
