@@ -120,7 +120,7 @@ TEST(Activity, TheFirstPanelShowsTheOutcome) {
              {"wrong answer", [](auto& b) { b.port.steps[2].answer = "Q"; },
               "Expected 'R' (0x52), got 'Q' (0x51)."},
              {"a program runs", [](auto& b) { b.port.steps[0].answer = "U-Boot 1.1.5 (Jun 30)"; },
-              "Expected '5' (0x35), got ' ' (0x20). The board runs a program that prints text instead of "
+              "Expected '5' (0x35), got 0x20. The board runs a program that prints text instead of "
               "waiting in its boot ROM: install the service jumper, then cycle the power."},
              {"cancelled", [&cancel](auto& b) { b.port.steps[1].action = [&] { cancel(b); }; }, "Cancelled.",
               zrk::RemarkSeverity::Warning},

@@ -122,7 +122,7 @@ TEST_F(Console, ADebugSendDoesNotWaitForALineThatTheBoardHasStopped) {
     loader.port.Output('y'); // on a scripted line only a write notices
     loop.runFor(2s);
     EXPECT_TRUE(panel().endsWith("open, terminal")) << panel().toStdString();
-    EXPECT_TRUE(port.written.endsWith("x4R4Ry"));
+    EXPECT_TRUE(port.written.endsWith("xy4R4R"));
 }
 
 TEST_F(Console, AltBPulsesDtrForATenthOfASecond) {
