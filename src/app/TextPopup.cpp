@@ -1,5 +1,6 @@
 #include "app/TextPopup.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 
 #include <algorithm>
@@ -9,12 +10,26 @@ namespace {
 
 constexpr int kTextPopupMargin = 8;
 
+/// A popup that is a label does not close by a key of its own accord.
+class TextPopup final : public QLabel {
+  public:
+    using QLabel::QLabel;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->key() == Qt::Key_Escape)
+            close();
+        else
+            QLabel::keyPressEvent(event);
+    }
+};
+
 } // namespace
 
 void showTextAbove(QWidget& widget, const QString& text) {
     if (text.isEmpty())
         return;
-    auto* popup = new QLabel(text, &widget, Qt::Popup);
+    auto* popup = new TextPopup(text, &widget, Qt::Popup);
     popup->setObjectName(QStringLiteral("textPopup"));
     popup->setAttribute(Qt::WA_DeleteOnClose);
     popup->setTextFormat(Qt::PlainText);
