@@ -172,7 +172,7 @@ void bindAddressList(AddressTree* list, Loader& loader) {
     loader.controls.lvwAdrs.onChange(show);
 }
 
-/// Returns what tells a port from the others in the list.
+/// Returns what distinguishes a port from the others in the list.
 QString listText(const PortEntry& port) {
     QStringList facts{port.adapter, port.serialNumber};
     facts.removeAll(QString());
