@@ -88,6 +88,7 @@ TEST_F(Terminal, ASequenceDoesWhatATerminalDoesWhereverItIsCut) {
         {"e\xCC\x81", "e\u0301", 0, 1},
         {"\xE4\xBD\xA0|", "\u4F60|", 0, 3},
         {"\xFFx", "\uFFFDx", 0, 2},
+        {"\r\xC2\x80\x1B[K", "\uFFFD", 0, 1},
         {"\x1B(0lqk\x1B(B", "\u250C\u2500\u2510", 0, 3},
         {"\x0Eq\x0Fq", "qq", 0, 2},
         {"one\x1B[?1049h\x1B[Htwo\x1B[?1049l", "one", 0, 3},

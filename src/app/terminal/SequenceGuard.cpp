@@ -110,9 +110,12 @@ void SequenceGuard::takeInSequence(char byte, QByteArray& passed) {
     }
 }
 
-/// The library shows a sign for a character whose rest does not come.
+/// The library shows a sign for a character whose rest does not come. For U+0080 to U+009F it would move the cursor
+/// out of the line on the left, and crash there.
 void SequenceGuard::passCutCharacter(QByteArray& passed) {
-    passed += m_begun;
+    const bool isControl =
+        m_begun.size() == 2 && m_begun[0] == '\xC2' && static_cast<uchar>(m_begun[1]) < 0xA0;
+    passed += isControl ? QByteArrayLiteral("\xEF\xBF\xBD") : m_begun;
     m_begun.clear();
 }
 

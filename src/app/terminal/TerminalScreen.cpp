@@ -132,7 +132,11 @@ void TerminalScreen::reset() {
 }
 
 void TerminalScreen::write(const QByteArray& bytes) {
-    (void)vterm_input_write(m_terminal.get(), bytes.constData(), static_cast<size_t>(bytes.size()));
+    constexpr qsizetype kPiece = 4096; // the library takes four times that from the stack
+    for (qsizetype begin = 0; begin < bytes.size(); begin += kPiece) {
+        const auto size = static_cast<size_t>(std::min(kPiece, bytes.size() - begin));
+        (void)vterm_input_write(m_terminal.get(), bytes.constData() + begin, size);
+    }
     vterm_screen_flush_damage(m_screen);
 }
 
