@@ -118,8 +118,9 @@ class BoardRun {
         const std::scoped_lock lock(m_mutex);
         if (m_session != nullptr)
             m_loop->post([session = m_session, request = std::move(request)]() mutable {
+                const bool isEnd = request->isEnd;
                 request.reset(); // taken
-                session->interrupt(true);
+                session->interrupt(isEnd ? Session::Interrupt::End : Session::Interrupt::Silent);
             });
         m_interrupted = true;
     }
@@ -234,7 +235,7 @@ int runOne(CliOptions options, const ProgramFacts& facts, Printer& printer, Inte
         const bool isEnd = request->isEnd;
         request.reset(); // taken, however long a question to the user takes
         if (running != nullptr)
-            running->interrupt(isEnd);
+            running->interrupt(isEnd ? Session::Interrupt::End : Session::Interrupt::Asking);
     });
     Session session(options, facts, loop, output, std::make_shared<ImageStore>());
     session.prepare();

@@ -41,6 +41,11 @@ PowerSwitch::~PowerSwitch() {
 }
 
 void PowerSwitch::start(const QString& port, const QString& label, Ended ended) {
+    // One that has exceeded its limit; a second one would work against it.
+    if (m_process.state() != QProcess::NotRunning)
+        return ended(
+            QStringLiteral("--on-wait: the command for the board before is still running, so it was not "
+                           "started for this one. Nothing was sent to the board. Check the power switch."));
     m_said.clear();
     m_isAskedToEnd = false;
     m_hasRunOut = false;

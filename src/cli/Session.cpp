@@ -162,10 +162,14 @@ bool Session::awaitBoard(bool old) {
     m_loader.state.withdrawStop();
     m_messages.askAgain();
     m_output.notice(QStringLiteral("Plug in a board and switch its power on. Ctrl-C ends."));
-    m_loader.watch.awaitBoard(old, [this] {
-        m_output.notice(QStringLiteral("The board still announces its BootID. Switch its power off for two "
-                                       "seconds; the next board begins after that."));
-    });
+    m_loader.watch.awaitBoard(
+        old,
+        [this] {
+            m_output.notice(
+                QStringLiteral("The board still announces its BootID. Switch its power off for two "
+                               "seconds; the next board begins after that."));
+        },
+        [this](const QString& why) { m_output.notice(why); });
     return m_loader.operation.outcome() == Outcome::Done && !m_interruptedAt;
 }
 
@@ -249,7 +253,9 @@ ExitStatus Session::dryRun() {
         const QString notice = m_ports.notice(number); // a run prints it with the first opening
         if (problem.isEmpty() && !notice.isEmpty())
             m_output.tell(notice);
-        if (!problem.isEmpty()) {
+        if (!problem.isEmpty() && m_options.limits.waitPort && m_ports.isThere(number) == false) {
+            lines += QStringLiteral("The run waits for the port (--wait-port).");
+        } else if (!problem.isEmpty()) {
             m_output.tell(QStringLiteral("Port: ") + problem);
             status = ExitStatus::PortNotOpened;
         }
@@ -433,13 +439,13 @@ void Session::presetSlot(int slot, const QString& value) {
     m_loader.iniLoader.applyFile(slot, QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath()), address);
 }
 
-void Session::interrupt(bool ended) {
+void Session::interrupt(Interrupt how) {
     const auto now = m_loop.now();
-    if (m_interruptedAt && now - *m_interruptedAt >= kUntilSecondInterrupt)
+    if (how != Interrupt::End && m_interruptedAt && now - *m_interruptedAt >= kUntilSecondInterrupt)
         m_powerOnNotice.endSwitch();
     if (!m_interruptedAt || now - *m_interruptedAt >= kUntilSecondInterrupt)
         m_interruptedAt = now;
-    if (ended)
+    if (how != Interrupt::Asking)
         m_messages.stopAsking();
     m_loader.state.noteStop(Outcome::Cancelled);
     m_question.withdraw();

@@ -50,9 +50,15 @@ class Session {
 
     [[nodiscard]] bool isInterrupted() const { return m_interruptedAt.has_value(); }
 
-    /// Ends the run for the user; with `ended` the user is not there to be asked. A second call, not before a
-    /// second later, also ends a power switch that the end waits for.
-    void interrupt(bool ended);
+    enum class Interrupt {
+        Asking, ///< the user is there and may be asked
+        Silent, ///< without a question
+        End,    ///< by the system, such as SIGTERM: without a question, and never for the power switch
+    };
+
+    /// Ends the run. A second call by the user, not before a second later, also ends a power switch that the
+    /// end waits for.
+    void interrupt(Interrupt how);
 
   private:
     void forgetBoard();

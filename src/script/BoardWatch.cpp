@@ -20,11 +20,13 @@ constexpr std::chrono::milliseconds kUntilRemark = 10s;
 
 } // namespace
 
-void BoardWatch::awaitBoard(bool old, const std::function<void()>& stillThere) {
-    m_link.operation.runMarked([&] { return watch(old, stillThere); });
+void BoardWatch::awaitBoard(bool old, const std::function<void()>& stillThere,
+                            const std::function<void(const QString& why)>& notOpened) {
+    m_link.operation.runMarked([&] { return watch(old, stillThere, notOpened); });
 }
 
-Operation::End BoardWatch::watch(bool old, const std::function<void()>& stillThere) {
+Operation::End BoardWatch::watch(bool old, const std::function<void()>& stillThere,
+                                 const std::function<void(const QString& why)>& notOpened) {
     m_link.terminal.switchTo(false);
     const PendingWait note = m_link.transport.noteWait(
         Awaited::NextBoard, QStringLiteral("Waiting for the next board's power-on"));
@@ -34,12 +36,15 @@ Operation::End BoardWatch::watch(bool old, const std::function<void()>& stillThe
     auto nextOpening = begin;
     bool isOldBoard = old;
     bool isRemarked = false;
+    QString lastFault;
     QByteArray together;
     while (!m_link.state.CancelRequested) {
         const auto now = m_link.loop.now();
         if (!m_link.port.isOpen() && now >= nextOpening) {
             nextOpening = now + kReopenEvery;
-            openIfThere();
+            const QString fault = openIfThere();
+            if (fault != std::exchange(lastFault, fault) && !fault.isEmpty() && notOpened)
+                notOpened(fault);
         }
         const auto received = receiveOrClose();
         if (!received) {
@@ -67,12 +72,13 @@ Operation::End BoardWatch::watch(bool old, const std::function<void()>& stillThe
     return Operation::End::Stopped;
 }
 
-void BoardWatch::openIfThere() {
+QString BoardWatch::openIfThere() {
     try {
         m_link.port.OpenComPort();
-    } catch (const RuntimeFailure&) {
-        // It may come with the next board.
+    } catch (const RuntimeFailure& failure) { // it may come with the next board
+        return m_link.state.CancelRequested ? QString() : failure.description();
     }
+    return {};
 }
 
 std::optional<QByteArray> BoardWatch::receiveOrClose() {
