@@ -103,7 +103,7 @@ void recordTrace(QAction& entry, TracedPorts& ports, Loader& loader) {
 
 void logToFile(QAction& entry, QAction& timeStamps, ConsoleLog& log, Loader& loader, const QString& store) {
     timeStamps.setCheckable(true);
-    timeStamps.setText(QStringLiteral("Time &stamps in the log"));
+    timeStamps.setText(QStringLiteral("Time sta&mps in the log"));
     QObject::connect(&timeStamps, &QAction::toggled, &timeStamps, [&log, store](bool on) {
         log.setTimeStamps(on);
         QSettings(store, QSettings::IniFormat).setValue(kTimeStampsKey, on);

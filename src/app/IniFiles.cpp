@@ -103,6 +103,10 @@ void IniFiles::mnuSaveIniAs_Click() {
 }
 
 void IniFiles::save(const QString& path) {
+    for (int slot = 0; slot < kSlotCount; ++slot) { // an address that is being typed
+        if (!m_loader.controls.txtFilNam[static_cast<std::size_t>(slot)].Tag.value().isEmpty())
+            m_loader.addresses.txtStartAddress_Validate(slot);
+    }
     try {
         writeIni(path, m_loader.controls);
     } catch (const RuntimeFailure& failure) {

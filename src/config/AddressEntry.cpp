@@ -26,8 +26,7 @@ qsizetype digitsOf(int slot) {
 QString remarkOn(int slot, const QString& typed, const QString& address) {
     if (const QString fault = addressFault(slot, typed); !fault.isEmpty())
         return QStringLiteral("%1 %2 is used instead. Write 0x and up to %3 hexadecimal digits.")
-            .arg(fault, address)
-            .arg(digitsOf(slot));
+            .arg(fault, address, QString::number(digitsOf(slot)));
     const bool isHex = NormalizeHex(typed).startsWith(QLatin1String("&h"), Qt::CaseInsensitive);
     constexpr int kSameInBoth = 9; // up to here decimal and hexadecimal digits mean the same
     if (isHex || strictHexForm(typed).toLongLong(nullptr, 16) <= kSameInBoth)

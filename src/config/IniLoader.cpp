@@ -195,6 +195,7 @@ void IniLoader::applyFile(int slot, const QString& path, const QString& address)
     m_addressFaults[static_cast<std::size_t>(slot)] = addressFault(slot, address);
     m_missingFiles[static_cast<std::size_t>(slot)].clear();
     m_desk.controls.txtStartAddress[static_cast<std::size_t>(slot)].Text = address;
+    m_desk.controls.AddressRemark[static_cast<std::size_t>(slot)] = QString();
     m_addresses.txtStartAddress_Validate(slot);
     m_slots.fill(slot, path);
 }
@@ -205,6 +206,7 @@ void IniLoader::clearSlot(int slot, const QString& path) {
     m_desk.controls.txtFilNam[i].ToolTipText = QStringLiteral("File Not Found, check .INI file");
     m_desk.controls.txtFilNam[i].Tag = QString();
     m_desk.controls.txtStartAddress[i].Text = QString::fromLatin1(kSlots[i].addressWhenMissing);
+    m_desk.controls.AddressRemark[i] = QString();
     m_desk.controls.lblCodeSize[i].Caption = QString();
     m_desk.controls.lblFileChanged[i].Caption = QString();
     m_desk.state.Sent[i] = std::nullopt;

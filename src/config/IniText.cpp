@@ -39,8 +39,7 @@ QString valueOf(const Controls& controls, std::size_t slot, const QString& folde
                 "%1: an INI file cannot hold the path %2. It must have no comma, backslash, line end "
                 "or blank at an end, and at most %3 characters with the address: rename or move the "
                 "file. Nothing has been written.")
-                .arg(controls.slotTitle(slot), printableText(path))
-                .arg(kMostOfValue));
+                .arg(controls.slotTitle(slot), printableText(path), QString::number(kMostOfValue)));
     return value;
 }
 

@@ -56,7 +56,8 @@ void Activity::followTransfer() {
 }
 
 void Activity::followUnsent() {
-    const qsizetype unsent = m_link.state.TerminalMode ? m_link.port.unsentBytes() : 0;
+    const qsizetype unsent =
+        m_link.state.TerminalMode ? m_link.port.unsentBytes() + m_link.keys.waitingBytes() : 0;
     if (unsent == 0 || unsent < m_unsent)
         m_lineMoved = m_link.loop.now();
     m_unsent = unsent;
@@ -67,7 +68,7 @@ QString Activity::stoppedLine() const {
     if (m_unsent == 0 || m_link.loop.now() - m_lineMoved < kStopped)
         return {};
     return QStringLiteral("The board has stopped the line (XOFF): %1 byte%2 wait%3. "
-                          "Disable terminal mode to send on all the same, or press Cancel to drop %4.")
+                          "Sending goes on when the board allows it; \"Cancel & Close port\" drops %4.")
         .arg(QLocale().toString(m_unsent), QLatin1String(m_unsent == 1 ? "" : "s"),
              QLatin1String(m_unsent == 1 ? "s" : ""), QLatin1String(m_unsent == 1 ? "it" : "them"));
 }
@@ -107,13 +108,15 @@ StatusRemark Activity::idleRemark() const {
                       m_link.state.LineErrorsText};
     RemarkSeverity severity =
         m_link.state.LineErrorsText.isEmpty() ? RemarkSeverity::Note : RemarkSeverity::Warning;
+    if (const QString stopped = stoppedLine(); !stopped.isEmpty()) {
+        texts.prepend(stopped);
+        severity = RemarkSeverity::Warning;
+    }
     if (m_link.state.FlashStateUnknown) {
         texts.prepend(kFlashStateUnknownText);
         severity = RemarkSeverity::Failed;
     }
     texts.removeAll(QString());
-    if (const QString stopped = stoppedLine(); !stopped.isEmpty())
-        return {stopped, RemarkSeverity::Warning};
     return texts.isEmpty() ? StatusRemark{portText()}
                            : StatusRemark{texts.join(QLatin1Char(' ')), std::max(severity, remark.severity)};
 }

@@ -85,7 +85,7 @@ void ConsoleKeys::showProgress() {
 }
 
 void ConsoleKeys::endPaste(const QString& remark) {
-    if (!m_progress.isEmpty() && m_desk.state.Remark.text == m_progress)
+    if (!m_progress.isEmpty() && m_desk.state.Remark.text.startsWith(m_progress))
         m_desk.state.Remark = {remark};
     m_progress.clear();
 }

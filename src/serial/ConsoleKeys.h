@@ -34,6 +34,9 @@ class ConsoleKeys {
     void pasteBytes(const QByteArray& bytes);
     /// Stops a paste; false when none is under way.
     bool stopPaste();
+
+    /// Returns the typed and pasted bytes that the port has not taken yet.
+    [[nodiscard]] qsizetype waitingBytes() const { return m_typedAhead.size() + m_pasted.size(); }
     /// Sets how long a paste waits after each line; 0: not at all.
     void setPastePause(std::chrono::milliseconds pause) { m_pasted.setPause(pause); }
 

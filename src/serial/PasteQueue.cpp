@@ -25,7 +25,7 @@ void PasteQueue::add(const QByteArray& bytes) {
         m_linesSent = 0;
         m_isMarked = false;
     }
-    m_isMarked = m_isMarked || bytes.startsWith(kPasteBegin);
+    m_isMarked = m_isMarked || bytes.contains(kPasteBegin);
     m_lines += pastedLines(bytes);
     m_bytes += bytes;
 }

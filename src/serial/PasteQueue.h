@@ -20,6 +20,7 @@ class PasteQueue {
     void add(const QByteArray& bytes);
 
     [[nodiscard]] bool isEmpty() const { return m_bytes.isEmpty(); }
+    [[nodiscard]] qsizetype size() const { return m_bytes.size(); }
 
     /// Takes what may go out at this time: at most so many bytes, with a pause at most to the end of a line.
     [[nodiscard]] QByteArray take(qsizetype most, TimePoint now);
