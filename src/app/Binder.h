@@ -30,7 +30,7 @@ struct TextBox;
 /// the widget.
 class Binder {
   public:
-    /// `busy` is true while controls bound with greyWhileBusy take no input, whatever their own value.
+    /// `busy` is true while controls bound with WhileBusy::Grey take no input, whatever their own value.
     explicit Binder(QProperty<bool>& busy) : m_busy(busy) {}
 
     void caption(QProperty<QString>& value, QAbstractButton* button);

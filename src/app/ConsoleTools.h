@@ -71,12 +71,12 @@ class ConsoleTools final : public TitleRow {
     ConsoleSearch* m_search;
     QLabel* m_findState;
     QLineEdit* m_txtFind;
-    QToolButton* m_screen;
-    QToolButton* m_hold;
-    QToolButton* m_find;
-    QToolButton* m_clear;
-    QToolButton* m_save;
-    QToolButton* m_more;
+    QToolButton* m_screen = nullptr;
+    QToolButton* m_hold = nullptr;
+    QToolButton* m_find = nullptr;
+    QToolButton* m_clear = nullptr;
+    QToolButton* m_save = nullptr;
+    QToolButton* m_more = nullptr;
 };
 
 } // namespace zrk

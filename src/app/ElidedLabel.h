@@ -13,7 +13,7 @@ class ElidedLabel : public QLabel {
   public:
     explicit ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
 
-    /// Stands in front of the text; a null icon takes no room.
+    /// Shows an icon before the text; a null icon takes no room.
     void setIcon(const QIcon& icon);
 
     [[nodiscard]] QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }

@@ -26,8 +26,8 @@ struct Recording {
 };
 
 /// A menu entry that records into a file: a click asks for the file, the next one ends it. The tick and the
-/// entry's text show that it runs, and where. During an operation none is begun, since the dialog would hold
-/// that up, and the console reports a failure, since a box would, too.
+/// entry's text show that it runs, and where. No recording starts during an operation, because
+/// its dialog would hold the operation up; a failure is reported in the console for the same reason.
 class FileRecording final : public QObject {
     Q_OBJECT
 

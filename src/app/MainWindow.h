@@ -31,7 +31,7 @@ class MainWindow final : public QMainWindow {
     [[nodiscard]] QAction& logEntry() const { return *m_widgets.mnuLogToFile; }
     [[nodiscard]] QAction& logTimesEntry() const { return *m_widgets.mnuLogTimes; }
 
-    /// The last chance to tell the user anything: the window closes then, and nothing runs any more.
+    /// Called before the window closes: the last chance to report a failure.
     void onClosing(std::function<void()> listener) { m_whenClosing = std::move(listener); }
 
     /// Makes the window, once it is shown, fit into `available` with its frame. Where the controls alone do

@@ -9,7 +9,7 @@ namespace zrk {
 
 class ConsoleKeys;
 
-/// Makes the menu of how long a paste waits after each line, for boards that read slowly. The file `store`
+/// Makes the menu for the pause after each pasted line, for boards that read slowly. The file `store`
 /// remembers the choice from one run to the next. The keys must outlive the menu.
 [[nodiscard]] QMenu* makePastePauseMenu(ConsoleKeys& keys, const QString& store, QWidget* parent);
 

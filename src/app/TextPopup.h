@@ -5,8 +5,8 @@ class QWidget;
 
 namespace zrk {
 
-/// Shows a text whole above a widget, as wide as that, until a click elsewhere or Escape. It can be selected
-/// and copied. Does nothing for "".
+/// Shows the whole text in a pop-up above the widget, as wide as that. It can be selected and copied. A click
+/// elsewhere or Escape closes it. Does nothing for "".
 void showTextAbove(QWidget& widget, const QString& text);
 
 } // namespace zrk

@@ -22,7 +22,7 @@ qsizetype digitsOf(int slot) {
     return addressDigits(factsOf(slot).memory);
 }
 
-/// What a user who typed this may not expect of the address it became, or "".
+/// Returns a remark if the address differs from what the text suggests, else "".
 QString remarkOn(int slot, const QString& typed, const QString& address) {
     if (const QString fault = addressFault(slot, typed); !fault.isEmpty())
         return QStringLiteral("%1 %2 is used instead. Write 0x and up to %3 hexadecimal digits.")

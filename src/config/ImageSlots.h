@@ -55,7 +55,7 @@ class ImageSlots {
     std::vector<QPropertyChangeHandler<std::function<void()>>> m_handlers;
 };
 
-/// The files that the loader reads for its next operation: the INI file and those of all slots.
+/// Returns the files that the loader reads for its next operation: the INI file and those of all slots.
 [[nodiscard]] QStringList filesToRead(const Desk& desk);
 
 } // namespace zrk

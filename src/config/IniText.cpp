@@ -19,7 +19,7 @@ QString pathWithin(const QString& folder, const QString& path) {
                : QDir::toNativeSeparators(relative);
 }
 
-/// Whether the loader would read the same path out of the value.
+/// Returns whether the loader reads the same path back.
 bool isReadBack(const QString& inFile, const QString& path, const QString& folder) {
     const auto isOneLine = std::none_of(inFile.cbegin(), inFile.cend(), [](QChar c) {
         return c == QLatin1Char(',') || c == QLatin1Char('\n') || c == QLatin1Char('\r');

@@ -22,7 +22,7 @@ struct Series {
     std::int64_t bytesBehind = 0; ///< of the transfers that come after
 };
 
-/// What a wait without a time limit of the protocol is for.
+/// The reason for a wait that the protocol does not limit.
 enum class Awaited {
     PowerOn,
     Port,

@@ -12,7 +12,7 @@ enum class RemarkSeverity {
     Failed,
 };
 
-/// What the first status panel says while nothing runs, until the user's next action.
+/// The remark in the first status panel while nothing runs; kept until the user's next action.
 struct StatusRemark {
     QString text; ///< "": nothing to say
     RemarkSeverity severity = RemarkSeverity::Note;

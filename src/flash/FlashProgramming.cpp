@@ -79,7 +79,7 @@ Operation::End FlashProgramming::program() {
     return Operation::End::Done;
 }
 
-/// What the user should see before the power cycle: nothing checks it until the header is built.
+/// Returns the remark for before the power cycle: file and address are checked only with the header.
 StatusRemark FlashProgramming::caution() const {
     if (!m_link.controls.sizeInBytes(kFlashImage))
         return {QStringLiteral("No flash image is chosen: nothing can be programmed."),

@@ -33,7 +33,7 @@ class Activity {
     [[nodiscard]] QString stoppedLine() const;
     [[nodiscard]] QString operationText() const;
     [[nodiscard]] StatusRemark idleRemark() const;
-    /// What most likely is the matter after a failure, and what to do; "" when that is unknown.
+    /// Returns the most likely cause of a failure and what to do; "" if unknown.
     [[nodiscard]] QString hint() const;
     [[nodiscard]] QString portText() const;
     [[nodiscard]] QStringList changedFiles() const;

@@ -85,7 +85,7 @@ class ComPort {
     /// Starts to count the device's damaged and lost bytes from 0, until the port is closed.
     void countLineErrors();
 
-    /// Returns those that came since then; none if the device does not count.
+    /// Returns the errors since countLineErrors(); none if the device does not count.
     [[nodiscard]] LineErrors lineErrors() const noexcept;
 
     /// Sets the handshaking, also for later openings.

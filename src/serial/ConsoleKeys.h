@@ -28,9 +28,9 @@ class ConsoleKeys {
 
     /// Sends a text as if it were typed, in pieces that the transmit queue takes without blocking; line
     /// ends go out as the Enter key does. Characters without a single-byte code are left out.
-    /// Asks first if the text has more than 20 lines, which yields. The first panel shows how far it is.
+    /// Asks first if the text has more than 20 lines, which yields. The first panel shows the progress.
     void paste(const QString& text);
-    /// The same with bytes, whose lines end with CR.
+    /// Pastes bytes whose lines end with CR.
     void pasteBytes(const QByteArray& bytes);
     /// Stops a paste; false when none is under way.
     bool stopPaste();
@@ -47,7 +47,7 @@ class ConsoleKeys {
     /// Yields; a port that is closed or lost meanwhile ends it quietly.
     void PulseDtr();
 
-    /// The pulse itself on an open port; yields. False when the port has no such line. Throws RuntimeFailure
+    /// Pulses DTR on an open port; yields. False when the port has no such line. Throws RuntimeFailure
     /// (WrongAnswer) when a serial server refuses.
     [[nodiscard]] bool switchDtrOffAndOn();
 

@@ -79,8 +79,7 @@ class Operation {
     /// enables the button that started it. Yields.
     void abort(CommandButton& startButton);
 
-    /// Starts to count bytes that the line damages, unless this operation does already: the noise of a
-    /// power-on needs no report.
+    /// Starts counting damaged bytes, once per operation: the noise of a power-on needs no report.
     void watchLine();
 
     /// Ends the running body as `why`, unless another reason to stop came before, with a description of the

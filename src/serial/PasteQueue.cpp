@@ -6,7 +6,7 @@ namespace zrk {
 namespace {
 
 constexpr char kReturn = '\r';
-// What surrounds a paste for a program that asked for it.
+// The marks around a paste for a program that asked for them.
 const QByteArray kPasteBegin = QByteArrayLiteral("\x1B[200~");
 const QByteArray kPasteEnd = QByteArrayLiteral("\x1B[201~");
 

@@ -13,10 +13,10 @@ class QPainter;
 
 namespace zrk {
 
-/// The looks of a terminal's lines: font, cell, colours.
+/// A painter of terminal lines.
 class ScreenPainter {
   public:
-    /// Returns the colours of a view without the board's: light on dark, as programs expect.
+    /// The default colours: light on dark, as programs expect.
     static constexpr QColor kGround{0x1C, 0x1C, 0x1C};
     static constexpr QColor kText{0xDC, 0xDC, 0xDC};
 
@@ -27,7 +27,7 @@ class ScreenPainter {
     [[nodiscard]] QSize cell() const { return m_cell; }
 
     struct Marks {
-        std::pair<int, int> selected; ///< columns, the second one no more
+        std::pair<int, int> selected; ///< first column, and the one after the last
         std::optional<ScreenCursor> cursor;
         bool cursorIsFilled = true;
     };

@@ -119,9 +119,11 @@ ScreenLine ScreenView::lineToShow(qsizetype number) const {
 
 void ScreenView::setHeld(bool held) {
     if (held && !m_heldAt) {
-        m_heldAt.emplace().gridTop = m_screen.gridTop();
+        Stop stop;
+        stop.gridTop = m_screen.gridTop();
         for (qsizetype line = m_screen.gridTop(); line < m_screen.endLine(); ++line)
-            m_heldAt->grid.push_back(m_screen.line(line));
+            stop.grid.push_back(m_screen.line(line));
+        m_heldAt = std::move(stop);
     } else if (!held) {
         m_heldAt.reset();
         m_isScrolledUp = false;

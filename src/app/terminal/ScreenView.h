@@ -13,9 +13,9 @@
 namespace zrk {
 
 /// Shows a terminal's screen and the lines above it, and takes the keyboard. The grid is as large as the
-/// view, but 80 x 24 at least; it can be kept at that, which programs assume that do not learn the size.
+/// view, but 80 x 24 at least; programs that do not learn the size assume that, so it can be kept there.
 ///
-/// While keys go to the board all of them do but those of the view: Shift+Page Up and Down, Scroll Lock,
+/// While keys go to the board, the view keeps only these: Shift+Page Up and Down, Scroll Lock,
 /// Ctrl+Shift+C and V, Ctrl+Insert, Shift+Insert, and Shift+Tab, which leaves it.
 class ScreenView : public QAbstractScrollArea {
     Q_OBJECT
@@ -51,11 +51,11 @@ class ScreenView : public QAbstractScrollArea {
     void selectAll();
 
   Q_SIGNALS:
-    /// A key went down, before anything else is done with it.
+    /// Reports a pressed key, before anything else is done with it.
     void keyDown(int key, bool alt, bool shift, bool control);
-    /// Bytes for the board: keys, and answers to its questions.
+    /// Reports bytes for the board: keys, and answers to its questions.
     void typed(const QByteArray& bytes);
-    /// A text is to be pasted, as these bytes.
+    /// Reports a text to paste, as these bytes.
     void pasted(const QByteArray& bytes);
     /// The view is held, or follows the end again; `more`: there is something new below.
     void holdChanged(bool held, bool more);

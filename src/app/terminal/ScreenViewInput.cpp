@@ -19,7 +19,7 @@ TerminalPress pressOf(const QKeyEvent& event) {
 
 } // namespace
 
-/// The keys of the view and the board, which must not become an access key or a shortcut of the window first.
+/// Returns true for keys that must not act as access keys or shortcuts of the window.
 bool ScreenView::isTaken(const QKeyEvent& event) const {
     return isAltB(event) || editKey(event) != EditKey::None || (keysGoToBoard() && !pressOf(event).isEmpty());
 }
@@ -32,7 +32,7 @@ bool ScreenView::event(QEvent* event) {
     return QAbstractScrollArea::event(event);
 }
 
-/// What is the view's own affair even while keys go to the board.
+/// Handles the keys that belong to the view even while keys go to the board.
 bool ScreenView::handleViewKey(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
     const bool isPage = event.key() == Qt::Key_PageUp || event.key() == Qt::Key_PageDown;
@@ -65,7 +65,7 @@ void ScreenView::keyPressEvent(QKeyEvent* event) {
     const TerminalPress press = keysGoToBoard() ? pressOf(*event) : TerminalPress{};
     if (press.isEmpty())
         return event->ignore();
-    // A view that was not stopped with intent shows what comes of the key.
+    // Typing returns to the end, unless the view is held by the switch.
     if (m_isScrolledUp && !m_heldAt)
         setHeld(false);
     m_screen.type(press);

@@ -10,7 +10,7 @@ namespace zrk {
 /// the latest with their line. Cut sequences and characters wait for their rest.
 class SequenceGuard {
   public:
-    /// Returns what may go to the library. What is not complete yet is kept until it is.
+    /// Returns the complete part for the library; keeps an incomplete end for the next call.
     [[nodiscard]] QByteArray pass(const QByteArray& bytes);
 
   private:

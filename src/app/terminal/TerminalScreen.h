@@ -29,7 +29,7 @@ struct GridSize {
 
 /// One place of the screen.
 struct ScreenCell {
-    static constexpr std::uint32_t kDefault = 0xFF000000; ///< a colour that is up to the view
+    static constexpr std::uint32_t kDefault = 0xFF000000; ///< the default colour; the view chooses it
 
     std::array<char32_t, 3> characters{}; ///< a character and its accents; 0 after the last
     std::uint32_t foreground = kDefault;  ///< 0xRRGGBB
@@ -57,7 +57,7 @@ struct ScreenCursor {
 /// A terminal: bytes of the board become cells, keys become bytes for the board. Programs that draw, such as
 /// an editor, have a screen of their own beside the lines. Lines that leave the top are kept.
 ///
-/// Lines have numbers that stay theirs: firstLine() is the oldest one that is kept, gridTop() is the screen's
+/// A line keeps its number until it is dropped: firstLine() is the oldest one, gridTop() is the screen's
 /// first row, endLine() is after its last.
 class TerminalScreen {
   public:
