@@ -46,7 +46,7 @@ TEST(BoardNames, AreShortAndUniqueInARun) {
     const QString byId = "/dev/serial/by-id/usb-FTDI_FT232R_USB_UART_A50285BI-if00-port0";
     const struct {
         QList<zrk::NamedPort> ports;
-        const char* names;
+        const char* names = "";
     } runs[] = {
         {{{"b1", byId}, {"", "/dev/ttyUSB0"}}, "b1 ttyUSB0"},
         {{{"", byId}, {"", "tcp:shelf-2:4001"}}, "A50285BI tcp_shelf-2_4001"},

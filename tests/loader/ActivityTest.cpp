@@ -101,9 +101,9 @@ TEST(Activity, TheFirstPanelShowsTheActivity) {
 /// The outcome stays in the first panel until the next operation.
 TEST(Activity, TheFirstPanelShowsTheOutcome) {
     struct Row {
-        const char* what;
+        const char* what = "";
         std::function<void(ScriptedRig&)> change;
-        const char* told;
+        const char* told = "";
         zrk::RemarkSeverity severity = zrk::RemarkSeverity::Failed;
     };
     const auto cancel = [](ScriptedRig& b) { b.loader.portControl.cmdCancel_Click(); };
