@@ -327,7 +327,7 @@ void noteFields(const QString& event, const QJsonObject& object, const QMap<QStr
         const QString name = event + '.' + field;
         seen += name;
         EXPECT_TRUE(value.isNull() || documented.value(name) == typeName(value)) << name.toStdString();
-        for (const QJsonValue& element : value.toArray()) {
+        for (const QJsonValue element : value.toArray()) {
             if (element.isObject())
                 noteFields(field, element.toObject(), documented, seen);
         }

@@ -176,6 +176,7 @@ TEST(SharedRecord, HasWholeLinesOfAll) {
     constexpr int kRuns = 4;
     constexpr int kLines = 20;
     std::vector<std::thread> runs;
+    runs.reserve(kRuns);
     for (int run = 0; run < kRuns; ++run)
         runs.emplace_back([&path, run] {
             for (int i = 0; i < kLines; ++i)
