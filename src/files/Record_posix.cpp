@@ -1,5 +1,5 @@
 #include "files/Descriptor.h"
-#include "files/OpenFaults.h"
+#include "files/OpenFaults_posix.h"
 #include "files/Record.h"
 
 #include <QFileInfo>
@@ -41,23 +41,14 @@ QString problemOf(int file, const RecordFile& record) {
 }
 
 QString noFile(const QByteArray& path, int error) {
-    struct stat status {};
-    if (::lstat(path.constData(), &status) == 0 && S_ISLNK(status.st_mode))
-        return QStringLiteral("it is a link");
-    const bool isSpecial = ::stat(path.constData(), &status) == 0 && !S_ISREG(status.st_mode);
-    return isSpecial ? QStringLiteral("it is not a regular file") : systemText(error);
-}
-
-/// Opening a device can act, so it is not opened to find out that it is one.
-bool isRegularOrMissing(const QByteArray& path) {
-    struct stat status {};
-    return ::lstat(path.constData(), &status) != 0 || S_ISREG(status.st_mode);
+    QString why = specialFileProblem(path);
+    return why.isEmpty() ? systemText(error) : why;
 }
 
 /// Returns the file made or opened, and locked; negative, with the reason, if it is refused.
 Descriptor openLocked(const RecordFile& record, QString& why) {
     const QByteArray path = QFile::encodeName(record.path);
-    if (isRegularOrMissing(path)) {
+    if (specialFileProblem(path).isEmpty()) {
         Descriptor made(::open(path.constData(), kRecordFlags | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR));
         if (made.number() >= 0) {
             (void)::flock(made.number(), LOCK_EX | LOCK_NB);
@@ -68,7 +59,7 @@ Descriptor openLocked(const RecordFile& record, QString& why) {
             return Descriptor(-1);
         }
     }
-    Descriptor opened(isRegularOrMissing(path) ? ::open(path.constData(), kRecordFlags) : -1);
+    Descriptor opened(specialFileProblem(path).isEmpty() ? ::open(path.constData(), kRecordFlags) : -1);
     why = opened.number() < 0 ? noFile(path, errno) : problemOf(opened.number(), record);
     return why.isEmpty() ? std::move(opened) : Descriptor(-1);
 }
@@ -99,16 +90,12 @@ QString recordProblem(const RecordFile& record) {
     if (QString why = nameProblem(record.path); !why.isEmpty())
         return why;
     const QByteArray path = QFile::encodeName(record.path);
-    if (!isRegularOrMissing(path))
-        return noFile(path, ENOENT);
+    if (QString why = specialFileProblem(path); !why.isEmpty())
+        return why;
     const Descriptor opened(::open(path.constData(), kRecordFlags));
     if (opened.number() >= 0)
         return problemOf(opened.number(), record);
-    if (errno != ENOENT)
-        return noFile(path, errno);
-    const QByteArray folder = QFile::encodeName(QFileInfo(record.path).path());
-    return ::faccessat(AT_FDCWD, folder.constData(), W_OK | X_OK, AT_EACCESS) == 0 ? QString()
-                                                                                   : systemText(errno);
+    return errno == ENOENT ? folderProblem(record.path) : noFile(path, errno);
 }
 
 } // namespace zrk

@@ -1,24 +1,19 @@
 #include "files/Descriptor.h"
+#include "files/OpenFaults_posix.h"
 #include "files/SharedRecord.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <system_error>
 #include <thread>
 #include <unistd.h>
 
 namespace zrk {
 namespace {
-
-QString textOf(int error) {
-    return QString::fromStdString(std::generic_category().message(error));
-}
 
 /// The others hold it for one write.
 bool lockInTime(int file) {
@@ -37,40 +32,35 @@ bool lockInTime(int file) {
 QString writeWhole(int file, const QByteArray& line) {
     struct stat before {};
     if (::fstat(file, &before) != 0)
-        return textOf(errno);
+        return systemText(errno);
     const auto size = static_cast<std::size_t>(line.size());
     const ssize_t taken = ::write(file, line.constData(), size);
     const int error = taken < 0 ? errno : ENOSPC; // a short write has no reason
     if (taken == static_cast<ssize_t>(size))
-        return ::fsync(file) == 0 || errno == EINVAL ? QString() : textOf(errno);
+        return ::fsync(file) == 0 || errno == EINVAL ? QString() : systemText(errno);
     if (taken > 0 && ::ftruncate(file, before.st_size) != 0)
-        return textOf(errno);
-    return textOf(error);
+        return systemText(errno);
+    return systemText(error);
 }
 
-/// Opening a device can act, so it is not opened to find out that it is one.
-QString kindProblem(const QByteArray& path) {
-    struct stat status {};
-    if (path.isEmpty() || path.contains('\0'))
-        return QStringLiteral("its name is empty or holds a NUL character");
-    if (::lstat(path.constData(), &status) != 0 || S_ISREG(status.st_mode))
-        return {};
-    return S_ISLNK(status.st_mode) ? QStringLiteral("it is a link") : QStringLiteral("it is no regular file");
+QString pathProblem(const QString& path) {
+    QString why = nameProblem(path);
+    return why.isEmpty() ? specialFileProblem(QFile::encodeName(path)) : why;
 }
 
 } // namespace
 
 QString appendToShared(const QString& path, const QByteArray& line) {
-    const QByteArray name = QFile::encodeName(path);
-    if (QString why = kindProblem(name); !why.isEmpty())
+    if (QString why = pathProblem(path); !why.isEmpty())
         return why;
+    const QByteArray name = QFile::encodeName(path);
     const int flags = O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     const Descriptor file(::open(name.constData(), flags, S_IRUSR | S_IWUSR));
     if (file.number() < 0)
-        return textOf(errno);
+        return systemText(errno);
     struct stat status {};
     if (::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode))
-        return QStringLiteral("it is no regular file");
+        return QStringLiteral("it is not a regular file");
     if (line.isEmpty())
         return {};
     if (!lockInTime(file.number()))
@@ -79,15 +69,12 @@ QString appendToShared(const QString& path, const QByteArray& line) {
 }
 
 QString sharedRecordProblem(const QString& path) {
-    const QByteArray name = QFile::encodeName(path);
-    if (QString why = kindProblem(name); !why.isEmpty())
+    if (QString why = pathProblem(path); !why.isEmpty())
         return why;
+    const QByteArray name = QFile::encodeName(path);
     if (::access(name.constData(), W_OK) == 0)
         return {};
-    if (errno != ENOENT)
-        return textOf(errno);
-    const QByteArray folder = QFile::encodeName(QFileInfo(path).path());
-    return ::access(folder.constData(), W_OK | X_OK) == 0 ? QString() : textOf(errno);
+    return errno == ENOENT ? folderProblem(path) : systemText(errno);
 }
 
 } // namespace zrk

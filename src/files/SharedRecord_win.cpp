@@ -1,3 +1,4 @@
+#include "files/OpenFaults.h"
 #include "files/SharedRecord.h"
 
 #include <QFile>
@@ -25,15 +26,15 @@ QString appendToShared(const QString& path, const QByteArray& line) {
 }
 
 QString sharedRecordProblem(const QString& path) {
-    if (path.isEmpty() || path.contains(QChar::Null))
-        return QStringLiteral("its name is empty or holds a NUL character");
+    if (QString why = nameProblem(path); !why.isEmpty())
+        return why;
     const QFileInfo info(path);
     if (info.isSymLink())
         return QStringLiteral("it is a link");
     if (!info.exists())
         return QFileInfo(info.path()).isDir() ? QString() : QStringLiteral("there is no such folder");
     if (!info.isFile())
-        return QStringLiteral("it is no regular file");
+        return QStringLiteral("it is not a regular file");
     return info.isWritable() ? QString() : QStringLiteral("no permission");
 }
 

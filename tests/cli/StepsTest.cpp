@@ -225,7 +225,7 @@ TEST_F(Steps, RefuseBadUseBeforeAnythingIsSent) {
         {ini + "--trace " + images.file("link") + " load", "cannot be written: it is a link."},
         {ini + "--report " + images.ini() + " load", "cannot be written: this run reads that file."},
         {ini + "--report /dev/null load",
-         "The report /dev/null cannot be written: it is no regular file."},
+         "The report /dev/null cannot be written: it is not a regular file."},
         {ini + "--report r --tag a load", "--tag a: give KEY=VALUE."},
         {ini + "--tag a=b load", "--tag has no effect without --report."},
         {ini + "--repeat start load", "--repeat needs load or flash as the first step on the port"},
