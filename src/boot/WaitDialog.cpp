@@ -49,8 +49,7 @@ void WaitDialog::showModal() {
 
 void WaitDialog::showSeen() {
     const auto waited = std::chrono::duration_cast<std::chrono::seconds>(m_link.loop.now() - m_since);
-    const QString port =
-        QStringLiteral("COM%1 (%2)").arg(QString::number(m_link.port.CommPort()), m_link.port.openedDevice());
+    const QString port = m_link.port.openedName();
     QString text = QStringLiteral("%1: %2, %3 byte%4 received.")
                        .arg(port, durationText(waited), QLocale().toString(m_received),
                             QLatin1String(m_received == 1 ? "" : "s"));

@@ -122,9 +122,7 @@ StatusRemark Activity::idleRemark() const {
 }
 
 QString Activity::hint() const {
-    const int number = m_link.port.CommPort();
-    return boardHint(m_link.operation.outcome(), m_link.port.lastReceived(),
-                     QStringLiteral("COM%1 (%2)").arg(QString::number(number), m_link.port.openedDevice()));
+    return boardHint(m_link.operation.outcome(), m_link.port.lastReceived(), m_link.port.openedName());
 }
 
 QString Activity::portText() const {

@@ -68,6 +68,10 @@ void ComPort::tellNotice() {
     m_toldNotice = notice;
 }
 
+QString ComPort::openedName() const {
+    return QStringLiteral("COM%1 (%2)").arg(QString::number(m_commPort), m_openedDevice);
+}
+
 std::optional<bool> ComPort::openedDeviceIsThere() const {
     const auto isThere = m_ports.isThere(m_commPort);
     return isThere ? std::optional(*isThere && m_ports.deviceName(m_commPort) == m_openedDevice &&

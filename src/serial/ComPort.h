@@ -101,6 +101,9 @@ class ComPort {
     /// Returns the device that was opened last.
     [[nodiscard]] QString openedDevice() const { return m_openedDevice; }
 
+    /// Returns the same with its number, as texts show it: "COM1 (/dev/ttyUSB0)".
+    [[nodiscard]] QString openedName() const;
+
     /// Returns whether the selected number still means that device, or means it again, and it is there; empty
     /// if only opening it shows that.
     [[nodiscard]] std::optional<bool> openedDeviceIsThere() const;

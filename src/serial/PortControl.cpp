@@ -67,9 +67,8 @@ void PortControl::closeLost() {
     resetStartButtons();
     m_isPulled = m_desk.state.TerminalMode && m_port.openedDeviceIsThere().has_value();
     if (m_isPulled)
-        end = QStringLiteral("COM%1 (%2) is gone. Port closed. When it is back, the terminal goes on.")
-                  .arg(m_port.CommPort())
-                  .arg(m_port.openedDevice());
+        end = QStringLiteral("%1 is gone. Port closed. When it is back, the terminal goes on.")
+                  .arg(m_port.openedName());
     m_desk.state.Remark = {end, m_isPulled ? RemarkSeverity::Warning : RemarkSeverity::Failed};
     m_console.PrintPlain(QStringLiteral("\r\n--- ") + end + QStringLiteral(" ---\r\n"));
 }
@@ -84,9 +83,7 @@ void PortControl::reopen() {
     }
     m_isPulled = false;
     m_desk.state.Remark = {};
-    m_console.PrintPlain(QStringLiteral("\r\n--- COM%1 (%2) is back. Port open. ---\r\n")
-                             .arg(m_port.CommPort())
-                             .arg(m_port.openedDevice()));
+    m_console.PrintPlain(QStringLiteral("\r\n--- %1 is back. Port open. ---\r\n").arg(m_port.openedName()));
 }
 
 } // namespace zrk
