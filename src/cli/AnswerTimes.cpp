@@ -23,12 +23,12 @@ void AnswerTimes::note(const QString& text, TextOrigin origin) {
         return;
     }
     if (text.contains(QLatin1Char('\n')) && !m_answer.isEmpty())
-        tell();
+        report();
     if (m_answer.isEmpty())
         m_asked = m_loop.now();
 }
 
-void AnswerTimes::tell() {
+void AnswerTimes::report() {
     const QByteArray answer = std::exchange(m_answer, {});
     m_output.detail(
         QStringLiteral("%1 s: %2 after %3 s")

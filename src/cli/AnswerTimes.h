@@ -16,7 +16,7 @@ class AnswerTimes {
     void note(const QString& text, TextOrigin origin);
 
   private:
-    void tell();
+    void report();
 
     EventLoop& m_loop;
     Output& m_output;
