@@ -54,6 +54,8 @@ class Output {
 
     [[nodiscard]] const Place& place() const { return m_place; }
     [[nodiscard]] Printer& printer() const { return m_printer; }
+    /// Returns whether events are printed; else event() does nothing.
+    [[nodiscard]] bool isJson() const { return m_printer.style().json; }
 
     /// Keeps a transcript of all that is printed from now on, in a file that is not touched before
     /// beginTranscript(); see Transcript::begin() for that.
@@ -117,7 +119,6 @@ class Output {
     [[nodiscard]] QString progressName() const;
     void record(const QString& text, TextOrigin origin);
     [[nodiscard]] QByteArray named(const QByteArray& line) const;
-    [[nodiscard]] bool isJson() const { return m_printer.style().json; }
 
     Printer& m_printer;
     Place m_place;

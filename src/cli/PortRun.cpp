@@ -28,7 +28,7 @@ void PortRun::run(Session& session) {
             return;
         isFirst = false;
         const Ending ending = session.run();
-        finish(ending, session.record());
+        finish(ending, m_report.isWanted() ? session.record() : QJsonObject());
     } while (repeats && !session.isInterrupted() && !endsAll(m_ending.status));
 }
 

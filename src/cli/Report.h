@@ -19,6 +19,8 @@ class Report {
     /// can, or if none is wanted.
     [[nodiscard]] static QString problem(const CliOptions& options, const QStringList& inputs);
 
+    [[nodiscard]] bool isWanted() const { return !m_path.isEmpty(); }
+
     /// Makes the file. Throws UsageError when it cannot be written.
     void begin() const;
 

@@ -3,19 +3,14 @@
 #include "boot/ImageStore.h"
 #include "cli/AnswerTimes.h"
 #include "cli/EndSentence.h"
-#include "cli/GivenFile.h"
 #include "cli/Report.h"
 #include "cli/RunFacts.h"
+#include "cli/SlotPresets.h"
 #include "cli/TimeText.h"
 #include "cli/UsageError.h"
-#include "config/AddressEntry.h"
 #include "config/ImageSlots.h"
-#include "files/PrintableText.h"
 #include "machine/PortCheck.h"
 #include "platform/SecondsText.h"
-
-#include <QDir>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <chrono>
@@ -65,7 +60,7 @@ void Session::prepare(Remarks remarks) {
     m_loader.activity.limitRate(m_options.program.lineRate.value_or(TransferRate::kLineBytesPerSecond));
     m_loader.controls.chkErase.Value = m_options.erase ? 1 : 0;
     m_loader.flash.limitAnswers(m_options.limits.flash);
-    presetSlots();
+    presetSlots(m_loader, m_plan, m_options, m_ini);
     if (remarks == Remarks::Tell) {
         const QStringList warnings = m_plan.warnings();
         for (const QString& line : warnings)
@@ -174,12 +169,14 @@ bool Session::awaitBoard(bool old) {
 }
 
 QJsonObject Session::record() {
-    QJsonArray images;
-    for (const Slot slot : m_plan.slotsToSend()) {
-        QJsonObject image = imagesOf(m_loader, {slot}, *m_images).first().toObject();
+    QJsonArray images = imageFacts();
+    const std::vector<Slot> slots = m_plan.slotsToSend();
+    for (std::size_t i = 0; i < slots.size(); ++i) {
+        const auto row = static_cast<qsizetype>(i);
+        QJsonObject image = images[row].toObject();
         image.insert(QStringLiteral("sent"),
-                     m_loader.state.Sent[static_cast<std::size_t>(slot)].value().has_value());
-        images.append(image);
+                     m_loader.state.Sent[static_cast<std::size_t>(slots[i])].value().has_value());
+        images[row] = image;
     }
     if (m_adapter.value(QStringLiteral("serial")).toString().isEmpty()) // it may have come late
         m_adapter = adapterOf(m_output.place().port);
@@ -227,12 +224,20 @@ void Session::endTrace() {
     m_tracedPorts.stopTrace();
 }
 
+/// Reads each image for its CRC-32, which takes a while: for those who see it, and once for all boards.
+const QJsonArray& Session::imageFacts() {
+    if (m_imageFacts.isEmpty())
+        m_imageFacts = imagesOf(m_loader, m_plan.slotsToSend(), *m_images);
+    return m_imageFacts;
+}
+
 void Session::announce() {
-    m_output.event("plan", {{QStringLiteral("com"), m_loader.controls.cmbComPort.selectedItemData()},
-                            {QStringLiteral("dry_run"), m_options.dryRun},
-                            {QStringLiteral("erase"), m_options.erase},
-                            {QStringLiteral("steps"), stepsToDo(m_options.steps)},
-                            {QStringLiteral("images"), imagesOf(m_loader, m_plan.slotsToSend(), *m_images)}});
+    if (m_output.isJson())
+        m_output.event("plan", {{QStringLiteral("com"), m_loader.controls.cmbComPort.selectedItemData()},
+                                {QStringLiteral("dry_run"), m_options.dryRun},
+                                {QStringLiteral("erase"), m_options.erase},
+                                {QStringLiteral("steps"), stepsToDo(m_options.steps)},
+                                {QStringLiteral("images"), imageFacts()}});
     m_output.recordMessage(
         QStringLiteral("zrk-loader-cli %1, steps: %2").arg(versionText(), m_plan.stepsText()));
     const QStringList lines = m_options.dryRun ? QStringList() : m_plan.announcement();
@@ -399,44 +404,6 @@ void Session::runOut() {
     m_loader.port.giveUpOpening();
     m_runLimitText = QStringLiteral("The run took longer than --timeout %1. It was at: %2")
                          .arg(secondsText(*m_options.limits.run), doing.isEmpty() ? m_step : doing);
-}
-
-void Session::presetSlots() {
-    const QString problem = m_options.program.iniPath.isEmpty() ? QString() : fileProblem(m_ini.path);
-    if (!problem.isEmpty())
-        throw UsageError(
-            QStringLiteral("--ini %1: %2.").arg(printableText(m_options.program.iniPath), problem));
-    m_loader.state.IniPath = m_ini.path;
-    m_loader.iniLoader.mnuLoadIni_Click();
-    leaveOutImages();
-    for (int slot = 0; slot < kSlotCount; ++slot) {
-        const QString& value = m_options.slotValues[static_cast<std::size_t>(slot)];
-        if (!value.isEmpty())
-            presetSlot(slot, value);
-    }
-}
-
-void Session::leaveOutImages() {
-    for (std::size_t i = 0; i < kSlots.size(); ++i) {
-        if (!m_options.leftOut[i])
-            continue;
-        if (!m_plan.isNamed(static_cast<int>(i)))
-            throw UsageError(QStringLiteral("--without %1 has no effect: %2 names no such image.")
-                                 .arg(QLatin1String(kSlots[i].option), printableText(m_ini.path)));
-        m_loader.iniLoader.emptySlot(static_cast<int>(i));
-    }
-}
-
-/// Fills a slot as an INI value does, but relative to the user's folder, and with an error instead of the
-/// window's display of a fault.
-void Session::presetSlot(int slot, const QString& value) {
-    const auto [file, address] = GivenFile::parse(value);
-    if (const QString problem = fileProblem(file); !problem.isEmpty())
-        throw UsageError(QStringLiteral("%1 %2: %3.").arg(slotOption(slot), printableText(file), problem));
-    const QString fault = addressFault(slot, address);
-    if (!fault.isEmpty())
-        throw UsageError(QStringLiteral("%1: %2").arg(slotOption(slot), fault));
-    m_loader.iniLoader.applyFile(slot, QDir::toNativeSeparators(QFileInfo(file).absoluteFilePath()), address);
 }
 
 void Session::interrupt(Interrupt how) {

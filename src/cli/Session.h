@@ -63,11 +63,9 @@ class Session {
   private:
     void forgetBoard();
     void startRunTimer();
-    void presetSlots();
-    void presetSlot(int slot, const QString& value);
     [[nodiscard]] bool readImages();
-    void leaveOutImages();
     void announce();
+    [[nodiscard]] const QJsonArray& imageFacts();
     [[nodiscard]] QStringList inputs() const;
     void beginRecords();
     void endTrace();
@@ -99,9 +97,10 @@ class Session {
     SentLines m_sent;
     Plan m_plan;
     std::unique_ptr<Timer> m_runTimer;
-    QString m_step;     ///< the one that runs, or ran last
-    QJsonArray m_steps; ///< their results so far, for the report
-    QString m_begun;    ///< UTC
+    QString m_step;          ///< the one that runs, or ran last
+    QJsonArray m_imageFacts; ///< once they were asked for
+    QJsonArray m_steps;      ///< their results so far, for the report
+    QString m_begun;         ///< UTC
     QJsonObject m_adapter;
     qint64 m_bytesBefore = 0;
     int m_boards = 0; ///< begun so far
