@@ -115,4 +115,13 @@ TEST_F(OnWait, OnlyASecondInterruptEndsTheCommand) {
     EXPECT_TRUE(writers.readAll().isEmpty());
 }
 
+/// A service manager repeats it.
+TEST_F(OnWait, ARequestToEndLeavesTheCommandAlone) {
+    CliRun run(load("sleep 3; echo on > switched"));
+    ASSERT_TRUE(run.waitFor(QProcess::StandardOutput, "Waiting for BootID .. "));
+    run.sendUntilItEnds(SIGTERM);
+    EXPECT_FALSE(run.error().contains("half-way")) << run.error().toStdString();
+    EXPECT_EQ(contents(images.file("switched")), "on\n");
+}
+
 } // namespace
